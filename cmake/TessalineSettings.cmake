@@ -1,0 +1,48 @@
+# Compiler settings that hold for every target of the project, as one interface target.
+
+option(TESSALINE_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+option(TESSALINE_COVERAGE "Count executed lines and branches" OFF)
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_AUTOMOC ON)
+
+# Libraries find each other by relative paths: no folder of the build machine gets into a file.
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
+
+add_library(tessaline_settings INTERFACE)
+target_compile_definitions(tessaline_settings INTERFACE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_CAST_FROM_BYTEARRAY
+    QT_NO_URL_CAST_FROM_STRING
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_NO_FOREACH
+    QT_STRICT_ITERATORS
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+
+if(MSVC)
+    target_compile_options(tessaline_settings INTERFACE /W4 /permissive- /utf-8)
+else()
+    target_compile_options(tessaline_settings INTERFACE
+        -Wall -Wextra -Wpedantic -Wshadow -Wold-style-cast -Wnon-virtual-dtor -Wconversion
+        -Wundef -Wimplicit-fallthrough
+        # __FILE__ and debug information name files as the source tree does.
+        "-ffile-prefix-map=${CMAKE_SOURCE_DIR}/="
+        "-ffile-prefix-map=${CMAKE_BINARY_DIR}/=build/")
+endif()
+
+if(TESSALINE_SANITIZE)
+    target_compile_options(tessaline_settings INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(tessaline_settings INTERFACE -fsanitize=address,undefined)
+endif()
+
+if(TESSALINE_COVERAGE)
+    target_compile_options(tessaline_settings INTERFACE --coverage -fprofile-update=atomic)
+    target_link_options(tessaline_settings INTERFACE --coverage)
+endif()
