@@ -1,0 +1,237 @@
+#pragma once
+
+#include "PluginBase.h"
+
+#include <QtCore/QList>
+#include <QtCore/QMap>
+#include <QtCore/QSharedPointer>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+#include <QtCore/QTimeZone>
+#include <QtCore/QVariant>
+
+class FrameworkWrapperBase;
+class QStandardItem;
+class TimeShiftBufferModel;
+
+/// The plug-in's one object: video bookmarks for the client.
+///
+/// QML calls the invokable methods; each sends one or more commands through the host's framework
+/// and returns at once. The host hands every answer to CommandProcessor(), which updates lists and
+/// timeline models and emits the signal named after the request. All of it happens on the thread
+/// in which the object lives. Times are milliseconds since 1970-01-01T00:00:00 UTC; texts of times
+/// are "yyyy/MM/dd hh:mm:ss" in the client machine's local time; relay paths name stations, the
+/// empty one the server to which the client is connected.
+///
+/// The order of signals and invokable methods, their parameter names and their spelling
+/// ("Responsed", "ForApi" beside "ForAPI") are what the client's QML is written against.
+class Tessaline : public PluginBase
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID PluginBase_iid FILE "Tessaline.json")
+    Q_INTERFACES(PluginBase)
+
+public:
+    Tessaline() = default;
+    ~Tessaline() override = default;
+
+    // ---- Tessaline.cpp: calls from the host ----
+
+    bool InitialPluginBase(QQmlContext *context, void *hostHandle,
+                           FrameworkWrapperBase *framework) override;
+    void EventProcessor(QString eventName, qint64, int, int, QVariant data,
+                        const QString &relayPath) override;
+    void EventProcessorEx(QString eventName, ConfigBase *config, qint64, int, int, QVariant data,
+                          const QString &relayPath) override;
+    void CommandProcessor(QString command, QVariant result, void *context, QString resultCode,
+                          QString, bool, const QString &relayPath) override;
+    void CommandProcessorEx(QString command, ConfigBase *config, QVariant result, void *context,
+                            QString resultCode, QString, bool, const QString &relayPath) override;
+    bool Init(QQmlContext *context) override;
+    void PluginServerConnected() override;
+
+    // ---- For callers inside the library's process; not offered to QML ----
+
+    /// Whether the server allows the user to change settings; false until it has said so.
+    bool hasSettingPermission() const;
+    /// Number of bookmarks on a page of getFilteredBookmarkList(); not checked. 50 at first.
+    void setBookmarkNumberPerPage(int number);
+    /// The display records of all bookmarks, as the last query of all left them.
+    QVariantList getBookmarkList();
+    /// Lets the view cell's model ask for the items from @p start to @p end.
+    void queryBookmarkForTimeline(qint64 start, qint64 end, const QString &viewCellUID);
+
+Q_SIGNALS:
+    void addBookmarkResponsed(bool success);
+    void addBookmarksResponsed(QList<QString> failCamNameList);
+    void deleteBookmarkResponsed(bool success);
+    void deleteBookmarksResponsed(QList<QString> failBookmarkIdList);
+    void removeAllBookmarksResponsed(bool success);
+    void updateBookmarkResponsed(bool success);
+    void queryBookmarkForTimelineResponsed(bool success);
+    void queryBookmarkForRecentResponsed(bool success);
+    /// @param done false when a station has answered and others are still to come
+    void queryAllBookmarksResponsed(bool done);
+    void queryBookmarkForApiFinished(bool success);
+    void getRecycleSettingResponse(uint reserveHour, bool enableRecycle);
+    void updateRecycleSettingResponse(bool success);
+
+public:
+    // ---- Tessaline_Req.cpp: requests. True: at least one command was handed to the host ----
+
+    /// Refuses an empty camera identifier; nothing else is checked.
+    Q_INVOKABLE bool addBookmark(const QString &cameraID, const QString &locationID,
+                                 const QString &relayPath, qint64 startTimestamp,
+                                 qint64 endTimestamp, const QString &desc, const QString &creator,
+                                 const QString &group);
+    /// One bookmark on each camera of @p targetList, a list of maps with "CameraID", "LocationID"
+    /// and "relayPath"; one command for each station.
+    Q_INVOKABLE bool addBookmarks(const QList<QVariant> &targetList, qint64 startTimestamp,
+                                  qint64 endTimestamp, const QString &desc, const QString &creator,
+                                  const QString &group);
+    Q_INVOKABLE bool addBookmarks(const QList<QVariant> &targetList, const QString &startDateTime,
+                                  const QString &endDateTime, const QString &desc,
+                                  const QString &creator, const QString &group);
+    /// Without the setting permission: emits deleteBookmarkResponsed(false), returns false.
+    Q_INVOKABLE bool deleteBookmark(const QString &bookmarkID, const QString &relayPath);
+    /// @p deleteList is a list of maps with "BookmarkID" and "relayPath". Without the setting
+    /// permission: emits deleteBookmarksResponsed() with all identifiers, returns true.
+    Q_INVOKABLE bool deleteBookmarks(const QList<QVariant> &deleteList);
+    /// A null text leaves that field of the bookmark as it is, an empty one empties it.
+    Q_INVOKABLE bool updateBookmark(const QString &bookmarkID, const QString &desc = QString(),
+                                    const QString &group = QString());
+    /// Without the setting permission: emits removeAllBookmarksResponsed(false), returns true.
+    Q_INVOKABLE bool removeAllBookmarks(const QString &relayPath);
+    /// @param cameraID travels as the location: that is how the server reads this query
+    Q_INVOKABLE bool queryBookmarkForRecent(const QString &cameraID, const QString &relayPath,
+                                            uchar recentCnt);
+    /// Asks every sub-station; supersedes a query still under way.
+    Q_INVOKABLE bool queryAllBookmarks();
+    Q_INVOKABLE void queryBookmarkForAPI(const QList<QVariant> &camIdList,
+                                         const QString &startDateTime, const QString &endDateTime);
+    Q_INVOKABLE void queryBookmarkForAPI(const QList<QVariant> &camIdList, qint64 startTimestamp,
+                                         qint64 endTimestamp);
+
+    // ---- Tessaline.cpp: timeline models ----
+
+    Q_INVOKABLE void clearTimelineModel(const QString &viewCellUID);
+    Q_INVOKABLE void removeTimelineModel(const QString &viewCellUID);
+    /// Sets what the view cell shows; empties its model at once.
+    Q_INVOKABLE void setTimelineFocusInfo(const QString &locationID, const QString &relayPath,
+                                          const QString &viewCellUID);
+    Q_INVOKABLE void setTimelineBoundary(qint64 headBoundTs, qint64 tailBoundTs,
+                                         const QString &viewCellUID);
+
+    // ---- Tessaline_Local.cpp: recycle settings ----
+
+    Q_INVOKABLE void getRecycleSetting();
+    Q_INVOKABLE void updateRecycleSetting(uint reserveHour, bool enableRecycle);
+
+    // ---- Tessaline.cpp, Tessaline_Req.cpp, Tessaline_Local.cpp: getters ----
+
+    /// The view cell's list model, made on first demand; it belongs to the plug-in. Null when it
+    /// could not be made; the next call tries again.
+    Q_INVOKABLE QObject *getBookmarkModelForTimeline(const QString &viewCellUID);
+    Q_INVOKABLE QVariantList getBookmarkListForRecent();
+    /// The bookmarks of one camera, by camera key. Also puts the newest recent bookmark first.
+    Q_INVOKABLE QVariantList getBookmarkListByNodeID(const QString &nodeID);
+    /// One page of the bookmark panel. Reads "nodeID", "groupKey", "ascending", "text",
+    /// "startTimestamp", "endTimestamp" and "pageNumber"; answers "totalBookmarkNumber" and
+    /// "bookmarkGroupList", a list of maps with "title" and "bookmarkList".
+    Q_INVOKABLE QVariantMap getFilteredBookmarkList(const QVariantMap &filterMap);
+    /// The server records of the last successful queryBookmarkForAPI().
+    Q_INVOKABLE QVariantList getQueryBookmarkResult() const;
+
+private:
+    struct Answer;
+    struct AnswerRule;
+    struct BatchRequest;
+
+    /// What a view cell shows.
+    struct TimelineFocus
+    {
+        QString locationID;
+        QString relayPath;
+    };
+
+    // ---- Tessaline.cpp ----
+
+    static const AnswerRule *answerRule(const QString &command);
+    void storeServerTimeZone(const QByteArray &ianaId);
+    void reportRecycleSetting(const QVariantMap &setting);
+
+    QSharedPointer<TimeShiftBufferModel> CreateTimelineModel(const QString &viewCellUID);
+    /// Puts a new bookmark into every view cell that shows its location. False when one of them
+    /// has no model or the item could not be made.
+    bool addBookmarkToTimelineModel(const QVariantMap &record, const QString &relayPath);
+    bool addBookmarkToViewCell(const QString &viewCellUID, const QVariantMap &record,
+                               const QString &relayPath, const QVariantMap &camNames);
+    void removeBookmarksFromTimelineModels(const QList<QString> &bookmarkIDs);
+    QStringList viewCellsShowing(const QString &locationID, const QString &relayPath) const;
+
+    // ---- Tessaline_Local.cpp ----
+
+    QVariantMap CreateBookmarkItem(const QVariantMap &record, const QString &relayPath,
+                                   const QVariantMap &camNames) const;
+    /// The record as an item of a timeline, owned by the caller; null when memory is short.
+    QStandardItem *CreateBookmarkModelItem(const QVariantMap &record, const QString &relayPath,
+                                           const QVariantMap &camNames) const;
+    /// The display records of a query's answer.
+    QVariantList CreateBookmarkItems(const QVariant &data, const QString &relayPath);
+
+    QObject *findTopologyPlugin() const;
+    /// Names by camera key and relay path, fetched from the topology plug-in at this moment.
+    QVariantMap GetAllCamNames();
+    /// Relay paths of all sub-stations, in ascending order.
+    QList<QString> GetAllSubStations();
+
+    void filterBookmarkListByNodeID(QList<QVariant> &list, const QString &nodeID);
+    void filterBookmarkListByText(QList<QVariant> &list, const QString &text);
+    void filterBookmarkListByTimestamp(QList<QVariant> &list, const qint64 &startTimestamp,
+                                       const qint64 &endTimestamp);
+    void filterBookmarkListByPageNumber(QList<QVariant> &list, int pageNumber);
+    void sortBookmarkListByKey(QList<QVariant> &list, const QString &key, bool ascending);
+    QList<QVariant> generateBookmarkGroupList(const QList<QVariant> &list, QString groupKey) const;
+
+    // ---- Tessaline_Req.cpp ----
+
+    /// Hands a command to the host. The answer may arrive, and this object even be deleted, before
+    /// the call returns.
+    bool sendCommand(const QString &command, const QVariant &payload, void *context,
+                     const QString &relayPath);
+    bool sendBatch(const BatchRequest &request, void *context);
+    bool queryBookmarkForTimeline(const QString &locationID, const QString &relayPath,
+                                  qint64 startTimestamp, qint64 endTimestamp,
+                                  const QString &viewCellUID);
+
+    // ---- Tessaline_ReqRespHandler.cpp ----
+
+    void HandleAddBookmarkResp(const QVariant &data, const QString &relayPath);
+    void HandleAddBookmarksResp(const QVariant &data, void *context, const QString &resultCode,
+                                const QString &relayPath);
+    QStringList placeAddedBookmarks(const QVariantList &records, const QString &relayPath,
+                                    const QVariantMap &camNames);
+    void HandleDeleteBookmarkResp(const QString &bookmarkID);
+    void HandleDeleteBookmarksResp(const QList<QString> &bookmarkIDs, void *context,
+                                   const QString &resultCode, const QString &relayPath);
+    void HandleUpdateBookmarkResp();
+    void HandleQueryBookmarkForTimelineResp(const QVariant &data, const QString &relayPath,
+                                            void *context);
+    void HandleQueryAllBookmarksResp(const QString &resultCode, const QVariant &data, void *context,
+                                     const QString &relayPath);
+    void settleQueryAllAnswer(void *context, const QString &relayPath);
+    void HandleQueryBookmarkForRecentResp(const QVariant &data, const QString &relayPath);
+    void HandleQueryBookmarkForAPIResp(const QVariant &data, const QString &resultCode);
+
+    void *m_hostHandle = nullptr;                                         ///< not owned
+    FrameworkWrapperBase *m_framework = nullptr;                          ///< not owned
+    QMap<QString, QSharedPointer<TimeShiftBufferModel>> m_timelineModels; ///< by view cell UID
+    QMap<QString, TimelineFocus> m_timelineFocusInfo;                     ///< by view cell UID
+    quint64 m_queryAllGeneration = 0; ///< number of the newest query of all bookmarks
+    QTimeZone m_serverTimeZone;       ///< zone of everything shown
+    bool m_hasSettingPermission = false;
+    QList<QVariant> m_apiQueryResult;  ///< server records
+    QList<QVariant> m_allBookmarks;    ///< display records
+    QList<QVariant> m_recentBookmarks; ///< display records
+    int m_bookmarksPerPage = 50;
+};

@@ -1,0 +1,323 @@
+#include "Tessaline.h"
+
+#include "FrameworkWrapperBase.h"
+#include "Log.h"
+#include "Names.h"
+#include "RequestContexts.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QPointer>
+
+#include <optional>
+#include <utility>
+
+using namespace tessaline;
+
+namespace {
+
+/// Milliseconds since the epoch of a local date and time as QML writes it, or nothing.
+std::optional<qint64> parseDateTime(const QString &text)
+{
+    // Two-digit years can't occur in this format, so the base year does not matter.
+    const QDateTime dateTime = QDateTime::fromString(text, QStringLiteral("yyyy/MM/dd hh:mm:ss"));
+    if (!dateTime.isValid())
+        return std::nullopt;
+    return dateTime.toMSecsSinceEpoch();
+}
+
+QVariantMap bookmarkPayload(const QString &cameraID, const QString &locationID,
+                            qint64 startTimestamp, qint64 endTimestamp, const QString &desc,
+                            const QString &creator, const QString &group)
+{
+    return {{serverKey::CameraID, cameraID},
+            {serverKey::LocationID, locationID},
+            {serverKey::StartTimestamp, startTimestamp},
+            {serverKey::EndTimestamp, endTimestamp},
+            {serverKey::Description, desc},
+            {serverKey::Creator, creator},
+            {serverKey::Group, group}};
+}
+
+/// Adds an entry to what its station is sent, unless an equal one is there already.
+void appendOnce(BatchRequestContext &batch, const QString &relayPath, const QVariantMap &entry)
+{
+    QVariantList &entries = batch.pendingByTarget[relayPath];
+    if (!entries.contains(entry))
+        entries.append(entry);
+}
+
+} // namespace
+
+bool Tessaline::sendCommand(const QString &command, const QVariant &payload, void *context,
+                            const QString &relayPath)
+{
+    if (!m_framework)
+        return false;
+    const QString sender = pluginID; // outlives this object, should the call delete it
+    return m_framework->SendCommand(m_hostHandle, sender, command, payload, context, false,
+                                    relayPath);
+}
+
+// ---- Single bookmarks ----
+
+bool Tessaline::addBookmark(const QString &cameraID, const QString &locationID,
+                            const QString &relayPath, qint64 startTimestamp, qint64 endTimestamp,
+                            const QString &desc, const QString &creator, const QString &group)
+{
+    if (cameraID.isEmpty()) {
+        // Speaks of the location though it is the camera that is missing: log readers know it so.
+        LOG_ERROR("%s, Location ID is empty", "Tessaline::addBookmark");
+        return false;
+    }
+    const QVariantMap payload =
+        bookmarkPayload(cameraID, locationID, startTimestamp, endTimestamp, desc, creator, group);
+    if (sendCommand(command::AddBookmark, payload, nullptr, relayPath))
+        return true;
+    LOG_ERROR("%s, send command failed", "Tessaline::addBookmark");
+    return false;
+}
+
+bool Tessaline::deleteBookmark(const QString &bookmarkID, const QString &relayPath)
+{
+    if (!m_hasSettingPermission) {
+        Q_EMIT deleteBookmarkResponsed(false);
+        return false;
+    }
+    const QVariantMap payload{{serverKey::BookmarkID, bookmarkID}};
+    if (sendCommand(command::DeleteBookmark, payload, nullptr, relayPath))
+        return true;
+    LOG_ERROR("%s, send command failed", "Tessaline::deleteBookmark");
+    return false;
+}
+
+bool Tessaline::updateBookmark(const QString &bookmarkID, const QString &desc, const QString &group)
+{
+    QVariantMap payload{{serverKey::BookmarkID, bookmarkID}};
+    if (!desc.isNull())
+        payload.insert(serverKey::Description, desc);
+    if (!group.isNull())
+        payload.insert(serverKey::Group, group);
+    if (sendCommand(command::UpdateBookmark, payload, nullptr, QString()))
+        return true;
+    LOG_ERROR("%s, send command failed", "Tessaline::updateBookmark");
+    return false;
+}
+
+bool Tessaline::removeAllBookmarks(const QString &relayPath)
+{
+    if (!m_hasSettingPermission) {
+        Q_EMIT removeAllBookmarksResponsed(false);
+        return true; // unlike deleteBookmark(): the panel waits for the signal alone
+    }
+    if (sendCommand(command::RemoveAllBookmarks, QVariant(), nullptr, relayPath))
+        return true;
+    LOG_ERROR("%s, send command failed", "Tessaline::removeAllBookmarks");
+    return false;
+}
+
+// ---- Batches ----
+
+/// What adding and deleting in batches have in common.
+struct Tessaline::BatchRequest
+{
+    const QString &command;
+    const char *scope;
+    ContextRegistry<BatchRequestContext> &contexts;
+    void (Tessaline::*responsed)(QList<QString>);
+};
+
+bool Tessaline::addBookmarks(const QList<QVariant> &targetList, qint64 startTimestamp,
+                             qint64 endTimestamp, const QString &desc, const QString &creator,
+                             const QString &group)
+{
+    auto &contexts = requestContexts().addBatches;
+    BatchRequestContext *const batch = contexts.create();
+    if (!batch) {
+        LOG_ERROR("%s, malloc memory fail", "Tessaline::addBookmarks");
+        return false;
+    }
+    for (const QVariant &element : targetList) {
+        const QVariantMap target = element.toMap();
+        appendOnce(*batch, target.value(displayKey::RelayPath).toString(),
+                   bookmarkPayload(target.value(serverKey::CameraID).toString(),
+                                   target.value(serverKey::LocationID).toString(), startTimestamp,
+                                   endTimestamp, desc, creator, group));
+    }
+    return sendBatch({command::AddBookmarks, "Tessaline::addBookmarks", contexts,
+                      &Tessaline::addBookmarksResponsed},
+                     batch);
+}
+
+bool Tessaline::addBookmarks(const QList<QVariant> &targetList, const QString &startDateTime,
+                             const QString &endDateTime, const QString &desc,
+                             const QString &creator, const QString &group)
+{
+    const auto start = parseDateTime(startDateTime);
+    const auto end = parseDateTime(endDateTime);
+    return start && end && addBookmarks(targetList, *start, *end, desc, creator, group);
+}
+
+bool Tessaline::deleteBookmarks(const QList<QVariant> &deleteList)
+{
+    auto &contexts = requestContexts().deleteBatches;
+    BatchRequestContext *const batch = contexts.create();
+    if (!batch) {
+        LOG_ERROR("%s, malloc memory fail", "Tessaline::deleteBookmarks");
+        return false;
+    }
+    for (const QVariant &element : deleteList) {
+        const QVariantMap target = element.toMap();
+        appendOnce(*batch, target.value(displayKey::RelayPath).toString(),
+                   {{serverKey::BookmarkID, target.value(serverKey::BookmarkID).toString()}});
+    }
+    if (m_hasSettingPermission) {
+        return sendBatch({command::DeleteBookmarks, "Tessaline::deleteBookmarks", contexts,
+                          &Tessaline::deleteBookmarksResponsed},
+                         batch);
+    }
+
+    QStringList refused;
+    for (const QVariantList &entries : std::as_const(batch->pendingByTarget)) {
+        for (const QVariant &entry : entries)
+            refused.append(entry.toMap().value(serverKey::BookmarkID).toString());
+    }
+    contexts.take(batch);
+    Q_EMIT deleteBookmarksResponsed(refused);
+    return true;
+}
+
+bool Tessaline::sendBatch(const BatchRequest &request, void *context)
+{
+    const QPointer<Tessaline> self(this);
+    const auto groups = request.contexts.find(context)->pendingByTarget;
+    bool handedOn = false;
+    for (auto group = groups.cbegin(); self && group != groups.cend(); ++group) {
+        if (sendCommand(request.command, *group, context, group.key())) {
+            handedOn = true;
+            continue;
+        }
+        LOG_ERROR("%s, send command failed", request.scope);
+        if (BatchRequestContext *const batch = request.contexts.find(context))
+            batch->pendingByTarget.remove(group.key());
+    }
+
+    // The host may have answered from inside the calls. Then the batch is over by now, or only a
+    // station that could not be reached has kept it from being so.
+    const BatchRequestContext *const batch = request.contexts.find(context);
+    if (!batch || (self && !batch->pendingByTarget.isEmpty()))
+        return handedOn;
+    const auto finished = request.contexts.take(context);
+    if (self && handedOn)
+        Q_EMIT(this->*request.responsed)(finished->failedList);
+    return handedOn;
+}
+
+// ---- Queries ----
+
+bool Tessaline::queryAllBookmarks()
+{
+    m_allBookmarks.clear();
+
+    auto &contexts = requestContexts().allQueries;
+    QueryAllRequestContext *const context = contexts.create();
+    if (!context) {
+        LOG_ERROR("%s, new request context list failed", "Tessaline::queryAllBookmarks");
+        return false;
+    }
+    const QPointer<Tessaline> self(this);
+    context->generation = ++m_queryAllGeneration;
+    context->pendingStations = GetAllSubStations();
+
+    const QList<QString> stations = context->pendingStations;
+    bool handedOn = false;
+    for (auto station = stations.cbegin(); self && station != stations.cend(); ++station) {
+        if (sendCommand(command::QueryAllBookmarks, QVariantMap(), context, *station)) {
+            handedOn = true;
+            continue;
+        }
+        if (QueryAllRequestContext *const query = contexts.find(context))
+            query->pendingStations.removeOne(*station);
+        LOG_ERROR("%s, SendCommand failed", "Tessaline::queryAllBookmarks");
+    }
+
+    // As for batches: the host may have answered from inside the calls.
+    const QueryAllRequestContext *const query = contexts.find(context);
+    if (!query || (self && !query->pendingStations.isEmpty()))
+        return handedOn;
+    const auto finished = contexts.take(context);
+    if (self && handedOn && finished->generation == m_queryAllGeneration)
+        Q_EMIT queryAllBookmarksResponsed(true);
+    return handedOn;
+}
+
+void Tessaline::queryBookmarkForAPI(const QList<QVariant> &camIdList, const QString &startDateTime,
+                                    const QString &endDateTime)
+{
+    const auto start = parseDateTime(startDateTime);
+    const auto end = parseDateTime(endDateTime);
+    if (start && end)
+        queryBookmarkForAPI(camIdList, *start, *end);
+    else
+        Q_EMIT queryBookmarkForApiFinished(false);
+}
+
+void Tessaline::queryBookmarkForAPI(const QList<QVariant> &camIdList, qint64 startTimestamp,
+                                    qint64 endTimestamp)
+{
+    if (camIdList.isEmpty() || startTimestamp == 0 || endTimestamp == 0) {
+        Q_EMIT queryBookmarkForApiFinished(false);
+        return;
+    }
+    // A failed send is silent: QML learns of this query by its answer alone.
+    sendCommand(command::QueryBookmarkForApi,
+                QVariantMap{{serverKey::CameraIDList, camIdList},
+                            {serverKey::StartTimestamp, startTimestamp},
+                            {serverKey::EndTimestamp, endTimestamp}},
+                nullptr, QString());
+}
+
+bool Tessaline::queryBookmarkForRecent(const QString &cameraID, const QString &relayPath,
+                                       uchar recentCnt)
+{
+    m_recentBookmarks.clear();
+    return sendCommand(command::QueryBookmarkForRecent,
+                       QVariantMap{{serverKey::LocationID, cameraID},
+                                   {serverKey::RecentCnt, static_cast<int>(recentCnt)}},
+                       nullptr, relayPath);
+}
+
+bool Tessaline::queryBookmarkForTimeline(const QString &locationID, const QString &relayPath,
+                                         qint64 startTimestamp, qint64 endTimestamp,
+                                         const QString &viewCellUID)
+{
+    auto &contexts = requestContexts().timelineQueries;
+    QString *const context = contexts.create();
+    if (!context)
+        return false;
+    *context = viewCellUID;
+    if (sendCommand(command::QueryBookmarkForTimeline,
+                    QVariantMap{{serverKey::LocationID, locationID},
+                                {serverKey::StartTimestamp, startTimestamp},
+                                {serverKey::EndTimestamp, endTimestamp}},
+                    context, relayPath))
+        return true;
+    contexts.take(context);
+    return false;
+}
+
+// ---- Getters ----
+
+QVariantList Tessaline::getBookmarkList()
+{
+    return m_allBookmarks;
+}
+
+QVariantList Tessaline::getBookmarkListForRecent()
+{
+    return m_recentBookmarks;
+}
+
+QVariantList Tessaline::getQueryBookmarkResult() const
+{
+    return m_apiQueryResult;
+}
