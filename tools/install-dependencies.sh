@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Installs what building and running need and this machine lacks (Debian 12 packages).
+#   tools/install-dependencies.sh run|test|ci
+set -euo pipefail
+
+run=(g++ cmake ninja-build qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite
+     qml6-module-qtqml qml6-module-qtqml-workerscript tzdata)
+test=("${run[@]}" qml6-module-qttest qml6-module-qtquick qml6-module-qtquick-window)
+ci=("${test[@]}" git clang-format-14 clang-tidy-14 clazy qt6-declarative-dev-tools gcovr)
+
+case "${1:-}" in
+    run) wanted=("${run[@]}") ;;
+    test) wanted=("${test[@]}") ;;
+    ci) wanted=("${ci[@]}") ;;
+    *) echo "usage: $0 run|test|ci" >&2; exit 2 ;;
+esac
+
+if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+    echo "$0: this is no Debian system; going on with what is installed." >&2
+    echo "$0: needed are, by their Debian names: ${wanted[*]}" >&2
+    exit 0
+fi
+
+missing=()
+for package in "${wanted[@]}"; do
+    state=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+    [ "$state" = installed ] || missing+=("$package")
+done
+[ ${#missing[@]} -gt 0 ] || exit 0
+
+as_root=()
+if [ "$(id -u)" != 0 ]; then
+    if command -v sudo >/dev/null; then
+        as_root=(sudo)
+    else
+        echo "$0: no right to install packages. Please have these installed: ${missing[*]}" >&2
+        exit 1
+    fi
+fi
+
+echo "Installing: ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get update -qq
+"${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
