@@ -1,0 +1,66 @@
+#include "RecordingPlan.h"
+
+#include "Site.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QTimeZone>
+
+namespace workbench {
+
+RecordingPlan::RecordingPlan(const Site &site, QDate baseDate)
+    : m_site(site)
+    , m_baseDate(baseDate)
+{
+}
+
+std::optional<Recording> RecordingPlan::recording(const QString &name, Station *station)
+{
+    const std::pair<Station *, QString> key(station, name);
+    const auto known = m_recordings.constFind(key);
+    if (known != m_recordings.cend())
+        return *known;
+
+    std::optional<Place> place = knownCamera(name, station);
+    if (!place)
+        place = nextCamera(station);
+    if (!place)
+        return std::nullopt;
+    const int daysBack = m_daysBack[{place->station, place->cameraID}]++;
+    const QDateTime start(m_baseDate.addDays(-daysBack), QTime(8, 0), QTimeZone::utc());
+    const Recording recording{place->station, place->cameraID, start.toMSecsSinceEpoch()};
+    m_recordings.insert(key, recording);
+    return recording;
+}
+
+std::optional<RecordingPlan::Place> RecordingPlan::knownCamera(const QString &name,
+                                                               Station *station) const
+{
+    const QList<Place> places = cameras(station);
+    for (const Place &place : places) {
+        const QString key = place.station->config().relayPath + QLatin1Char('/') + place.cameraID;
+        if (name == place.cameraID || name == key)
+            return place;
+    }
+    return std::nullopt;
+}
+
+std::optional<RecordingPlan::Place> RecordingPlan::nextCamera(Station *station)
+{
+    const QList<Place> places = cameras(station);
+    if (places.isEmpty())
+        return std::nullopt;
+    return places.at(m_nextCamera[station]++ % places.size());
+}
+
+QList<RecordingPlan::Place> RecordingPlan::cameras(Station *station) const
+{
+    QList<Place> places;
+    const QList<Station *> stations = station ? QList<Station *>{station} : m_site.stations();
+    for (Station *each : stations) {
+        for (const Camera &camera : each->config().cameras)
+            places.append({each, camera.cameraID});
+    }
+    return places;
+}
+
+} // namespace workbench

@@ -1,0 +1,224 @@
+#include "Site.h"
+
+#include "Protocol.h"
+
+#include <QtCore/QCryptographicHash>
+#include <QtCore/QDir>
+#include <QtCore/QRegularExpression>
+#include <QtCore/QTimeZone>
+
+#include <algorithm>
+
+namespace workbench {
+
+namespace code = protocol::code;
+namespace command = protocol::command;
+namespace key = protocol::key;
+
+using standin::Answer;
+
+namespace {
+
+bool succeeded(const Answer &answer)
+{
+    return answer.resultCode == code::Success;
+}
+
+/// A failed batch delete names what it did not delete, also when no station was reached.
+Answer unknownStation(const QString &command, const QVariant &payload)
+{
+    Answer answer{QVariant(), code::UnknownStation};
+    if (command == command::DeleteBookmarks) {
+        if (const std::optional<QStringList> bookmarkIDs = bookmarkIDsOf(payload))
+            answer.result = *bookmarkIDs;
+    }
+    return answer;
+}
+
+QVariantList sortedByStart(const QVariantList &records)
+{
+    QList<std::pair<qint64, QVariant>> keyed;
+    keyed.reserve(records.size());
+    for (const QVariant &record : records)
+        keyed.append({record.toMap().value(key::StartTimestamp).toLongLong(), record});
+    std::stable_sort(keyed.begin(), keyed.end(),
+                     [](const auto &left, const auto &right) { return left.first < right.first; });
+    QVariantList sorted;
+    sorted.reserve(keyed.size());
+    for (const auto &[start, record] : std::as_const(keyed))
+        sorted.append(record);
+    return sorted;
+}
+
+} // namespace
+
+std::unique_ptr<Site> Site::open(const QString &folder, const QList<StationConfig> &configs,
+                                 QString *error)
+{
+    if (!QDir().mkpath(folder)) {
+        *error =
+            QStringLiteral("%1: cannot be made a folder").arg(QDir::toNativeSeparators(folder));
+        return nullptr;
+    }
+    std::unique_ptr<Site> site(new Site);
+    for (StationConfig config : configs) {
+        config.filePath = QDir(folder).filePath(fileNameOf(config.relayPath));
+        if (site->station(config.relayPath)) {
+            *error = QStringLiteral("%1: two stations have the relay path \"%2\"")
+                         .arg(QDir::toNativeSeparators(config.filePath), config.relayPath);
+            return nullptr;
+        }
+        std::unique_ptr<Station> station = Station::open(config, error);
+        if (!station)
+            return nullptr;
+        site->m_stations.push_back(std::move(station));
+    }
+    return site;
+}
+
+Site::Site()
+    : m_timeZone(QTimeZone::systemTimeZoneId())
+{
+}
+
+/// The readable part may be cut or equal for two paths ("A" and "a" are one file on Windows); the
+/// hash tells them apart.
+QString Site::fileNameOf(const QString &relayPath)
+{
+    static const QRegularExpression unsafe(QStringLiteral("[^A-Za-z0-9_-]"));
+    constexpr qsizetype readableLength = 40;
+    constexpr qsizetype hashLength = 16;
+    const QString readable = relayPath.left(readableLength).replace(unsafe, QStringLiteral("_"));
+    const QByteArray hash =
+        QCryptographicHash::hash(relayPath.toUtf8(), QCryptographicHash::Sha256).toHex();
+    return QStringLiteral("%1-%2.sqlite").arg(readable, QString::fromLatin1(hash.left(hashLength)));
+}
+
+Answer Site::execute(const QString &command, const QVariant &payload, const QString &relayPath)
+{
+    if (relayPath.isEmpty())
+        return executeAtConnectedServer(command, payload);
+    Station *target = station(relayPath);
+    return target ? target->execute(command, payload) : unknownStation(command, payload);
+}
+
+Station *Site::station(const QString &relayPath) const
+{
+    const auto found =
+        std::find_if(m_stations.cbegin(), m_stations.cend(),
+                     [&](const auto &station) { return station->config().relayPath == relayPath; });
+    return found == m_stations.cend() ? nullptr : found->get();
+}
+
+QList<Station *> Site::stations() const
+{
+    QList<Station *> stations;
+    for (const std::unique_ptr<Station> &station : m_stations)
+        stations.append(station.get());
+    return stations;
+}
+
+bool Site::addByOtherClient(const QString &relayPath, const Bookmark &bookmark)
+{
+    const Answer answer = execute(command::AddBookmark, bookmark.toRecord(), relayPath);
+    if (!succeeded(answer))
+        return false;
+    Q_EMIT bookmarkAddedByOther(answer.result.toMap(), relayPath);
+    return true;
+}
+
+void Site::setTimeZone(const QByteArray &timeZone)
+{
+    m_timeZone = timeZone;
+    for (const std::unique_ptr<Station> &station : m_stations)
+        station->setTimeZone(timeZone);
+}
+
+void Site::setSettingPermission(bool permission)
+{
+    m_settingPermission = permission;
+    for (const std::unique_ptr<Station> &station : m_stations)
+        station->setSettingPermission(permission);
+}
+
+Answer Site::executeAtConnectedServer(const QString &command, const QVariant &payload)
+{
+    struct Row
+    {
+        QLatin1String command;
+        Answer (Site::*handler)(const QString &, const QVariant &);
+    };
+    static constexpr Row rows[] = {
+        {command::UpdateBookmark, &Site::updateAnywhere},
+        {command::QueryBookmarkForApi, &Site::queryEverywhere},
+        {command::GetRecycleSetting, &Site::askFirst},
+        {command::UpdateRecycleSetting, &Site::updateEverywhere},
+        {command::QueryServerTimeZone, &Site::answerTimeZone},
+        {command::QuerySettingPermission, &Site::answerPermission},
+    };
+    for (const Row &row : rows) {
+        if (row.command == command)
+            return (this->*row.handler)(command, payload);
+    }
+    Station *own = station(QString());
+    return own ? own->execute(command, payload) : unknownStation(command, payload);
+}
+
+/// A station that fails does not hide the one that has the bookmark.
+Answer Site::updateAnywhere(const QString &command, const QVariant &payload)
+{
+    Answer answer{QVariant(), code::UnknownBookmark};
+    for (const std::unique_ptr<Station> &station : m_stations) {
+        const Answer next = station->execute(command, payload);
+        if (succeeded(next))
+            return next;
+        if (next.resultCode != code::UnknownBookmark)
+            answer = next;
+    }
+    return answer;
+}
+
+/// One failing station fails the query: a part of the bookmarks would pass for all of them.
+Answer Site::queryEverywhere(const QString &command, const QVariant &payload)
+{
+    QVariantList records;
+    for (const std::unique_ptr<Station> &station : m_stations) {
+        Answer answer = station->execute(command, payload);
+        if (!succeeded(answer))
+            return answer;
+        records.append(answer.result.toList());
+    }
+    return {sortedByStart(records), code::Success};
+}
+
+Answer Site::updateEverywhere(const QString &command, const QVariant &payload)
+{
+    Answer answer{false, code::UnknownStation};
+    for (const std::unique_ptr<Station> &station : m_stations) {
+        answer = station->execute(command, payload);
+        if (!succeeded(answer))
+            return answer;
+    }
+    return answer;
+}
+
+/// The settings are the same everywhere unless a station was set by its own relay path.
+Answer Site::askFirst(const QString &command, const QVariant &payload)
+{
+    return m_stations.empty() ? unknownStation(command, payload)
+                              : m_stations.front()->execute(command, payload);
+}
+
+Answer Site::answerTimeZone(const QString & /*command*/, const QVariant &payload)
+{
+    return payload.isValid() ? Answer{QVariant(), code::BadPayload}
+                             : Answer{m_timeZone, code::Success};
+}
+
+Answer Site::answerPermission(const QString & /*command*/, const QVariant &payload)
+{
+    return payload.isValid() ? Answer{QVariant(), code::BadPayload}
+                             : Answer{m_settingPermission, code::Success};
+}
+
+} // namespace workbench
