@@ -1,0 +1,120 @@
+#include "Bench.h"
+
+#include "DemoSite.h"
+#include "PluginBase.h"
+#include "Site.h"
+#include "framework/Framework.h"
+#include "stations/Protocol.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QMetaMethod>
+
+namespace workbench {
+
+namespace {
+
+QVariantMap describe(const StationConfig &station)
+{
+    QVariantList cameras;
+    for (const Camera &camera : station.cameras) {
+        cameras.append(QVariantMap{{QStringLiteral("cameraID"), camera.cameraID},
+                                   {QStringLiteral("name"), camera.name},
+                                   {QStringLiteral("key"), cameraKeyOf(station, camera)}});
+    }
+    return {{QStringLiteral("relayPath"), station.relayPath},
+            {QStringLiteral("name"), station.name},
+            {QStringLiteral("locationID"), station.locationID},
+            {QStringLiteral("cameras"), cameras}};
+}
+
+} // namespace
+
+Bench::Bench(PluginBase &plugin, standin::Framework &framework, Site &site, QObject *parent)
+    : QObject(parent)
+    , m_plugin(plugin)
+    , m_framework(framework)
+    , m_site(site)
+    , m_now(QDateTime::currentMSecsSinceEpoch())
+{
+    connect(&m_site, &Site::bookmarkAddedByOther, this,
+            [this](const QVariantMap &record, const QString &relayPath) {
+                m_framework.sendEvent(protocol::event::BookmarkAdded, record, relayPath);
+            });
+}
+
+void Bench::noteTraffic(const standin::Traffic &traffic)
+{
+    using Kind = standin::Traffic::Kind;
+    if (traffic.kind == Kind::Sent && traffic.accepted) {
+        ++m_outstanding;
+        m_asked[traffic.name].append(traffic.relayPath);
+    } else if (traffic.kind == Kind::Answered) {
+        --m_outstanding;
+    }
+    // Traffic is noted before the plug-in gets it, and told about afterwards.
+    QMetaObject::invokeMethod(this, &Bench::trafficPassed, Qt::QueuedConnection);
+}
+
+QVariantList Bench::stations() const
+{
+    QVariantList list;
+    const auto stations = m_site.stations();
+    for (const Station *station : stations)
+        list.append(describe(station->config()));
+    return list;
+}
+
+void Bench::setServerTimeZone(const QString &ianaId)
+{
+    m_serverTimeZone = ianaId;
+    m_site.setTimeZone(ianaId.toUtf8());
+    Q_EMIT serverTimeZoneChanged();
+}
+
+void Bench::connectToServer()
+{
+    m_plugin.PluginServerConnected();
+}
+
+void Bench::failStation(const QString &relayPath, bool fails)
+{
+    m_framework.rules().setForStation(
+        relayPath, fails ? standin::Delivery::failed(protocol::code::DatabaseError)
+                         : standin::Delivery::queued());
+}
+
+bool Bench::addByOtherClient(const QString &relayPath, const QString &cameraID, qint64 start,
+                             qint64 end, const QString &description, const QString &group)
+{
+    const Station *const station = m_site.station(relayPath);
+    if (!station)
+        return false;
+    Bookmark bookmark;
+    bookmark.cameraID = cameraID;
+    bookmark.locationID = station->config().locationID;
+    bookmark.start = start;
+    bookmark.end = end;
+    bookmark.description = description;
+    bookmark.creator = QStringLiteral("another client");
+    bookmark.group = group;
+    return m_site.addByOtherClient(relayPath, bookmark);
+}
+
+QStringList Bench::stationsAsked(const QString &command) const
+{
+    return m_asked.value(command);
+}
+
+QStringList Bench::signalNames() const
+{
+    QStringList names;
+    const QMetaObject *const metaObject = m_plugin.metaObject();
+    for (int i = metaObject->methodOffset(); i < metaObject->methodCount(); ++i) {
+        const QMetaMethod method = metaObject->method(i);
+        if (method.methodType() == QMetaMethod::Signal)
+            names.append(QString::fromLatin1(method.name()));
+    }
+    return names;
+}
+
+} // namespace workbench

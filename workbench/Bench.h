@@ -1,0 +1,85 @@
+#pragma once
+
+#include "framework/Traffic.h"
+
+#include <QtCore/QHash>
+#include <QtCore/QObject>
+#include <QtCore/QStringList>
+#include <QtCore/QVariant>
+
+class PluginBase;
+
+namespace standin {
+class Framework;
+}
+
+namespace workbench {
+
+class Site;
+
+/// What lies around the plug-in, as a QML program sees and moves it: the stations, the connection,
+/// faults and other clients.
+class Bench : public QObject
+{
+    Q_OBJECT
+    /// The stations: maps of relayPath, name, locationID and cameras; these of cameraID, name, key.
+    Q_PROPERTY(QVariantList stations READ stations CONSTANT)
+    /// The present, in milliseconds since the epoch.
+    Q_PROPERTY(qint64 now READ now CONSTANT)
+    /// How many commands still wait for their answer.
+    Q_PROPERTY(int outstanding READ outstanding NOTIFY trafficPassed)
+    /// IANA identifier that the server gives to the next who asks.
+    Q_PROPERTY(QString serverTimeZone READ serverTimeZone WRITE setServerTimeZone NOTIFY
+                   serverTimeZoneChanged)
+
+public:
+    /// The four parts are not owned and must outlive the bench.
+    Bench(PluginBase &plugin, standin::Framework &framework, Site &site, QObject *parent = nullptr);
+
+    /// To be told of everything that passes through the framework.
+    void noteTraffic(const standin::Traffic &traffic);
+
+    QVariantList stations() const;
+    qint64 now() const { return m_now; }
+    int outstanding() const { return m_outstanding; }
+    QString serverTimeZone() const { return m_serverTimeZone; }
+    void setServerTimeZone(const QString &ianaId);
+
+    /// Tells the plug-in that the connection to the server is up.
+    Q_INVOKABLE void connectToServer();
+
+    /// Makes a station answer every command with a failure, or work again.
+    Q_INVOKABLE void failStation(const QString &relayPath, bool fails);
+
+    /// Has another client of the installation add a bookmark; false when the station refuses it.
+    Q_INVOKABLE bool addByOtherClient(const QString &relayPath, const QString &cameraID,
+                                      qint64 start, qint64 end, const QString &description,
+                                      const QString &group);
+
+    /// Relay paths of the stations that got this command since the last forgetTraffic().
+    Q_INVOKABLE QStringList stationsAsked(const QString &command) const;
+    Q_INVOKABLE void forgetTraffic() { m_asked.clear(); }
+
+    /// Names of all signals of the plug-in's object.
+    Q_INVOKABLE QStringList signalNames() const;
+
+    /// Ends the program.
+    Q_INVOKABLE void finish() { Q_EMIT finished(); }
+
+Q_SIGNALS:
+    /// Something has passed and has been dealt with.
+    void trafficPassed();
+    void serverTimeZoneChanged();
+    void finished();
+
+private:
+    PluginBase &m_plugin;
+    standin::Framework &m_framework;
+    Site &m_site;
+    qint64 m_now;
+    int m_outstanding = 0;
+    QString m_serverTimeZone;
+    QHash<QString, QStringList> m_asked; ///< relay paths by command
+};
+
+} // namespace workbench

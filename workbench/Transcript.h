@@ -1,0 +1,46 @@
+#pragma once
+
+#include "framework/Traffic.h"
+
+#include <QtCore/QObject>
+#include <QtCore/QTextStream>
+#include <QtCore/QVariant>
+
+namespace workbench {
+
+/// Writes down what happens on the workbench: steps, calls, commands, answers, signals, rows and
+/// checks, one line each.
+class Transcript : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// @param verbose write payloads and results too
+    explicit Transcript(FILE *file, bool verbose, QObject *parent = nullptr);
+
+    void printTraffic(const standin::Traffic &traffic);
+
+    Q_INVOKABLE void printStep(const QString &title);
+    /// A call from QML of one of the plug-in's methods, before it is made.
+    Q_INVOKABLE void printCall(const QString &method, const QVariantList &arguments);
+    Q_INVOKABLE void printResult(const QVariant &result);
+    Q_INVOKABLE void printSignal(const QString &name, const QVariantList &arguments);
+    /// @param rows lists of column texts
+    Q_INVOKABLE void printRows(const QString &title, const QVariantList &rows);
+    /// Something that must hold.
+    Q_INVOKABLE void printCheck(bool holds, const QString &what);
+    void printSummary();
+
+    int failures() const { return m_failures; }
+
+private:
+    void printLine(const char *mark, const QString &text);
+
+    QTextStream m_out;
+    bool m_verbose;
+    int m_steps = 0;
+    int m_checks = 0;
+    int m_failures = 0;
+};
+
+} // namespace workbench
