@@ -1,0 +1,81 @@
+#include "TimeShiftBufferModel.h"
+
+#include "CoveredRanges.h"
+#include "TimelineListModel.h"
+
+#include <QtCore/QPointer>
+
+#include <utility>
+
+class TimeShiftBufferModel::Private
+{
+public:
+    standin::TimelineListModel *listModel = nullptr; ///< child of the public object
+    standin::CoveredRanges covered;
+    quint64 clearings = 0;
+};
+
+TimeShiftBufferModel::TimeShiftBufferModel(QHash<int, QByteArray> roleNames, QObject *parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>())
+{
+    // A parent keeps the list model from being collected by a JavaScript engine that saw it.
+    d->listModel = new standin::TimelineListModel(std::move(roleNames), this);
+}
+
+TimeShiftBufferModel::~TimeShiftBufferModel() = default;
+
+QHash<int, QByteArray> TimeShiftBufferModel::defaultRoleHash()
+{
+    // Not QByteArrayLiteral: role names stay in QML engines, which may outlive this library.
+    return {
+        {ItemIdRole, QByteArray("itemIDRole")},
+        {ChannelIdRole, QByteArray("channelIDRole")},
+        {Qt::UserRole + 3, QByteArray("channelNameRole")},
+        {Qt::UserRole + 4, QByteArray("titleRole")},
+        {StartTimestampRole, QByteArray("startTimestampRole")},
+        {Qt::UserRole + 6, QByteArray("startOffsetRole")},
+        {Qt::UserRole + 7, QByteArray("itemTypeRole")},
+        {EndTimestampRole, QByteArray("endTimestampRole")},
+        {Qt::UserRole + 9, QByteArray("endOffsetRole")},
+        {Qt::UserRole + 10, QByteArray("colorRole")},
+        {Qt::UserRole + 11, QByteArray("selectedRole")},
+        {Qt::UserRole + 12, QByteArray("lockedRole")},
+    };
+}
+
+QObject *TimeShiftBufferModel::getModel() const
+{
+    return d->listModel;
+}
+
+void TimeShiftBufferModel::setBoundary(qint64 head, qint64 tail, qint64, qint64)
+{
+    // All gaps count as asked for before the first slot runs, so that a slot that moves the range
+    // again does not ask twice. One that clears the model makes the rest of this call pointless.
+    const std::vector<standin::TimeRange> gaps = d->covered.cover(head, tail);
+    const quint64 clearings = d->clearings;
+    const QPointer<TimeShiftBufferModel> self(this);
+    for (const standin::TimeRange &gap : gaps) {
+        Q_EMIT needItems(gap.first, gap.last);
+        if (!self || d->clearings != clearings)
+            return;
+    }
+}
+
+void TimeShiftBufferModel::clear()
+{
+    ++d->clearings;
+    d->covered.clear();
+    d->listModel->removeAll();
+}
+
+void TimeShiftBufferModel::refillItems(QList<QStandardItem *> items)
+{
+    d->listModel->merge(items);
+}
+
+void TimeShiftBufferModel::removeItems(QList<QString> itemIds)
+{
+    d->listModel->remove(itemIds);
+}
