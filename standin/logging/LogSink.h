@@ -1,0 +1,28 @@
+#pragma once
+
+#include "LogControl.h"
+
+#include <QtCore/QFile>
+
+namespace standin {
+
+/// Where finished lines go: standard error, a file or a callback.
+class LogSink
+{
+public:
+    LogSink() = default;
+
+    void useStandardError();
+    bool useFile(const QString &path);
+    void useCallback(std::function<void(const LogLine &)> callback);
+
+    void write(const LogLine &line);
+
+private:
+    Q_DISABLE_COPY_MOVE(LogSink)
+
+    QFile m_file; ///< closed while lines go elsewhere
+    std::function<void(const LogLine &)> m_callback;
+};
+
+} // namespace standin
