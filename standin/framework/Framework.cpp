@@ -1,0 +1,232 @@
+#include "Framework.h"
+
+#include "DeepCopy.h"
+
+#include <QtCore/QLoggingCategory>
+#include <QtCore/QTimer>
+
+#include <algorithm>
+#include <utility>
+
+namespace standin {
+
+namespace {
+
+Q_LOGGING_CATEGORY(lcStandin, "tessaline.standin", QtInfoMsg)
+
+PluginBase *pluginBase(QObject *object)
+{
+    // Test doubles need not declare the interface to the meta-object system.
+    auto *plugin = qobject_cast<PluginBase *>(object);
+    return plugin ? plugin : dynamic_cast<PluginBase *>(object);
+}
+
+} // namespace
+
+bool Framework::SendCommand(void *hostHandle, const QString &pluginID, const QString &command,
+                            const QVariant &payload, void *context, bool flag,
+                            const QString &relayPath)
+{
+    const Delivery delivery = m_rules.find(relayPath, command);
+    SentCommand sent;
+    sent.hostHandle = hostHandle;
+    sent.pluginID = deepCopy(pluginID);
+    sent.command = deepCopy(command);
+    sent.payload = deepCopy(payload);
+    sent.context = context;
+    sent.flag = flag;
+    sent.relayPath = deepCopy(relayPath);
+    sent.accepted = delivery.when != Delivery::When::Refused;
+
+    sent = record(std::move(sent));
+    if (!sent.accepted)
+        return false;
+    if (const std::optional<Answer> answer = execute(sent, delivery))
+        schedule({sent, *answer}, delivery);
+    return true;
+}
+
+QObject *Framework::FindPlugin(void *hostHandle, const QString &pluginID)
+{
+    Q_UNUSED(hostHandle)
+    return m_plugins.value(pluginID);
+}
+
+void Framework::addPlugin(const QString &pluginID, QObject *plugin)
+{
+    m_plugins.insert(deepCopy(pluginID), plugin);
+}
+
+void Framework::removePlugin(const QString &pluginID)
+{
+    m_plugins.remove(pluginID);
+}
+
+void Framework::setObserver(std::function<void(const Traffic &)> observer)
+{
+    m_observer = std::move(observer);
+}
+
+void Framework::answer(const SentCommand &command, const QVariant &result,
+                       const QString &resultCode)
+{
+    deliver({command, {result, resultCode}});
+}
+
+QList<SentCommand> Framework::held() const
+{
+    QList<SentCommand> commands;
+    for (const Pending &pending : m_held)
+        commands.append(pending.command);
+    return commands;
+}
+
+bool Framework::release(qsizetype position)
+{
+    if (position < 0 || position >= m_held.size())
+        return false;
+    deliver(m_held.takeAt(position));
+    return true;
+}
+
+void Framework::releaseAll()
+{
+    const QList<Pending> released = std::exchange(m_held, {});
+    for (const Pending &pending : released)
+        deliver(pending);
+}
+
+void Framework::releaseInOrder(const QList<qsizetype> &positions)
+{
+    const QList<Pending> released = std::exchange(m_held, {});
+    for (const qsizetype position : positions) {
+        if (position >= 0 && position < released.size())
+            deliver(released.at(position));
+        else
+            qCWarning(lcStandin, "No answer is held at position %lld", qlonglong(position));
+    }
+}
+
+void Framework::sendEvent(const QString &eventName, const QVariant &data, const QString &relayPath)
+{
+    Traffic traffic;
+    traffic.kind = Traffic::Kind::Event;
+    traffic.sequence = ++m_lastSequence;
+    traffic.name = deepCopy(eventName);
+    traffic.value = deepCopy(data);
+    traffic.relayPath = deepCopy(relayPath);
+    notify(traffic);
+
+    // A copy, as a plug-in may add or remove others, or go away itself.
+    const auto plugins = m_plugins;
+    for (const QPointer<QObject> &object : plugins) {
+        if (PluginBase *plugin = pluginBase(object))
+            plugin->EventProcessor(deepCopy(eventName), 0, 0, 0, deepCopy(data), traffic.relayPath);
+    }
+}
+
+SentCommand Framework::record(SentCommand command)
+{
+    command.sequence = ++m_lastSequence;
+    if (m_recording)
+        m_sent.append(command);
+
+    Traffic traffic;
+    traffic.kind = Traffic::Kind::Sent;
+    traffic.sequence = command.sequence;
+    traffic.name = command.command;
+    traffic.value = command.payload;
+    traffic.context = command.context;
+    traffic.relayPath = command.relayPath;
+    traffic.accepted = command.accepted;
+    notify(traffic);
+    return command;
+}
+
+/// What comes back for a command; nothing when only the test can tell.
+std::optional<Answer> Framework::execute(const SentCommand &command, const Delivery &delivery)
+{
+    if (delivery.failureCode)
+        return Answer{{}, *delivery.failureCode};
+    std::optional<Answer> answer;
+    if (m_server)
+        answer = m_server->execute(command.command, command.payload, command.relayPath);
+    if (delivery.replacedResult) {
+        answer = answer.value_or(Answer());
+        answer->result = *delivery.replacedResult;
+    }
+    return answer;
+}
+
+void Framework::schedule(const Pending &pending, const Delivery &delivery)
+{
+    const auto deliverLater = [this, pending] { deliver(pending); };
+    for (int i = 0; i < delivery.copies; ++i) {
+        switch (delivery.when) {
+        case Delivery::When::Queued:
+            QMetaObject::invokeMethod(&m_eventContext, deliverLater, Qt::QueuedConnection);
+            break;
+        case Delivery::When::Delayed:
+            QTimer::singleShot(delivery.delayMs, &m_eventContext, deliverLater);
+            break;
+        case Delivery::When::Immediate:
+            deliver(pending);
+            break;
+        case Delivery::When::Held:
+            m_held.append(pending);
+            break;
+        case Delivery::When::Reversed:
+            if (m_round.isEmpty())
+                QMetaObject::invokeMethod(
+                    &m_eventContext, [this] { deliverRound(); }, Qt::QueuedConnection);
+            m_round.append(pending);
+            break;
+        case Delivery::When::Never:
+        case Delivery::When::Refused:
+            break;
+        }
+    }
+}
+
+void Framework::deliver(const Pending &pending)
+{
+    const SentCommand &command = pending.command;
+    const QPointer<QObject> receiver = m_plugins.value(command.pluginID);
+    if (!receiver) {
+        qCDebug(lcStandin) << "No plug-in is left for the answer to" << command.command;
+        return;
+    }
+
+    Traffic traffic;
+    traffic.kind = Traffic::Kind::Answered;
+    traffic.sequence = ++m_lastSequence;
+    traffic.request = command.sequence;
+    traffic.name = command.command;
+    traffic.value = deepCopy(pending.answer.result);
+    traffic.context = command.context;
+    traffic.resultCode = deepCopy(pending.answer.resultCode);
+    traffic.relayPath = command.relayPath;
+    notify(traffic);
+
+    // The observer may have destroyed the receiver.
+    if (PluginBase *plugin = pluginBase(receiver))
+        plugin->CommandProcessor(command.command, deepCopy(pending.answer.result), command.context,
+                                 traffic.resultCode, QString(), false, command.relayPath);
+}
+
+void Framework::deliverRound()
+{
+    const QList<Pending> round = std::exchange(m_round, {});
+    std::for_each(round.crbegin(), round.crend(),
+                  [this](const Pending &pending) { deliver(pending); });
+}
+
+void Framework::notify(const Traffic &traffic)
+{
+    // A copy, as the observer may install another one.
+    const auto observer = m_observer;
+    if (observer)
+        observer(traffic);
+}
+
+} // namespace standin

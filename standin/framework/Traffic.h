@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+
+namespace standin {
+
+/// A command as it was handed to the framework; every value has data of its own.
+struct SentCommand
+{
+    quint64 sequence = 0; ///< of the command among all traffic
+    void *hostHandle = nullptr;
+    QString pluginID;
+    QString command;
+    QVariant payload;
+    void *context = nullptr; ///< carried only
+    bool flag = false;
+    QString relayPath;
+    bool accepted = true; ///< what SendCommand returned
+};
+
+/// One thing that passed through the framework. Not every field is used by every kind.
+struct Traffic
+{
+    enum class Kind {
+        Sent,     ///< a plug-in sent a command, accepted or not
+        Answered, ///< an answer is about to be delivered to it
+        Event,    ///< an event is about to be delivered to all plug-ins
+    };
+
+    Kind kind = Kind::Sent;
+    quint64 sequence = 0; ///< 1 for the first, then always greater
+    quint64 request = 0;  ///< of an answer: the sequence number of its command
+    QString name;         ///< of the command or event
+    QVariant value;       ///< payload, result or event data
+    void *context = nullptr;
+    QString resultCode; ///< of an answer
+    QString relayPath;
+    bool accepted = true; ///< of a command
+};
+
+} // namespace standin
