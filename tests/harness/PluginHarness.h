@@ -1,0 +1,111 @@
+#pragma once
+
+#include "LogLines.h"
+#include "SignalLines.h"
+#include "framework/Framework.h"
+#include "topology/Topology.h"
+
+#include <QtCore/QPluginLoader>
+#include <QtCore/QPointer>
+#include <QtCore/QStringList>
+
+#include <memory>
+
+class PluginBase;
+class QAbstractItemModel;
+
+/// The built library in a scripted host: every command is recorded and answered by the test.
+///
+/// Three stations with one camera each are in the device tree: "A", "B" and "C" with the cameras
+/// "A/1", "B/1" and "C/1", named "Station A" and "Camera A1" and so on.
+class PluginHarness
+{
+public:
+    enum Start { Initialised, Bare };
+
+    /// Loads the library, makes a new object and hands it its host, unless @p start is Bare.
+    explicit PluginHarness(Start start = Initialised);
+    /// Deletes the object. The library stays loaded.
+    ~PluginHarness();
+    Q_DISABLE_COPY_MOVE(PluginHarness)
+
+    /// Where the build has put the library.
+    static QString libraryPath();
+    static QString pluginID();
+
+    PluginBase &plugin() const { return *m_plugin; }
+    bool isAlive() const { return m_object; }
+    /// As the client does when it shuts the plug-in down.
+    void deletePlugin() { delete m_object.data(); }
+
+    standin::Framework framework;
+    standin::Topology topology;
+    LogLines log;
+    std::unique_ptr<SignalLines> emitted;
+
+    /// Calls a method by its name, as QML does; the arguments' types choose the overload.
+    template <typename Result = void, typename... Arguments>
+    Result call(const char *method, const Arguments &...arguments)
+    {
+        if constexpr (std::is_void_v<Result>) {
+            if (!QMetaObject::invokeMethod(m_object, method, Qt::DirectConnection,
+                                           argument(arguments)...))
+                qFatal("%s can't be called so", method);
+        } else {
+            Result result{};
+            if (!QMetaObject::invokeMethod(m_object, method, Qt::DirectConnection,
+                                           QReturnArgument<Result>(typeName<Result>(), result),
+                                           argument(arguments)...))
+                qFatal("%s can't be called so", method);
+            return result;
+        }
+    }
+
+    /// The commands sent since the last call, as "AddBookmark@A" each; "!" before a refused one.
+    QStringList takeSent();
+    /// The one command sent since the last takeSent(); the test ends when there are more or none.
+    standin::SentCommand onlySent();
+    QList<standin::SentCommand> sent() const { return framework.sent(); }
+
+    /// Delivers an answer as the host does.
+    void answer(const QString &command, const QVariant &result, const QString &relayPath = {},
+                void *context = nullptr, const QString &code = QStringLiteral("0"));
+    void answer(const standin::SentCommand &command, const QVariant &result,
+                const QString &code = QStringLiteral("0"));
+
+    void grantPermission();
+    void setServerTimeZone(const QByteArray &ianaId);
+
+    /// Makes the plug-in hold these server records of one station as its list of all bookmarks.
+    void storeBookmarks(const QVariantList &records,
+                        const QString &relayPath = QStringLiteral("A"));
+
+    /// The list model of a view cell that shows a location, as QML gets it.
+    QAbstractItemModel *openViewCell(const QString &viewCellUID, const QString &locationID,
+                                     const QString &relayPath);
+
+private:
+    template <typename T>
+    static const char *typeName()
+    {
+        return QMetaType::fromType<T>().name();
+    }
+    template <typename T>
+    static QGenericArgument argument(const T &value)
+    {
+        return QArgument<T>(typeName<T>(), value);
+    }
+
+    QPluginLoader m_loader;
+    QPointer<QObject> m_object;
+    PluginBase *m_plugin = nullptr;
+};
+
+/// A server record with the eight keys.
+QVariantMap serverRecord(const QString &bookmarkID, const QString &cameraID,
+                         const QString &locationID, qint64 start, qint64 end,
+                         const QString &description = {}, const QString &creator = {},
+                         const QString &group = {});
+
+/// The first column of a model by one role, top to bottom.
+QStringList rowsOf(const QAbstractItemModel *model, int role);
