@@ -1,0 +1,65 @@
+#include "PluginHarness.h"
+
+#include "PluginBase.h"
+
+#include <QtQml/QQmlContext>
+#include <QtQml/QQmlEngine>
+#include <QtQuickTest/quicktest.h>
+
+/// The host as the QML tests see it; "bookmarks" is the plug-in's object.
+class Host : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// What was sent since the last call: maps of command, payload and relayPath.
+    Q_INVOKABLE QVariantList takeSent()
+    {
+        QVariantList list;
+        for (const standin::SentCommand &sent : m_harness.framework.sent()) {
+            list.append(QVariantMap{{QStringLiteral("command"), sent.command},
+                                    {QStringLiteral("payload"), sent.payload},
+                                    {QStringLiteral("relayPath"), sent.relayPath}});
+        }
+        m_lastSent = m_harness.framework.sent();
+        m_harness.framework.clearSent();
+        return list;
+    }
+
+    /// Type of a value in the payload of a command that takeSent() has returned.
+    Q_INVOKABLE QString typeInPayload(int index, const QString &key) const
+    {
+        const QVariant value = m_lastSent.at(index).payload.toMap().value(key);
+        return QString::fromLatin1(value.metaType().name());
+    }
+
+    /// Answers a command that takeSent() has returned.
+    Q_INVOKABLE void answer(int index, const QVariant &result)
+    {
+        m_harness.answer(m_lastSent.at(index), result);
+    }
+
+    PluginHarness m_harness;
+
+private:
+    QList<standin::SentCommand> m_lastSent;
+};
+
+class Setup : public QObject
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    void qmlEngineAvailable(QQmlEngine *engine)
+    {
+        engine->rootContext()->setContextProperty(QStringLiteral("host"), &m_host);
+        engine->rootContext()->setContextProperty(QStringLiteral("bookmarks"),
+                                                  &m_host.m_harness.plugin());
+    }
+
+private:
+    Host m_host;
+};
+
+QUICK_TEST_MAIN_WITH_SETUP(qmlinterface, Setup)
+#include "tst_qmlinterface.moc"
