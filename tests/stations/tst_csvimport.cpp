@@ -1,12 +1,11 @@
 #include "CsvImport.h"
 #include "CsvReader.h"
 #include "Site.h"
+#include "StationTest.h"
 
 #include <QtCore/QBuffer>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
-#include <QtSql/QSqlDatabase>
-#include <QtSql/QSqlQuery>
 #include <QtTest/QTest>
 
 using namespace workbench;
@@ -15,11 +14,6 @@ namespace {
 
 constexpr qint64 Day = 86'400'000;
 constexpr qint64 Base = 1'704'096'000'000; // 2024-01-01T08:00:00Z
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 } // namespace
 
@@ -258,7 +252,7 @@ void TestCsvImport::unusableFilesAreRefused_data()
     row("column twice", "camera,Camera,start,end\n", ":1: the column \"camera\" is there twice");
     row("other encoding",
         "\xFF\xFE"
-        "c\0a\0",
+        "c",
         ":1: the text is not UTF-8");
 }
 
@@ -308,15 +302,8 @@ QCOMPARE(stored("A").size(), 1000);
 void TestCsvImport::failingStationEndsTheImport()
 {
     const QString file = m_site->station(text("A"))->config().filePath;
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(text("QSQLITE"), text("outsider"));
-        database.setDatabaseName(file);
-        QVERIFY(database.open());
-        QVERIFY(QSqlQuery(database).exec(
-            text("CREATE TRIGGER full BEFORE INSERT ON bookmark WHEN NEW.start_ms = 7"
-                 " BEGIN SELECT RAISE(ABORT, 'disk is full'); END")));
-    }
-    QSqlDatabase::removeDatabase(text("outsider"));
+    QVERIFY(runSql(file, "CREATE TRIGGER full BEFORE INSERT ON bookmark WHEN NEW.start_ms = 7"
+                         " BEGIN SELECT RAISE(ABORT, 'disk is full'); END"));
     QByteArray csv("camera,start,end\n");
     for (int i = 0; i < 1500; ++i)
         csv += i == 1400 ? "1,7,8\n" : "1,1,2\n";

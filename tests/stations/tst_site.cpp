@@ -1,4 +1,5 @@
 #include "Site.h"
+#include "StationTest.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QRegularExpression>
@@ -9,11 +10,6 @@
 using namespace workbench;
 
 namespace {
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 /// Relay paths that must not be taken apart, nor be mistaken for each other.
 const char *const relayPaths[] = {"east/%1", "east_%1", "EAST/%1", "../west"};
@@ -58,6 +54,7 @@ private Q_SLOTS:
     void unknownStationFails();
     void emptyRelayPathCanBeAStation();
     void updateFindsTheStation();
+    void failingStationHidesNothing();
     void apiQueryJoinsByStart();
     void recycleSettingsGoEverywhere();
     void factsAreThoseOfTheSite();
@@ -161,6 +158,21 @@ void TestSite::updateFindsTheStation()
     QCOMPARE(ask("UpdateBookmark", bookmarkID(text("nobody's"))).resultCode, text("2"));
     change.insert(text("Group"), 1);
     QCOMPARE(ask("UpdateBookmark", change).resultCode, text("1"));
+}
+
+void TestSite::failingStationHidesNothing()
+{
+    const QVariantMap known = bookmarkID(add("../west", bookmark(1, "b")));
+    QVERIFY(runSql(m_site->station(text("east_%1"))->config().filePath, "DROP TABLE bookmark"));
+    static const QRegularExpression warning(text("no such table"));
+    for (int i = 0; i < 3; ++i)
+        QTest::ignoreMessage(QtWarningMsg, warning);
+    QCOMPARE(ask("UpdateBookmark", known).resultCode, text("0"));
+    QCOMPARE(ask("UpdateBookmark", bookmarkID(text("nobody's"))).resultCode, text("4"));
+    const QVariantMap all{{text("CameraIDList"), QVariantList{text("cam")}},
+                          {text("StartTimestamp"), qint64(0)},
+                          {text("EndTimestamp"), qint64(99)}};
+    QCOMPARE(ask("QueryBookmarkForApi", all).resultCode, text("4"));
 }
 
 void TestSite::apiQueryJoinsByStart()

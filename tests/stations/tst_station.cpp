@@ -1,11 +1,10 @@
 #include "Station.h"
+#include "StationTest.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QUuid>
-#include <QtSql/QSqlDatabase>
-#include <QtSql/QSqlQuery>
 #include <QtTest/QTest>
 
 #include <limits>
@@ -17,11 +16,6 @@ namespace {
 constexpr qint64 First = std::numeric_limits<qint64>::min();
 constexpr qint64 Last = std::numeric_limits<qint64>::max();
 constexpr qint64 Hour = 3'600'000;
-
-QString text(const char *utf8)
-{
-    return QString::fromUtf8(utf8);
-}
 
 QVariantMap record(const QString &camera, qint64 start, qint64 end,
                    const QString &location = text("loc"))
@@ -55,20 +49,6 @@ QVariantMap bookmarkID(const QString &id)
 QVariantMap recycling(uint hours, bool enabled)
 {
     return {{text("reserveHour"), hours}, {text("enableRecycle"), enabled}};
-}
-
-/// Runs any statement on a file as another application would.
-bool runSql(const QString &path, const QString &statement)
-{
-    const QString name = text("outsider");
-    bool ok = false;
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(text("QSQLITE"), name);
-        database.setDatabaseName(path);
-        ok = database.open() && QSqlQuery(database).exec(statement);
-    }
-    QSqlDatabase::removeDatabase(name);
-    return ok;
 }
 
 QByteArray contentsOf(const QString &path)
@@ -570,10 +550,10 @@ void TestStation::failingDatabaseChangesNothing()
 {
     const QString id = add(record(text("cam-1"), 1, 2));
     const QVariantList before = all();
-    QVERIFY(runSql(path(), text("CREATE TRIGGER full BEFORE INSERT ON bookmark"
-                                " BEGIN SELECT RAISE(ABORT, 'disk is full'); END")));
-    QVERIFY(runSql(path(), text("CREATE TRIGGER kept BEFORE DELETE ON bookmark"
-                                " BEGIN SELECT RAISE(ABORT, 'disk is full'); END")));
+    QVERIFY(runSql(path(), "CREATE TRIGGER full BEFORE INSERT ON bookmark"
+                           " BEGIN SELECT RAISE(ABORT, 'disk is full'); END"));
+    QVERIFY(runSql(path(), "CREATE TRIGGER kept BEFORE DELETE ON bookmark"
+                           " BEGIN SELECT RAISE(ABORT, 'disk is full'); END"));
     const QRegularExpression warning(text("station #1.*disk is full"));
     for (int i = 0; i < 3; ++i)
         QTest::ignoreMessage(QtWarningMsg, warning);
@@ -593,9 +573,9 @@ void TestStation::unusableFileIsRefusedUntouched_data()
     QTest::newRow("shorter than a header") << text("short") << text("not a SQLite database");
     QTest::newRow("of another application") << text("foreign") << text("another application");
     QTest::newRow("of a newer version") << text("newer") << text("newer version");
-    QTest::newRow("cut off") << text("cut") << text("damaged|malformed");
-    QTest::newRow("a page overwritten") << text("page") << text("damaged|malformed");
-    QTest::newRow("a folder") << text("folder") << text(".");
+    QTest::newRow("cut off") << text("cut") << text("is damaged");
+    QTest::newRow("a page overwritten") << text("page") << text("is damaged");
+    QTest::newRow("a folder") << text("folder") << text("directory");
 }
 
 void TestStation::unusableFileIsRefusedUntouched()
@@ -610,9 +590,9 @@ void TestStation::unusableFileIsRefusedUntouched()
         QVERIFY(overwrite(path(), 0, QByteArray(spoil == text("text") ? 5000 : 20, 'x')));
     } else if (spoil == text("foreign")) {
         QVERIFY(file.remove());
-        QVERIFY(runSql(path(), text("CREATE TABLE note (words)")));
+        QVERIFY(runSql(path(), "CREATE TABLE note (words)"));
     } else if (spoil == text("newer")) {
-        QVERIFY(runSql(path(), text("PRAGMA user_version = 99")));
+        QVERIFY(runSql(path(), "PRAGMA user_version = 99"));
     } else if (spoil == text("cut")) {
         QVERIFY(file.resize(file.size() / 2));
     } else if (spoil == text("page")) {
@@ -627,7 +607,7 @@ void TestStation::unusableFileIsRefusedUntouched()
     QString error;
     QVERIFY(!Station::open({{}, {}, {}, {}, path()}, &error));
     QVERIFY2(error.contains(text("station #1?.sqlite: ")), qPrintable(error));
-    QVERIFY2(error.contains(QRegularExpression(reason)), qPrintable(error));
+    QVERIFY2(error.contains(reason), qPrintable(error));
     QCOMPARE(contentsOf(path()), bytes);
     QCOMPARE(QDir(m_folder->path()).entryList(), files);
 }
@@ -647,6 +627,8 @@ void TestStation::nothingIsLostInACrash()
     const QString left = m_folder->filePath(text("left.sqlite"));
     QVERIFY(QFile::copy(path(), left));
     QVERIFY(QFile::copy(path() + text("-wal"), left + text("-wal")));
+    // An interrupted checkpoint may have left anything of a page that the log still has.
+    QVERIFY(overwrite(left, 4096, QByteArray(4096, 'x')));
     QString error;
     const auto station = Station::open({{}, {}, {}, {}, left}, &error);
     QVERIFY2(station, qPrintable(error));

@@ -85,7 +85,7 @@ QString Bookmark::defect() const
         {group, MaxLabelLength, QLatin1String("group")},
     };
     for (const auto &[text, maxLength, what] : texts) {
-        const QString defect = defectOfText(text, maxLength, what);
+        QString defect = defectOfText(text, maxLength, what);
         if (!defect.isEmpty())
             return defect;
     }

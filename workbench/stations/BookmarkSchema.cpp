@@ -134,7 +134,7 @@ QString problemOfFile(const QString &path)
     // What a crash between creating the file and its first transaction leaves.
     if (file.size() == 0)
         return QString();
-    const QString problem = problemOfHeader(file.read(100));
+    QString problem = problemOfHeader(file.read(100));
     if (!problem.isEmpty() || hasJournal(path))
         return problem;
     file.close();
@@ -147,7 +147,7 @@ QString problemOfDatabase(const QSqlDatabase &database)
     const QVariant version = valueOf(database, QStringLiteral("PRAGMA user_version"));
     if (!applicationID.isValid() || !version.isValid())
         return QStringLiteral("is damaged");
-    const QString problem = problemOfIdentity(applicationID.toUInt(), version.toUInt());
+    QString problem = problemOfIdentity(applicationID.toUInt(), version.toUInt());
     if (!problem.isEmpty())
         return problem;
     const QString check = valueOf(database, QStringLiteral("PRAGMA quick_check(1)")).toString();
@@ -159,7 +159,7 @@ QString migrate(const QSqlDatabase &database)
     const QList<QStringList> steps = migrations();
     const int version = valueOf(database, QStringLiteral("PRAGMA user_version")).toInt();
     for (int step = version; step < steps.size(); ++step) {
-        const QString error = runStep(database, steps.at(step), step + 1);
+        QString error = runStep(database, steps.at(step), step + 1);
         if (!error.isEmpty())
             return error;
     }

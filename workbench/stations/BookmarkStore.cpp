@@ -234,13 +234,16 @@ QSqlQuery BookmarkStore::prepared(const QString &statement)
 {
     QSqlQuery query(m_connection->database());
     query.setForwardOnly(true);
-    // A failure shows again when the query is run.
+    // A failure stays in the query until it is run.
     query.prepare(statement);
     return query;
 }
 
 bool BookmarkStore::run(QSqlQuery &query, const QVariantList &values)
 {
+    // Running a statement that could not be prepared would hide why behind a count of values.
+    if (query.lastError().isValid())
+        return fail(query.lastError().text());
     for (int i = 0; i < values.size(); ++i)
         query.bindValue(i, values.at(i));
     return query.exec() || fail(query.lastError().text());

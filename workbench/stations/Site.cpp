@@ -169,7 +169,7 @@ Answer Site::updateAnywhere(const QString &command, const QVariant &payload)
 {
     Answer answer{QVariant(), code::UnknownBookmark};
     for (const std::unique_ptr<Station> &station : m_stations) {
-        const Answer next = station->execute(command, payload);
+        Answer next = station->execute(command, payload);
         if (succeeded(next))
             return next;
         if (next.resultCode != code::UnknownBookmark)
