@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <memory>
 #include <utility>
 
 using namespace tessaline;
@@ -183,9 +184,11 @@ QSharedPointer<TimeShiftBufferModel> Tessaline::CreateTimelineModel(const QStrin
 
         // The plug-in object is the model's parent as well as its owner: whichever deletes it
         // first, the other must notice.
-        const QPointer<TimeShiftBufferModel> guard(new TimeShiftBufferModel(roleNames, this));
-        const QSharedPointer<TimeShiftBufferModel> model(
-            guard.data(), [guard](TimeShiftBufferModel *) { delete guard.data(); });
+        auto created = std::make_unique<TimeShiftBufferModel>(roleNames, this);
+        const QPointer<TimeShiftBufferModel> guard(created.get());
+        QSharedPointer<TimeShiftBufferModel> model(
+            created.get(), [guard](TimeShiftBufferModel *) { delete guard.data(); });
+        created.release();
 
         connect(model.data(), &TimeShiftBufferModel::needItems, model.data(),
                 [this, viewCellUID](qint64 start, qint64 end) {

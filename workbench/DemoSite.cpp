@@ -14,7 +14,7 @@ StationConfig makeStation(int number, const QString &name, const QStringList &ca
     station.locationID = QStringLiteral("location-%1").arg(number);
     for (const QString &cameraName : cameraNames) {
         const QString cameraID =
-            QStringLiteral("camera-%1").arg(10 * number + station.cameras.size() + 1);
+            QStringLiteral("camera-%1").arg(qsizetype(10) * number + station.cameras.size() + 1);
         station.cameras.append({cameraID, cameraName});
     }
     return station;
