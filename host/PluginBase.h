@@ -34,8 +34,7 @@ public:
     /// @param context    the pointer given at sending
     /// @param resultCode "0" for success, anything else is a failure
     virtual void CommandProcessor(QString command, QVariant result, void *context,
-                                  QString resultCode, QString, bool,
-                                  const QString &relayPath) = 0;
+                                  QString resultCode, QString, bool, const QString &relayPath) = 0;
     virtual void CommandProcessorEx(QString command, ConfigBase *config, QVariant result,
                                     void *context, QString resultCode, QString, bool,
                                     const QString &relayPath) = 0;

@@ -19,16 +19,20 @@ gate_words() {
     fi
 }
 
-# A name that host, server or QML knows stands once, in the table of its side.
+# A name that host, server or QML knows stands once, in the table of its side. Comments may quote.
 gate_names() {
-    names_of() { grep -oE '"[A-Za-z]{4,}"' "$1" | sort -u; }
-    local hits
-    hits=$(names_of src/Names.h | grep -nFf - $(sources 'src/*.cpp' 'src/*.h' | grep -v Names.h) |
-           grep -v -e 'LOG_ERROR' -e '"Tessaline"' || true)
-    [ -z "$hits" ] || fail names $'names outside of src/Names.h:\n'"$hits"
-    hits=$(names_of workbench/stations/Protocol.h |
-           grep -nFf - $(sources 'workbench/*.cpp' 'workbench/*.h' | grep -v Protocol.h) || true)
-    [ -z "$hits" ] || fail names $'names outside of workbench/stations/Protocol.h:\n'"$hits"
+    check_names src/Names.h src
+    check_names workbench/stations/Protocol.h workbench
+}
+
+# check_names TABLE FOLDER: literals of the table in other C++ files of the folder
+check_names() {
+    local table=$1 names hits file
+    names=$(grep -oE '"[A-Za-z]{4,}"' "$table" | sort -u)
+    for file in $(sources "$2/*.cpp" "$2/*.h" | grep -vF "$table"); do
+        hits=$(sed 's,//.*,,' "$file" | grep -nF "$names" || true)
+        [ -z "$hits" ] || fail names "names of $table in $file:"$'\n'"$hits"
+    done
 }
 
 gate_shell() {
