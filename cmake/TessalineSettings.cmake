@@ -31,9 +31,10 @@ else()
     target_compile_options(tessaline_settings INTERFACE
         -Wall -Wextra -Wpedantic -Wshadow -Wold-style-cast -Wnon-virtual-dtor -Wconversion
         -Wundef -Wimplicit-fallthrough
-        # __FILE__ and debug information name files as the source tree does.
-        "-ffile-prefix-map=${CMAKE_SOURCE_DIR}/="
-        "-ffile-prefix-map=${CMAKE_BINARY_DIR}/=build/")
+        # __FILE__ and debug information name files as the source tree does; a coverage report
+        # needs to find them.
+        $<$<NOT:$<BOOL:${TESSALINE_COVERAGE}>>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=>
+        $<$<NOT:$<BOOL:${TESSALINE_COVERAGE}>>:-ffile-prefix-map=${CMAKE_BINARY_DIR}/=build/>)
 endif()
 
 if(TESSALINE_SANITIZE)
