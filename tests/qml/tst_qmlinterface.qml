@@ -104,6 +104,7 @@ TestCase {
     function test_signalArgumentsHaveNames(row) {
         const handler = row.signal.charAt(0).toUpperCase() + row.signal.slice(1);
         ignoreWarning(/Implicitly defined onFoo properties in Connections are deprecated/);
+        ignoreWarning(/Injection of parameters into signal handlers is deprecated/);
         const watcher = Qt.createQmlObject(
             "import QtQml; Connections { target: bookmarks; property var seen;"
             + " on" + handler + ": seen = " + row.name + " }", testCase);

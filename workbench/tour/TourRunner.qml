@@ -26,19 +26,37 @@ QtObject {
 
     property var program: null    ///< the running generator
     property var awaited: null    ///< what it waits for; null while it runs
+    property var result: undefined ///< what it has waited for
     property var received: []     ///< signals of the plug-in that nobody has waited for yet
+    property var listeners: []    ///< what was connected to the plug-in's signals
 
     readonly property Timer patience: Timer {
         interval: 10000
         onTriggered: runner.giveUp("nothing came for " + interval / 1000 + " s")
     }
 
+    // A program does not go on from within the plug-in's own call.
+    readonly property Timer resumption: Timer {
+        interval: 0
+        onTriggered: runner.resume()
+    }
+
     function play(steps) {
-        for (const name of bench.signalNames())
-            plugin[name].connect((...args) => runner.take(name, args));
+        for (const name of bench.signalNames()) {
+            const listener = (...args) => runner.take(name, args);
+            plugin[name].connect(listener);
+            listeners.push({ name: name, listener: listener });
+        }
         bench.trafficPassed.connect(check);
         program = steps;
-        resume(undefined);
+        resume();
+    }
+
+    function finish() {
+        for (const { name, listener } of listeners)
+            plugin[name].disconnect(listener);
+        bench.trafficPassed.disconnect(check);
+        bench.finish();
     }
 
     /// Waits for the next emission of a signal; gives the list of its arguments.
@@ -76,25 +94,25 @@ QtObject {
     function check() {
         if (!awaited)
             return;
-        const result = awaited.poll();
+        result = awaited.poll();
         if (result === undefined)
             return;
         awaited = null;
         patience.stop();
-        Qt.callLater(resume, result); // not from within the plug-in's own call
+        resumption.start();
     }
 
-    function resume(value) {
+    function resume() {
         let next;
         try {
-            next = program.next(value);
+            next = program.next(result);
         } catch (error) {
             transcript.printCheck(false, error + "\n" + error.stack);
-            bench.finish();
+            finish();
             return;
         }
         if (next.done) {
-            bench.finish();
+            finish();
             return;
         }
         awaited = next.value;
@@ -104,6 +122,6 @@ QtObject {
 
     function giveUp(reason) {
         transcript.printCheck(false, "waited for " + awaited.describe + ", " + reason);
-        bench.finish();
+        finish();
     }
 }
