@@ -188,7 +188,7 @@ QSharedPointer<TimeShiftBufferModel> Tessaline::CreateTimelineModel(const QStrin
         const QPointer<TimeShiftBufferModel> guard(created.get());
         QSharedPointer<TimeShiftBufferModel> model(
             created.get(), [guard](TimeShiftBufferModel *) { delete guard.data(); });
-        created.release();
+        static_cast<void>(created.release());
 
         connect(model.data(), &TimeShiftBufferModel::needItems, model.data(),
                 [this, viewCellUID](qint64 start, qint64 end) {

@@ -189,7 +189,7 @@ void TestLogging::writesToAFile()
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
     const QString text = QString::fromUtf8(file.readAll());
-    const QRegularExpression expected(QRegularExpression::anchoredPattern(QStringLiteral(
+    static const QRegularExpression expected(QRegularExpression::anchoredPattern(QStringLiteral(
         R"((\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3} error Module src/File\.cpp:[12] Scope, failed\n){2})")));
     QVERIFY2(expected.match(text).hasMatch(), qPrintable(text));
     QVERIFY(!logging::writeToFile(folder.path()));
