@@ -73,8 +73,10 @@ QString ids(const QAbstractItemModel *model)
     return rowsOf(model, ItemIdRole).join(u' ');
 }
 
-const QStringList succeeded{QStringLiteral("queryBookmarkForTimelineResponsed(true)")};
-const QStringList failed{QStringLiteral("queryBookmarkForTimelineResponsed(false)")};
+QStringList responsed(const char *success)
+{
+    return {u"queryBookmarkForTimelineResponsed("_s + QLatin1String(success) + u')'};
+}
 
 } // namespace
 
@@ -209,7 +211,7 @@ void TestViewCells::showWhatMatchesTheirFocus()
     cells.answer(query.command, result, answeringStation, query.context);
     QCOMPARE(ids(model), rows);
     QCOMPARE(other->rowCount(), 0);
-    QCOMPARE(cells.emitted->take(), succeeded);
+    QCOMPARE(cells.emitted->take(), responsed("true"));
 
     // Not asked for any more: the same answer to a focus that has moved.
     for (const QString &elsewhere : {u"loc"_s, u"elsewhere"_s}) {
@@ -217,7 +219,7 @@ void TestViewCells::showWhatMatchesTheirFocus()
         cells.focus(u"cell"_s, elsewhere, u"B"_s);
         cells.answer(late, result);
         QCOMPARE(model->rowCount(), 0);
-        QCOMPARE(cells.emitted->take(), succeeded);
+        QCOMPARE(cells.emitted->take(), responsed("true"));
     }
     QCOMPARE(cells.log.take(), QStringList());
 }
@@ -263,7 +265,7 @@ void TestViewCells::reportAFailedQuery()
         cells.answer(query, result, code);
         QCOMPARE(cells.log.takeTexts(),
                  QStringList{u"Tessaline::CommandProcessor, query bookmarks failed"_s});
-        QCOMPARE(cells.emitted->take(), failed);
+        QCOMPARE(cells.emitted->take(), responsed("false"));
         // The context has ended with it.
         cells.answer(query, result);
         QCOMPARE(cells.emitted->take(), QStringList());
