@@ -64,8 +64,6 @@ private Q_SLOTS:
     void showOnePage();
     void haveValuesOfTheseTypes();
     void ofOneCameraPutTheRecentInOrder();
-    void areCopies();
-    void ofTheLastApiQueryAreUnchanged();
 };
 
 void TestBookmarkLists::keepWhatPassesTheFilter_data()
@@ -213,9 +211,9 @@ void TestBookmarkLists::areInOrderAndGrouped()
     PluginHarness harness;
     harness.storeBookmarks(
         {record(u"feb"_s, noon(1999, 2, 1), u"a"_s), record(u"long"_s, 1000, u"b"_s),
-         record(u"new"_s, noon(2026, 1, 2) - 1 * 3600'000, u""_s), record(u"short"_s, 999, u"a"_s),
-         record(u"oct"_s, noon(1999, 10, 1), u"B"_s),
-         record(u"dawn"_s, noon(2026, 1, 2) - 9 * 3600'000, u"ä"_s)});
+         record(u"new"_s, noon(2026, 1, 2) - 1 * 3600'000LL, u""_s),
+         record(u"short"_s, 999, u"a"_s), record(u"oct"_s, noon(1999, 10, 1), u"B"_s),
+         record(u"dawn"_s, noon(2026, 1, 2) - 9 * 3600'000LL, u"ä"_s)});
     QCOMPARE(filtered(harness, filter), expected);
 }
 
@@ -306,34 +304,6 @@ void TestBookmarkLists::ofOneCameraPutTheRecentInOrder()
     QCOMPARE(recent(), u"r999 r5 r1000"_s);
     QCOMPARE(ofCamera(u"1"_s), QString());
     QCOMPARE(ofCamera({}), u"b2 b0 b1"_s);
-}
-
-void TestBookmarkLists::areCopies()
-{
-    PluginHarness harness;
-    harness.storeBookmarks({serverRecord(u"b"_s, u"1"_s, u"l"_s, 0, 0)});
-    auto list = harness.call<QVariantList>("getBookmarkListByNodeID", QString());
-    const QString before = describe(list);
-    harness.call<bool>("queryAllBookmarks");
-    QCOMPARE(filtered(harness, {}), u"0:"_s);
-    QCOMPARE(describe(list), before);
-}
-
-void TestBookmarkLists::ofTheLastApiQueryAreUnchanged()
-{
-    const auto result = [](PluginHarness &harness) {
-        return describe(harness.call<QVariantList>("getQueryBookmarkResult"));
-    };
-    const QVariantList records{serverRecord(u"b"_s, u"1"_s, u"l"_s, 5, 6, {}, u""_s), 5,
-                               QVariant()};
-    PluginHarness harness;
-    QCOMPARE(result(harness), u"[]"_s);
-    harness.answer(u"QueryBookmarkForApi"_s, records);
-    QCOMPARE(result(harness), describe(records));
-    harness.answer(u"QueryBookmarkForApi"_s, QVariantList{1}, {}, nullptr, u"00"_s);
-    QCOMPARE(result(harness), describe(records));
-    harness.answer(u"QueryBookmarkForApi"_s, QVariantMap{{u"Bookmarks"_s, records}});
-    QCOMPARE(result(harness), u"[]"_s);
 }
 
 QTEST_GUILESS_MAIN(TestBookmarkLists)

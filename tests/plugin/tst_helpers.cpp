@@ -152,13 +152,8 @@ void TestHelpers::permissionIsWhatTheServerSaidLast()
 {
     Host host;
     QVERIFY(!host.plugin.hasSettingPermission());
-    const QList<QPair<QVariant, bool>> answers{{true, true},      {false, false},
-                                               {1, true},         {0, false},
-                                               {u"true"_s, true}, {u"false"_s, false},
-                                               {2.5, true},       {QVariant(), false},
-                                               {u"yes"_s, true},  {QVariantList{true}, false}};
-    for (const auto &[answer, permitted] : answers) {
-        host.answer(u"QuerySettingPermission"_s, answer);
+    for (const bool permitted : {true, false}) {
+        host.answer(u"QuerySettingPermission"_s, permitted);
         QCOMPARE(host.plugin.hasSettingPermission(), permitted);
     }
     host.answer(u"QuerySettingPermission"_s, true);

@@ -95,9 +95,6 @@ private Q_SLOTS:
     void ignoreAnswersThatAreNotTheirs();
     void reportAFailedQuery();
     void forgetAQueryThatWasNotSent();
-    void takeAnAddedBookmark_data();
-    void takeAnAddedBookmark();
-    void dropDeletedBookmarks();
     void areNewAfterRemoval();
     void dieWithThePlugin();
     void surviveTheGarbageCollector();
@@ -290,90 +287,6 @@ void TestViewCells::forgetAQueryThatWasNotSent()
     cells.plugin().InitialPluginBase(nullptr, nullptr, nullptr);
     cells.call("setTimelineBoundary", qint64(1000), qint64(2000), u"cell"_s);
     QCOMPARE(cells.takeSent(), QStringList());
-}
-
-void TestViewCells::takeAnAddedBookmark_data()
-{
-    QTest::addColumn<QString>("locationID");
-    QTest::addColumn<QString>("relayPath");
-    QTest::addColumn<QString>("cellsWithIt");
-    QTest::addColumn<bool>("added");
-
-    QTest::newRow("shown in two") << u"loc"_s << u"A"_s << u"one two"_s << true;
-    QTest::newRow("shown in one") << u"loc"_s << u"B"_s << u"three"_s << true;
-    QTest::newRow("shown in none") << u"loc"_s << u"C"_s << QString() << true;
-    QTest::newRow("location of another case") << u"LOC"_s << u"A"_s << QString() << true;
-    QTest::newRow("a cell without a model") << u"bare"_s << u"A"_s << QString() << false;
-    QTest::newRow("a cell without a model before one that has")
-        << u"half"_s << u"A"_s << u"z"_s << false;
-}
-
-void TestViewCells::takeAnAddedBookmark()
-{
-    QFETCH(const QString, locationID);
-    QFETCH(const QString, relayPath);
-    QFETCH(const QString, cellsWithIt);
-    QFETCH(const bool, added);
-
-    ViewCells cells;
-    const QMap<QString, QAbstractItemModel *> models{
-        {u"one"_s, cells.open(u"one"_s)},
-        {u"three"_s, cells.open(u"three"_s, u"loc"_s, u"B"_s)},
-        {u"two"_s, cells.open(u"two"_s)},
-        {u"unfocused"_s, cells.model(u"unfocused"_s)},
-        {u"z"_s, cells.open(u"z"_s, u"half"_s)}};
-    cells.focus(u"bare"_s, u"bare"_s, u"A"_s);
-    cells.focus(u"a"_s, u"half"_s, u"A"_s);
-
-    const QVariant data = record(u"b"_s, locationID);
-    const auto cellsWithRows = [&] {
-        QStringList names;
-        for (auto it = models.cbegin(); it != models.cend(); ++it) {
-            if (it.value()->rowCount() == 1)
-                names.append(it.key());
-        }
-        return names.join(u' ');
-    };
-    cells.announce(data, relayPath);
-    QCOMPARE(cellsWithRows(), cellsWithIt);
-    QCOMPARE(cells.emitted->take(), QStringList());
-
-    cells.grantPermission();
-    cells.answer(u"DeleteBookmark"_s, u"b"_s);
-    QCOMPARE(cellsWithRows(), QString());
-    cells.emitted->take();
-    cells.answer(u"AddBookmark"_s, data, relayPath);
-    QCOMPARE(cellsWithRows(), cellsWithIt);
-    QCOMPARE(cells.emitted->take(), QStringList{added ? u"addBookmarkResponsed(true)"_s
-                                                      : u"addBookmarkResponsed(false)"_s});
-}
-
-void TestViewCells::dropDeletedBookmarks()
-{
-    ViewCells cells;
-    cells.grantPermission();
-    const auto *const first = cells.open(u"one"_s);
-    const auto *const second = cells.open(u"two"_s, u"loc"_s, u"B"_s);
-    for (const QString &station : {u"A"_s, u"B"_s}) {
-        for (const QString &id : {u"b1"_s, u"b2"_s, u"b3"_s, u"b4"_s})
-            cells.announce(record(id), station);
-    }
-    cells.answer(u"DeleteBookmark"_s, u"b1"_s, u"A"_s);
-    QCOMPARE(ids(first), u"b2 b3 b4"_s);
-    QCOMPARE(ids(second), u"b2 b3 b4"_s);
-
-    const auto entry = [](const QString &id) {
-        return QVariantMap{{u"BookmarkID"_s, id}, {u"relayPath"_s, u"A"_s}};
-    };
-    cells.call<bool>("deleteBookmarks", QVariantList{entry(u"b2"_s), entry(u"b4"_s)});
-    cells.answer(cells.onlySent(), QStringList{u"b2"_s, u"unknown"_s, u"b4"_s});
-    QCOMPARE(ids(first), u"b3"_s);
-    QCOMPARE(ids(second), u"b3"_s);
-
-    cells.call<bool>("deleteBookmarks", QVariantList{entry(u"b3"_s)});
-    cells.answer(cells.onlySent(), QStringList{u"b3"_s}, u"1"_s);
-    QCOMPARE(ids(first), u"b3"_s);
-    QCOMPARE(ids(second), u"b3"_s);
 }
 
 void TestViewCells::areNewAfterRemoval()
