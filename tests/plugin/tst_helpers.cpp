@@ -144,8 +144,15 @@ void TestHelpers::contextAddressIsNotUsedAgainAtOnce()
         contexts.take(address);
         QVERIFY(addresses.insert(address).second);
     }
-    for (int i = 0; i < 1000; ++i) // but memory does not run out by it
-        contexts.take(contexts.create());
+#if !defined(__SANITIZE_ADDRESS__) // which itself keeps freed memory apart
+    // Not for ever, or the list of them would grow with every request.
+    for (int i = 0; i < 1000; ++i) {
+        const void *const address = contexts.create();
+        contexts.take(address);
+        addresses.insert(address);
+    }
+    QVERIFY(addresses.size() < 500);
+#endif
 }
 
 void TestHelpers::permissionIsWhatTheServerSaidLast()
