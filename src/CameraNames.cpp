@@ -8,16 +8,24 @@ QString cameraKey(const QString &relayPath, const QString &cameraID)
     return relayPath.isEmpty() ? cameraID : relayPath + QLatin1Char('/') + cameraID;
 }
 
-QString cameraName(const QVariantMap &camNames, const QString &relayPath, const QString &cameraID)
+CameraNames::CameraNames(const QVariantMap &directory, const QString &relayPath)
+    : m_directory(directory)
+    , m_relayPath(relayPath)
+    , m_stationPrefix(directory.value(relayPath).toString() + QLatin1String(" - "))
 {
-    return camNames.value(cameraKey(relayPath, cameraID)).toString();
 }
 
-QString stationAndCameraName(const QVariantMap &camNames, const QString &relayPath,
-                             const QString &cameraID)
+QString CameraNames::name(const QString &cameraID) const
 {
-    return camNames.value(relayPath).toString() + QLatin1String(" - ") +
-           cameraName(camNames, relayPath, cameraID);
+    return m_directory.value(cameraKey(m_relayPath, cameraID)).toString();
+}
+
+QString CameraNames::withStation(const QString &cameraID)
+{
+    QString &known = m_withStation[cameraID];
+    if (known.isNull())
+        known = m_stationPrefix + name(cameraID);
+    return known;
 }
 
 } // namespace tessaline

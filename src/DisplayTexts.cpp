@@ -1,19 +1,142 @@
 #include "DisplayTexts.h"
 
-#include <QtCore/QDateTime>
-#include <QtCore/QLocale>
-#include <QtCore/QTimeZone>
+#include <algorithm>
+#include <iterator>
 
 namespace tessaline {
 
-DisplayTexts displayTexts(qint64 start, qint64 end, const QTimeZone &zone)
+namespace {
+
+constexpr qint64 MsPerDay = 86'400'000;
+constexpr qint64 JulianDayOfEpoch = 2'440'588;
+
+/// Beyond some seventy years around the present nothing is assumed of zones.
+constexpr qint64 Farthest = 4'000'000'000'000;
+
+QString shortText(const QLocale &locale, QTime time)
 {
-    const QLocale locale = QLocale::system();
-    const QDateTime from = QDateTime::fromMSecsSinceEpoch(start, zone);
-    const QDateTime to = QDateTime::fromMSecsSinceEpoch(end, zone);
+    return locale.toString(time, QLocale::ShortFormat);
+}
+
+bool isSplittable(const QLocale &locale, const QTimeZone &zone)
+{
+    // One moment before noon and one after; the parts must not depend on each other.
+    const QDate date(2001, 11, 23);
+    const QTime times[] = {QTime(9, 5, 7), QTime(21, 45, 6)};
+    return std::all_of(std::begin(times), std::end(times), [&](QTime time) {
+        return locale.toString(QDateTime(date, time, zone), QLocale::ShortFormat) ==
+               locale.toString(date, QLocale::ShortFormat) + QLatin1Char(' ') +
+                   shortText(locale, time);
+    });
+}
+
+bool showsSeconds(const QLocale &locale)
+{
+    return shortText(locale, QTime(9, 5, 7)) != shortText(locale, QTime(9, 5, 8));
+}
+
+void writeTwoDigits(QChar *&out, int number)
+{
+    *out++ = QChar(u'0' + number / 10);
+    *out++ = QChar(u'0' + number % 10);
+}
+
+void writeTime(QChar *&out, int secondOfDay)
+{
+    writeTwoDigits(out, secondOfDay / 3600);
+    *out++ = u':';
+    writeTwoDigits(out, secondOfDay / 60 % 60);
+    *out++ = u':';
+    writeTwoDigits(out, secondOfDay % 60);
+}
+
+QString rangeText(int firstSecond, int lastSecond)
+{
+    QString text(19, Qt::Uninitialized);
+    QChar *out = text.data();
+    writeTime(out, firstSecond);
+    for (const QChar c : {u' ', u'-', u' '})
+        *out++ = c;
+    writeTime(out, lastSecond);
+    return text;
+}
+
+} // namespace
+
+DisplayTexts::DisplayTexts(const QTimeZone &zone)
+    : m_zone(zone)
+    , m_locale(QLocale::system())
+    , m_isSplittable(zone.isValid() && isSplittable(m_locale, zone))
+    , m_timeStep(showsSeconds(m_locale) ? 1 : 60)
+{
+}
+
+DisplayTexts::Texts DisplayTexts::of(qint64 start, qint64 end)
+{
+    const std::optional<LocalTime> from = localTime(start);
+    const std::optional<LocalTime> to = localTime(end);
+    if (!from || !to)
+        return slowly(start, end);
+    const QString date = dayText(from->day);
+    return {date, date + QLatin1Char(' ') + timeText(from->secondOfDay),
+            rangeText(from->secondOfDay, to->secondOfDay)};
+}
+
+/// What the clock shows; nothing where that has to be left to QDateTime.
+std::optional<DisplayTexts::LocalTime> DisplayTexts::localTime(qint64 moment)
+{
+    if (!m_isSplittable || moment < -Farthest || moment > Farthest)
+        return std::nullopt;
+    const qint64 local = moment + offsetAt(moment);
+    const qint64 day = local / MsPerDay - (local % MsPerDay < 0 ? 1 : 0);
+    return LocalTime{day, static_cast<int>((local - day * MsPerDay) / 1000)};
+}
+
+/// In milliseconds. An answer has bookmarks of summer and of winter, so more than one span is kept.
+qint64 DisplayTexts::offsetAt(qint64 moment)
+{
+    const auto span = std::find_if(m_spans.cbegin(), m_spans.cend(), [&](const Span &s) {
+        return s.begin <= moment && moment < s.end;
+    });
+    if (span != m_spans.cend())
+        return span->offset;
+
+    const QDateTime dateTime = QDateTime::fromMSecsSinceEpoch(moment, Qt::UTC);
+    const qint64 offset = qint64(1000) * m_zone.offsetFromUtc(dateTime);
+    if (m_zone.hasTransitions()) {
+        const QDateTime before = m_zone.previousTransition(dateTime.addMSecs(1)).atUtc;
+        const QDateTime after = m_zone.nextTransition(dateTime).atUtc;
+        if (before.isValid() && after.isValid())
+            m_spans.push_back({before.toMSecsSinceEpoch(), after.toMSecsSinceEpoch(), offset});
+    }
+    return offset;
+}
+
+QString DisplayTexts::dayText(qint64 day)
+{
+    QString &text = m_dayTexts[day];
+    if (text.isNull())
+        text =
+            m_locale.toString(QDate::fromJulianDay(JulianDayOfEpoch + day), QLocale::ShortFormat);
+    return text;
+}
+
+QString DisplayTexts::timeText(int secondOfDay)
+{
+    const int step = secondOfDay / m_timeStep;
+    QString &text = m_timeTexts[step];
+    if (text.isNull())
+        text = shortText(m_locale, QTime::fromMSecsSinceStartOfDay(1000 * step * m_timeStep));
+    return text;
+}
+
+DisplayTexts::Texts DisplayTexts::slowly(qint64 start, qint64 end) const
+{
+    const QDateTime from = QDateTime::fromMSecsSinceEpoch(start, m_zone);
+    const QDateTime to = QDateTime::fromMSecsSinceEpoch(end, m_zone);
     const QString timeOfDay = QStringLiteral("hh:mm:ss");
-    return {locale.toString(from.date(), QLocale::ShortFormat),
-            locale.toString(from, QLocale::ShortFormat),
+    return {m_locale.toString(from.date(), QLocale::ShortFormat),
+            m_locale.toString(from, QLocale::ShortFormat),
             from.toString(timeOfDay) + QLatin1String(" - ") + to.toString(timeOfDay)};
 }
 

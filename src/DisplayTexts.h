@@ -1,21 +1,67 @@
 #pragma once
 
+#include <QtCore/QDateTime>
+#include <QtCore/QLocale>
 #include <QtCore/QString>
+#include <QtCore/QTimeZone>
 
-class QTimeZone;
+#include <optional>
+#include <unordered_map>
+#include <vector>
 
 namespace tessaline {
 
-/// What an operator reads of a bookmark's time.
-struct DisplayTexts
+/// Makes what an operator reads of the times of an answer's bookmarks, in one time zone.
+///
+/// Date and time texts are the costliest part of a record, and those of one answer repeat: so the
+/// offsets of the zone, the texts of days and the texts of minutes are kept while it is converted.
+class DisplayTexts
 {
-    QString date;      ///< date of the start, in the system locale's short format
-    QString dateTime;  ///< date and time of the start, in the system locale's short format
-    QString timeRange; ///< times of day of start and end, "hh:mm:ss - hh:mm:ss" in every locale
-};
+public:
+    struct Texts
+    {
+        QString date;      ///< date of the start, in the system locale's short format
+        QString dateTime;  ///< date and time of the start, in the system locale's short format
+        QString timeRange; ///< times of day of start and end, "hh:mm:ss - hh:mm:ss" everywhere
+    };
 
-/// The texts of the stretch from @p start to @p end (milliseconds since the epoch) in @p zone. In
-/// an invalid zone no time has a text: the parts are empty, and the range is the separator alone.
-DisplayTexts displayTexts(qint64 start, qint64 end, const QTimeZone &zone);
+    /// In an invalid zone no time has a text: the parts are empty, and the range is the separator
+    /// alone.
+    explicit DisplayTexts(const QTimeZone &zone);
+
+    /// The texts of the stretch from @p start to @p end, in milliseconds since the epoch.
+    Texts of(qint64 start, qint64 end);
+
+private:
+    /// A moment on the clock of the zone.
+    struct LocalTime
+    {
+        qint64 day;      ///< since 1970-01-01
+        int secondOfDay; ///< 0 to 86,399
+    };
+
+    /// A stretch of time in which the zone keeps its offset.
+    struct Span
+    {
+        qint64 begin;
+        qint64 end; ///< excluded
+        qint64 offset;
+    };
+
+    std::optional<LocalTime> localTime(qint64 moment);
+    qint64 offsetAt(qint64 moment);
+    QString dayText(qint64 day);
+    QString timeText(int secondOfDay);
+    Texts slowly(qint64 start, qint64 end) const;
+
+    QTimeZone m_zone;
+    QLocale m_locale;
+    bool m_isSplittable; ///< the text of date and time is that of the date, a blank, that of the
+                         ///< time
+    int m_timeStep;      ///< for how many seconds the text of a time stays the same
+    std::vector<Span> m_spans;
+    std::unordered_map<qint64, QString> m_dayTexts;
+    std::unordered_map<int, QString> m_timeTexts; ///< by number of the step
+};
 
 } // namespace tessaline

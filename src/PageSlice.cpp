@@ -1,5 +1,7 @@
 #include "PageSlice.h"
 
+#include <QtCore/qglobal.h>
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -9,7 +11,7 @@ namespace tessaline {
 namespace {
 
 /// Number of pages, in single precision and truncated, as the panel's pager computes it too.
-int pageCount(qsizetype size, int pageSize)
+int pageCount(std::size_t size, int pageSize)
 {
     if (pageSize == 0)
         return 0; // the division would give no number; every page is empty anyway
@@ -22,11 +24,15 @@ int pageCount(qsizetype size, int pageSize)
 
 } // namespace
 
-QList<QVariant> pageSlice(const QList<QVariant> &list, int pageSize, int pageNumber)
+Slice pageSlice(std::size_t size, int pageSize, int pageNumber)
 {
-    if (pageNumber >= pageCount(list.size(), pageSize))
+    if (pageNumber >= pageCount(size, pageSize))
         pageNumber = 0;
-    return list.mid(static_cast<qint64>(pageSize) * pageNumber, pageSize);
+    const auto limit = static_cast<qint64>(size);
+    const qint64 first = qint64(pageSize) * pageNumber;
+    const qint64 end = pageSize < 0 ? limit : first + pageSize;
+    return {static_cast<std::size_t>(std::clamp(first, qint64(0), limit)),
+            static_cast<std::size_t>(std::clamp(end, qint64(0), limit))};
 }
 
 } // namespace tessaline

@@ -1,5 +1,7 @@
 #include "Tessaline.h"
 
+#include "CameraNames.h"
+#include "DisplayTexts.h"
 #include "FrameworkWrapperBase.h"
 #include "Log.h"
 #include "Names.h"
@@ -251,24 +253,27 @@ bool Tessaline::addBookmarkToTimelineModel(const QVariantMap &record, const QStr
     const QPointer<Tessaline> self(this);
     const QString locationID = record.value(serverKey::LocationID).toString();
     const QStringList viewCells = viewCellsShowing(locationID, relayPath);
-    const QVariantMap camNames = GetAllCamNames();
+    CameraNames camNames(GetAllCamNames(), relayPath);
+    if (!self)
+        return false;
+    DisplayTexts texts(m_serverTimeZone);
     bool added = true;
     for (const QString &viewCellUID : viewCells) {
         if (!self)
             return false;
-        if (!addBookmarkToViewCell(viewCellUID, record, relayPath, camNames))
+        if (!addBookmarkToViewCell(viewCellUID, record, camNames, texts))
             added = false;
     }
     return added;
 }
 
 bool Tessaline::addBookmarkToViewCell(const QString &viewCellUID, const QVariantMap &record,
-                                      const QString &relayPath, const QVariantMap &camNames)
+                                      CameraNames &camNames, DisplayTexts &texts)
 {
     const auto model = m_timelineModels.value(viewCellUID);
     if (!model)
         return false;
-    QStandardItem *const item = CreateBookmarkModelItem(record, relayPath, camNames);
+    QStandardItem *const item = CreateBookmarkModelItem(record, camNames, texts);
     if (!item)
         return false;
     model->refillItems({item});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "BookmarkIndex.h"
 #include "PluginBase.h"
 
 #include <QtCore/QList>
@@ -13,6 +14,11 @@
 class FrameworkWrapperBase;
 class QStandardItem;
 class TimeShiftBufferModel;
+
+namespace tessaline {
+class CameraNames;
+class DisplayTexts;
+} // namespace tessaline
 
 /// The plug-in's one object: video bookmarks for the client.
 ///
@@ -165,17 +171,19 @@ private:
     /// has no model or the item could not be made.
     bool addBookmarkToTimelineModel(const QVariantMap &record, const QString &relayPath);
     bool addBookmarkToViewCell(const QString &viewCellUID, const QVariantMap &record,
-                               const QString &relayPath, const QVariantMap &camNames);
+                               tessaline::CameraNames &camNames, tessaline::DisplayTexts &texts);
     void removeBookmarksFromTimelineModels(const QList<QString> &bookmarkIDs);
     QStringList viewCellsShowing(const QString &locationID, const QString &relayPath) const;
 
     // ---- Tessaline_Local.cpp ----
 
-    QVariantMap CreateBookmarkItem(const QVariantMap &record, const QString &relayPath,
-                                   const QVariantMap &camNames) const;
+    static QVariantMap CreateBookmarkItem(const QVariantMap &record,
+                                          tessaline::CameraNames &camNames,
+                                          tessaline::DisplayTexts &texts);
     /// The record as an item of a timeline, owned by the caller; null when memory is short.
-    QStandardItem *CreateBookmarkModelItem(const QVariantMap &record, const QString &relayPath,
-                                           const QVariantMap &camNames) const;
+    static QStandardItem *CreateBookmarkModelItem(const QVariantMap &record,
+                                                  tessaline::CameraNames &camNames,
+                                                  tessaline::DisplayTexts &texts);
     /// The display records of a query's answer.
     QVariantList CreateBookmarkItems(const QVariant &data, const QString &relayPath);
 
@@ -185,12 +193,18 @@ private:
     /// Relay paths of all sub-stations, in ascending order.
     QList<QString> GetAllSubStations();
 
-    void filterBookmarkListByNodeID(QList<QVariant> &list, const QString &nodeID);
-    void filterBookmarkListByText(QList<QVariant> &list, const QString &text);
-    void filterBookmarkListByTimestamp(QList<QVariant> &list, const qint64 &startTimestamp,
-                                       const qint64 &endTimestamp);
-    void filterBookmarkListByPageNumber(QList<QVariant> &list, int pageNumber);
-    void sortBookmarkListByKey(QList<QVariant> &list, const QString &key, bool ascending);
+    // The filters and the sort work on positions in the list of all bookmarks.
+    tessaline::Rows filterBookmarkListByTimestamp(qint64 startTimestamp, qint64 endTimestamp) const;
+    void filterBookmarkListByText(tessaline::Rows &rows, const QString &text) const;
+    void filterBookmarkListByNodeID(tessaline::Rows &rows, const QString &nodeID) const;
+    /// The page's place among the sorted rows.
+    tessaline::Slice filterBookmarkListByPageNumber(const tessaline::Rows &rows,
+                                                    int pageNumber) const;
+    /// Puts the rows of the page into their place; the others may stay as they are.
+    void sortBookmarkListByKey(tessaline::Rows &rows, const QString &key, bool ascending,
+                               tessaline::Slice page);
+    void sortRecentBookmarks();
+    QVariantList bookmarksAt(const tessaline::Rows &rows, tessaline::Slice slice) const;
     QList<QVariant> generateBookmarkGroupList(const QList<QVariant> &list, QString groupKey) const;
 
     // ---- Tessaline_Req.cpp ----
@@ -209,8 +223,7 @@ private:
     void HandleAddBookmarkResp(const QVariant &data, const QString &relayPath);
     void HandleAddBookmarksResp(const QVariant &data, void *context, const QString &resultCode,
                                 const QString &relayPath);
-    QStringList placeAddedBookmarks(const QVariantList &records, const QString &relayPath,
-                                    const QVariantMap &camNames);
+    QStringList placeAddedBookmarks(const QVariantList &records, tessaline::CameraNames &camNames);
     void HandleDeleteBookmarkResp(const QString &bookmarkID);
     void HandleDeleteBookmarksResp(const QList<QString> &bookmarkIDs, void *context,
                                    const QString &resultCode, const QString &relayPath);
@@ -219,6 +232,7 @@ private:
                                             void *context);
     void HandleQueryAllBookmarksResp(const QString &resultCode, const QVariant &data, void *context,
                                      const QString &relayPath);
+    void storeBookmarks(const QVariantList &items);
     void settleQueryAllAnswer(void *context, const QString &relayPath);
     void HandleQueryBookmarkForRecentResp(const QVariant &data, const QString &relayPath);
     void HandleQueryBookmarkForAPIResp(const QVariant &data, const QString &resultCode);
@@ -231,7 +245,8 @@ private:
     QTimeZone m_serverTimeZone;       ///< zone of everything shown
     bool m_hasSettingPermission = false;
     QList<QVariant> m_apiQueryResult;  ///< server records
-    QList<QVariant> m_allBookmarks;    ///< display records
+    QList<QVariant> m_allBookmarks;    ///< display records; m_allBookmarksIndex goes with them
     QList<QVariant> m_recentBookmarks; ///< display records
     int m_bookmarksPerPage = 50;
+    tessaline::BookmarkIndex m_allBookmarksIndex;
 };

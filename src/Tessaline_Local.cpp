@@ -1,5 +1,6 @@
 #include "Tessaline.h"
 
+#include "AppendToMap.h"
 #include "CameraNames.h"
 #include "DisplayTexts.h"
 #include "FrameworkWrapperBase.h"
@@ -8,16 +9,14 @@
 #include "PageSlice.h"
 #include "TimeShiftBufferModel.h"
 
-#include <QtCore/QDateTime>
 #include <QtCore/QHash>
-#include <QtCore/QLocale>
 #include <QtCore/QPointer>
 #include <QtGui/QStandardItem>
 
 #include <algorithm>
+#include <limits>
 #include <memory>
 #include <utility>
-#include <vector>
 
 using namespace tessaline;
 
@@ -42,80 +41,59 @@ qint64 timestampOf(const QVariantMap &record, const QString &key)
     return record.value(key).toLongLong();
 }
 
-/// Keeps the records that pass, in their order.
-template <typename Predicate>
-void keepIf(QList<QVariant> &list, Predicate passes)
-{
-    list.removeIf([&](const QVariant &element) { return !passes(element.toMap()); });
-}
-
-/// Sorts by keys that are made once for each record; equal records keep their order.
-template <typename KeyOf>
-void sortByKey(QList<QVariant> &list, bool ascending, KeyOf keyOf)
-{
-    using Key = decltype(keyOf(QVariantMap()));
-    std::vector<std::pair<Key, QVariant>> keyed;
-    keyed.reserve(static_cast<std::size_t>(list.size()));
-    for (const QVariant &element : std::as_const(list))
-        keyed.emplace_back(keyOf(element.toMap()), element);
-    std::stable_sort(keyed.begin(), keyed.end(), [ascending](const auto &left, const auto &right) {
-        return ascending ? left.first < right.first : right.first < left.first;
-    });
-    std::transform(keyed.cbegin(), keyed.cend(), list.begin(),
-                   [](const auto &entry) { return entry.second; });
-}
-
 } // namespace
 
 // ---- Records ----
 
-QVariantMap Tessaline::CreateBookmarkItem(const QVariantMap &record, const QString &relayPath,
-                                          const QVariantMap &camNames) const
+QVariantMap Tessaline::CreateBookmarkItem(const QVariantMap &record, CameraNames &camNames,
+                                          DisplayTexts &texts)
 {
     const QString cameraID = textOf(record, serverKey::CameraID);
     const qint64 start = timestampOf(record, serverKey::StartTimestamp);
     const qint64 end = timestampOf(record, serverKey::EndTimestamp);
-    const DisplayTexts texts = displayTexts(start, end, m_serverTimeZone);
-    return {
-        {displayKey::BookmarkID, textOf(record, serverKey::BookmarkID)},
-        {displayKey::CameraID, cameraID},
-        {displayKey::RelayPath, relayPath},
-        {displayKey::StartTimestamp, start},
-        {displayKey::EndTimestamp, end},
-        {displayKey::Description, textOf(record, serverKey::Description)},
-        {displayKey::Creator, textOf(record, serverKey::Creator)},
-        {displayKey::Group, textOf(record, serverKey::Group)},
-        {displayKey::CameraName, stationAndCameraName(camNames, relayPath, cameraID)},
-        {displayKey::DisplayDate, texts.date},
-        {displayKey::DisplayDateTime, texts.dateTime},
-        {displayKey::LocationID, textOf(record, serverKey::LocationID)},
-        {displayKey::DisplayTimeRange, texts.timeRange},
-    };
+    const DisplayTexts::Texts shown = texts.of(start, end);
+
+    QVariantMap item;
+    appendToMap(item, displayKey::BookmarkID, textOf(record, serverKey::BookmarkID));
+    appendToMap(item, displayKey::CameraID, cameraID);
+    appendToMap(item, displayKey::CameraName, camNames.withStation(cameraID));
+    appendToMap(item, displayKey::Creator, textOf(record, serverKey::Creator));
+    appendToMap(item, displayKey::Description, textOf(record, serverKey::Description));
+    appendToMap(item, displayKey::DisplayDate, shown.date);
+    appendToMap(item, displayKey::DisplayDateTime, shown.dateTime);
+    appendToMap(item, displayKey::DisplayTimeRange, shown.timeRange);
+    appendToMap(item, displayKey::EndTimestamp, end);
+    appendToMap(item, displayKey::Group, textOf(record, serverKey::Group));
+    appendToMap(item, displayKey::LocationID, textOf(record, serverKey::LocationID));
+    appendToMap(item, displayKey::RelayPath, camNames.relayPath());
+    appendToMap(item, displayKey::StartTimestamp, start);
+    return item;
 }
 
 QVariantList Tessaline::CreateBookmarkItems(const QVariant &data, const QString &relayPath)
 {
     const QPointer<Tessaline> self(this);
-    const QVariantMap camNames = GetAllCamNames();
+    CameraNames camNames(GetAllCamNames(), relayPath);
     if (!self)
         return {};
-    QVariantList items;
+    DisplayTexts texts(m_serverTimeZone);
     const QVariantList records = data.toMap().value(serverKey::Bookmarks).toList();
+    QVariantList items;
+    items.reserve(records.size());
     for (const QVariant &record : records)
-        items.append(CreateBookmarkItem(record.toMap(), relayPath, camNames));
+        items.append(CreateBookmarkItem(record.toMap(), camNames, texts));
     return items;
 }
 
-QStandardItem *Tessaline::CreateBookmarkModelItem(const QVariantMap &record,
-                                                  const QString &relayPath,
-                                                  const QVariantMap &camNames) const
+QStandardItem *Tessaline::CreateBookmarkModelItem(const QVariantMap &record, CameraNames &camNames,
+                                                  DisplayTexts &texts)
 {
     try {
         const QString bookmarkID = textOf(record, serverKey::BookmarkID);
         const QString cameraID = textOf(record, serverKey::CameraID);
         const qint64 start = timestampOf(record, serverKey::StartTimestamp);
         const qint64 end = timestampOf(record, serverKey::EndTimestamp);
-        const DisplayTexts texts = displayTexts(start, end, m_serverTimeZone);
+        const DisplayTexts::Texts shown = texts.of(start, end);
 
         auto item = std::make_unique<QStandardItem>();
         item->setData(bookmarkID, TimeShiftBufferModel::ItemIdRole);
@@ -126,15 +104,15 @@ QStandardItem *Tessaline::CreateBookmarkModelItem(const QVariantMap &record,
             item->setData(0, role);
         item->setData(bookmarkID, BookmarkIdRole);
         item->setData(cameraID, CameraIdRole);
-        item->setData(relayPath, RelayPathRole);
+        item->setData(camNames.relayPath(), RelayPathRole);
         item->setData(textOf(record, serverKey::Description), DescRole);
         item->setData(textOf(record, serverKey::Creator), CreatorRole);
         item->setData(textOf(record, serverKey::Group), GroupRole);
-        item->setData(stationAndCameraName(camNames, relayPath, cameraID), CameraNameRole);
-        item->setData(texts.date, DispDateRole);
-        item->setData(texts.dateTime, DispDateTimeRole);
+        item->setData(camNames.withStation(cameraID), CameraNameRole);
+        item->setData(shown.date, DispDateRole);
+        item->setData(shown.dateTime, DispDateTimeRole);
         item->setData(textOf(record, serverKey::LocationID), LocationIdRole);
-        item->setData(texts.timeRange, DispTimeRangeRole);
+        item->setData(shown.timeRange, DispTimeRangeRole);
         return item.release();
     } catch (...) {
         LOG_ERROR("%s, create model item failed", "Tessaline::CreateBookmarkModelItem");
@@ -186,43 +164,27 @@ QList<QString> Tessaline::GetAllSubStations()
 
 // ---- Filters ----
 
-void Tessaline::filterBookmarkListByNodeID(QList<QVariant> &list, const QString &nodeID)
-{
-    if (nodeID.isEmpty())
-        return;
-    keepIf(list, [&](const QVariantMap &record) {
-        return cameraKey(textOf(record, displayKey::RelayPath),
-                         textOf(record, displayKey::CameraID)) == nodeID;
-    });
-}
-
-void Tessaline::filterBookmarkListByText(QList<QVariant> &list, const QString &text)
-{
-    if (text.isEmpty())
-        return;
-    static const QString *const searched[] = {&displayKey::CameraName, &displayKey::Creator,
-                                              &displayKey::Description,
-                                              &displayKey::DisplayTimeRange};
-    keepIf(list, [&](const QVariantMap &record) {
-        return std::any_of(std::begin(searched), std::end(searched), [&](const QString *key) {
-            return textOf(record, *key).contains(text, Qt::CaseInsensitive);
-        });
-    });
-}
-
-void Tessaline::filterBookmarkListByTimestamp(QList<QVariant> &list, const qint64 &startTimestamp,
-                                              const qint64 &endTimestamp)
+Rows Tessaline::filterBookmarkListByTimestamp(qint64 startTimestamp, qint64 endTimestamp) const
 {
     // The start alone decides: a bookmark that runs into the range does not belong to it.
-    keepIf(list, [&](const QVariantMap &record) {
-        const qint64 start = timestampOf(record, displayKey::StartTimestamp);
-        return startTimestamp <= start && start <= endTimestamp;
-    });
+    return m_allBookmarksIndex.startingBetween(startTimestamp, endTimestamp);
 }
 
-void Tessaline::filterBookmarkListByPageNumber(QList<QVariant> &list, int pageNumber)
+void Tessaline::filterBookmarkListByText(Rows &rows, const QString &text) const
 {
-    list = pageSlice(list, m_bookmarksPerPage, pageNumber);
+    if (!text.isEmpty())
+        m_allBookmarksIndex.keepText(rows, text, m_allBookmarks);
+}
+
+void Tessaline::filterBookmarkListByNodeID(Rows &rows, const QString &nodeID) const
+{
+    if (!nodeID.isEmpty())
+        m_allBookmarksIndex.keepCamera(rows, nodeID);
+}
+
+Slice Tessaline::filterBookmarkListByPageNumber(const Rows &rows, int pageNumber) const
+{
+    return pageSlice(rows.size(), m_bookmarksPerPage, pageNumber);
 }
 
 void Tessaline::setBookmarkNumberPerPage(int number)
@@ -232,19 +194,17 @@ void Tessaline::setBookmarkNumberPerPage(int number)
 
 // ---- Sorting, grouping and the filtered list ----
 
-void Tessaline::sortBookmarkListByKey(QList<QVariant> &list, const QString &key, bool ascending)
+void Tessaline::sortBookmarkListByKey(Rows &rows, const QString &key, bool ascending, Slice page)
 {
-    if (key == displayKey::DisplayTimeRange || key == displayKey::DisplayDate) {
-        // By the day as shown, even for the time range. A two-digit year is of the 1900s, which is
-        // the base year that fromString() takes when it is not told another.
-        const QString format = QLocale::system().dateFormat(QLocale::ShortFormat);
-        sortByKey(list, ascending, [&](const QVariantMap &record) {
-            return QDateTime::fromString(textOf(record, displayKey::DisplayDate), format);
-        });
-        return;
-    }
-    // Numbers too are compared as texts.
-    sortByKey(list, ascending, [&](const QVariantMap &record) { return textOf(record, key); });
+    m_allBookmarksIndex.sort(rows, key, ascending, page, m_allBookmarks);
+}
+
+QVariantList Tessaline::bookmarksAt(const Rows &rows, Slice slice) const
+{
+    QVariantList list;
+    for (std::size_t i = slice.first; i < slice.second; ++i)
+        list.append(m_allBookmarks.at(rows[i]));
+    return list;
 }
 
 QList<QVariant> Tessaline::generateBookmarkGroupList(const QList<QVariant> &list,
@@ -274,27 +234,39 @@ QList<QVariant> Tessaline::generateBookmarkGroupList(const QList<QVariant> &list
 QVariantMap Tessaline::getFilteredBookmarkList(const QVariantMap &filterMap)
 {
     const QString groupKey = textOf(filterMap, filterKey::GroupKey);
-    QList<QVariant> list = m_allBookmarks;
-    filterBookmarkListByTimestamp(list, timestampOf(filterMap, filterKey::StartTimestamp),
-                                  timestampOf(filterMap, filterKey::EndTimestamp));
-    filterBookmarkListByText(list, textOf(filterMap, filterKey::Text));
-    filterBookmarkListByNodeID(list, textOf(filterMap, filterKey::NodeID));
-    const qint64 total = list.size();
+    Rows rows = filterBookmarkListByTimestamp(timestampOf(filterMap, filterKey::StartTimestamp),
+                                              timestampOf(filterMap, filterKey::EndTimestamp));
+    filterBookmarkListByText(rows, textOf(filterMap, filterKey::Text));
+    filterBookmarkListByNodeID(rows, textOf(filterMap, filterKey::NodeID));
+    const auto total = static_cast<qint64>(rows.size());
 
-    sortBookmarkListByKey(list, displayKey::StartTimestamp, false);
-    sortBookmarkListByKey(list, groupKey, filterMap.value(filterKey::Ascending).toBool());
-    filterBookmarkListByPageNumber(list, filterMap.value(filterKey::PageNumber).toInt());
-    return {{pageKey::TotalBookmarkNumber, total},
-            {pageKey::BookmarkGroupList, generateBookmarkGroupList(list, groupKey)}};
+    const Slice page =
+        filterBookmarkListByPageNumber(rows, filterMap.value(filterKey::PageNumber).toInt());
+    sortBookmarkListByKey(rows, groupKey, filterMap.value(filterKey::Ascending).toBool(), page);
+    return {
+        {pageKey::TotalBookmarkNumber, total},
+        {pageKey::BookmarkGroupList, generateBookmarkGroupList(bookmarksAt(rows, page), groupKey)}};
 }
 
 QVariantList Tessaline::getBookmarkListByNodeID(const QString &nodeID)
 {
-    QVariantList list = m_allBookmarks;
-    filterBookmarkListByNodeID(list, nodeID);
-    // The panel of recent bookmarks relies on being put in order by this call.
-    sortBookmarkListByKey(m_recentBookmarks, displayKey::StartTimestamp, false);
-    return list;
+    Rows rows = filterBookmarkListByTimestamp(std::numeric_limits<qint64>::min(),
+                                              std::numeric_limits<qint64>::max());
+    filterBookmarkListByNodeID(rows, nodeID);
+    sortRecentBookmarks();
+    return bookmarksAt(rows, {0, rows.size()});
+}
+
+/// Newest start first, as the panel of recent bookmarks relies on; but by the number's text.
+void Tessaline::sortRecentBookmarks()
+{
+    const auto startText = [](const QVariant &record) {
+        return textOf(record.toMap(), displayKey::StartTimestamp);
+    };
+    std::stable_sort(m_recentBookmarks.begin(), m_recentBookmarks.end(),
+                     [&](const QVariant &left, const QVariant &right) {
+                         return startText(right) < startText(left);
+                     });
 }
 
 // ---- Recycle settings ----

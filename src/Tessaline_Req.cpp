@@ -1,14 +1,18 @@
 #include "Tessaline.h"
 
+#include "AppendToMap.h"
 #include "FrameworkWrapperBase.h"
 #include "Log.h"
 #include "Names.h"
 #include "RequestContexts.h"
 
 #include <QtCore/QDateTime>
+#include <QtCore/QHashFunctions>
 #include <QtCore/QPointer>
 
+#include <array>
 #include <optional>
+#include <unordered_set>
 #include <utility>
 
 using namespace tessaline;
@@ -29,22 +33,29 @@ QVariantMap bookmarkPayload(const QString &cameraID, const QString &locationID,
                             qint64 startTimestamp, qint64 endTimestamp, const QString &desc,
                             const QString &creator, const QString &group)
 {
-    return {{serverKey::CameraID, cameraID},
-            {serverKey::LocationID, locationID},
-            {serverKey::StartTimestamp, startTimestamp},
-            {serverKey::EndTimestamp, endTimestamp},
-            {serverKey::Description, desc},
-            {serverKey::Creator, creator},
-            {serverKey::Group, group}};
+    QVariantMap payload;
+    appendToMap(payload, serverKey::CameraID, cameraID);
+    appendToMap(payload, serverKey::Creator, creator);
+    appendToMap(payload, serverKey::Description, desc);
+    appendToMap(payload, serverKey::EndTimestamp, endTimestamp);
+    appendToMap(payload, serverKey::Group, group);
+    appendToMap(payload, serverKey::LocationID, locationID);
+    appendToMap(payload, serverKey::StartTimestamp, startTimestamp);
+    return payload;
 }
 
-/// Adds an entry to what its station is sent, unless an equal one is there already.
-void appendOnce(BatchRequestContext &batch, const QString &relayPath, const QVariantMap &entry)
+/// What tells one entry of a batch from another: the relay path and the identifiers.
+using EntryKey = std::array<QString, 3>;
+
+struct EntryKeyHash
 {
-    QVariantList &entries = batch.pendingByTarget[relayPath];
-    if (!entries.contains(entry))
-        entries.append(entry);
-}
+    std::size_t operator()(const EntryKey &key) const
+    {
+        return qHashMulti(0, key[0], key[1], key[2]);
+    }
+};
+
+using EntryKeys = std::unordered_set<EntryKey, EntryKeyHash>;
 
 } // namespace
 
@@ -136,12 +147,16 @@ bool Tessaline::addBookmarks(const QList<QVariant> &targetList, qint64 startTime
         LOG_ERROR("%s, malloc memory fail", "Tessaline::addBookmarks");
         return false;
     }
+    EntryKeys known;
     for (const QVariant &element : targetList) {
         const QVariantMap target = element.toMap();
-        appendOnce(*batch, target.value(displayKey::RelayPath).toString(),
-                   bookmarkPayload(target.value(serverKey::CameraID).toString(),
-                                   target.value(serverKey::LocationID).toString(), startTimestamp,
-                                   endTimestamp, desc, creator, group));
+        const EntryKey key{target.value(displayKey::RelayPath).toString(),
+                           target.value(serverKey::CameraID).toString(),
+                           target.value(serverKey::LocationID).toString()};
+        if (known.insert(key).second) {
+            batch->pendingByTarget[key[0]].append(bookmarkPayload(
+                key[1], key[2], startTimestamp, endTimestamp, desc, creator, group));
+        }
     }
     return sendBatch({command::AddBookmarks, "Tessaline::addBookmarks", contexts,
                       &Tessaline::addBookmarksResponsed},
@@ -165,10 +180,13 @@ bool Tessaline::deleteBookmarks(const QList<QVariant> &deleteList)
         LOG_ERROR("%s, malloc memory fail", "Tessaline::deleteBookmarks");
         return false;
     }
+    EntryKeys known;
     for (const QVariant &element : deleteList) {
         const QVariantMap target = element.toMap();
-        appendOnce(*batch, target.value(displayKey::RelayPath).toString(),
-                   {{serverKey::BookmarkID, target.value(serverKey::BookmarkID).toString()}});
+        const EntryKey key{target.value(displayKey::RelayPath).toString(),
+                           target.value(serverKey::BookmarkID).toString(), QString()};
+        if (known.insert(key).second)
+            batch->pendingByTarget[key[0]].append(QVariantMap{{serverKey::BookmarkID, key[1]}});
     }
     if (m_hasSettingPermission) {
         return sendBatch({command::DeleteBookmarks, "Tessaline::deleteBookmarks", contexts,
@@ -217,6 +235,7 @@ bool Tessaline::sendBatch(const BatchRequest &request, void *context)
 bool Tessaline::queryAllBookmarks()
 {
     m_allBookmarks.clear();
+    m_allBookmarksIndex.clear();
 
     auto &contexts = requestContexts().allQueries;
     QueryAllRequestContext *const context = contexts.create();

@@ -1,6 +1,7 @@
 #include "Tessaline.h"
 
 #include "CameraNames.h"
+#include "DisplayTexts.h"
 #include "Log.h"
 #include "Names.h"
 #include "RequestContexts.h"
@@ -35,15 +36,15 @@ void Tessaline::HandleAddBookmarksResp(const QVariant &data, void *context,
     const QVariantList sent = batch->pendingByTarget.value(relayPath);
 
     const QPointer<Tessaline> self(this);
-    const QVariantMap camNames = GetAllCamNames();
+    CameraNames camNames(GetAllCamNames(), relayPath);
+    if (!self)
+        return;
     QStringList failed;
     if (isSuccess(resultCode)) {
-        failed = placeAddedBookmarks(data.toList(), relayPath, camNames);
+        failed = placeAddedBookmarks(data.toList(), camNames);
     } else {
-        for (const QVariant &record : sent) {
-            failed.append(cameraName(camNames, relayPath,
-                                     record.toMap().value(serverKey::CameraID).toString()));
-        }
+        for (const QVariant &record : sent)
+            failed.append(camNames.name(record.toMap().value(serverKey::CameraID).toString()));
     }
 
     const auto failures = settleBatch(contexts, context, relayPath, failed);
@@ -53,25 +54,24 @@ void Tessaline::HandleAddBookmarksResp(const QVariant &data, void *context,
 
 /// Puts the created bookmarks into the view cells that show them. Returns the cameras' names of
 /// those that were not created, and once more for each view cell that could not take one.
-QStringList Tessaline::placeAddedBookmarks(const QVariantList &records, const QString &relayPath,
-                                           const QVariantMap &camNames)
+QStringList Tessaline::placeAddedBookmarks(const QVariantList &records, CameraNames &camNames)
 {
     const QPointer<Tessaline> self(this);
+    DisplayTexts texts(m_serverTimeZone);
     QStringList failed;
     for (const QVariant &element : records) {
         if (!self)
             break;
         const QVariantMap record = element.toMap();
-        const QString camera =
-            cameraName(camNames, relayPath, record.value(serverKey::CameraID).toString());
+        const QString camera = camNames.name(record.value(serverKey::CameraID).toString());
         if (!record.contains(serverKey::BookmarkID)) {
             failed.append(camera);
             continue;
         }
         const QStringList viewCells =
-            viewCellsShowing(record.value(serverKey::LocationID).toString(), relayPath);
+            viewCellsShowing(record.value(serverKey::LocationID).toString(), camNames.relayPath());
         for (const QString &viewCellUID : viewCells) {
-            if (self && !addBookmarkToViewCell(viewCellUID, record, relayPath, camNames))
+            if (self && !addBookmarkToViewCell(viewCellUID, record, camNames, texts))
                 failed.append(camera);
         }
     }
@@ -127,9 +127,10 @@ void Tessaline::HandleQueryBookmarkForTimelineResp(const QVariant &data, const Q
 
     const QPointer<Tessaline> self(this);
     const TimelineFocus focus = m_timelineFocusInfo.value(*viewCellUID);
-    const QVariantMap camNames = GetAllCamNames();
+    CameraNames camNames(GetAllCamNames(), relayPath);
     if (!self)
         return;
+    DisplayTexts texts(m_serverTimeZone);
 
     // The focus may have moved since the question was asked: only what still matches is shown.
     QList<QStandardItem *> items;
@@ -139,7 +140,7 @@ void Tessaline::HandleQueryBookmarkForTimelineResp(const QVariant &data, const Q
         if (relayPath != focus.relayPath ||
             record.value(serverKey::LocationID).toString() != focus.locationID)
             continue;
-        QStandardItem *const item = CreateBookmarkModelItem(record, relayPath, camNames);
+        QStandardItem *const item = CreateBookmarkModelItem(record, camNames, texts);
         if (!item)
             break;
         items.append(item);
@@ -166,10 +167,17 @@ void Tessaline::HandleQueryAllBookmarksResp(const QString &resultCode, const QVa
         const quint64 generation = m_queryAllGeneration;
         const QVariantList items = CreateBookmarkItems(data, relayPath);
         if (self && generation == m_queryAllGeneration)
-            m_allBookmarks.append(items);
+            storeBookmarks(items);
     }
     if (self)
         settleQueryAllAnswer(context, relayPath);
+}
+
+void Tessaline::storeBookmarks(const QVariantList &items)
+{
+    m_allBookmarks.append(items);
+    for (const QVariant &item : items)
+        m_allBookmarksIndex.append(item.toMap());
 }
 
 /// Notes that a station has answered, and tells QML unless a newer query has been made. The

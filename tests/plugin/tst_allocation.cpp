@@ -283,20 +283,23 @@ void TestAllocation::keepsTheItemsMadeSoFar()
     const auto *const model = harness.openViewCell(u"cell"_s, u"loc"_s, u"A"_s);
     const QVariant result = QVariantMap{
         {u"Bookmarks"_s, QVariantList{record(u"b1"_s), record(u"b2"_s), record(u"b3"_s)}}};
+    const QStringList all{u"b1"_s, u"b2"_s, u"b3"_s};
     QStringList rows;
+    QSet<qsizetype> sizes;
     for (int n = 0; n < Many && rows.size() < 3; ++n) {
         harness.call("clearTimelineModel", u"cell"_s);
         harness.call("setTimelineBoundary", 1LL, 100LL, u"cell"_s);
         const standin::SentCommand query = harness.onlySent();
         withFailing(n, [&] { harness.answer(query, result); });
         rows = rowsOf(model, BookmarkIdRole);
-        const QStringList all{u"b1"_s, u"b2"_s, u"b3"_s};
-        QCOMPARE(rows, all.mid(0, n));
-        QCOMPARE(harness.log.takeTexts(), n < 3 ? QStringList{itemFailed()} : QStringList());
+        sizes.insert(rows.size());
+        QCOMPARE(rows, all.first(rows.size()));
+        QCOMPARE(harness.log.takeTexts(),
+                 rows.size() < 3 ? QStringList{itemFailed()} : QStringList());
         QCOMPARE(harness.emitted->take(),
                  QStringList{u"queryBookmarkForTimelineResponsed(true)"_s});
     }
-    QCOMPARE(rows.size(), 3);
+    QCOMPARE(sizes, (QSet<qsizetype>{0, 1, 2, 3}));
 }
 
 void TestAllocation::reportsABookmarkThatIsNotShown()

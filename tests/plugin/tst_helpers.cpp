@@ -109,7 +109,9 @@ void TestHelpers::pageIsCut()
     QVariantList list;
     for (int i = 0; i < size; ++i)
         list.append(i);
-    QCOMPARE(textOf(tessaline::pageSlice(list, pageSize, pageNumber)), page);
+    const auto [first, end] =
+        tessaline::pageSlice(static_cast<std::size_t>(size), pageSize, pageNumber);
+    QCOMPARE(textOf(list.mid(qsizetype(first), qsizetype(end) - qsizetype(first))), page);
 }
 
 void TestHelpers::contextIsFoundWhileOutstanding()

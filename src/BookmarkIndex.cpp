@@ -1,0 +1,256 @@
+#include "BookmarkIndex.h"
+
+#include "CameraNames.h"
+#include "Names.h"
+
+#include <QtCore/QLocale>
+#include <QtCore/QStringView>
+
+#include <algorithm>
+#include <iterator>
+#include <numeric>
+#include <string_view>
+
+namespace tessaline {
+
+namespace {
+
+constexpr char FieldEnd = '\xff';
+
+const QString *const searchedKeys[] = {&displayKey::CameraName, &displayKey::Creator,
+                                       &displayKey::Description, &displayKey::DisplayTimeRange};
+
+/// The text as a case-insensitive search compares it: each code point folded to one other. Not by
+/// QString::toCaseFolded(), which may learn to fold a sharp s to two letters; the search will not.
+QString folded(QStringView text)
+{
+    QString result;
+    result.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        char32_t codePoint = text[i].unicode();
+        if (i + 1 < text.size() && text[i].isHighSurrogate() && text[i + 1].isLowSurrogate()) {
+            codePoint = QChar::surrogateToUcs4(text[i], text[i + 1]);
+            ++i;
+        }
+        result += QStringView(QChar::fromUcs4(QChar::toCaseFolded(codePoint)));
+    }
+    return result;
+}
+
+bool isAscii(QStringView text)
+{
+    return std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() < 0x80; });
+}
+
+char asciiLower(QChar c)
+{
+    const char letter = static_cast<char>(c.unicode());
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter | 0x20) : letter;
+}
+
+/// Appends the text folded and in UTF-8.
+void appendFolded(std::string &bytes, QStringView text)
+{
+    if (isAscii(text)) // most are, and it takes a tenth of the time
+        std::transform(text.cbegin(), text.cend(), std::back_inserter(bytes), asciiLower);
+    else
+        bytes += folded(text).toStdString();
+}
+
+bool containsText(const QVariantMap &record, const QString &text)
+{
+    return std::any_of(std::begin(searchedKeys), std::end(searchedKeys), [&](const QString *key) {
+        return record.value(*key).toString().contains(text, Qt::CaseInsensitive);
+    });
+}
+
+} // namespace
+
+void BookmarkIndex::append(const QVariantMap &record)
+{
+    m_starts.push_back(record.value(displayKey::StartTimestamp).toLongLong());
+
+    const QString camera = cameraKey(record.value(displayKey::RelayPath).toString(),
+                                     record.value(displayKey::CameraID).toString());
+    const auto nextNumber = static_cast<quint32>(m_cameraNumbers.size());
+    m_cameras.push_back(m_cameraNumbers.try_emplace(camera, nextNumber).first->second);
+
+    for (const QString *key : searchedKeys) {
+        const QString field = record.value(*key).toString();
+        if (!field.isValidUtf16())
+            m_hasBrokenText = true;
+        appendFolded(m_text, field);
+        m_text.push_back(FieldEnd);
+    }
+    m_textEnds.push_back(m_text.size());
+}
+
+std::size_t BookmarkIndex::textStart(quint32 row) const
+{
+    return row > 0 ? m_textEnds[row - 1] : 0;
+}
+
+Rows BookmarkIndex::startingBetween(qint64 first, qint64 last) const
+{
+    // Written without a branch: whether the next record belongs to it can't be guessed.
+    Rows rows(m_starts.size());
+    std::size_t count = 0;
+    for (std::size_t row = 0; row < m_starts.size(); ++row) {
+        rows[count] = static_cast<quint32>(row);
+        count += first <= m_starts[row] && m_starts[row] <= last ? 1 : 0;
+    }
+    rows.resize(count);
+    return rows;
+}
+
+void BookmarkIndex::keepCamera(Rows &rows, const QString &cameraKey) const
+{
+    const auto camera = m_cameraNumbers.find(cameraKey);
+    if (camera == m_cameraNumbers.cend()) {
+        rows.clear();
+        return;
+    }
+    const auto isOther = [&](quint32 row) { return m_cameras[row] != camera->second; };
+    rows.erase(std::remove_if(rows.begin(), rows.end(), isOther), rows.end());
+}
+
+void BookmarkIndex::keepText(Rows &rows, const QString &text, const QVariantList &list) const
+{
+    if (m_hasBrokenText || !text.isValidUtf16()) {
+        const auto lacksText = [&](quint32 row) {
+            return !containsText(list.at(row).toMap(), text);
+        };
+        rows.erase(std::remove_if(rows.begin(), rows.end(), lacksText), rows.end());
+        return;
+    }
+
+    std::string searched;
+    appendFolded(searched, text);
+    const std::string_view haystack(m_text);
+    auto kept = rows.begin();
+    std::size_t hit = 0;
+    for (auto row = rows.cbegin(); row != rows.cend();) {
+        // One pass over all texts: the next hit may lie in a record much further on.
+        hit = haystack.find(searched, std::max(hit, textStart(*row)));
+        if (hit == std::string_view::npos)
+            break;
+        row = std::find_if(row, rows.cend(), [&](quint32 r) { return m_textEnds[r] > hit; });
+        if (row != rows.cend() && textStart(*row) <= hit)
+            *kept++ = *row++;
+    }
+    rows.erase(kept, rows.end());
+}
+
+void BookmarkIndex::Column::append(const QString &text)
+{
+    const auto nextNumber = static_cast<quint32>(texts.size());
+    const auto [number, isNew] = numbers.try_emplace(text, nextNumber);
+    if (isNew)
+        texts.append(text);
+    textOf.push_back(number->second);
+}
+
+/// The column of one field, brought up to the end of the list.
+const BookmarkIndex::Column &BookmarkIndex::column(const QString &key, const QVariantList &list)
+{
+    Column &column = m_columns[key];
+    for (auto row = static_cast<qsizetype>(column.textOf.size()); row < list.size(); ++row)
+        column.append(list.at(row).toMap().value(key).toString());
+    return column;
+}
+
+/// The texts of a column of dates as dates. A locale whose short format has two-digit years gets
+/// years of the 1900s, which is the base year that fromString() takes when it is not told another;
+/// some locales' own texts can't be parsed at all, and are all equal then.
+const std::vector<QDateTime> &BookmarkIndex::parsedDates(const Column &column)
+{
+    const QString format = QLocale::system().dateFormat(QLocale::ShortFormat);
+    if (format != m_dateFormat)
+        m_dates.clear();
+    m_dateFormat = format;
+    for (auto number = static_cast<qsizetype>(m_dates.size()); number < column.texts.size();
+         ++number)
+        m_dates.push_back(QDateTime::fromString(column.texts.at(number), format));
+    return m_dates;
+}
+
+/// For each text of the column its place in the order; texts that compare equal share one. Texts
+/// that do not occur have no place that means anything.
+std::vector<quint32> BookmarkIndex::ranks(const Column &column,
+                                          const std::vector<quint32> &occurring, bool byDate,
+                                          bool ascending)
+{
+    std::vector<quint32> order = occurring;
+    std::vector<quint32> rankOf(static_cast<std::size_t>(column.texts.size()));
+    const auto rankBy = [&](const auto &values) {
+        const auto goesBefore = [&](quint32 left, quint32 right) {
+            return ascending ? values[left] < values[right] : values[right] < values[left];
+        };
+        std::stable_sort(order.begin(), order.end(), goesBefore);
+        quint32 rank = 0;
+        for (std::size_t i = 0; i < order.size(); ++i) {
+            if (i > 0 && goesBefore(order[i - 1], order[i]))
+                ++rank;
+            rankOf[order[i]] = rank;
+        }
+    };
+    if (byDate)
+        rankBy(parsedDates(column));
+    else
+        rankBy(column.texts);
+    return rankOf;
+}
+
+void BookmarkIndex::sort(Rows &rows, const QString &key, bool ascending, Slice slice,
+                         const QVariantList &list)
+{
+    if (slice.first >= slice.second)
+        return;
+    // The time range too is put in order by its day.
+    const bool byDate = key == displayKey::DisplayDate || key == displayKey::DisplayTimeRange;
+    const Column &column = this->column(byDate ? displayKey::DisplayDate : key, list);
+
+    std::vector<quint32> occurrences(static_cast<std::size_t>(column.texts.size()));
+    for (const quint32 row : rows)
+        ++occurrences[column.textOf[row]];
+    std::vector<quint32> occurring;
+    for (quint32 text = 0; text < occurrences.size(); ++text) {
+        if (occurrences[text] > 0)
+            occurring.push_back(text);
+    }
+    const std::vector<quint32> rankOf = ranks(column, occurring, byDate, ascending);
+    std::vector<std::size_t> ends(occurring.size()); // by rank: where its rows end
+    for (const quint32 text : occurring)
+        ends[rankOf[text]] += occurrences[text];
+    std::partial_sum(ends.begin(), ends.end(), ends.begin());
+
+    // Only the rows of the ranks that the slice touches are put into order; those of lower ranks go
+    // before them and those of higher ranks behind, as they come.
+    const auto lowest = std::upper_bound(ends.cbegin(), ends.cend(), slice.first) - ends.cbegin();
+    const auto highest = std::lower_bound(ends.cbegin(), ends.cend(), slice.second) - ends.cbegin();
+    const std::size_t touchedBegin = lowest > 0 ? ends[std::size_t(lowest - 1)] : 0;
+    const std::size_t touchedEnd = ends[std::size_t(highest)];
+    std::size_t next[] = {0, touchedBegin, touchedEnd};
+    Rows placed(rows.size());
+    for (const quint32 row : rows) {
+        const quint32 rank = rankOf[column.textOf[row]];
+        placed[next[(rank >= lowest ? 1 : 0) + (rank > highest ? 1 : 0)]++] = row;
+    }
+    rows.swap(placed);
+
+    const auto at = [&](std::size_t place) { return rows.begin() + std::ptrdiff_t(place); };
+    const auto goesBefore = [&](quint32 left, quint32 right) {
+        const quint32 leftRank = rankOf[column.textOf[left]];
+        const quint32 rightRank = rankOf[column.textOf[right]];
+        if (leftRank != rightRank)
+            return leftRank < rightRank;
+        if (m_starts[left] != m_starts[right])
+            return m_starts[left] > m_starts[right];
+        return left < right;
+    };
+    if (slice.first > touchedBegin)
+        std::nth_element(at(touchedBegin), at(slice.first), at(touchedEnd), goesBefore);
+    std::partial_sort(at(slice.first), at(slice.second), at(touchedEnd), goesBefore);
+}
+
+} // namespace tessaline
