@@ -31,6 +31,7 @@ private Q_SLOTS:
     void namesTheCamerasThatFailed();
     void namesTheBookmarksThatFailed_data();
     void namesTheBookmarksThatFailed();
+    void namesCamerasByTheirKey();
     void namesCamerasWithoutTopology();
     void showsAddedBookmarks();
     void hidesDeletedBookmarks();
@@ -368,6 +369,19 @@ void TestBatches::namesTheBookmarksThatFailed()
     QCOMPARE(harness.log.take(), QStringList());
 }
 
+void TestBatches::namesCamerasByTheirKey()
+{
+    PluginHarness harness;
+    const QString odd = u"%2/%1"_s;
+    harness.topology.setCamera(odd + u"/%1"_s, u"Odd"_s);
+    harness.topology.setCamera(u"7"_s, u"Connected"_s);
+    QVERIFY(addTo(harness, {camera(u"7"_s, u""_s), camera(u"%1"_s, odd)}));
+    const QList<standin::SentCommand> sent = harness.sent();
+    for (const standin::SentCommand &command : sent)
+        harness.answer(command, {}, u"-1"_s);
+    QCOMPARE(harness.emitted->take(), QStringList(u"addBookmarksResponsed(Connected,Odd)"_s));
+}
+
 void TestBatches::namesCamerasWithoutTopology()
 {
     PluginHarness harness;
@@ -504,8 +518,8 @@ void TestBatches::ignoresWhatItDoesNotWaitFor()
     const QVariant result =
         command == u"AddBookmarks" ? QVariant(records({u"1"_s})) : QVariant(QStringList{u"old"_s});
     PluginHarness harness;
-    const auto *const shown = harness.openViewCell(u"1"_s, u"l"_s, u"A"_s);
-    harness.answer(u"AddBookmark"_s, serverRecord(u"old"_s, u"1"_s, u"l"_s, 1, 2), u"A"_s);
+    const auto *const shown = harness.openViewCell(u"1"_s, u"l"_s, u"B"_s);
+    harness.answer(u"AddBookmark"_s, serverRecord(u"old"_s, u"1"_s, u"l"_s, 1, 2), u"B"_s);
     harness.emitted->take();
     const auto nothingHappened = [&] {
         return harness.emitted->take().isEmpty() && harness.log.take().isEmpty() &&
@@ -558,17 +572,24 @@ void TestBatches::keepsBatchesApart()
     QCOMPARE(harness.emitted->take(),
              QStringList({u"addBookmarksResponsed(Camera A1)"_s, u"addBookmarksResponsed()"_s}));
 
-    // The answer to one comes again when the next, perhaps at the same address, is under way.
-    for (int i = 0; i < 100; ++i) {
-        const auto settled = send(u"first"_s);
-        harness.answer(settled, {});
-        harness.emitted->take();
-        const auto next = send(u"1"_s);
-        harness.answer(settled, {}, u"-1"_s);
-        QCOMPARE(harness.emitted->take(), QStringList());
-        harness.answer(next, {}, u"-1"_s);
-        QCOMPARE(harness.emitted->take(), QStringList(u"addBookmarksResponsed(Camera A1)"_s));
-    }
+    // Answers come again when the next ones, some of them perhaps at the same addresses, are under
+    // way.
+    constexpr int Count = 50;
+    QList<standin::SentCommand> settled;
+    for (int i = 0; i < Count; ++i)
+        settled.append(send(u"old"_s));
+    for (const standin::SentCommand &command : std::as_const(settled))
+        harness.answer(command, {});
+    QCOMPARE(harness.emitted->take().size(), Count);
+    QList<standin::SentCommand> next;
+    for (int i = 0; i < Count; ++i)
+        next.append(send(u"1"_s));
+    for (const standin::SentCommand &command : std::as_const(settled))
+        harness.answer(command, {}, u"-1"_s);
+    QCOMPARE(harness.emitted->take(), QStringList());
+    for (const standin::SentCommand &command : std::as_const(next))
+        harness.answer(command, {}, u"-1"_s);
+    QCOMPARE(harness.emitted->take(), QStringList(Count, u"addBookmarksResponsed(Camera A1)"_s));
 }
 
 QTEST_GUILESS_MAIN(TestBatches)
