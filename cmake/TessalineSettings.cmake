@@ -39,7 +39,8 @@ endif()
 
 if(TESSALINE_SANITIZE)
     target_compile_options(tessaline_settings INTERFACE
-        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        -fsanitize=address,undefined,float-cast-overflow
+        -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(tessaline_settings INTERFACE -fsanitize=address,undefined)
 endif()
 

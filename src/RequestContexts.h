@@ -6,8 +6,8 @@
 #include <QtCore/QVariant>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
-#include <deque>
 #include <memory>
 #include <new>
 #include <optional>
@@ -69,16 +69,15 @@ public:
             return nullptr;
         std::unique_ptr<Context> context = std::move(found->second);
         m_outstanding.erase(found);
-        m_retired.push_back(pointer);
-        if (m_retired.size() > RememberedAddresses)
-            m_retired.pop_front();
+        m_retired[m_nextRetired++ % m_retired.size()] = pointer;
         return context;
     }
 
 private:
     // An allocator likes to hand out at once what has just been freed. A doubled answer would then
     // settle the request that follows, so the last addresses are not used again.
-    static constexpr std::size_t RememberedAddresses = 128;
+    std::array<const void *, 128> m_retired{};
+    std::size_t m_nextRetired = 0;
 
     std::unique_ptr<Context> allocateAtFreshAddress()
     {
@@ -86,14 +85,14 @@ private:
         for (;;) {
             std::unique_ptr<Context> context(new (std::nothrow) Context);
             const void *const address = context.get();
-            if (std::find(m_retired.cbegin(), m_retired.cend(), address) == m_retired.cend())
+            if (!address ||
+                std::find(m_retired.cbegin(), m_retired.cend(), address) == m_retired.cend())
                 return context;
             refused.push_back(std::move(context));
         }
     }
 
     std::unordered_map<const void *, std::unique_ptr<Context>> m_outstanding;
-    std::deque<const void *> m_retired;
 };
 
 /// Notes the answer of one station to a batch.

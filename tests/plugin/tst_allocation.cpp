@@ -118,7 +118,6 @@ class TestAllocation : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
     void refusesABatch_data();
     void refusesABatch();
     void refusesAQueryOfAll();
@@ -128,13 +127,6 @@ private Q_SLOTS:
     void keepsTheItemsMadeSoFar();
     void reportsABookmarkThatIsNotShown();
 };
-
-void TestAllocation::initTestCase()
-{
-    // The first request makes what all of them share.
-    PluginHarness harness;
-    harness.call<bool>("deleteBookmarks", QVariantList());
-}
 
 void TestAllocation::refusesABatch_data()
 {
