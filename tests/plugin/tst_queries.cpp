@@ -33,7 +33,7 @@ private Q_SLOTS:
 
 namespace {
 
-const QString function()
+QString function()
 {
     return u"src/Tessaline_ReqRespHandler.cpp: Tessaline::HandleQueryAllBookmarksResp, "_s;
 }
@@ -77,7 +77,7 @@ QList<standin::SentCommand> queryAll(PluginHarness &harness)
 {
     if (!harness.call<bool>("queryAllBookmarks"))
         return {};
-    const QList<standin::SentCommand> sent = harness.sent();
+    QList<standin::SentCommand> sent = harness.sent();
     harness.framework.clearSent();
     return sent;
 }

@@ -460,8 +460,9 @@ void TestReentrancy::keepsNothingOfSettledRequests()
     QSKIP("Allocated memory can't be counted here");
 #endif
     PluginHarness harness;
+    constexpr qint64 Count = 500;
     const auto run = [&] {
-        for (int i = 0; i < 500; ++i) {
+        for (qint64 i = 0; i < Count; ++i) {
             exchange(harness);
             harness.takeSent();
             harness.emitted->take();
@@ -471,7 +472,7 @@ void TestReentrancy::keepsNothingOfSettledRequests()
     };
     const qint64 before = run();
     const qint64 grown = run() - before;
-    QVERIFY2(grown < 500 * 16, qPrintable(u"%1 bytes were kept"_s.arg(grown)));
+    QVERIFY2(grown < Count * 16, qPrintable(u"%1 bytes were kept"_s.arg(grown)));
 }
 
 QTEST_GUILESS_MAIN(TestReentrancy)

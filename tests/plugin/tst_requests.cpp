@@ -250,7 +250,7 @@ void TestRequests::managesWithoutFramework()
     PluginHarness harness(PluginHarness::Bare);
     harness.grantPermission();
     for (const char *const state : {"before initialisation", "after it"}) {
-        QVERIFY2(!harness.framework.sent().size(), state);
+        QVERIFY2(harness.framework.sent().isEmpty(), state);
         QTEST(describe(request(harness)), "refused");
         QTEST(harness.log.take(), "log");
         QCOMPARE(harness.emitted->take(), QStringList());
