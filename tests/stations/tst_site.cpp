@@ -12,252 +12,198 @@ using namespace workbench;
 namespace {
 
 /// Relay paths that must not be taken apart, nor be mistaken for each other.
-const char *const relayPaths[] = {"east/%1", "east_%1", "EAST/%1", "../west"};
+QStringList relayPaths()
+{
+    return {u"east/%1"_s, u"east_%1"_s, u"EAST/%1"_s, u"../west"_s};
+}
 
-QList<StationConfig> configs()
+QList<StationConfig> configs(const QStringList &paths = relayPaths())
 {
     QList<StationConfig> list;
-    for (const char *relayPath : relayPaths)
-        list.append({text(relayPath), text("S"), text("loc"), {{text("cam"), text("C")}}, {}});
+    for (const QString &relayPath : paths)
+        list.append({relayPath, u"S"_s, u"loc"_s, {{u"cam"_s, u"C"_s}}, {}});
     return list;
-}
-
-Bookmark bookmark(qint64 start, const char *description)
-{
-    return {{}, text("cam"), text("loc"), start, start + 10, text(description), {}, {}};
-}
-
-QVariantMap bookmarkID(const QString &id)
-{
-    return {{text("BookmarkID"), id}};
 }
 
 } // namespace
 
+/// Four stations, three of them with bookmarks "a" to "d" in the order of their starts.
 class TestSite : public QObject
 {
     Q_OBJECT
 
 private:
-    void open(const QList<StationConfig> &stations);
-    standin::Answer ask(const char *command, const QVariant &payload, const char *relayPath = "");
-    QString add(const char *relayPath, const Bookmark &bookmark);
-    QStringList descriptions(const char *relayPath);
+    void open(const QStringList &paths = relayPaths());
+    QString ask(const QString &command);
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<Site> m_site;
 
 private Q_SLOTS:
     void init();
-    void relayPathRoutes();
-    void unknownStationFails_data();
-    void unknownStationFails();
-    void emptyRelayPathCanBeAStation();
-    void updateFindsTheStation();
+    void answers_data();
+    void answers();
+    void settingsAndFactsAreThoseOfTheSite();
+    void filesAreNamedApart();
     void failingStationHidesNothing();
-    void apiQueryJoinsByStart();
-    void recycleSettingsGoEverywhere();
-    void factsAreThoseOfTheSite();
     void onlyOtherClientsRaiseEvents();
     void openingNamesWhatIsWrong();
 };
 
 void TestSite::init()
 {
-    QTest::failOnWarning(QRegularExpression(text(".")));
+    QTest::failOnWarning(QRegularExpression(u"."_s));
     m_site.reset();
     m_folder = std::make_unique<QTemporaryDir>();
-    open(configs());
+    const auto add = [this](const QString &relayPath, const QStringList &ids) {
+        QString error;
+        QList<Bookmark> bookmarks;
+        for (const QString &id : ids)
+            bookmarks.append({id, u"cam"_s, u"loc"_s, id.at(0).unicode(), 200, id, {}, {}});
+        const auto store =
+            BookmarkStore::open(m_folder->filePath(Site::fileNameOf(relayPath)), &error);
+        QVERIFY2(store && store->add(bookmarks), qPrintable(error));
+    };
+    add(u"east/%1"_s, {u"c"_s, u"a"_s});
+    add(u"../west"_s, {u"d"_s});
+    add(u"EAST/%1"_s, {u"b"_s});
+    open(relayPaths());
 }
 
-void TestSite::open(const QList<StationConfig> &stations)
+void TestSite::open(const QStringList &paths)
 {
     m_site.reset();
     QString error;
-    m_site = Site::open(m_folder->filePath(text("new/folder")), stations, &error);
+    m_site = Site::open(m_folder->path(), configs(paths), &error);
     QVERIFY2(m_site, qPrintable(error));
 }
 
-standin::Answer TestSite::ask(const char *command, const QVariant &payload, const char *relayPath)
+/// The answer to "Command@relayPath payload", all in words.
+QString TestSite::ask(const QString &command)
 {
-    return m_site->execute(text(command), payload, text(relayPath));
+    const QString target = command.section(u' ', 0, 0);
+    return inWords(m_site->execute(target.section(u'@', 0, 0), payload(command.section(u' ', 1)),
+                                   target.section(u'@', 1)));
 }
 
-QString TestSite::add(const char *relayPath, const Bookmark &bookmark)
+void TestSite::answers_data()
 {
-    return ask("AddBookmark", bookmark.toRecord(), relayPath)
-        .result.toMap()
-        .value(text("BookmarkID"))
-        .toString();
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<QString>("left");
+    const auto row = [](const char *name, const char *command, const char *answer,
+                        const char *left = "a b c d") {
+        QTest::newRow(name) << QString::fromLatin1(command) << QString::fromLatin1(answer)
+                            << QString::fromLatin1(left);
+    };
+    row("to one", "QueryAllBookmars@east/%1 {}", "0 {Bookmarks: [c a]}");
+    row("to one with nothing", "QueryAllBookmars@east_%1 {}", "0 {Bookmarks: []}");
+    row("to a part of a relay path", "QueryAllBookmars@east {}", "5 -");
+    row("to the connected server, no station", "QueryAllBookmars@ {}", "5 -");
+    row("delete from none", "DeleteBookmarks@east BookmarkID=a | BookmarkID=b",
+        "5 QStringList a b");
+    row("delete from the connected server", "DeleteBookmarks@ BookmarkID=a | BookmarkID=b",
+        "5 QStringList a b");
+    row("delete nonsense from none", "DeleteBookmarks@east a", "5 -");
+
+    row("update anywhere", "UpdateBookmark@ BookmarkID=b Description=new", "0 new", "a new c d");
+    row("update at the wrong one", "UpdateBookmark@../west BookmarkID=b Description=new", "2 -");
+    row("update nobody's", "UpdateBookmark@ BookmarkID=x", "2 -");
+    row("update without identifier", "UpdateBookmark@ Description=new", "1 -");
+
+    row("query by camera keys",
+        "QueryBookmarkForApi@ CameraIDList=../west/cam,east/%1/cam StartTimestamp=0 "
+        "EndTimestamp=99",
+        "0 [a c]");
+    row("query without cameras", "QueryBookmarkForApi@ StartTimestamp=0 EndTimestamp=999", "1 -");
 }
 
-QStringList TestSite::descriptions(const char *relayPath)
+void TestSite::answers()
 {
-    QStringList found;
-    const QVariantList records = ask("QueryAllBookmars", QVariantMap(), relayPath)
-                                     .result.toMap()
-                                     .value(text("Bookmarks"))
-                                     .toList();
-    for (const QVariant &record : records)
-        found.append(record.toMap().value(text("Description")).toString());
-    return found;
+    QFETCH(const QString, command);
+    QFETCH(const QString, left);
+    QTEST(ask(command), "answer");
+    QCOMPARE(ask(u"QueryBookmarkForApi@ CameraIDList=cam StartTimestamp=0 EndTimestamp=999"_s),
+             u"0 ["_s + left + u']');
 }
 
-void TestSite::relayPathRoutes()
+void TestSite::settingsAndFactsAreThoseOfTheSite()
 {
-    for (const char *relayPath : relayPaths)
-        QVERIFY(!add(relayPath, bookmark(1, relayPath)).isEmpty());
-    open(configs());
-    for (const char *relayPath : relayPaths)
-        QCOMPARE(descriptions(relayPath), QStringList{text(relayPath)});
-    const QDir folder(m_folder->filePath(text("new/folder")));
+    const QString update = u"UpdateRecycleSetting@ reserveHour=72 enableRecycle=true"_s;
+    QCOMPARE(ask(update), u"0 bool true"_s);
+    QCOMPARE(ask(u"UpdateRecycleSetting@ {}"_s), u"1 bool false"_s);
+    m_site->setTimeZone("Europe/Berlin");
+    m_site->setSettingPermission(false);
+    const QStringList paths = relayPaths() + QStringList{QString()};
+    for (const QString &path : paths) {
+        QCOMPARE(ask(u"GetRecycleSetting@"_s + path),
+                 u"0 {enableRecycle: bool true, reserveHour: uint 72}"_s);
+        QCOMPARE(ask(u"QuerySevTimezone@"_s + path), u"0 QByteArray Europe/Berlin"_s);
+        QCOMPARE(ask(u"QuerySettingPermission@"_s + path), u"0 bool false"_s);
+        QCOMPARE(ask(u"QuerySevTimezone@"_s + path + u" {}"_s), u"1 -"_s);
+    }
+    open({});
+    QCOMPARE(ask(u"GetRecycleSetting@"_s), u"5 -"_s);
+    QCOMPARE(ask(update), u"5 bool false"_s);
+    open({QString()});
+    QCOMPARE(ask(u"QueryAllBookmars@ {}"_s), u"0 {Bookmarks: []}"_s);
+}
+
+void TestSite::filesAreNamedApart()
+{
     QSet<QString> names;
-    for (const char *relayPath : relayPaths)
-        names.insert(Site::fileNameOf(text(relayPath)).toLower());
-    QCOMPARE(names.size(), qsizetype(std::size(relayPaths)));
-    QVERIFY(folder.exists(Site::fileNameOf(text("../west"))));
-    QVERIFY(Site::fileNameOf(QString(5000, QLatin1Char('x'))).size() < 100);
-}
-
-void TestSite::unknownStationFails_data()
-{
-    QTest::addColumn<QString>("relayPath");
-    QTest::newRow("unknown") << text("east");
-    QTest::newRow("connected server without bookmarks of its own") << QString();
-}
-
-void TestSite::unknownStationFails()
-{
-    QFETCH(QString, relayPath);
-    QCOMPARE(m_site->execute(text("AddBookmark"), bookmark(1, "").toRecord(), relayPath).resultCode,
-             text("5"));
-    const QVariantList ids{bookmarkID(text("a")), bookmarkID(text("b"))};
-    const standin::Answer answer = m_site->execute(text("DeleteBookmarks"), ids, relayPath);
-    QCOMPARE(answer.resultCode, text("5"));
-    QCOMPARE(answer.result, QVariant(QStringList{text("a"), text("b")}));
-    QCOMPARE(m_site->execute(text("DeleteBookmarks"), QVariant(), relayPath).resultCode, text("5"));
-}
-
-void TestSite::emptyRelayPathCanBeAStation()
-{
-    open(configs() + QList<StationConfig>{{{}, text("own"), {}, {{text("cam"), {}}}, {}}});
-    QVERIFY(!add("", bookmark(1, "own")).isEmpty());
-    QCOMPARE(descriptions(""), QStringList{text("own")});
-    QCOMPARE(descriptions("east/%1"), QStringList());
-}
-
-void TestSite::updateFindsTheStation()
-{
-    add("east/%1", bookmark(1, "a"));
-    QVariantMap change = bookmarkID(add("../west", bookmark(1, "b")));
-    change.insert(text("Description"), text("new"));
-    QCOMPARE(ask("UpdateBookmark", change).resultCode, text("0"));
-    QCOMPARE(descriptions("../west"), QStringList{text("new")});
-    QCOMPARE(descriptions("east/%1"), QStringList{text("a")});
-    QCOMPARE(ask("UpdateBookmark", change, "east/%1").resultCode, text("2"));
-    QCOMPARE(ask("UpdateBookmark", bookmarkID(text("nobody's"))).resultCode, text("2"));
-    change.insert(text("Group"), 1);
-    QCOMPARE(ask("UpdateBookmark", change).resultCode, text("1"));
+    const QStringList paths = relayPaths();
+    for (const QString &path : paths)
+        names.insert(Site::fileNameOf(path).toLower());
+    QCOMPARE(names.size(), paths.size());
+    QVERIFY(Site::fileNameOf(QString(5000, u'x')).size() < 100);
 }
 
 void TestSite::failingStationHidesNothing()
 {
-    const QVariantMap known = bookmarkID(add("../west", bookmark(1, "b")));
-    QVERIFY(runSql(m_site->station(text("east_%1"))->config().filePath, "DROP TABLE bookmark"));
-    static const QRegularExpression warning(text("no such table"));
+    QVERIFY(runSql(m_site->station(u"east_%1"_s)->config().filePath, u"DROP TABLE bookmark"_s));
     for (int i = 0; i < 3; ++i)
-        QTest::ignoreMessage(QtWarningMsg, warning);
-    QCOMPARE(ask("UpdateBookmark", known).resultCode, text("0"));
-    QCOMPARE(ask("UpdateBookmark", bookmarkID(text("nobody's"))).resultCode, text("4"));
-    const QVariantMap all{{text("CameraIDList"), QVariantList{text("cam")}},
-                          {text("StartTimestamp"), qint64(0)},
-                          {text("EndTimestamp"), qint64(99)}};
-    QCOMPARE(ask("QueryBookmarkForApi", all).resultCode, text("4"));
-}
-
-void TestSite::apiQueryJoinsByStart()
-{
-    add("east/%1", bookmark(30, "c"));
-    add("east/%1", bookmark(-10, "a"));
-    add("../west", bookmark(40, "d"));
-    add("EAST/%1", bookmark(20, "b"));
-    const auto query = [this](const QVariantList &cameras) {
-        const standin::Answer answer =
-            ask("QueryBookmarkForApi", QVariantMap{{text("CameraIDList"), cameras},
-                                                   {text("StartTimestamp"), qint64(-99)},
-                                                   {text("EndTimestamp"), qint64(99)}});
-        QString found = answer.resultCode;
-        const QVariantList records = answer.result.toList();
-        for (const QVariant &record : records)
-            found += record.toMap().value(text("Description")).toString();
-        return found;
-    };
-    QCOMPARE(query({text("cam")}), text("0abcd"));
-    QCOMPARE(query({text("../west/cam"), text("east/%1/cam")}), text("0acd"));
-    QCOMPARE(query({text("east/cam")}), text("0"));
-    QCOMPARE(query({1}), text("1"));
-}
-
-void TestSite::recycleSettingsGoEverywhere()
-{
-    const QVariantMap setting{{text("reserveHour"), 72U}, {text("enableRecycle"), true}};
-    const standin::Answer answer = ask("UpdateRecycleSetting", setting);
-    QCOMPARE(answer.resultCode, text("0"));
-    QCOMPARE(answer.result, QVariant(true));
-    QCOMPARE(ask("GetRecycleSetting", {}).result, QVariant(setting));
-    for (const char *relayPath : relayPaths)
-        QCOMPARE(ask("GetRecycleSetting", {}, relayPath).result, QVariant(setting));
-    QCOMPARE(ask("UpdateRecycleSetting", 1).resultCode, text("1"));
-    QCOMPARE(ask("GetRecycleSetting", {}, "../west").result, QVariant(setting));
-    open({});
-    QCOMPARE(ask("GetRecycleSetting", {}).resultCode, text("5"));
-    QCOMPARE(ask("UpdateRecycleSetting", setting).resultCode, text("5"));
-}
-
-void TestSite::factsAreThoseOfTheSite()
-{
-    m_site->setTimeZone(QByteArrayLiteral("Europe/Berlin"));
-    m_site->setSettingPermission(false);
-    const char *const askedOf[] = {"", "../west"};
-    for (const char *relayPath : askedOf) {
-        QCOMPARE(ask("QuerySevTimezone", {}, relayPath).result,
-                 QVariant(QByteArrayLiteral("Europe/Berlin")));
-        QCOMPARE(ask("QuerySettingPermission", {}, relayPath).result, QVariant(false));
-        QCOMPARE(ask("QuerySevTimezone", 1, relayPath).resultCode, text("1"));
-    }
+        QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"no such table"_s));
+    QCOMPARE(ask(u"UpdateBookmark@ BookmarkID=d"_s), u"0 d"_s);
+    QCOMPARE(ask(u"UpdateBookmark@ BookmarkID=x"_s), u"4 -"_s);
+    QCOMPARE(ask(u"QueryBookmarkForApi@ CameraIDList=cam StartTimestamp=0 EndTimestamp=1"_s),
+             u"4 -"_s);
 }
 
 void TestSite::onlyOtherClientsRaiseEvents()
 {
-    QSignalSpy spy(m_site.get(), &Site::bookmarkAddedByOther);
-    add("../west", bookmark(1, "ours"));
+    const auto add = [this](const QString &relayPath, const QString &camera) {
+        const Bookmark bookmark{{}, camera, u"loc"_s, 2, 3, u"theirs"_s, {}, {}};
+        return m_site->addByOtherClient(relayPath, bookmark);
+    };
+    const QSignalSpy spy(m_site.get(), &Site::bookmarkAddedByOther);
+    ask(u"AddBookmark@east_%1 ours@cam"_s);
+    QVERIFY(!add(u"nowhere"_s, u"cam"_s));
+    QVERIFY(!add(u"east_%1"_s, u"unknown"_s));
     QVERIFY(spy.isEmpty());
-    QVERIFY(!m_site->addByOtherClient(text("nowhere"), bookmark(1, "")));
-    QVERIFY(!m_site->addByOtherClient(text("../west"), Bookmark()));
-    QVERIFY(spy.isEmpty());
-    QVERIFY(m_site->addByOtherClient(text("../west"), bookmark(2, "theirs")));
-    QCOMPARE(spy.size(), 1);
-    QCOMPARE(spy.at(0).at(1), text("../west"));
-    const QVariantMap record = spy.at(0).at(0).toMap();
-    QCOMPARE(record.size(), 8);
-    QCOMPARE(record.value(text("Description")), text("theirs"));
-    QCOMPARE(descriptions("../west"), (QStringList{text("ours"), text("theirs")}));
+    QVERIFY(add(u"east_%1"_s, u"cam"_s));
+    QCOMPARE(inWords(QVariant(spy.value(0))), u"[theirs QString east_%1]"_s);
+    QCOMPARE(spy.value(0).value(0).toMap().size(), 8);
+    QCOMPARE(ask(u"QueryAllBookmars@east_%1 {}"_s), u"0 {Bookmarks: [ours theirs]}"_s);
 }
 
 void TestSite::openingNamesWhatIsWrong()
 {
-    QString error;
-    QVERIFY(!Site::open(m_folder->path(), configs() + configs().mid(3), &error));
-    QVERIFY2(error.contains(text("../west")), qPrintable(error));
+    const auto refusal = [](const QString &folder, const QStringList &paths) {
+        QString error;
+        return Site::open(folder, configs(paths), &error) ? u"none"_s : error;
+    };
+    const QString twice = refusal(m_folder->path(), {u"../west"_s, u"../west"_s});
+    QVERIFY2(twice.contains(u"two stations have the relay path \"../west\""_s), qPrintable(twice));
 
-    QFile file(m_folder->filePath(Site::fileNameOf(text("east_%1"))));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("not a database");
-    file.close();
-    QVERIFY(!Site::open(m_folder->path(), configs(), &error));
-    QVERIFY2(error.contains(Site::fileNameOf(text("east_%1"))), qPrintable(error));
-    QVERIFY(!Site::open(file.fileName(), configs(), &error));
-    QVERIFY2(error.contains(Site::fileNameOf(text("east_%1"))), qPrintable(error));
+    const QString file = m_folder->filePath(Site::fileNameOf(u"damaged"_s));
+    QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), file));
+    const QString damaged = refusal(m_folder->path(), {u"north"_s, u"damaged"_s});
+    QVERIFY2(damaged.startsWith(file + u": is not"_s), qPrintable(damaged));
+    const QString noFolder = refusal(file, {});
+    QVERIFY2(noFolder.startsWith(file + u": cannot"_s), qPrintable(noFolder));
+    const QString made = m_folder->filePath(u"new/folder"_s);
+    QCOMPARE(refusal(made, {u"north"_s}), u"none"_s);
 }
 
 QTEST_GUILESS_MAIN(TestSite)
