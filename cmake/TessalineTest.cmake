@@ -18,5 +18,7 @@ endfunction()
 function(tessaline_set_test_environment name)
     set_tests_properties(${name} PROPERTIES
         TIMEOUT 120
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;TZ=Europe/Berlin;LC_ALL=en_US.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0;${ARGN}")
+        # Freed memory is overwritten, as Qt's own code, which is not instrumented, would read it
+        # unnoticed otherwise.
+        ENVIRONMENT "ASAN_OPTIONS=max_free_fill_size=65536:free_fill_byte=221;QT_QPA_PLATFORM=offscreen;TZ=Europe/Berlin;LC_ALL=en_US.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0;${ARGN}")
 endfunction()

@@ -1,12 +1,14 @@
 #include "BookmarkIndex.h"
 
 #include "CameraNames.h"
+#include "MapFields.h"
 #include "Names.h"
 
 #include <QtCore/QLocale>
 #include <QtCore/QStringView>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 #include <numeric>
 #include <string_view>
@@ -17,8 +19,14 @@ namespace {
 
 constexpr char FieldEnd = '\xff';
 
-const QString *const searchedKeys[] = {&displayKey::CameraName, &displayKey::Creator,
-                                       &displayKey::Description, &displayKey::DisplayTimeRange};
+/// What is read of a display record, in ascending order.
+const std::array indexedKeys{&displayKey::CameraID,         &displayKey::CameraName,
+                             &displayKey::Creator,          &displayKey::Description,
+                             &displayKey::DisplayTimeRange, &displayKey::RelayPath,
+                             &displayKey::StartTimestamp};
+
+const std::array searchedKeys{&displayKey::CameraName, &displayKey::Creator,
+                              &displayKey::Description, &displayKey::DisplayTimeRange};
 
 /// The text as a case-insensitive search compares it: each code point folded to one other. Not by
 /// QString::toCaseFolded(), which may learn to fold a sharp s to two letters; the search will not.
@@ -37,24 +45,24 @@ QString folded(QStringView text)
     return result;
 }
 
-bool isAscii(QStringView text)
+/// Appends the text folded and in UTF-8. False for a text that has no UTF-8 form.
+bool appendFolded(std::string &bytes, QStringView text)
 {
-    return std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.unicode() < 0x80; });
-}
-
-char asciiLower(QChar c)
-{
-    const char letter = static_cast<char>(c.unicode());
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter | 0x20) : letter;
-}
-
-/// Appends the text folded and in UTF-8.
-void appendFolded(std::string &bytes, QStringView text)
-{
-    if (isAscii(text)) // most are, and it takes a tenth of the time
-        std::transform(text.cbegin(), text.cend(), std::back_inserter(bytes), asciiLower);
-    else
-        bytes += folded(text).toStdString();
+    // Nearly all texts are of ASCII characters alone; those are written directly.
+    const std::size_t begin = bytes.size();
+    bytes.resize(begin + static_cast<std::size_t>(text.size()));
+    char16_t seen = 0;
+    auto out = bytes.begin() + static_cast<std::ptrdiff_t>(begin);
+    for (const QChar c : text) {
+        const char16_t letter = c.unicode();
+        seen |= letter;
+        *out++ = static_cast<char>(letter >= u'A' && letter <= u'Z' ? letter | 0x20 : letter);
+    }
+    if (seen < 0x80)
+        return true;
+    bytes.resize(begin);
+    bytes += folded(text).toStdString();
+    return text.isValidUtf16();
 }
 
 bool containsText(const QVariantMap &record, const QString &text)
@@ -68,21 +76,24 @@ bool containsText(const QVariantMap &record, const QString &text)
 
 void BookmarkIndex::append(const QVariantMap &record)
 {
-    m_starts.push_back(record.value(displayKey::StartTimestamp).toLongLong());
+    const auto [cameraID, cameraName, creator, description, timeRange, relayPath, start] =
+        valuesOf(record, indexedKeys);
+    m_starts.push_back(start->toLongLong());
 
-    const QString camera = cameraKey(record.value(displayKey::RelayPath).toString(),
-                                     record.value(displayKey::CameraID).toString());
     const auto nextNumber = static_cast<quint32>(m_cameraNumbers.size());
+    const QString camera = cameraKey(relayPath->toString(), cameraID->toString());
     m_cameras.push_back(m_cameraNumbers.try_emplace(camera, nextNumber).first->second);
 
-    for (const QString *key : searchedKeys) {
-        const QString field = record.value(*key).toString();
-        if (!field.isValidUtf16())
-            m_hasBrokenText = true;
-        appendFolded(m_text, field);
-        m_text.push_back(FieldEnd);
-    }
+    for (const QVariant *field : {cameraName, creator, description, timeRange})
+        appendText(field->toString());
     m_textEnds.push_back(m_text.size());
+}
+
+void BookmarkIndex::appendText(const QString &text)
+{
+    if (!appendFolded(m_text, text))
+        m_hasBrokenText = true;
+    m_text.push_back(FieldEnd);
 }
 
 std::size_t BookmarkIndex::textStart(quint32 row) const
@@ -116,7 +127,8 @@ void BookmarkIndex::keepCamera(Rows &rows, const QString &cameraKey) const
 
 void BookmarkIndex::keepText(Rows &rows, const QString &text, const QVariantList &list) const
 {
-    if (m_hasBrokenText || !text.isValidUtf16()) {
+    std::string searched;
+    if (!appendFolded(searched, text) || m_hasBrokenText) {
         const auto lacksText = [&](quint32 row) {
             return !containsText(list.at(row).toMap(), text);
         };
@@ -124,14 +136,11 @@ void BookmarkIndex::keepText(Rows &rows, const QString &text, const QVariantList
         return;
     }
 
-    std::string searched;
-    appendFolded(searched, text);
     const std::string_view haystack(m_text);
     auto kept = rows.begin();
-    std::size_t hit = 0;
     for (auto row = rows.cbegin(); row != rows.cend();) {
         // One pass over all texts: the next hit may lie in a record much further on.
-        hit = haystack.find(searched, std::max(hit, textStart(*row)));
+        const std::size_t hit = haystack.find(searched, textStart(*row));
         if (hit == std::string_view::npos)
             break;
         row = std::find_if(row, rows.cend(), [&](quint32 r) { return m_textEnds[r] > hit; });

@@ -58,6 +58,7 @@ private:
         void append(const QString &text);
     };
 
+    void appendText(const QString &text);
     std::size_t textStart(quint32 row) const;
     const Column &column(const QString &key, const QVariantList &list);
     std::vector<quint32> ranks(const Column &column, const std::vector<quint32> &occurring,

@@ -1,10 +1,10 @@
 #include "Tessaline.h"
 
-#include "AppendToMap.h"
 #include "CameraNames.h"
 #include "DisplayTexts.h"
 #include "FrameworkWrapperBase.h"
 #include "Log.h"
+#include "MapFields.h"
 #include "Names.h"
 #include "PageSlice.h"
 #include "TimeShiftBufferModel.h"
@@ -14,6 +14,7 @@
 #include <QtGui/QStandardItem>
 
 #include <algorithm>
+#include <array>
 #include <limits>
 #include <memory>
 #include <utility>
@@ -30,6 +31,12 @@ constexpr int WholeTree = 0;
 
 /// Roles of a timeline's default set that have no meaning for bookmarks; they hold 0.
 constexpr int UnusedTimelineRoles[] = {Qt::UserRole + 6, Qt::UserRole + 7, Qt::UserRole + 9};
+
+/// Keys of a server's bookmark record, in ascending order.
+const std::array serverRecordKeys{&serverKey::BookmarkID,   &serverKey::CameraID,
+                                  &serverKey::Creator,      &serverKey::Description,
+                                  &serverKey::EndTimestamp, &serverKey::Group,
+                                  &serverKey::LocationID,   &serverKey::StartTimestamp};
 
 QString textOf(const QVariantMap &record, const QString &key)
 {
@@ -48,26 +55,28 @@ qint64 timestampOf(const QVariantMap &record, const QString &key)
 QVariantMap Tessaline::CreateBookmarkItem(const QVariantMap &record, CameraNames &camNames,
                                           DisplayTexts &texts)
 {
-    const QString cameraID = textOf(record, serverKey::CameraID);
-    const qint64 start = timestampOf(record, serverKey::StartTimestamp);
-    const qint64 end = timestampOf(record, serverKey::EndTimestamp);
-    const DisplayTexts::Texts shown = texts.of(start, end);
+    const auto [bookmarkID, camera, creator, description, endTimestamp, group, locationID,
+                startTimestamp] = valuesOf(record, serverRecordKeys);
+    const QString cameraID = camera->toString();
+    const qint64 start = startTimestamp->toLongLong();
+    const qint64 end = endTimestamp->toLongLong();
+    DisplayTexts::Texts shown = texts.of(start, end);
 
-    QVariantMap item;
-    appendToMap(item, displayKey::BookmarkID, textOf(record, serverKey::BookmarkID));
-    appendToMap(item, displayKey::CameraID, cameraID);
-    appendToMap(item, displayKey::CameraName, camNames.withStation(cameraID));
-    appendToMap(item, displayKey::Creator, textOf(record, serverKey::Creator));
-    appendToMap(item, displayKey::Description, textOf(record, serverKey::Description));
-    appendToMap(item, displayKey::DisplayDate, shown.date);
-    appendToMap(item, displayKey::DisplayDateTime, shown.dateTime);
-    appendToMap(item, displayKey::DisplayTimeRange, shown.timeRange);
-    appendToMap(item, displayKey::EndTimestamp, end);
-    appendToMap(item, displayKey::Group, textOf(record, serverKey::Group));
-    appendToMap(item, displayKey::LocationID, textOf(record, serverKey::LocationID));
-    appendToMap(item, displayKey::RelayPath, camNames.relayPath());
-    appendToMap(item, displayKey::StartTimestamp, start);
-    return item;
+    MapInOrder item;
+    item.append(displayKey::BookmarkID, bookmarkID->toString());
+    item.append(displayKey::CameraID, cameraID);
+    item.append(displayKey::CameraName, camNames.withStation(cameraID));
+    item.append(displayKey::Creator, creator->toString());
+    item.append(displayKey::Description, description->toString());
+    item.append(displayKey::DisplayDate, shown.date);
+    item.append(displayKey::DisplayDateTime, shown.dateTime);
+    item.append(displayKey::DisplayTimeRange, shown.timeRange);
+    item.append(displayKey::EndTimestamp, end);
+    item.append(displayKey::Group, group->toString());
+    item.append(displayKey::LocationID, locationID->toString());
+    item.append(displayKey::RelayPath, camNames.relayPath());
+    item.append(displayKey::StartTimestamp, start);
+    return item.take();
 }
 
 QVariantList Tessaline::CreateBookmarkItems(const QVariant &data, const QString &relayPath)
@@ -89,10 +98,12 @@ QStandardItem *Tessaline::CreateBookmarkModelItem(const QVariantMap &record, Cam
                                                   DisplayTexts &texts)
 {
     try {
-        const QString bookmarkID = textOf(record, serverKey::BookmarkID);
-        const QString cameraID = textOf(record, serverKey::CameraID);
-        const qint64 start = timestampOf(record, serverKey::StartTimestamp);
-        const qint64 end = timestampOf(record, serverKey::EndTimestamp);
+        const auto [bookmark, camera, creator, description, endTimestamp, group, locationID,
+                    startTimestamp] = valuesOf(record, serverRecordKeys);
+        const QString bookmarkID = bookmark->toString();
+        const QString cameraID = camera->toString();
+        const qint64 start = startTimestamp->toLongLong();
+        const qint64 end = endTimestamp->toLongLong();
         const DisplayTexts::Texts shown = texts.of(start, end);
 
         auto item = std::make_unique<QStandardItem>();
@@ -105,13 +116,13 @@ QStandardItem *Tessaline::CreateBookmarkModelItem(const QVariantMap &record, Cam
         item->setData(bookmarkID, BookmarkIdRole);
         item->setData(cameraID, CameraIdRole);
         item->setData(camNames.relayPath(), RelayPathRole);
-        item->setData(textOf(record, serverKey::Description), DescRole);
-        item->setData(textOf(record, serverKey::Creator), CreatorRole);
-        item->setData(textOf(record, serverKey::Group), GroupRole);
+        item->setData(description->toString(), DescRole);
+        item->setData(creator->toString(), CreatorRole);
+        item->setData(group->toString(), GroupRole);
         item->setData(camNames.withStation(cameraID), CameraNameRole);
         item->setData(shown.date, DispDateRole);
         item->setData(shown.dateTime, DispDateTimeRole);
-        item->setData(textOf(record, serverKey::LocationID), LocationIdRole);
+        item->setData(locationID->toString(), LocationIdRole);
         item->setData(shown.timeRange, DispTimeRangeRole);
         return item.release();
     } catch (...) {

@@ -1,8 +1,8 @@
 #include "Tessaline.h"
 
-#include "AppendToMap.h"
 #include "FrameworkWrapperBase.h"
 #include "Log.h"
+#include "MapFields.h"
 #include "Names.h"
 #include "RequestContexts.h"
 
@@ -33,15 +33,15 @@ QVariantMap bookmarkPayload(const QString &cameraID, const QString &locationID,
                             qint64 startTimestamp, qint64 endTimestamp, const QString &desc,
                             const QString &creator, const QString &group)
 {
-    QVariantMap payload;
-    appendToMap(payload, serverKey::CameraID, cameraID);
-    appendToMap(payload, serverKey::Creator, creator);
-    appendToMap(payload, serverKey::Description, desc);
-    appendToMap(payload, serverKey::EndTimestamp, endTimestamp);
-    appendToMap(payload, serverKey::Group, group);
-    appendToMap(payload, serverKey::LocationID, locationID);
-    appendToMap(payload, serverKey::StartTimestamp, startTimestamp);
-    return payload;
+    MapInOrder payload;
+    payload.append(serverKey::CameraID, cameraID);
+    payload.append(serverKey::Creator, creator);
+    payload.append(serverKey::Description, desc);
+    payload.append(serverKey::EndTimestamp, endTimestamp);
+    payload.append(serverKey::Group, group);
+    payload.append(serverKey::LocationID, locationID);
+    payload.append(serverKey::StartTimestamp, startTimestamp);
+    return payload.take();
 }
 
 /// What tells one entry of a batch from another: the relay path and the identifiers.
@@ -147,12 +147,12 @@ bool Tessaline::addBookmarks(const QList<QVariant> &targetList, qint64 startTime
         LOG_ERROR("%s, malloc memory fail", "Tessaline::addBookmarks");
         return false;
     }
+    const std::array keys{&serverKey::CameraID, &serverKey::LocationID, &displayKey::RelayPath};
     EntryKeys known;
     for (const QVariant &element : targetList) {
         const QVariantMap target = element.toMap();
-        const EntryKey key{target.value(displayKey::RelayPath).toString(),
-                           target.value(serverKey::CameraID).toString(),
-                           target.value(serverKey::LocationID).toString()};
+        const auto [cameraID, locationID, relayPath] = valuesOf(target, keys);
+        const EntryKey key{relayPath->toString(), cameraID->toString(), locationID->toString()};
         if (known.insert(key).second) {
             batch->pendingByTarget[key[0]].append(bookmarkPayload(
                 key[1], key[2], startTimestamp, endTimestamp, desc, creator, group));

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QtCore/QString>
+
+#include <functional>
+#include <memory>
+
+/// What is measured. Each job is one question of an operator, or one delivery of the host.
+enum class Job {
+    PanelByDate,   ///< open the panel: all bookmarks, by day, newest first, a page of 50
+    PanelByCamera, ///< the same by camera name
+    NextPage,      ///< the second page by date
+    TextOfFew,     ///< a text that eight in a hundred have
+    TextOfAll,     ///< a text that all have
+    OneMoreLetter, ///< the first letters of a word, as it is typed
+    OneCamera,     ///< the bookmarks of one camera
+    StoreAnswer,   ///< take in the answer to a query of all
+    GroupBatch,    ///< split a batch by station, every entry once
+    TimelineItems, ///< fill a view cell's timeline
+};
+
+constexpr Job allJobs[] = {Job::PanelByDate, Job::PanelByCamera, Job::NextPage,  Job::TextOfFew,
+                           Job::TextOfAll,   Job::OneMoreLetter, Job::OneCamera, Job::StoreAnswer,
+                           Job::GroupBatch,  Job::TimelineItems};
+
+const char *nameOf(Job job);
+
+/// The question behind a job about the panel, as QML asks it.
+QVariantMap questionOf(Job job);
+
+/// One way to do the jobs, with a number of bookmarks at hand.
+class Contestant
+{
+public:
+    virtual ~Contestant() = default;
+
+    virtual const char *name() const = 0;
+
+    /// The work of a job, to be called any number of times; empty for a job that is not its own,
+    /// or that it would take too long for.
+    virtual std::function<void()> work(Job job) = 0;
+};
+
+std::unique_ptr<Contestant> makePlugin(int count);         ///< the loaded library
+std::unique_ptr<Contestant> makeWrittenSteps(int count);   ///< WrittenSteps.h
+std::unique_ptr<Contestant> makeSqlite(int count);         ///< in memory, indexed, with LIKE
+std::unique_ptr<Contestant> makeSqliteFullText(int count); ///< its trigram index, for texts alone
+std::unique_ptr<Contestant> makeProxyModel(int count);     ///< QSortFilterProxyModel
+std::unique_ptr<Contestant> makeFloor(int count);          ///< the least that has to be done

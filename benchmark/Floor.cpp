@@ -1,0 +1,97 @@
+#include "Contestants.h"
+
+#include "Data.h"
+#include "TimeShiftBufferModel.h"
+
+#include <QtGui/QStandardItem>
+
+#include <cstring>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The least that has to be done: looking at every byte that is searched, making the maps and
+/// items that are asked for, with nothing in them.
+class Floor : public Contestant
+{
+public:
+    explicit Floor(int count)
+        : m_count(count)
+    {
+        const QVariantMap names = data::cameraNames();
+        const QVariantList records = data::serverRecords(count);
+        for (const QVariant &element : records) {
+            const QVariantMap record = element.toMap();
+            m_text +=
+                "Harbour - " +
+                names.value(u"A/"_s + record.value(u"CameraID"_s).toString()).toString().toUtf8() +
+                record.value(u"Creator"_s).toString().toUtf8() +
+                record.value(u"Description"_s).toString().toUtf8() + "08:00:00 - 08:05:00";
+        }
+    }
+
+    const char *name() const override { return "floor"; }
+
+    std::function<void()> work(Job job) override
+    {
+        switch (job) {
+        case Job::TextOfFew:
+        case Job::TextOfAll:
+        case Job::OneMoreLetter:
+            return [this] {
+                if (std::memchr(m_text.constData(), '\1', size_t(m_text.size())))
+                    qFatal("There is no such byte");
+            };
+        case Job::StoreAnswer:
+            return [this] { makeMaps(13); };
+        case Job::GroupBatch:
+            return [this] { makeMaps(7); };
+        case Job::TimelineItems:
+            return [this] { makeItems(); };
+        default:
+            return {};
+        }
+    }
+
+private:
+    void makeMaps(int entries)
+    {
+        QStringList keys;
+        for (int i = 0; i < entries; ++i)
+            keys.append(u"aKeyOfSomeLetters"_s + QChar(u'a' + i));
+        const QVariant value(u"text"_s);
+        QVariantList list;
+        list.reserve(m_count);
+        for (int i = 0; i < m_count; ++i) {
+            QVariantMap map;
+            for (const QString &key : std::as_const(keys))
+                map.insert(map.cend(), key, value);
+            list.append(map);
+        }
+    }
+
+    void makeItems() const
+    {
+        const QVariant value(u"text"_s);
+        QList<QStandardItem *> items;
+        for (int i = 0; i < m_count; ++i) {
+            auto *const item = new QStandardItem;
+            item->setData(QString::number(i), TimeShiftBufferModel::ItemIdRole);
+            for (int role = 1; role < 18; ++role)
+                item->setData(value, TimeShiftBufferModel::ItemIdRole + role);
+            items.append(item);
+        }
+        TimeShiftBufferModel(TimeShiftBufferModel::defaultRoleHash()).refillItems(items);
+    }
+
+    int m_count;
+    QByteArray m_text;
+};
+
+} // namespace
+
+std::unique_ptr<Contestant> makeFloor(int count)
+{
+    return std::make_unique<Floor>(count);
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QtCore/QMap>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+/// The medians of one run, in milliseconds, and what is made of them.
+class Report
+{
+public:
+    /// @param contestants the library first
+    Report(const QStringList &jobs, const QStringList &contestants)
+        : m_jobs(jobs)
+        , m_contestants(contestants)
+    {
+    }
+
+    void add(const QString &job, const QString &contestant, int size, double milliseconds);
+
+    /// Bytes that the columns take for each bookmark.
+    void setBytes(int size, double bytes) { m_bytes.insert(size, bytes); }
+
+    /// A table for each size: the library's time, and by how much the others take longer.
+    QString tables() const;
+
+    /// Writes benchmark.json and benchmark.svg. False when that is not possible.
+    bool write(const QString &folder) const;
+
+    QStringList jobs() const { return m_jobs; }
+    QStringList contestants() const { return m_contestants; }
+    /// By size; empty when the contestant does not do that job.
+    QMap<int, double> times(const QString &job, const QString &contestant) const;
+
+private:
+    QStringList m_jobs;
+    QStringList m_contestants;
+    QMap<QString, QMap<QString, QMap<int, double>>> m_times;
+    QMap<int, double> m_bytes;
+};

@@ -1,0 +1,85 @@
+#include "Contestants.h"
+
+#include "Data.h"
+#include "TimeShiftBufferModel.h"
+#include "WrittenSteps.h"
+
+#include <QtGui/QStandardItem>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Beyond these it takes minutes: sorting by date, comparing each entry of a batch with all others.
+constexpr int MostForPanel = 100'000;
+constexpr int MostForBatch = 10'000;
+
+class Written : public Contestant
+{
+public:
+    explicit Written(int count)
+        : m_records(data::serverRecords(count))
+        , m_list(displayRecords())
+    {
+    }
+
+    const char *name() const override { return "written steps"; }
+
+    std::function<void()> work(Job job) override
+    {
+        switch (job) {
+        case Job::StoreAnswer:
+            return [this] { m_list = displayRecords(); };
+        case Job::GroupBatch:
+            if (m_records.size() > MostForBatch)
+                return {};
+            return [targets = data::batchTargets(int(m_records.size()))] {
+                writtensteps::groupBatch(targets, 1, 2, u"Alarm"_s, u"rule"_s, u"alarms"_s);
+            };
+        case Job::TimelineItems:
+            return [this] { fillTimeline(); };
+        default:
+            if (m_records.size() > MostForPanel)
+                return {};
+            return [this, question = questionOf(job)] {
+                writtensteps::filteredPage(m_list, question);
+            };
+        }
+    }
+
+private:
+    QVariantList displayRecords() const
+    {
+        QVariantList list;
+        for (const QVariant &record : m_records) {
+            list.append(writtensteps::displayRecord(record.toMap(), u"A"_s, m_names, m_timeZone));
+        }
+        return list;
+    }
+
+    void fillTimeline() const
+    {
+        QList<QStandardItem *> items;
+        for (const QVariant &record : m_records) {
+            auto *const item = new QStandardItem;
+            const auto values =
+                writtensteps::timelineItem(record.toMap(), u"A"_s, m_names, m_timeZone);
+            for (auto value = values.cbegin(); value != values.cend(); ++value)
+                item->setData(*value, value.key());
+            items.append(item);
+        }
+        TimeShiftBufferModel(TimeShiftBufferModel::defaultRoleHash()).refillItems(items);
+    }
+
+    QVariantMap m_names = data::cameraNames();
+    QTimeZone m_timeZone{data::timeZone()};
+    QVariantList m_records;
+    QVariantList m_list;
+};
+
+} // namespace
+
+std::unique_ptr<Contestant> makeWrittenSteps(int count)
+{
+    return std::make_unique<Written>(count);
+}

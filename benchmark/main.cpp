@@ -1,0 +1,162 @@
+#include "BookmarkIndex.h"
+#include "Contestants.h"
+#include "Data.h"
+#include "Report.h"
+#include "WrittenSteps.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QCoreApplication>
+#include <QtCore/QTimeZone>
+
+#include <benchmark/benchmark.h>
+
+#include <malloc.h>
+
+#include <cstdio>
+#include <limits>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::unique_ptr<Contestant> (*allContestants[])(int) = {
+    makePlugin, makeWrittenSteps, makeSqlite, makeSqliteFullText, makeProxyModel, makeFloor};
+
+/// Prints as Google Benchmark does, and hands the medians to the report.
+class MedianReporter : public benchmark::ConsoleReporter
+{
+public:
+    MedianReporter(Report &report, int size)
+        : ConsoleReporter(OO_Tabular)
+        , m_report(report)
+        , m_size(size)
+    {
+    }
+
+    void ReportRuns(const std::vector<Run> &runs) override
+    {
+        for (const Run &run : runs) {
+            // A single repetition has no aggregates.
+            if (run.aggregate_name != "median" && run.repetitions != 1)
+                continue;
+            const QString name = QString::fromStdString(run.run_name.function_name);
+            m_report.add(name.section(u'/', 0, 0), name.section(u'/', 1), m_size,
+                         run.GetAdjustedRealTime());
+        }
+        ConsoleReporter::ReportRuns(runs);
+    }
+
+private:
+    Report &m_report;
+    int m_size;
+};
+
+/// What the columns take on the heap, with those of two group keys.
+double bytesOfColumns(int size)
+{
+    QVariantList list;
+    const QVariantList records = data::serverRecords(size);
+    for (const QVariant &record : records) {
+        list.append(writtensteps::displayRecord(record.toMap(), u"A"_s, data::cameraNames(),
+                                                QTimeZone(data::timeZone())));
+    }
+    const auto before = mallinfo2();
+    tessaline::BookmarkIndex index;
+    for (const QVariant &record : std::as_const(list))
+        index.append(record.toMap());
+    for (const QString &key : {u"displayDate"_s, u"cameraName"_s}) {
+        tessaline::Rows rows(1);
+        index.sort(rows, key, true, {0, 1}, list);
+    }
+    const auto after = mallinfo2();
+    return double(after.uordblks + after.hblkhd - before.uordblks - before.hblkhd) / size;
+}
+
+/// Measures all contestants with one number of bookmarks.
+void measure(int size, Report &report)
+{
+    report.setBytes(size, bytesOfColumns(size));
+
+    std::vector<std::unique_ptr<Contestant>> contestants;
+    for (const auto make :
+         {makePlugin, makeWrittenSteps, makeSqlite, makeSqliteFullText, makeProxyModel, makeFloor})
+        contestants.push_back(make(size));
+
+    for (const Job job : allJobs) {
+        for (const auto &contestant : contestants) {
+            const std::function<void()> work = contestant->work(job);
+            if (!work)
+                continue;
+            const std::string name = nameOf(job) + std::string("/") + contestant->name();
+            auto *const registered =
+                benchmark::RegisterBenchmark(name.c_str(), [work](benchmark::State &state) {
+                    for (auto _ : state)
+                        work();
+                });
+            registered->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
+            // What takes seconds is measured once.
+            if (size >= 100'000 && contestant->name() == std::string("written steps"))
+                registered->Iterations(1)->Repetitions(1);
+            else
+                registered->Repetitions(5)->MinTime(0.02);
+        }
+    }
+    MedianReporter reporter(report, size);
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::ClearRegisteredBenchmarks();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // A client that has run for hours has its memory; giving it back after each repetition and
+    // fetching it again would be measured as work of all contestants.
+    mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
+    mallopt(M_MMAP_THRESHOLD, std::numeric_limits<int>::max());
+    // Dates with two-digit years, times without seconds.
+    qputenv("LC_ALL", "en_US.UTF-8");
+    QCoreApplication app(argc, argv);
+    QCoreApplication::setApplicationName(u"tessaline-benchmark"_s);
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(
+        u"Compares the built library with other ways to do the same, in one run. Writes "
+        "benchmark.json and benchmark.svg."_s);
+    parser.addHelpOption();
+    const QCommandLineOption sizes(u"sizes"_s, u"Numbers of bookmarks, separated by commas."_s,
+                                   u"list"_s, u"1000,10000,100000,1000000"_s);
+    const QCommandLineOption folder(u"out"_s, u"Where the files go."_s, u"folder"_s, u"out"_s);
+    parser.addOptions({sizes, folder});
+    parser.process(app);
+
+    // Repetitions of all benchmarks take turns, so that a slow moment of the machine hits each.
+    char interleaved[] = "--benchmark_enable_random_interleaving=true";
+    char aggregates[] = "--benchmark_display_aggregates_only=true";
+    char *flags[] = {argv[0], interleaved, aggregates, nullptr};
+    int flagCount = 3;
+    benchmark::Initialize(&flagCount, flags);
+
+    QStringList jobs;
+    for (const Job job : allJobs)
+        jobs.append(QString::fromUtf8(nameOf(job)));
+    QStringList contestants;
+    for (const auto make : allContestants)
+        contestants.append(QString::fromUtf8(make(1)->name()));
+    Report report(jobs, contestants);
+    for (const QString &size : parser.value(sizes).split(u',')) {
+        const int count = size.toInt();
+        if (count <= 0) {
+            std::fprintf(stderr, "%s is no number of bookmarks.\n", qPrintable(size));
+            return 2;
+        }
+        measure(count, report);
+    }
+    std::fputs(qPrintable(report.tables()), stdout);
+    if (!report.write(parser.value(folder))) {
+        std::fprintf(stderr, "%s can't be written.\n", qPrintable(parser.value(folder)));
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,223 @@
+#include "PluginHarness.h"
+#include "WrittenSteps.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QLocale>
+#include <QtCore/QTimeZone>
+#include <QtTest/QTest>
+
+#include <limits>
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Random stores and questions, the same in every run with the same seed.
+class Chance
+{
+public:
+    explicit Chance(unsigned seed)
+        : m_random(seed)
+    {
+    }
+
+    int below(int limit) { return int(m_random() % unsigned(limit)); }
+    bool once(int times) { return below(times) == 0; }
+    template <typename List>
+    auto of(const List &list)
+    {
+        return list.at(below(int(list.size())));
+    }
+
+    /// Letters that differ in case only, that have no other case or several, that need two units.
+    QString text(bool broken)
+    {
+        static const QStringList pieces{
+            u"a"_s,      u"A"_s, u"b"_s,          u"B"_s,          u"ä"_s,
+            u"Ä"_s,      u"ß"_s, u"ẞ"_s,          u"ss"_s,         u"ς"_s,
+            u"Σ"_s,      u"σ"_s, u"K"_s,          u"k"_s,          u"\u212A"_s,
+            u"\uFFFD"_s, u"İ"_s, u"ı"_s,          u"i"_s,          u"\u01C5"_s,
+            u" "_s,      u"-"_s, u"\U00010400"_s, u"\U00010428"_s, QString(QChar(0))};
+        QString text;
+        for (int i = below(6); i > 0; --i)
+            text += of(pieces);
+        if (broken && once(4))
+            text += once(2) ? QChar(0xd801) : QChar(0xdc28);
+        return text;
+    }
+
+    qint64 moment()
+    {
+        static const QList<qint64> notable{0,
+                                           -1,
+                                           1'774'745'999'999,
+                                           1'774'746'000'000, // summer time begins in Europe
+                                           1'792'889'999'999,
+                                           1'792'890'000'000, // and ends
+                                           std::numeric_limits<qint64>::min(),
+                                           std::numeric_limits<qint64>::max()};
+        if (once(10))
+            return of(notable);
+        const qint64 week = qint64(below(60 * 52)) - 30 * 52;
+        return 1'770'000'000'000 + (once(2) ? week * 604'800'000 : 0) + below(2'000'000'000);
+    }
+
+    QVariantMap record(int number, bool broken)
+    {
+        const qint64 start = moment();
+        const qint64 end = once(10) ? moment() : start / 2 + start / 2 + below(100'000);
+        QVariantMap record =
+            serverRecord(QString::number(number), QString::number(below(4)), u"l"_s, start, end,
+                         text(broken), text(broken), text(broken));
+        if (once(20))
+            record.remove(of(record.keys()));
+        if (once(20))
+            record.insert(of(record.keys()), once(2) ? QVariant(below(9)) : QVariant());
+        return record;
+    }
+
+    QVariantMap question(const QVariantList &list, bool broken)
+    {
+        static const QStringList keys{
+            u"displayDate"_s, u"displayTimeRange"_s, u"cameraName"_s, u"group"_s,  u"creator"_s,
+            u"description"_s, u"startTimestamp"_s,   u"relayPath"_s,  u"nobody"_s, QString()};
+        const QVariantMap some = list.isEmpty() ? QVariantMap() : of(list).toMap();
+        const auto field = [&](const QString &key) { return some.value(key).toString(); };
+        QVariantMap question{{u"startTimestamp"_s, std::numeric_limits<qint64>::min()},
+                             {u"endTimestamp"_s, std::numeric_limits<qint64>::max()},
+                             {u"groupKey"_s, of(keys)},
+                             {u"ascending"_s, once(2)},
+                             {u"pageNumber"_s, below(5) - 1}};
+        if (once(3))
+            question[u"startTimestamp"_s] = some.value(u"startTimestamp"_s);
+        if (once(3))
+            question[u"endTimestamp"_s] = of(QList{some.value(u"startTimestamp"_s), {moment()}});
+        if (once(3))
+            question[u"nodeID"_s] =
+                once(5) ? u"A"_s
+                        : (field(u"relayPath"_s).isEmpty()
+                               ? field(u"cameraID"_s)
+                               : field(u"relayPath"_s) + u'/' + field(u"cameraID"_s));
+        if (once(2)) {
+            const QString from = field(of(QStringList{u"cameraName"_s, u"creator"_s,
+                                                      u"description"_s, u"displayTimeRange"_s}));
+            const QString piece = once(3) ? text(broken) : from.mid(below(4), 1 + below(5));
+            question[u"text"_s] = once(2) ? piece.toUpper() : piece.toLower();
+        }
+        return question;
+    }
+
+private:
+    std::mt19937 m_random;
+};
+
+/// What two records of a list that is sorted by this key are compared by.
+QVariant sortValue(const QVariant &record, const QString &key)
+{
+    const QVariantMap map = record.toMap();
+    if (key != u"displayDate"_s && key != u"displayTimeRange"_s)
+        return map.value(key).toString();
+    return QDateTime::fromString(map.value(u"displayDate"_s).toString(),
+                                 QLocale::system().dateFormat(QLocale::ShortFormat));
+}
+
+QVariantList recordsOf(const QVariantMap &page)
+{
+    QVariantList records;
+    const QVariantList groups = page.value(u"bookmarkGroupList"_s).toList();
+    for (const QVariant &group : groups)
+        records.append(group.toMap().value(u"bookmarkList"_s).toList());
+    return records;
+}
+
+QVariantList sortValues(const QVariantMap &page, const QString &key)
+{
+    QVariantList values;
+    const QVariantList records = recordsOf(page);
+    for (const QVariant &record : records)
+        values.append(sortValue(record, key));
+    return values;
+}
+
+} // namespace
+
+/// The library gives the same results as the plain steps, whatever the store and the question.
+class TestWrittenSteps : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void haveTheSameResults();
+
+private:
+    static void compareStores(Chance &chance);
+    static void comparePages(PluginHarness &harness, const QVariantList &list,
+                             const QVariantMap &question);
+};
+
+void TestWrittenSteps::haveTheSameResults()
+{
+    for (unsigned seed = 1; seed <= 400; ++seed) {
+        Chance chance(seed);
+        compareStores(chance);
+        QVERIFY2(!QTest::currentTestFailed(), qPrintable(u"seed %1"_s.arg(seed)));
+    }
+}
+
+void TestWrittenSteps::compareStores(Chance &chance)
+{
+    static const QByteArrayList zones{"Europe/Berlin", "America/New_York",    "Asia/Kolkata",
+                                      "UTC",           "Australia/Lord_Howe", "Africa/Casablanca",
+                                      "nowhere"};
+    const bool broken = chance.once(5);
+    PluginHarness harness;
+    QVariantList expected;
+    for (int answer = 0; answer < 2; ++answer) {
+        const QByteArray zone = chance.of(zones);
+        harness.setServerTimeZone(zone);
+        harness.call<bool>("queryAllBookmarks");
+        expected.clear();
+        const QList<standin::SentCommand> queries = harness.sent();
+        harness.framework.clearSent();
+        for (const standin::SentCommand &query : queries) {
+            QVariantList records;
+            for (int i = chance.once(20) ? 0 : chance.below(60); i > 0; --i)
+                records.append(chance.record(i, broken));
+            harness.answer(query, QVariantMap{{u"Bookmarks"_s, records}});
+            const QVariantMap names =
+                harness.topology.getValuesFromModel(0, u"idRole"_s, u"nameRole"_s);
+            for (const QVariant &record : std::as_const(records)) {
+                expected.append(writtensteps::displayRecord(record.toMap(), query.relayPath, names,
+                                                            QTimeZone(zone)));
+            }
+        }
+    }
+    const auto list = harness.call<QVariantList>("getBookmarkListByNodeID", QString());
+    QCOMPARE(list, expected);
+    for (int i = 0; i < 12; ++i)
+        comparePages(harness, list, chance.question(list, broken));
+}
+
+void TestWrittenSteps::comparePages(PluginHarness &harness, const QVariantList &list,
+                                    const QVariantMap &question)
+{
+    const auto page = harness.call<QVariantMap>("getFilteredBookmarkList", question);
+    const QVariantMap plain = writtensteps::filteredPage(list, question);
+    const QString key = question.value(u"groupKey"_s).toString();
+    QCOMPARE(page.value(u"totalBookmarkNumber"_s), plain.value(u"totalBookmarkNumber"_s));
+    QCOMPARE(page.size(), plain.size());
+    QCOMPARE(recordsOf(page).size(), recordsOf(plain).size());
+    // Records that compare equal may stand in any order, and a page may cut through them.
+    QCOMPARE(sortValues(page, key), sortValues(plain, key));
+    QCOMPARE(page.value(u"bookmarkGroupList"_s).toList(),
+             writtensteps::groups(recordsOf(page), key));
+    QVariantMap everything = question;
+    everything[u"pageNumber"_s] = 0;
+    QVariantList matching = recordsOf(writtensteps::filteredPage(list, everything, 100'000));
+    for (const QVariant &record : recordsOf(page))
+        QVERIFY2(matching.removeOne(record), "a record that does not match, or stands twice");
+}
+
+QTEST_GUILESS_MAIN(TestWrittenSteps)
+#include "tst_writtensteps.moc"
