@@ -3,18 +3,20 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QStringList>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString escaped(const QString &text)
 {
     QString result;
     for (const QChar c : text) {
-        if (c == QLatin1Char('"') || c == QLatin1Char('\\'))
-            result += QLatin1Char('\\');
+        if (c == u'"' || c == u'\\')
+            result += u'\\';
         if (c.unicode() >= 0x20 && c.unicode() < 0x7f)
             result += c;
         else
-            result += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+            result += u"\\u%1"_s.arg(c.unicode(), 4, 16, QLatin1Char('0'));
     }
     return result;
 }
@@ -22,15 +24,15 @@ QString escaped(const QString &text)
 QString quoted(const char *type, const QString &text, bool isNull)
 {
     return QLatin1String(type) +
-           (isNull ? QStringLiteral(" null") : QLatin1String(" \"") + escaped(text) + u'"');
+           (isNull ? u" null"_s : QLatin1String(" \"") + escaped(text) + u'"');
 }
 
 QString describeMap(const QVariantMap &map)
 {
     QStringList parts;
     for (auto it = map.cbegin(); it != map.cend(); ++it)
-        parts.append(escaped(it.key()) + QLatin1String(": ") + describe(it.value()));
-    return QLatin1Char('{') + parts.join(QLatin1String(", ")) + QLatin1Char('}');
+        parts.append(escaped(it.key()) + u": "_s + describe(it.value()));
+    return u'{' + parts.join(u", "_s) + u'}';
 }
 
 template <typename List>
@@ -39,7 +41,7 @@ QString describeList(const List &list)
     QStringList parts;
     for (const auto &element : list)
         parts.append(describe(QVariant(element)));
-    return QLatin1Char('[') + parts.join(QLatin1String(", ")) + QLatin1Char(']');
+    return u'[' + parts.join(u", "_s) + u']';
 }
 
 } // namespace
@@ -48,7 +50,7 @@ QString describe(const QVariant &value)
 {
     switch (value.typeId()) {
     case QMetaType::UnknownType:
-        return QStringLiteral("invalid");
+        return u"invalid"_s;
     case QMetaType::QString:
         return quoted("QString", value.toString(), value.toString().isNull());
     case QMetaType::QByteArray:
@@ -57,12 +59,12 @@ QString describe(const QVariant &value)
     case QMetaType::QVariantMap:
         return describeMap(value.toMap());
     case QMetaType::QVariantHash:
-        return QLatin1String("QVariantHash ") + describeMap(value.toMap());
+        return u"QVariantHash "_s + describeMap(value.toMap());
     case QMetaType::QVariantList:
         return describeList(value.toList());
     case QMetaType::QStringList:
-        return QLatin1String("QStringList ") + describeList(value.toStringList());
+        return u"QStringList "_s + describeList(value.toStringList());
     default:
-        return QLatin1String(value.typeName()) + QLatin1Char(' ') + value.toString();
+        return QLatin1String(value.typeName()) + u' ' + value.toString();
     }
 }

@@ -5,8 +5,9 @@
 LogLines::LogLines()
 {
     standin::logging::writeTo([this](const standin::LogLine &line) {
-        m_lines.append(QString::fromUtf8(line.file) + QLatin1String(": ") +
-                       QString::fromUtf8(line.text));
+        m_lines.append(QString::fromUtf8(line.file + ": " + line.text));
+        if (onLine)
+            onLine(m_lines.constLast());
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include <QtCore/QStringList>
 
+#include <functional>
 #include <utility>
 
 /// What is written through the host's logging library while this object lives, one line each:
@@ -17,6 +18,9 @@ public:
     QStringList take() { return std::exchange(m_lines, {}); }
     /// The texts alone.
     QStringList takeTexts();
+
+    /// Called with each line.
+    std::function<void(const QString &line)> onLine;
 
 private:
     QStringList m_lines;

@@ -4,6 +4,17 @@
 
 #include <QtCore/QAbstractItemModel>
 
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString textOf(bool accepted, const QString &command, const QString &relayPath)
+{
+    return (accepted ? u""_s : u"!"_s) + command + u'@' + relayPath;
+}
+
+} // namespace
+
 PluginHarness::PluginHarness(Start start)
     : m_loader(libraryPath())
     , m_object(m_loader.instance())
@@ -15,9 +26,8 @@ PluginHarness::PluginHarness(Start start)
 
     for (const char name : {'A', 'B', 'C'}) {
         const QString station{QLatin1Char(name)};
-        topology.setStation(station, QLatin1String("Station ") + station);
-        topology.setCamera(station + QLatin1String("/1"),
-                           QLatin1String("Camera ") + station + QLatin1Char('1'));
+        topology.setStation(station, u"Station "_s + station);
+        topology.setCamera(station + u"/1"_s, u"Camera "_s + station + u'1');
     }
     framework.addPlugin(standin::Topology::pluginID(), &topology);
     framework.addPlugin(pluginID(), m_object);
@@ -37,18 +47,27 @@ QString PluginHarness::libraryPath()
 
 QString PluginHarness::pluginID()
 {
-    return QStringLiteral("2F6394EE90434A7190D7511370AFAE17");
+    return u"2F6394EE90434A7190D7511370AFAE17"_s;
 }
 
 QStringList PluginHarness::takeSent()
 {
     QStringList lines;
-    for (const standin::SentCommand &command : framework.sent()) {
-        lines.append(QLatin1String(command.accepted ? "" : "!") + command.command +
-                     QLatin1Char('@') + command.relayPath);
-    }
+    for (const standin::SentCommand &command : framework.sent())
+        lines.append(textOf(command.accepted, command.command, command.relayPath));
     framework.clearSent();
     return lines;
+}
+
+void PluginHarness::startTrace()
+{
+    const auto note = [this](const QString &line) { m_trace.append(line); };
+    log.onLine = note;
+    emitted->onSignal = note;
+    framework.setObserver([=](const standin::Traffic &traffic) {
+        if (traffic.kind == standin::Traffic::Kind::Sent)
+            note(textOf(traffic.accepted, traffic.name, traffic.relayPath));
+    });
 }
 
 standin::SentCommand PluginHarness::onlySent()
@@ -74,12 +93,12 @@ void PluginHarness::answer(const standin::SentCommand &command, const QVariant &
 
 void PluginHarness::grantPermission()
 {
-    answer(QStringLiteral("QuerySettingPermission"), true);
+    answer(u"QuerySettingPermission"_s, true);
 }
 
 void PluginHarness::setServerTimeZone(const QByteArray &ianaId)
 {
-    answer(QStringLiteral("QuerySevTimezone"), ianaId);
+    answer(u"QuerySevTimezone"_s, ianaId);
 }
 
 void PluginHarness::storeBookmarks(const QVariantList &records, const QString &relayPath)
@@ -88,7 +107,7 @@ void PluginHarness::storeBookmarks(const QVariantList &records, const QString &r
     const QList<standin::SentCommand> queries = sent();
     framework.clearSent();
     for (const standin::SentCommand &query : queries) {
-        answer(query, QVariantMap{{QStringLiteral("Bookmarks"),
+        answer(query, QVariantMap{{u"Bookmarks"_s,
                                    query.relayPath == relayPath ? records : QVariantList()}});
     }
     emitted->take();
@@ -106,11 +125,10 @@ QVariantMap serverRecord(const QString &bookmarkID, const QString &cameraID,
                          const QString &locationID, qint64 start, qint64 end,
                          const QString &description, const QString &creator, const QString &group)
 {
-    return {
-        {QStringLiteral("BookmarkID"), bookmarkID}, {QStringLiteral("CameraID"), cameraID},
-        {QStringLiteral("LocationID"), locationID}, {QStringLiteral("StartTimestamp"), start},
-        {QStringLiteral("EndTimestamp"), end},      {QStringLiteral("Description"), description},
-        {QStringLiteral("Creator"), creator},       {QStringLiteral("Group"), group}};
+    return {{u"BookmarkID"_s, bookmarkID}, {u"CameraID"_s, cameraID},
+            {u"LocationID"_s, locationID}, {u"StartTimestamp"_s, start},
+            {u"EndTimestamp"_s, end},      {u"Description"_s, description},
+            {u"Creator"_s, creator},       {u"Group"_s, group}};
 }
 
 QStringList rowsOf(const QAbstractItemModel *model, int role)

@@ -10,6 +10,7 @@
 #include <QtCore/QStringList>
 
 #include <memory>
+#include <utility>
 
 class PluginBase;
 class QAbstractItemModel;
@@ -67,6 +68,11 @@ public:
     standin::SentCommand onlySent();
     QList<standin::SentCommand> sent() const { return framework.sent(); }
 
+    /// From now on notes all that leaves the plug-in, in its order: commands as in takeSent(), log
+    /// lines and signals. Takes the places of the framework's observer and of both callbacks.
+    void startTrace();
+    QStringList takeTrace() { return std::exchange(m_trace, {}); }
+
     /// Delivers an answer as the host does.
     void answer(const QString &command, const QVariant &result, const QString &relayPath = {},
                 void *context = nullptr, const QString &code = QStringLiteral("0"));
@@ -99,6 +105,7 @@ private:
     QPluginLoader m_loader;
     QPointer<QObject> m_object;
     PluginBase *m_plugin = nullptr;
+    QStringList m_trace;
 };
 
 /// A server record with the eight keys.

@@ -5,7 +5,7 @@ namespace {
 QString textOf(int type, const void *value)
 {
     if (type == QMetaType::QStringList)
-        return static_cast<const QStringList *>(value)->join(QLatin1Char(','));
+        return static_cast<const QStringList *>(value)->join(u',');
     return QVariant(QMetaType(type), value).toString();
 }
 
@@ -34,8 +34,7 @@ int SignalLines::qt_metacall(QMetaObject::Call call, int id, void **arguments)
     QStringList texts;
     for (int i = 0; i < method.parameterCount(); ++i)
         texts.append(textOf(method.parameterType(i), arguments[i + 1]));
-    const QString line = QString::fromLatin1(method.name()) + QLatin1Char('(') +
-                         texts.join(QLatin1Char(',')) + QLatin1Char(')');
+    const QString line = QString::fromLatin1(method.name()) + u'(' + texts.join(u',') + u')';
     m_lines.append(line);
     if (const auto callback = onSignal)
         callback(line);
