@@ -30,21 +30,20 @@ inline QVariant payload(const QString &words)
     }
     if (words.contains(u'@'))
         return record(words.section(u'@', 0, 0), words.section(u'@', 1), 1, 2);
+    const QMap<QString, QMetaType> types{{u"StartTimestamp"_s, QMetaType::fromType<qint64>()},
+                                         {u"EndTimestamp"_s, QMetaType::fromType<qint64>()},
+                                         {u"RecentCnt"_s, QMetaType::fromType<int>()},
+                                         {u"reserveHour"_s, QMetaType::fromType<uint>()},
+                                         {u"enableRecycle"_s, QMetaType::fromType<bool>()}};
     QVariantMap map;
     const QStringList pairs = words.split(u' ');
     for (const QString &pair : pairs) {
         const QString key = pair.section(u'=', 0, 0);
         QVariant value = pair.section(u'=', 1);
-        if (key.endsWith(u"Timestamp"))
-            value.convert(QMetaType::fromType<qint64>());
-        else if (key == u"RecentCnt")
-            value.convert(QMetaType::fromType<int>());
-        else if (key == u"reserveHour")
-            value.convert(QMetaType::fromType<uint>());
-        else if (key == u"enableRecycle")
-            value.convert(QMetaType::fromType<bool>());
-        else if (key == u"CameraIDList")
+        if (key == u"CameraIDList")
             value = QVariant(value.toString().split(u',', Qt::SkipEmptyParts)).toList();
+        else
+            value.convert(types.value(key, value.metaType()));
         if (pair.contains(u'='))
             map.insert(key, value);
     }

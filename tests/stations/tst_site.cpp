@@ -44,7 +44,6 @@ private Q_SLOTS:
     void answers_data();
     void answers();
     void settingsAndFactsAreThoseOfTheSite();
-    void filesAreNamedApart();
     void failingStationHidesNothing();
     void onlyOtherClientsRaiseEvents();
     void openingNamesWhatIsWrong();
@@ -113,8 +112,8 @@ void TestSite::answers_data()
 
     row("query by camera keys",
         "QueryBookmarkForApi@ CameraIDList=../west/cam,east/%1/cam StartTimestamp=0 "
-        "EndTimestamp=99",
-        "0 [a c]");
+        "EndTimestamp=999",
+        "0 [a c d]");
     row("query without cameras", "QueryBookmarkForApi@ StartTimestamp=0 EndTimestamp=999", "1 -");
 }
 
@@ -147,16 +146,6 @@ void TestSite::settingsAndFactsAreThoseOfTheSite()
     QCOMPARE(ask(update), u"5 bool false"_s);
     open({QString()});
     QCOMPARE(ask(u"QueryAllBookmars@ {}"_s), u"0 {Bookmarks: []}"_s);
-}
-
-void TestSite::filesAreNamedApart()
-{
-    QSet<QString> names;
-    const QStringList paths = relayPaths();
-    for (const QString &path : paths)
-        names.insert(Site::fileNameOf(path).toLower());
-    QCOMPARE(names.size(), paths.size());
-    QVERIFY(Site::fileNameOf(QString(5000, u'x')).size() < 100);
 }
 
 void TestSite::failingStationHidesNothing()
@@ -193,6 +182,8 @@ void TestSite::openingNamesWhatIsWrong()
         QString error;
         return Site::open(folder, configs(paths), &error) ? u"none"_s : error;
     };
+    // On a file system that does not tell capitals from small letters.
+    QVERIFY(Site::fileNameOf(u"A"_s).toLower() != Site::fileNameOf(u"a"_s).toLower());
     const QString twice = refusal(m_folder->path(), {u"../west"_s, u"../west"_s});
     QVERIFY2(twice.contains(u"two stations have the relay path \"../west\""_s), qPrintable(twice));
 
@@ -202,8 +193,7 @@ void TestSite::openingNamesWhatIsWrong()
     QVERIFY2(damaged.startsWith(file + u": is not"_s), qPrintable(damaged));
     const QString noFolder = refusal(file, {});
     QVERIFY2(noFolder.startsWith(file + u": cannot"_s), qPrintable(noFolder));
-    const QString made = m_folder->filePath(u"new/folder"_s);
-    QCOMPARE(refusal(made, {u"north"_s}), u"none"_s);
+    QCOMPARE(refusal(m_folder->filePath(u"new/folder"_s), {u"x"_s.repeated(5000)}), u"none"_s);
 }
 
 QTEST_GUILESS_MAIN(TestSite)
