@@ -1,9 +1,6 @@
 #pragma once
 
-#include "PluginBase.h"
-
 #include <QtCore/QPluginLoader>
-#include <QtCore/QPointer>
 
 #include <dlfcn.h>
 
@@ -11,26 +8,22 @@
 class LoadedPlugin
 {
 public:
-    explicit LoadedPlugin(FrameworkWrapperBase *framework)
+    LoadedPlugin()
         : m_loader(QStringLiteral(TESSALINE_PLUGIN_PATH))
     {
         m_loader.setLoadHints({}); // by default Qt never unloads a plug-in
-        m_object = m_loader.instance();
-        if (!m_object)
+        if (!m_loader.load())
             qFatal("%s", qPrintable(m_loader.errorString()));
-        plugin().InitialPluginBase(nullptr, nullptr, framework);
     }
     ~LoadedPlugin()
     {
-        if (isInMemory() && !unload())
+        if (!m_loader.unload() || isInMemory(TESSALINE_PLUGIN_PATH))
             qFatal("the library can't be unloaded");
     }
     Q_DISABLE_COPY_MOVE(LoadedPlugin)
 
-    QObject *object() const { return m_object; }
-    PluginBase &plugin() const { return *qobject_cast<PluginBase *>(m_object); }
+    QObject *object() { return m_loader.instance(); }
 
-    static bool isInMemory() { return isInMemory(TESSALINE_PLUGIN_PATH); }
     static bool isInMemory(const char *library)
     {
         void *const handle = dlopen(library, RTLD_NOW | RTLD_NOLOAD);
@@ -39,14 +32,6 @@ public:
         return handle;
     }
 
-    /// Deletes the object and unloads the library; false when something keeps it in memory.
-    bool unload()
-    {
-        delete m_object.data();
-        return m_loader.unload() && !isInMemory();
-    }
-
 private:
     QPluginLoader m_loader;
-    QPointer<QObject> m_object;
 };

@@ -1,8 +1,6 @@
+#include "DataTable.h"
 #include "Describe.h"
 #include "PluginHarness.h"
-
-#include <QtCore/QDateTime>
-#include <QtTest/QTest>
 
 #include <limits>
 
@@ -10,15 +8,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int IntMin = std::numeric_limits<int>::min();
-constexpr int IntMax = std::numeric_limits<int>::max();
-
-QVariantMap everything(const QString &groupKey, bool ascending = true)
+QVariantMap record(const QString &id, qint64 start, const QString &cameraID = u"1"_s,
+                   const QString &description = {}, const QString &creator = {})
 {
-    return {{u"startTimestamp"_s, std::numeric_limits<qint64>::min()},
-            {u"endTimestamp"_s, std::numeric_limits<qint64>::max()},
-            {u"groupKey"_s, groupKey},
-            {u"ascending"_s, ascending}};
+    return serverRecord(id, cameraID, u"l"_s, start, start + 2000, description, creator,
+                        u"Secret"_s);
+}
+
+QVariant bookmarks(const QVariantList &records)
+{
+    return QVariantMap{{u"Bookmarks"_s, records}};
 }
 
 QString idsOf(const QVariantList &records)
@@ -29,7 +28,19 @@ QString idsOf(const QVariantList &records)
     return ids.join(u' ');
 }
 
-/// The answer as "3: title[b1 b2] other title[b3]".
+/// A filter as QML writes it; where it says nothing else, all times pass and each bookmark is in a
+/// group of its own, in ascending order.
+QVariantMap filterOf(const QString &json)
+{
+    QVariantMap filter{{u"startTimestamp"_s, std::numeric_limits<qint64>::min()},
+                       {u"endTimestamp"_s, std::numeric_limits<qint64>::max()},
+                       {u"groupKey"_s, u"bookmarkID"_s},
+                       {u"ascending"_s, true}};
+    filter.insert(mapOf(json));
+    return filter;
+}
+
+/// The answer as "4: title[b1 b2] other title[b3] b4"; the last is a group titled like itself.
 QString filtered(PluginHarness &harness, const QVariantMap &filter)
 {
     const auto page = harness.call<QVariantMap>("getFilteredBookmarkList", filter);
@@ -37,15 +48,11 @@ QString filtered(PluginHarness &harness, const QVariantMap &filter)
     const QVariantList groups = page.value(u"bookmarkGroupList"_s).toList();
     for (const QVariant &element : groups) {
         const QVariantMap group = element.toMap();
-        parts.append(group.value(u"title"_s).toString() + u'[' +
-                     idsOf(group.value(u"bookmarkList"_s).toList()) + u']');
+        const QString title = group.value(u"title"_s).toString();
+        const QString ids = idsOf(group.value(u"bookmarkList"_s).toList());
+        parts.append(title == ids ? ids : title + u'[' + ids + u']');
     }
     return parts.join(u' ');
-}
-
-qint64 noon(int year, int month, int day)
-{
-    return QDateTime(QDate(year, month, day), QTime(12, 0), Qt::UTC).toMSecsSinceEpoch();
 }
 
 } // namespace
@@ -56,255 +63,163 @@ class TestBookmarkLists : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void keepWhatPassesTheFilter_data();
-    void keepWhatPassesTheFilter();
-    void areInOrderAndGrouped_data();
-    void areInOrderAndGrouped();
-    void showOnePage_data();
-    void showOnePage();
-    void haveValuesOfTheseTypes();
-    void ofOneCameraPutTheRecentInOrder();
+    void keepWhatPassesTheFilter_data()
+    {
+        addTable({"filter", "answer"}, uR"(
+        no condition   | {}                                              | 5: a1 a2 direct odd zero
+        both ends      | {"startTimestamp": 1000, "endTimestamp": 3000}  | 3: a1 direct odd
+        between starts | {"startTimestamp": 1001, "endTimestamp": 2999}  | 1: odd
+        running into   | {"startTimestamp": 4000, "endTimestamp": 5000}  | 0:
+        inverted       | {"startTimestamp": 3000, "endTimestamp": 1000}  | 0:
+        no bounds      | {"startTimestamp": null, "endTimestamp": null}  | 1: zero
+        bounds as text | {"startTimestamp": "-5", "endTimestamp": "0"}   | 2: a2 zero
+        no numbers     | {"startTimestamp": [1], "endTimestamp": "late"} | 1: zero
+        description    | {"text": "abc"}                                 | 1: a1
+        beyond ASCII   | {"text": "ÖSTEN"}                               | 1: odd
+        creator        | {"text": "zoË"}                                 | 1: odd
+        camera name    | {"text": "camera a1"}                           | 1: a1
+        station name   | {"text": "station A - "}                        | 2: a1 a2
+        time range     | {"text": "01:00:03 -"}                          | 1: a1
+        group          | {"text": "secret"}                              | 0:
+        identifier     | {"text": "direct"}                              | 0:
+        date           | {"text": "1/1/70"}                              | 0:
+        across fields  | {"text": "camera a1ann"}                        | 0:
+        no pattern     | {"text": "."}                                   | 0:
+        number as text | {"text": 100}                                   | 1: odd
+        list as text   | {"text": [1]}                                   | 5: a1 a2 direct odd zero
+        node           | {"nodeID": "A/1"}                               | 1: a1
+        slashes        | {"nodeID": "A/1/2"}                             | 1: a2
+        another case   | {"nodeID": "a/1"}                               | 0:
+        station only   | {"nodeID": "A"}                                 | 0:
+        connected      | {"nodeID": "1"}                                 | 2: direct zero
+        empty path     | {"nodeID": "/1"}                                | 0:
+        placeholders   | {"nodeID": "%1/%2"}                             | 1: odd
+        number as node | {"nodeID": 1}                                   | 2: direct zero
+        all            | {"endTimestamp": 9999, "text": "x", "nodeID": "A/1"} | 1: a1
+        contradiction  | {"text": "abc", "nodeID": "1"}                  | 0:
+        )"_s);
+    }
+    void keepWhatPassesTheFilter()
+    {
+        QFETCH(const QString, filter);
+        QFETCH(const QString, answer);
+
+        const QMap<QString, QVariantList> records{
+            {QString(), {record(u"zero"_s, 0), record(u"direct"_s, 1000)}},
+            {u"%1"_s, {record(u"odd"_s, 2000, u"%2"_s, u"100 %1 Östen"_s, u"Zoë"_s)}},
+            {u"A"_s,
+             {record(u"a1"_s, 3000, u"1"_s, u"xABCx"_s, u"ann"_s), record(u"a2"_s, -5, u"1/2"_s)}}};
+        PluginHarness harness;
+        harness.topology.setStation({}, u"Centre"_s);
+        harness.topology.setStation(u"%1"_s, u"Odd"_s);
+        harness.call<bool>("queryAllBookmarks");
+        const auto queries = harness.sent();
+        for (const standin::SentCommand &query : queries)
+            harness.answer(query, bookmarks(records.value(query.relayPath)));
+        QCOMPARE(filtered(harness, filterOf(filter)), answer);
+    }
+
+    void areInOrderAndGrouped_data()
+    {
+        // "1/2/26" has lost its century and counts as 1926. Those of equal rank keep the order of
+        // the first sort: by the text of their start, descending.
+        addTable({"key", "ascending", "answer"}, uR"(
+        date        | displayDate      | true  | 6: 1/2/26[n d] 1/1/70[l s] 2/1/99[f] 10/1/99[o]
+        descending  | displayDate      | false | 6: 10/1/99[o] 2/1/99[f] 1/1/70[l s] 1/2/26[n d]
+        range       | displayTimeRange | true  | 6: 1/2/26[n d] 1/1/70[l s] 2/1/99[f] 10/1/99[o]
+        range down  | displayTimeRange | false | 6: 10/1/99[o] 2/1/99[f] 1/1/70[l s] 1/2/26[n d]
+        text        | description      | true  | 6: [n] B[o] a[f s] b[l] ä[d]
+        text down   | description      | false | 6: ä[d] b[l] a[f s] B[o] [n]
+        as text     | description      | "0"   | 6: ä[d] b[l] a[f s] B[o] [n]
+        no order    | description      | null  | 6: ä[d] b[l] a[f s] B[o] [n]
+        unknown key | Description      | true  | 6: [n d o f l s]
+        no key      |                  | true  | 6: [n d o f l s]
+        )"_s);
+    }
+    void areInOrderAndGrouped()
+    {
+        QFETCH(const QString, key);
+        QFETCH(const QString, ascending);
+        QFETCH(const QString, answer);
+
+        PluginHarness harness;
+        harness.storeBookmarks({record(u"f"_s, 917870400000, u"1"_s, u"a"_s), // 1999-02-01
+                                record(u"l"_s, 1000, u"1"_s, u"b"_s),
+                                record(u"n"_s, 1767351600000, u"1"_s, u""_s), // 2026-01-02
+                                record(u"s"_s, 999, u"1"_s, u"a"_s),
+                                record(u"o"_s, 938779200000, u"1"_s, u"B"_s), // 1999-10-01
+                                record(u"d"_s, 1767322800000, u"1"_s, u"ä"_s)});
+        QVariantMap filter = filterOf(u"{\"ascending\": %1}"_s.arg(ascending));
+        filter.insert(u"groupKey"_s, key);
+        QCOMPARE(filtered(harness, filter), answer);
+    }
+
+    void showOnePage()
+    {
+        QVariantList records;
+        QStringList ids;
+        for (int i = 0; i < 120; ++i) {
+            ids.append(u"b%1"_s.arg(i, 3, 10, QLatin1Char('0')));
+            records.prepend(record(ids.constLast(), 5));
+        }
+        records.append(record(u"b000"_s, 7)); // counts neither for the total nor for a page
+
+        PluginHarness harness;
+        harness.storeBookmarks(records);
+        const auto page = [&](const char *number) {
+            const QString json = u"{\"endTimestamp\": 6, \"pageNumber\": %1}"_s;
+            return filtered(harness, filterOf(json.arg(QLatin1String(number))));
+        };
+        const auto slice = [&](int first, int count) {
+            return (QStringList{u"120:"_s} + ids.mid(first, count)).join(u' ');
+        };
+        for (const char *first : {"0", "null", "\"one\"", "3", "2147483647"})
+            QCOMPARE(page(first), slice(0, 50));
+        for (const char *last : {"2", "\"2\""})
+            QCOMPARE(page(last), slice(100, 20));
+        for (const char *none : {"-1", "-2147483648"})
+            QCOMPARE(page(none), slice(0, 0));
+    }
+
+    void haveValuesOfTheseTypes()
+    {
+        PluginHarness harness;
+        const auto page = [&] {
+            return describe(
+                harness.call<QVariantMap>("getFilteredBookmarkList", filterOf(u"{}"_s)));
+        };
+        QCOMPARE(page(), u"{bookmarkGroupList: [], totalBookmarkNumber: qlonglong 0}"_s);
+        harness.storeBookmarks({record(u"b"_s, 0)});
+        const auto stored = harness.call<QVariantList>("getBookmarkListByNodeID", QString());
+        QCOMPARE(stored.size(), 1);
+        const QVariantMap group{{u"title"_s, u"b"_s}, {u"bookmarkList"_s, stored}};
+        QCOMPARE(page(), describe(QVariantMap{{u"totalBookmarkNumber"_s, qint64(1)},
+                                              {u"bookmarkGroupList"_s, QVariantList{group}}}));
+    }
+
+    void ofOneCameraPutTheRecentInOrder()
+    {
+        PluginHarness harness;
+        harness.storeBookmarks(
+            {record(u"b2"_s, 5), record(u"b0"_s, 5, u"2"_s), record(u"b1"_s, 1000)});
+        harness.answer(
+            u"QueryBookmarkForRecent"_s,
+            bookmarks({record(u"r1000"_s, 1000), record(u"r5"_s, 5), record(u"r999"_s, 999)}));
+        const auto recent = [&] {
+            return idsOf(harness.call<QVariantList>("getBookmarkListForRecent"));
+        };
+        const auto ofCamera = [&](const QString &nodeID) {
+            return idsOf(harness.call<QVariantList>("getBookmarkListByNodeID", nodeID));
+        };
+        QCOMPARE(filtered(harness, filterOf(u"{\"groupKey\": \"startTimestamp\"}"_s)),
+                 u"3: 1000[b1] 5[b2 b0]"_s); // as texts, and leaves the recent alone
+        QCOMPARE(recent(), u"r1000 r5 r999"_s);
+        QCOMPARE(ofCamera(u"A/1"_s), u"b2 b1"_s);
+        QCOMPARE(recent(), u"r999 r5 r1000"_s);
+        QCOMPARE(ofCamera(u"1"_s), QString());
+        QCOMPARE(ofCamera({}), u"b2 b0 b1"_s);
+    }
 };
-
-void TestBookmarkLists::keepWhatPassesTheFilter_data()
-{
-    QTest::addColumn<QVariantMap>("filter");
-    QTest::addColumn<QString>("ids");
-
-    const auto times = [](const char *title, const QVariant &start, const QVariant &end,
-                          const QString &ids) {
-        QTest::newRow(title) << QVariantMap{{u"startTimestamp"_s, start}, {u"endTimestamp"_s, end}}
-                             << ids;
-    };
-    const auto texts = [](const QString &text, const QString &ids) {
-        QTest::addRow("text %s", qPrintable(text)) << QVariantMap{{u"text"_s, text}} << ids;
-    };
-    const auto nodes = [](const QString &nodeID, const QString &ids) {
-        QTest::addRow("node %s", qPrintable(nodeID)) << QVariantMap{{u"nodeID"_s, nodeID}} << ids;
-    };
-
-    QTest::newRow("no condition") << QVariantMap() << u"a1 a2 direct odd zero"_s;
-    times("both ends belong to it", 1000, 3000, u"a1 direct odd"_s);
-    times("a millisecond after one start, another before the next", 1001, 2999, u"odd"_s);
-    times("one moment", 2000, 2000, u"odd"_s);
-    times("a bookmark runs into it", 4000, 5000, u""_s);
-    times("inverted", 3000, 1000, u""_s);
-    times("no bounds", {}, {}, u"zero"_s);
-    times("no start", {}, 1000, u"direct zero"_s);
-    times("no end", -5, {}, u"a2 zero"_s);
-    times("bounds as text", u"1000"_s, u"2000"_s, u"direct odd"_s);
-    times("bounds that are no numbers", QVariantList{1}, u"late"_s, u"zero"_s);
-
-    texts(u"abc"_s, u"a1"_s); // description
-    texts(u"ÖSTEN"_s, u"odd"_s);
-    texts(u"zoË"_s, u"odd"_s);      // creator
-    texts(u"camera a1"_s, u"a1"_s); // camera name
-    texts(u"station A - "_s, u"a1 a2"_s);
-    texts(u"01:00:03 -"_s, u"a1"_s); // time range
-    texts(u"secret"_s, u""_s);       // group
-    texts(u"direct"_s, u""_s);       // identifier
-    texts(u"1/1/70"_s, u""_s);       // date
-    texts(u"."_s, u""_s);
-    texts(u"100 %1"_s, u"odd"_s);
-    QTest::newRow("a number as text") << QVariantMap{{u"text"_s, 100}} << u"odd"_s;
-    QTest::newRow("a list as text")
-        << QVariantMap{{u"text"_s, QVariantList{1}}} << u"a1 a2 direct odd zero"_s;
-
-    nodes(u"A/1"_s, u"a1"_s);
-    nodes(u"A/1/2"_s, u"a2"_s);
-    nodes(u"a/1"_s, u""_s);
-    nodes(u"A"_s, u""_s);
-    nodes(u"1"_s, u"direct zero"_s);
-    nodes(u"/1"_s, u""_s);
-    nodes(u"%1/%2"_s, u"odd"_s);
-    nodes(u"%2/%2"_s, u""_s);
-    QTest::newRow("a number as node") << QVariantMap{{u"nodeID"_s, 1}} << u"direct zero"_s;
-
-    QTest::newRow("all conditions")
-        << QVariantMap{{u"startTimestamp"_s, 0}, {u"text"_s, u" - "_s}, {u"nodeID"_s, u"A/1"_s}}
-        << u"a1"_s;
-    QTest::newRow("conditions that exclude each other")
-        << QVariantMap{{u"text"_s, u"abc"_s}, {u"nodeID"_s, u"1"_s}} << u""_s;
-}
-
-void TestBookmarkLists::keepWhatPassesTheFilter()
-{
-    QFETCH(const QVariantMap, filter);
-    QFETCH(const QString, ids);
-
-    const QMap<QString, QVariantList> records{
-        {QString(),
-         {serverRecord(u"zero"_s, u"1"_s, u"l"_s, 0, 0),
-          serverRecord(u"direct"_s, u"1"_s, u"l"_s, 1000, 5000)}},
-        {u"%1"_s,
-         {serverRecord(u"odd"_s, u"%2"_s, u"l"_s, 2000, 2500, u"100 %1 Östen"_s, u"Zoë"_s)}},
-        {u"A"_s,
-         {serverRecord(u"a1"_s, u"1"_s, u"l"_s, 3000, 4500, u"xABCx"_s, u"ann"_s, u"Secret"_s),
-          serverRecord(u"a2"_s, u"1/2"_s, u"l"_s, -5, 0)}},
-    };
-    PluginHarness harness;
-    harness.topology.setStation({}, u"Centre"_s);
-    harness.topology.setStation(u"%1"_s, u"Odd"_s);
-    harness.call<bool>("queryAllBookmarks");
-    const auto queries = harness.sent();
-    for (const standin::SentCommand &query : queries)
-        harness.answer(query, QVariantMap{{u"Bookmarks"_s, records.value(query.relayPath)}});
-
-    QVariantMap complete = everything(u"relayPath"_s);
-    complete.insert(filter);
-    const auto page = harness.call<QVariantMap>("getFilteredBookmarkList", complete);
-    QStringList kept;
-    const QVariantList groups = page.value(u"bookmarkGroupList"_s).toList();
-    for (const QVariant &group : groups)
-        kept += idsOf(group.toMap().value(u"bookmarkList"_s).toList()).split(u' ');
-    kept.sort();
-    QCOMPARE(kept.join(u' '), ids);
-    QCOMPARE(page.value(u"totalBookmarkNumber"_s).toLongLong(), kept.size());
-}
-
-void TestBookmarkLists::areInOrderAndGrouped_data()
-{
-    QTest::addColumn<QVariantMap>("filter");
-    QTest::addColumn<QString>("expected");
-
-    const auto row = [](const char *title, const QVariantMap &filter, const char *expected) {
-        QTest::newRow(title) << filter << QString::fromLatin1(expected);
-    };
-    // "1/2/26" has lost its century and counts as 1926.
-    const char *const byDay = "6: 1/2/26[new dawn] 1/1/70[long short] 2/1/99[feb] 10/1/99[oct]";
-    const char *const byDayDown = "6: 10/1/99[oct] 2/1/99[feb] 1/1/70[long short] 1/2/26[new dawn]";
-    row("by date", everything(u"displayDate"_s), byDay);
-    row("by date, descending", everything(u"displayDate"_s, false), byDayDown);
-    row("by time range, which is by date", everything(u"displayTimeRange"_s), byDay);
-    row("by time range, descending", everything(u"displayTimeRange"_s, false), byDayDown);
-    row("by description, capitals first", everything(u"description"_s),
-        "6: [new] B[oct] a[feb short] b[long] \xe4[dawn]");
-    row("by description, descending", everything(u"description"_s, false),
-        "6: \xe4[dawn] b[long] a[feb short] B[oct] [new]");
-    row("by start as text", everything(u"startTimestamp"_s),
-        "6: 1000[long] 1767322800000[dawn] 1767351600000[new] 917870400000[feb] "
-        "938779200000[oct] 999[short]");
-    row("by start as text, descending", everything(u"startTimestamp"_s, false),
-        "6: 999[short] 938779200000[oct] 917870400000[feb] 1767351600000[new] "
-        "1767322800000[dawn] 1000[long]");
-    row("by a key that no record has", everything(u"Description"_s),
-        "6: [new dawn oct feb long short]");
-    row("by no key", everything({}), "6: [new dawn oct feb long short]");
-    QVariantMap filter = everything(u"description"_s);
-    filter.insert(u"ascending"_s, u"false"_s);
-    row("order as text", filter, "6: \xe4[dawn] b[long] a[feb short] B[oct] [new]");
-    filter.remove(u"ascending"_s);
-    row("no order, which is descending", filter, "6: \xe4[dawn] b[long] a[feb short] B[oct] [new]");
-    filter.insert(u"groupKey"_s, QVariantMap());
-    row("a key that is no text", filter, "6: [new dawn oct feb long short]");
-}
-
-void TestBookmarkLists::areInOrderAndGrouped()
-{
-    QFETCH(const QVariantMap, filter);
-    QFETCH(const QString, expected);
-
-    // Equal ones stay as the first sort has left them: by the text of their start, descending.
-    const auto record = [](const QString &id, qint64 start, const QString &description) {
-        return serverRecord(id, u"1"_s, u"l"_s, start, start, description);
-    };
-    PluginHarness harness;
-    harness.storeBookmarks(
-        {record(u"feb"_s, noon(1999, 2, 1), u"a"_s), record(u"long"_s, 1000, u"b"_s),
-         record(u"new"_s, noon(2026, 1, 2) - 1 * 3600'000LL, u""_s),
-         record(u"short"_s, 999, u"a"_s), record(u"oct"_s, noon(1999, 10, 1), u"B"_s),
-         record(u"dawn"_s, noon(2026, 1, 2) - 9 * 3600'000LL, u"ä"_s)});
-    QCOMPARE(filtered(harness, filter), expected);
-}
-
-void TestBookmarkLists::showOnePage_data()
-{
-    QTest::addColumn<QVariant>("pageNumber");
-    QTest::addColumn<int>("first");
-    QTest::addColumn<int>("count");
-
-    QTest::newRow("first") << QVariant(0) << 0 << 50;
-    QTest::newRow("second") << QVariant(1) << 50 << 50;
-    QTest::newRow("last") << QVariant(2) << 100 << 20;
-    QTest::newRow("beyond the last") << QVariant(3) << 0 << 50;
-    QTest::newRow("greatest number") << QVariant(IntMax) << 0 << 50;
-    QTest::newRow("before the first") << QVariant(-1) << 0 << 0;
-    QTest::newRow("least number") << QVariant(IntMin) << 0 << 0;
-    QTest::newRow("none") << QVariant() << 0 << 50;
-    QTest::newRow("as text") << QVariant(u"2"_s) << 100 << 20;
-    QTest::newRow("no number") << QVariant(u"two"_s) << 0 << 50;
-}
-
-void TestBookmarkLists::showOnePage()
-{
-    QFETCH(const QVariant, pageNumber);
-    QFETCH(const int, first);
-    QFETCH(const int, count);
-
-    QVariantList records;
-    QStringList ids;
-    for (int i = 0; i < 120; ++i) {
-        ids.append(u"b%1"_s.arg(i, 3, 10, QLatin1Char('0')));
-        records.prepend(serverRecord(ids.constLast(), u"1"_s, u"l"_s, 5, 6));
-    }
-    // One more that does not pass counts neither for the total nor for a page.
-    records.append(serverRecord(u"b000"_s, u"1"_s, u"other"_s, 7, 8));
-
-    PluginHarness harness;
-    harness.storeBookmarks(records);
-    QVariantMap filter = everything(u"bookmarkID"_s);
-    filter.insert({{u"endTimestamp"_s, 6}, {u"pageNumber"_s, pageNumber}});
-    QStringList expected{u"120:"_s};
-    for (const QString &id : ids.mid(first, count))
-        expected.append(id + u'[' + id + u']');
-    QCOMPARE(filtered(harness, filter), expected.join(u' '));
-}
-
-void TestBookmarkLists::haveValuesOfTheseTypes()
-{
-    PluginHarness harness;
-    for (const QVariantMap &filter : {QVariantMap(), everything(u"displayDate"_s)}) {
-        QCOMPARE(describe(harness.call<QVariantMap>("getFilteredBookmarkList", filter)),
-                 u"{bookmarkGroupList: [], totalBookmarkNumber: qlonglong 0}"_s);
-    }
-    harness.storeBookmarks({serverRecord(u"b"_s, u"1"_s, u"l"_s, 0, 0)});
-    const auto stored = harness.call<QVariantList>("getBookmarkListByNodeID", QString());
-    QCOMPARE(stored.size(), 1);
-    const QVariantMap group{{u"title"_s, u"b"_s}, {u"bookmarkList"_s, stored}};
-    const QVariantMap page{{u"totalBookmarkNumber"_s, qint64(1)},
-                           {u"bookmarkGroupList"_s, QVariantList{group}}};
-    QCOMPARE(
-        describe(harness.call<QVariantMap>("getFilteredBookmarkList", everything(u"bookmarkID"_s))),
-        describe(page));
-}
-
-void TestBookmarkLists::ofOneCameraPutTheRecentInOrder()
-{
-    const auto record = [](const QString &id, const QString &cameraID, qint64 start) {
-        return serverRecord(id, cameraID, u"l"_s, start, start);
-    };
-    PluginHarness harness;
-    harness.storeBookmarks(
-        {record(u"b2"_s, u"1"_s, 5), record(u"b0"_s, u"2"_s, 5), record(u"b1"_s, u"1"_s, 999)});
-    harness.answer(u"QueryBookmarkForRecent"_s,
-                   QVariantMap{{u"Bookmarks"_s, QVariantList{record(u"r1000"_s, u"1"_s, 1000),
-                                                             record(u"r5"_s, u"1"_s, 5),
-                                                             record(u"r999"_s, u"9"_s, 999)}}},
-                   u"A"_s);
-    const auto recent = [&] {
-        return idsOf(harness.call<QVariantList>("getBookmarkListForRecent"));
-    };
-    const auto ofCamera = [&](const QString &nodeID) {
-        return idsOf(harness.call<QVariantList>("getBookmarkListByNodeID", nodeID));
-    };
-
-    filtered(harness, everything(u"startTimestamp"_s));
-    QCOMPARE(recent(), u"r1000 r5 r999"_s);
-    QCOMPARE(ofCamera(u"A/1"_s), u"b2 b1"_s);
-    QCOMPARE(recent(), u"r999 r5 r1000"_s);
-    QCOMPARE(ofCamera(u"1"_s), QString());
-    QCOMPARE(ofCamera({}), u"b2 b0 b1"_s);
-}
 
 QTEST_GUILESS_MAIN(TestBookmarkLists)
 #include "tst_bookmarklists.moc"

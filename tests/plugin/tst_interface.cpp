@@ -2,178 +2,186 @@
 
 #include "PluginBase.h"
 
+#include <QtCore/QAbstractItemModel>
+#include <QtCore/QFile>
+#include <QtCore/QLibrary>
 #include <QtCore/QMetaMethod>
+#include <QtCore/QRegularExpression>
 #include <QtTest/QTest>
 
-/// The one object: how the host makes it, and what QML finds on it.
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// In this order; "+" marks a clone for default arguments.
+const char *const methods = R"(
+signal void addBookmarkResponsed(bool success)
+signal void addBookmarksResponsed(QStringList failCamNameList)
+signal void deleteBookmarkResponsed(bool success)
+signal void deleteBookmarksResponsed(QStringList failBookmarkIdList)
+signal void removeAllBookmarksResponsed(bool success)
+signal void updateBookmarkResponsed(bool success)
+signal void queryBookmarkForTimelineResponsed(bool success)
+signal void queryBookmarkForRecentResponsed(bool success)
+signal void queryAllBookmarksResponsed(bool done)
+signal void queryBookmarkForApiFinished(bool success)
+signal void getRecycleSettingResponse(uint reserveHour, bool enableRecycle)
+signal void updateRecycleSettingResponse(bool success)
+bool addBookmark(QString cameraID, QString locationID, QString relayPath, qlonglong startTimestamp,
+                 qlonglong endTimestamp, QString desc, QString creator, QString group)
+bool addBookmarks(QVariantList targetList, qlonglong startTimestamp, qlonglong endTimestamp,
+                  QString desc, QString creator, QString group)
+bool addBookmarks(QVariantList targetList, QString startDateTime, QString endDateTime,
+                  QString desc, QString creator, QString group)
+bool deleteBookmark(QString bookmarkID, QString relayPath)
+bool deleteBookmarks(QVariantList deleteList)
+bool updateBookmark(QString bookmarkID, QString desc, QString group)
++bool updateBookmark(QString bookmarkID, QString desc)
++bool updateBookmark(QString bookmarkID)
+bool removeAllBookmarks(QString relayPath)
+bool queryBookmarkForRecent(QString cameraID, QString relayPath, uchar recentCnt)
+bool queryAllBookmarks()
+void queryBookmarkForAPI(QVariantList camIdList, QString startDateTime, QString endDateTime)
+void queryBookmarkForAPI(QVariantList camIdList, qlonglong startTimestamp, qlonglong endTimestamp)
+void clearTimelineModel(QString viewCellUID)
+void removeTimelineModel(QString viewCellUID)
+void setTimelineFocusInfo(QString locationID, QString relayPath, QString viewCellUID)
+void setTimelineBoundary(qlonglong headBoundTs, qlonglong tailBoundTs, QString viewCellUID)
+void getRecycleSetting()
+void updateRecycleSetting(uint reserveHour, bool enableRecycle)
+QObject* getBookmarkModelForTimeline(QString viewCellUID)
+QVariantList getBookmarkListForRecent()
+QVariantList getBookmarkListByNodeID(QString nodeID)
+QVariantMap getFilteredBookmarkList(QVariantMap filterMap)
+QVariantList getQueryBookmarkResult() const
+)";
+
+QString lineOf(const QMetaMethod &method)
+{
+    QStringList parameters;
+    for (int i = 0; i < method.parameterCount(); ++i) {
+        parameters.append(
+            QString::fromLatin1(method.parameterTypeName(i) + ' ' + method.parameterNames().at(i)));
+    }
+    const bool isSignal = method.methodType() == QMetaMethod::Signal;
+    const bool isClone = method.attributes() & QMetaMethod::Cloned;
+    return QLatin1String(isSignal ? "signal " : "") + QLatin1String(isClone ? "+" : "") +
+           QLatin1String(method.typeName()) + u' ' + QString::fromLatin1(method.name()) + u'(' +
+           parameters.join(", "_L1) + u')' + QLatin1String(method.isConst() ? " const" : "");
+}
+
+} // namespace
+
+/// What the host sees of the library and of the one object, and what QML finds on that.
 class TestInterface : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void isOneObjectUntilItIsDeleted();
-    void knowsItsNameAfterInitialisation();
-    void answersToItsClassAndItsInterface();
-    void hasExactlyTheseMethods();
-    void hasNothingElseForQml();
-    void ignoresWhatIsNotForIt();
-};
+    void isTheBlobThatHostsScanFor()
+    {
+        const auto hex = [](const char *bytes) { return QByteArray::fromHex(bytes); };
+        QByteArray expected =
+            hex("01 06 07 00 bf 02 78 27") + "com.MARLUNE.UIFramework.PluginInterface" +
+            hex("03 69") + "Tessaline" + hex("04 a2 6a") + "ClientOnly" + hex("f4 68") +
+            "PluginID" + hex("78 20") + "2F6394EE90434A7190D7511370AFAE17" + hex("ff");
+        QCOMPARE(expected.size(), 116);
+        // The Qt it was built with, and whether that was a debug build, is all that may differ.
+        expected[2] = QT_VERSION_MINOR;
 
-void TestInterface::isOneObjectUntilItIsDeleted()
-{
-    QPluginLoader loader(PluginHarness::libraryPath());
-    QPluginLoader other(PluginHarness::libraryPath());
-    const QPointer<QObject> object = loader.instance();
-    QVERIFY(object);
-    QCOMPARE(other.instance(), object.data());
-    QVERIFY(!object->parent());
-
-    delete object.data();
-    const QPointer<QObject> next = loader.instance();
-    QVERIFY(next);
-    QCOMPARE(other.instance(), next.data());
-    delete next.data();
-}
-
-void TestInterface::knowsItsNameAfterInitialisation()
-{
-    PluginHarness harness(PluginHarness::Bare);
-    QVERIFY(harness.plugin().name.isEmpty());
-    QVERIFY(harness.plugin().pluginID.isEmpty());
-    QVERIFY(harness.plugin().InitialPluginBase(nullptr, nullptr, nullptr));
-    QCOMPARE(harness.plugin().name, QStringLiteral("Corvanth"));
-    QCOMPARE(harness.plugin().pluginID, QStringLiteral("2F6394EE90434A7190D7511370AFAE17"));
-}
-
-void TestInterface::answersToItsClassAndItsInterface()
-{
-    PluginHarness harness;
-    QObject &object = harness.plugin();
-    QCOMPARE(object.qt_metacast("Tessaline"), static_cast<void *>(&object));
-    QCOMPARE(object.qt_metacast("com.MARLUNE.UIFramework.PluginInterface"),
-             static_cast<void *>(&harness.plugin()));
-    QCOMPARE(object.qt_metacast("QObject"), static_cast<void *>(&object));
-    QCOMPARE(object.qt_metacast("PluginBase"), nullptr);
-    QCOMPARE(object.qt_metacast(nullptr), nullptr);
-}
-
-void TestInterface::hasExactlyTheseMethods()
-{
-    // Signals come first; then the invokable methods, "+" marking a clone for default arguments
-    // and a trailing "const" what does not change the object.
-    const QStringList expected = {
-        QStringLiteral("void addBookmarkResponsed(bool success)"),
-        QStringLiteral("void addBookmarksResponsed(QStringList failCamNameList)"),
-        QStringLiteral("void deleteBookmarkResponsed(bool success)"),
-        QStringLiteral("void deleteBookmarksResponsed(QStringList failBookmarkIdList)"),
-        QStringLiteral("void removeAllBookmarksResponsed(bool success)"),
-        QStringLiteral("void updateBookmarkResponsed(bool success)"),
-        QStringLiteral("void queryBookmarkForTimelineResponsed(bool success)"),
-        QStringLiteral("void queryBookmarkForRecentResponsed(bool success)"),
-        QStringLiteral("void queryAllBookmarksResponsed(bool done)"),
-        QStringLiteral("void queryBookmarkForApiFinished(bool success)"),
-        QStringLiteral("void getRecycleSettingResponse(uint reserveHour,bool enableRecycle)"),
-        QStringLiteral("void updateRecycleSettingResponse(bool success)"),
-        QStringLiteral("bool addBookmark(QString cameraID,QString locationID,QString relayPath,"
-                       "qlonglong startTimestamp,qlonglong endTimestamp,QString desc,"
-                       "QString creator,QString group)"),
-        QStringLiteral("bool addBookmarks(QVariantList targetList,qlonglong startTimestamp,"
-                       "qlonglong endTimestamp,QString desc,QString creator,QString group)"),
-        QStringLiteral("bool addBookmarks(QVariantList targetList,QString startDateTime,"
-                       "QString endDateTime,QString desc,QString creator,QString group)"),
-        QStringLiteral("bool deleteBookmark(QString bookmarkID,QString relayPath)"),
-        QStringLiteral("bool deleteBookmarks(QVariantList deleteList)"),
-        QStringLiteral("bool updateBookmark(QString bookmarkID,QString desc,QString group)"),
-        QStringLiteral("+bool updateBookmark(QString bookmarkID,QString desc)"),
-        QStringLiteral("+bool updateBookmark(QString bookmarkID)"),
-        QStringLiteral("bool removeAllBookmarks(QString relayPath)"),
-        QStringLiteral("bool queryBookmarkForRecent(QString cameraID,QString relayPath,"
-                       "uchar recentCnt)"),
-        QStringLiteral("bool queryAllBookmarks()"),
-        QStringLiteral("void queryBookmarkForAPI(QVariantList camIdList,QString startDateTime,"
-                       "QString endDateTime)"),
-        QStringLiteral("void queryBookmarkForAPI(QVariantList camIdList,qlonglong startTimestamp,"
-                       "qlonglong endTimestamp)"),
-        QStringLiteral("void clearTimelineModel(QString viewCellUID)"),
-        QStringLiteral("void removeTimelineModel(QString viewCellUID)"),
-        QStringLiteral("void setTimelineFocusInfo(QString locationID,QString relayPath,"
-                       "QString viewCellUID)"),
-        QStringLiteral("void setTimelineBoundary(qlonglong headBoundTs,qlonglong tailBoundTs,"
-                       "QString viewCellUID)"),
-        QStringLiteral("void getRecycleSetting()"),
-        QStringLiteral("void updateRecycleSetting(uint reserveHour,bool enableRecycle)"),
-        QStringLiteral("QObject* getBookmarkModelForTimeline(QString viewCellUID)"),
-        QStringLiteral("QVariantList getBookmarkListForRecent()"),
-        QStringLiteral("QVariantList getBookmarkListByNodeID(QString nodeID)"),
-        QStringLiteral("QVariantMap getFilteredBookmarkList(QVariantMap filterMap)"),
-        QStringLiteral("QVariantList getQueryBookmarkResult() const"),
-    };
-
-    PluginHarness harness;
-    const QMetaObject *const metaObject = harness.plugin().metaObject();
-    QStringList actual;
-    for (int i = metaObject->methodOffset(); i < metaObject->methodCount(); ++i) {
-        const QMetaMethod method = metaObject->method(i);
-        QCOMPARE(method.access(), QMetaMethod::Public);
-        const bool isSignal = i - metaObject->methodOffset() < 12;
-        QCOMPARE(method.methodType(), isSignal ? QMetaMethod::Signal : QMetaMethod::Method);
-
-        QStringList parameters;
-        for (int p = 0; p < method.parameterCount(); ++p) {
-            parameters.append(QString::fromLatin1(method.parameterTypeName(p) + ' ' +
-                                                  method.parameterNames().at(p)));
-        }
-        actual.append(QLatin1String(method.attributes() & QMetaMethod::Cloned ? "+" : "") +
-                      QLatin1String(method.typeName()) + QLatin1Char(' ') +
-                      QString::fromLatin1(method.name()) + QLatin1Char('(') +
-                      parameters.join(QLatin1Char(',')) + QLatin1Char(')') +
-                      QLatin1String(method.isConst() ? " const" : ""));
+        QLibrary library(PluginHarness::libraryPath());
+        using Query = QPluginMetaData (*)();
+        const auto query = reinterpret_cast<Query>(library.resolve("qt_plugin_query_metadata_v2"));
+        QVERIFY(query);
+        const QPluginMetaData blob = query();
+        QByteArray actual(static_cast<const char *>(blob.data), qsizetype(blob.size));
+        actual[3] = 0;
+        // Some platforms round the size up to their alignment.
+        QVERIFY(actual.size() >= 116 && actual.size() <= 120);
+        expected.append(actual.size() - expected.size(), '\0');
+        QCOMPARE(actual.toHex(' '), expected.toHex(' '));
     }
-    QCOMPARE(actual, expected);
-}
 
-void TestInterface::hasNothingElseForQml()
-{
-    PluginHarness harness;
-    const QMetaObject *const metaObject = harness.plugin().metaObject();
-    QCOMPARE(metaObject->className(), "Tessaline");
-    QCOMPARE(metaObject->superClass(), &QObject::staticMetaObject);
-    QCOMPARE(metaObject->propertyCount(), metaObject->propertyOffset());
-    QCOMPARE(metaObject->enumeratorCount(), metaObject->enumeratorOffset());
-    QCOMPARE(metaObject->classInfoCount(), metaObject->classInfoOffset());
-    QCOMPARE(metaObject->constructorCount(), 0);
-}
+    void exportsTheTwoEntryPoints()
+    {
+        QLibrary library(PluginHarness::libraryPath());
+        QVERIFY(library.resolve("qt_plugin_instance"));
+        for (const char *symbol : {"_ZN9Tessaline16staticMetaObjectE", "_ZTV9Tessaline"})
+            QVERIFY(!library.resolve(symbol));
+    }
 
-void TestInterface::ignoresWhatIsNotForIt()
-{
-    PluginHarness harness;
-    harness.openViewCell(QStringLiteral("cell"), QStringLiteral("loc"), QStringLiteral("A"));
-    harness.takeSent();
-    const QVariant record =
-        serverRecord(QStringLiteral("id"), QStringLiteral("1"), QStringLiteral("loc"), 1, 2);
+    void hasNoFolderOfTheBuildMachine()
+    {
+#if defined(TESSALINE_INSTRUMENTED)
+        QSKIP("Instrumented builds name folders for their own reports");
+#endif
+        QFile file(PluginHarness::libraryPath());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        QVERIFY(bytes.contains("src/Tessaline_Req.cpp"));
+        QVERIFY(!bytes.contains(TESSALINE_SOURCE_FOLDER));
+    }
 
-    // Known names but for their case, the correctly spelled query, and the host's other calls.
-    for (const char *command : {"addbookmark", "ADDBOOKMARK", "AddBookmark ", "",
-                                "QueryAllBookmarks", "QueryBookmarkForAPI", "Unknown"})
-        harness.answer(QLatin1String(command), record, QStringLiteral("A"));
-    PluginBase &plugin = harness.plugin();
-    plugin.CommandProcessorEx(QStringLiteral("AddBookmark"), nullptr, record, nullptr,
-                              QStringLiteral("0"), {}, true, QStringLiteral("A"));
-    plugin.EventProcessorEx(QStringLiteral("AddBookmark"), nullptr, 1, 2, 3, record,
-                            QStringLiteral("A"));
-    for (const char *event : {"addBookmark", "EventTunnelConnected", "EventTunnelDisConnected"})
-        plugin.EventProcessor(QLatin1String(event), 1, 2, 3, record, QStringLiteral("A"));
-    plugin.HostHook1();
-    plugin.HostHook2();
-    plugin.HostHook3();
+    void knowsItsNameAfterInitialisation()
+    {
+        PluginHarness harness(PluginHarness::Bare);
+        QCOMPARE(harness.plugin().name + harness.plugin().pluginID, QString());
+        QVERIFY(harness.plugin().InitialPluginBase(nullptr, nullptr, nullptr));
+        QCOMPARE(harness.plugin().name, u"Corvanth"_s);
+        QCOMPARE(harness.plugin().pluginID, u"2F6394EE90434A7190D7511370AFAE17"_s);
+    }
 
-    QCOMPARE(harness.emitted->take(), QStringList());
-    QCOMPARE(harness.takeSent(), QStringList());
-    QCOMPARE(harness.log.take(), QStringList());
-    const auto *const model = qobject_cast<QAbstractItemModel *>(
-        harness.call<QObject *>("getBookmarkModelForTimeline", QStringLiteral("cell")));
-    QCOMPARE(model->rowCount(), 0);
-}
+    void answersToItsClassAndItsInterface()
+    {
+        PluginHarness harness;
+        QObject &object = harness.plugin();
+        for (const char *name : {"Tessaline", "com.MARLUNE.UIFramework.PluginInterface", "QObject"})
+            QCOMPARE(object.qt_metacast(name), static_cast<void *>(&object));
+        QCOMPARE(object.qt_metacast("PluginBase"), nullptr);
+        QCOMPARE(object.qt_metacast(nullptr), nullptr);
+    }
+
+    void hasTheseMethodsAndNothingElse()
+    {
+        PluginHarness harness;
+        const QMetaObject *const meta = harness.plugin().metaObject();
+        QCOMPARE(meta->superClass(), &QObject::staticMetaObject);
+        QCOMPARE(meta->propertyCount(), meta->propertyOffset());
+        QCOMPARE(meta->enumeratorCount(), meta->enumeratorOffset());
+        QCOMPARE(meta->constructorCount(), 0);
+        QStringList actual;
+        for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
+            QCOMPARE(meta->method(i).access(), QMetaMethod::Public);
+            actual.append(lineOf(meta->method(i)));
+        }
+        const QString expected = QString::fromLatin1(methods).trimmed();
+        QCOMPARE(actual, expected.split(QRegularExpression(u"\n(?! )"_s))
+                             .replaceInStrings(QRegularExpression(u"\n +"_s), u" "_s));
+    }
+
+    void ignoresWhatIsNotForIt()
+    {
+        PluginHarness harness;
+        const auto *const model = harness.openViewCell(u"cell"_s, u"loc"_s, u"A"_s);
+        const QVariant record = serverRecord(u"id"_s, u"1"_s, u"loc"_s, 1, 2);
+
+        // Known names but for their case, the correctly spelled query, and the host's other calls.
+        for (const char *command : {"addbookmark", "ADDBOOKMARK", "AddBookmark ", "",
+                                    "QueryAllBookmarks", "QueryBookmarkForAPI"})
+            harness.answer(QLatin1String(command), record, u"A"_s);
+        PluginBase &plugin = harness.plugin();
+        for (const char *event : {"addBookmark", "EventTunnelConnected", "EventTunnelDisConnected"})
+            plugin.EventProcessor(QLatin1String(event), 1, 2, 3, record, u"A"_s);
+        plugin.CommandProcessorEx(u"AddBookmark"_s, nullptr, record, nullptr, u"0"_s, {}, true,
+                                  u"A"_s);
+        plugin.EventProcessorEx(u"AddBookmark"_s, nullptr, 1, 2, 3, record, u"A"_s);
+        plugin.HostHook1();
+        plugin.HostHook2();
+        plugin.HostHook3();
+        QCOMPARE(harness.emitted->take() + harness.takeSent() + harness.log.take(), QStringList());
+        QCOMPARE(model->rowCount(), 0);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestInterface)
 #include "tst_interface.moc"
