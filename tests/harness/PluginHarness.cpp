@@ -131,6 +131,24 @@ QVariantMap serverRecord(const QString &bookmarkID, const QString &cameraID,
             {u"Creator"_s, creator},       {u"Group"_s, group}};
 }
 
+QVariant queryAnswer(const QStringList &ids)
+{
+    QVariantList records;
+    for (const QString &id : ids)
+        records.append(serverRecord(id, u"1"_s, u"l"_s, 1, 2));
+    return QVariantMap{{u"Bookmarks"_s, records}};
+}
+
+QString displayedIds(const QVariantList &list)
+{
+    QStringList ids;
+    for (const QVariant &element : list) {
+        const QVariantMap record = element.toMap();
+        ids.append(record[u"relayPath"_s].toString() + u'/' + record[u"bookmarkID"_s].toString());
+    }
+    return ids.join(u' ');
+}
+
 QStringList rowsOf(const QAbstractItemModel *model, int role)
 {
     QStringList rows;

@@ -114,5 +114,11 @@ QVariantMap serverRecord(const QString &bookmarkID, const QString &cameraID,
                          const QString &description = {}, const QString &creator = {},
                          const QString &group = {});
 
+/// The answer to a query: records with these identifiers, all of camera "1" at location "l".
+QVariant queryAnswer(const QStringList &ids);
+
+/// The bookmarks of a list of display records, as "relay path/identifier" each.
+QString displayedIds(const QVariantList &list);
+
 /// The first column of a model by one role, top to bottom.
 QStringList rowsOf(const QAbstractItemModel *model, int role);

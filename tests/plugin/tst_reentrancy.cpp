@@ -14,7 +14,7 @@
 #include <malloc.h>
 #endif
 
-using namespace Qt::Literals::StringLiterals;
+using namespace Qt::StringLiterals;
 using standin::Delivery;
 
 /// Calls into the plug-in from inside its own calls and signals, its end included, and what
@@ -27,20 +27,13 @@ private Q_SLOTS:
     void survivesCallsFromInside_data();
     void survivesCallsFromInside();
     void reportsABatchSentFromTheSignal();
-    void startsAQueryFromTheSignal();
-    void startsAQueryFromTheSendCall_data();
-    void startsAQueryFromTheSendCall();
-    void startsAQueryFromTheDirectory();
-    void staysSilentOnceDeletedFromTheSendCall_data();
+    void supersedesFromInside_data();
+    void supersedesFromInside();
     void staysSilentOnceDeletedFromTheSendCall();
     void answersReachTheNextObject();
     void keepsNothingOfSettledRequests_data();
     void keepsNothingOfSettledRequests();
 };
-
-using Action = std::function<void(PluginHarness &)>;
-Q_DECLARE_METATYPE(Action)
-Q_DECLARE_METATYPE(standin::Delivery)
 
 /// A topology plug-in that can be noticed being asked.
 class WatchedTopology : public QObject
@@ -48,74 +41,40 @@ class WatchedTopology : public QObject
     Q_OBJECT
 
 public:
-    WatchedTopology(standin::Topology *topology, std::function<void()> onCall)
-        : m_topology(topology)
-        , m_onCall(std::move(onCall))
+    explicit WatchedTopology(PluginHarness &harness)
+        : m_topology(harness.topology)
     {
+        harness.framework.addPlugin(standin::Topology::pluginID(), this);
     }
+    std::function<void()> onCall = [] {};
+
     Q_INVOKABLE QVariantMap getValuesFromModel(int tree, const QString &key, const QString &value)
     {
-        m_onCall();
-        return m_topology->getValuesFromModel(tree, key, value);
+        onCall();
+        return m_topology.getValuesFromModel(tree, key, value);
     }
 
 private:
-    standin::Topology *m_topology;
-    std::function<void()> m_onCall;
+    standin::Topology &m_topology;
 };
 
 namespace {
 
-QVariantList targets(const QStringList &stations)
+QVariantList targets(const QString &stations)
 {
     QVariantList list;
-    for (const QString &station : stations) {
+    for (const QChar station : stations) {
         list.append(QVariantMap{{u"CameraID"_s, u"1"_s},
                                 {u"LocationID"_s, u"l"_s},
                                 {u"BookmarkID"_s, u"b"_s},
-                                {u"relayPath"_s, station}});
+                                {u"relayPath"_s, QString(station)}});
     }
     return list;
-}
-
-void addTo(PluginHarness &h, const QStringList &stations)
-{
-    h.call<bool>("addBookmarks", targets(stations), qint64(1), qint64(2), QString(), QString(),
-                 QString());
-}
-
-void openCells(PluginHarness &h)
-{
-    h.openViewCell(u"1"_s, u"l"_s, u"A"_s);
-    h.openViewCell(u"2"_s, u"l"_s, u"A"_s);
-}
-
-void removeCells(PluginHarness &h)
-{
-    h.call("removeTimelineModel", u"1"_s);
-    h.call("removeTimelineModel", u"2"_s);
 }
 
 QVariantMap record(const QString &id)
 {
     return serverRecord(id, u"1"_s, u"l"_s, 1, 2);
-}
-
-QVariant answerWith(const QStringList &ids)
-{
-    QVariantList records;
-    for (const QString &id : ids)
-        records.append(record(id));
-    return QVariantMap{{u"Bookmarks"_s, records}};
-}
-
-QStringList allIds(PluginHarness &h)
-{
-    QStringList ids;
-    const auto list = h.call<QVariantList>("getBookmarkListByNodeID", QString());
-    for (const QVariant &element : list)
-        ids.append(element.toMap().value(u"bookmarkID"_s).toString());
-    return ids;
 }
 
 /// A server that does as it is told, for all commands.
@@ -131,54 +90,97 @@ public:
         if (command == u"DeleteBookmark")
             return {u"y"_s, u"0"_s};
         if (command.startsWith(u"Query"))
-            return {answerWith({u"q"_s, u"r"_s}), u"0"_s};
+            return {queryAnswer({u"q"_s, u"r"_s}), u"0"_s};
         return {QStringList{u"x"_s, u"q"_s}, u"0"_s};
     }
 };
 
-/// A little of everything. Stops when the object is gone.
-void playProgram(PluginHarness &h)
+/// What the words of a program stand for; some have an argument, as in "add:ABC".
+void act(PluginHarness &h, const QString &word, const QString &argument)
 {
-    const QList<Action> steps = {
-        [](PluginHarness &p) { p.plugin().PluginServerConnected(); },
-        [](PluginHarness &p) { p.call<bool>("deleteBookmark", u"b"_s, u"A"_s); },
-        [](PluginHarness &p) { p.call<bool>("removeAllBookmarks", u"A"_s); },
-        [](PluginHarness &p) { p.call<bool>("deleteBookmarks", targets({u"A"_s})); },
-        [](PluginHarness &p) { p.grantPermission(); },
-        [](PluginHarness &p) {
-            p.call<bool>("addBookmark", u"1"_s, u"l"_s, u"A"_s, qint64(1), qint64(2), QString(),
-                         QString(), QString());
-        },
-        [](PluginHarness &p) { addTo(p, {u"A"_s}); },
-        [](PluginHarness &p) {
-            addTo(p, {u"A"_s, u"B"_s, u"C"_s});
-        },
-        [](PluginHarness &p) { p.framework.sendEvent(u"AddBookmark"_s, record(u"e"_s), u"A"_s); },
-        [](PluginHarness &p) { p.call("setTimelineBoundary", qint64(0), qint64(9), u"1"_s); },
-        [](PluginHarness &p) { p.call<bool>("queryAllBookmarks"); },
-        [](PluginHarness &p) { p.call<bool>("queryBookmarkForRecent", u"1"_s, u"A"_s, uchar(1)); },
-        [](PluginHarness &p) {
-            p.call("queryBookmarkForAPI", QVariantList{1}, qint64(1), qint64(2));
-        },
-        [](PluginHarness &p) {
-            p.call("queryBookmarkForAPI", QVariantList(), QString(), QString());
-        },
-        [](PluginHarness &p) { p.call<bool>("updateBookmark", u"b"_s); },
-        [](PluginHarness &p) { p.call<bool>("deleteBookmark", u"b"_s, u"A"_s); },
-        [](PluginHarness &p) { p.call<bool>("deleteBookmarks", targets({u"A"_s})); },
-        [](PluginHarness &p) {
-            p.call<bool>("deleteBookmarks", targets({u"A"_s, u"B"_s}));
-        },
-        [](PluginHarness &p) { p.call<bool>("removeAllBookmarks", u"A"_s); },
-        [](PluginHarness &p) { p.call("getRecycleSetting"); },
-        [](PluginHarness &p) { p.call("updateRecycleSetting", 1U, true); },
-        [](PluginHarness &p) { p.call("setTimelineFocusInfo", u"l"_s, u"A"_s, u"1"_s); },
-        [](PluginHarness &p) { p.call("clearTimelineModel", u"2"_s); },
-        [](PluginHarness &p) { p.framework.releaseAll(); },
+    using Arg = const QString &;
+    using Harness = PluginHarness &;
+    static const QString no;
+    static const QMap<QString, void (*)(Harness, Arg)> actions{
+        {u"connect"_s, [](Harness p, Arg) { p.plugin().PluginServerConnected(); }},
+        {u"grant"_s, [](Harness p, Arg) { p.grantPermission(); }},
+        {u"addOne"_s,
+         [](Harness p, Arg) {
+             p.call<bool>("addBookmark", u"1"_s, u"l"_s, u"A"_s, 1LL, 2LL, no, no, no);
+         }},
+        {u"add"_s,
+         [](Harness p, Arg a) { p.call<bool>("addBookmarks", targets(a), 1LL, 2LL, no, no, no); }},
+        {u"deleteOne"_s, [](Harness p, Arg) { p.call<bool>("deleteBookmark", u"b"_s, u"A"_s); }},
+        {u"delete"_s, [](Harness p, Arg a) { p.call<bool>("deleteBookmarks", targets(a)); }},
+        {u"removeAll"_s, [](Harness p, Arg) { p.call<bool>("removeAllBookmarks", u"A"_s); }},
+        {u"update"_s, [](Harness p, Arg) { p.call<bool>("updateBookmark", u"b"_s); }},
+        {u"query"_s, [](Harness p, Arg) { p.call<bool>("queryAllBookmarks"); }},
+        {u"recent"_s,
+         [](Harness p, Arg) { p.call<bool>("queryBookmarkForRecent", u"1"_s, u"A"_s, uchar(1)); }},
+        {u"api"_s,
+         [](Harness p, Arg) { p.call("queryBookmarkForAPI", QVariantList{1}, 1LL, 2LL); }},
+        {u"apiOfNone"_s,
+         [](Harness p, Arg) { p.call("queryBookmarkForAPI", QVariantList(), no, no); }},
+        {u"getRecycling"_s, [](Harness p, Arg) { p.call("getRecycleSetting"); }},
+        {u"setRecycling"_s, [](Harness p, Arg) { p.call("updateRecycleSetting", 1U, true); }},
+        {u"event"_s,
+         [](Harness p, Arg) { p.framework.sendEvent(u"AddBookmark"_s, record(u"e"_s), u"A"_s); }},
+        {u"show"_s, [](Harness p, Arg a) { p.openViewCell(a, u"l"_s, u"A"_s); }},
+        {u"scroll"_s, [](Harness p, Arg a) { p.call("setTimelineBoundary", 0LL, 9LL, a); }},
+        {u"focus"_s, [](Harness p, Arg a) { p.call("setTimelineFocusInfo", u"l"_s, u"A"_s, a); }},
+        {u"clear"_s, [](Harness p, Arg a) { p.call("clearTimelineModel", a); }},
+        {u"close"_s, [](Harness p, Arg a) { p.call("removeTimelineModel", a); }},
+        {u"release"_s, [](Harness p, Arg) { p.framework.releaseAll(); }},
+        {u"answer"_s,
+         [](Harness p, Arg a) {
+             const auto sent = p.sent();
+             for (const standin::SentCommand &command : sent)
+                 p.framework.answer(command, queryAnswer({u"x"_s}), a);
+         }},
+        {u"refuse"_s, [](Harness p, Arg) { p.framework.rules().setDefault(Delivery::refused()); }},
+        {u"noStations"_s, [](Harness p, Arg) { p.topology.clear(); }},
+        {u"end"_s, [](Harness p, Arg) { p.deletePlugin(); }},
     };
-    for (const Action &step : steps) {
+    if (!actions.contains(word))
+        qFatal("Nobody knows how to %s", qPrintable(word));
+    actions.value(word)(h, argument);
+}
+
+/// A little of everything.
+QString everything()
+{
+    return u"connect deleteOne removeAll delete:A grant addOne add:A add:ABC event scroll:1 query "
+           "recent api apiOfNone update deleteOne delete:A delete:AB removeAll getRecycling "
+           "setRecycling focus:1 clear:2 release"_s;
+}
+
+/// Does what the words say, until the object is gone.
+void play(PluginHarness &h, const QString &program)
+{
+    const QStringList words = program.split(u' ');
+    for (const QString &word : words) {
         if (h.isAlive())
-            step(h);
+            act(h, word.section(u':', 0, 0), word.section(u':', 1));
+    }
+}
+
+/// Calls back from each moment of a kind: within a signal, a send call, a question to the topology
+/// plug-in or a change of the timeline model of view cell 1.
+void callFrom(const QString &place, PluginHarness &h, WatchedTopology &topology,
+              const std::function<void()> &callback)
+{
+    if (place == u"directory")
+        topology.onCall = callback;
+    if (place == u"signal")
+        h.emitted->onSignal = [=](const QString &) { callback(); };
+    h.framework.setObserver([=](const standin::Traffic &traffic) {
+        if (place == u"send call" && traffic.kind == standin::Traffic::Kind::Sent)
+            callback();
+    });
+    if (place == u"timeline") {
+        const auto *const model = h.openViewCell(u"1"_s, u"l"_s, u"A"_s);
+        QObject::connect(model, &QAbstractItemModel::rowsInserted, &topology, callback);
+        QObject::connect(model, &QAbstractItemModel::rowsRemoved, &topology, callback);
     }
 }
 
@@ -196,30 +198,15 @@ qint64 allocatedBytes()
 void TestReentrancy::survivesCallsFromInside_data()
 {
     QTest::addColumn<QString>("place");
-    QTest::addColumn<QString>("delivery");
-    QTest::addColumn<Action>("action");
-
-    const QList<QPair<const char *, Action>> actions = {
-        {"delete the object", [](PluginHarness &h) { h.deletePlugin(); }},
-        {"remove the view cells", removeCells},
-        {"make the view cells anew",
-         [](PluginHarness &h) {
-             removeCells(h);
-             openCells(h);
-         }},
-        {"do it all", playProgram},
-        {"answer everything again",
-         [](PluginHarness &h) {
-             const auto sent = h.sent();
-             for (const standin::SentCommand &command : sent)
-                 h.framework.answer(command, answerWith({u"again"_s}));
-         }},
-    };
+    QTest::addColumn<bool>("inside");
+    QTest::addColumn<QString>("program");
     for (const char *const place : {"signal", "send call", "directory", "timeline"}) {
-        for (const char *const delivery : {"inside", "later"}) {
-            for (const auto &[name, action] : actions) {
-                QTest::addRow("from a %s, answers %s: %s", place, delivery, name)
-                    << QString::fromLatin1(place) << QString::fromLatin1(delivery) << action;
+        for (const bool inside : {true, false}) {
+            for (const QString &program : {u"end"_s, u"close:1 close:2"_s, u"answer:0"_s,
+                                           u"close:1 close:2 show:1 show:2"_s, everything()}) {
+                QTest::addRow("from a %s, answers %s: %s", place, inside ? "inside" : "later",
+                              program == everything() ? "everything" : qPrintable(program))
+                    << QString::fromLatin1(place) << inside << program;
             }
         }
     }
@@ -227,9 +214,9 @@ void TestReentrancy::survivesCallsFromInside_data()
 
 void TestReentrancy::survivesCallsFromInside()
 {
-    QFETCH(QString, place);
-    QFETCH(QString, delivery);
-    QFETCH(Action, action);
+    QFETCH(const QString, place);
+    QFETCH(const bool, inside);
+    QFETCH(const QString, program);
 
     // Once at each of the moments there are.
     bool done = false;
@@ -237,33 +224,16 @@ void TestReentrancy::survivesCallsFromInside()
         PluginHarness harness;
         int left = moment;
         const auto pass = [&] {
-            if (left-- == 0 && harness.isAlive())
-                action(harness);
+            if (left-- == 0)
+                play(harness, program);
         };
-        WatchedTopology topology(&harness.topology, [&] {
-            if (place == u"directory")
-                pass();
-        });
-        harness.framework.addPlugin(standin::Topology::pluginID(), &topology);
+        WatchedTopology topology(harness);
         WillingServer server;
         harness.framework.setServer(&server);
-        harness.framework.rules().setDefault(delivery == u"inside" ? Delivery::immediate()
-                                                                   : Delivery::held());
-        openCells(harness);
-        if (place == u"signal")
-            harness.emitted->onSignal = [&](const QString &) { pass(); };
-        harness.framework.setObserver([&](const standin::Traffic &traffic) {
-            if (place == u"send call" && traffic.kind == standin::Traffic::Kind::Sent)
-                pass();
-        });
-        if (place == u"timeline") {
-            auto *const model = qobject_cast<QAbstractItemModel *>(
-                harness.call<QObject *>("getBookmarkModelForTimeline", u"1"_s));
-            connect(model, &QAbstractItemModel::rowsInserted, this, pass);
-            connect(model, &QAbstractItemModel::rowsRemoved, this, pass);
-        }
-
-        playProgram(harness);
+        harness.framework.rules().setDefault(inside ? Delivery::immediate() : Delivery::held());
+        play(harness, u"show:1 show:2"_s);
+        callFrom(place, harness, topology, pass);
+        play(harness, everything());
         done = left >= 0;
 
         // What was under way reaches the object that is there then.
@@ -271,7 +241,7 @@ void TestReentrancy::survivesCallsFromInside()
         PluginHarness next;
         const auto sent = harness.sent();
         for (const standin::SentCommand &command : sent)
-            next.answer(command, answerWith({u"late"_s}));
+            next.answer(command, queryAnswer({u"late"_s}));
         QVERIFY(moment < 1000);
         QVERIFY(moment > 0 || !done);
     }
@@ -280,105 +250,60 @@ void TestReentrancy::survivesCallsFromInside()
 void TestReentrancy::reportsABatchSentFromTheSignal()
 {
     PluginHarness harness;
+    harness.framework.rules().setDefault(Delivery::immediate().replacing({}));
     harness.framework.rules().setForStation(u"A"_s, Delivery::immediate().failing(u"-1"_s));
-    harness.framework.rules().setForStation(u"B"_s, Delivery::immediate().replacing({}));
     int batches = 1;
     harness.emitted->onSignal = [&](const QString &) {
         if (++batches <= 3)
-            addTo(harness, {u"A"_s, u"B"_s});
+            play(harness, u"add:ABC"_s);
     };
-    addTo(harness, {u"A"_s, u"B"_s});
-    const QString line = u"addBookmarksResponsed(Camera A1)"_s;
-    QCOMPARE(harness.emitted->take(), QStringList({line, line, line}));
+    play(harness, u"add:ABC"_s);
+    QCOMPARE(harness.emitted->take(), QStringList(3, u"addBookmarksResponsed(Camera A1)"_s));
 }
 
-void TestReentrancy::startsAQueryFromTheSignal()
+void TestReentrancy::supersedesFromInside_data()
 {
+    QTest::addColumn<QString>("place");
+    QTest::addColumn<int>("moment");
+    QTest::addColumn<bool>("refused"); // by all stations but A
+    QTest::addColumn<int>("parts");    // the superseded query's and the new one's
+    QTest::addColumn<QString>("ids");
+    QTest::newRow("first signal") << u"signal"_s << 0 << false << 3 << u"A/x B/x C/x"_s;
+    QTest::newRow("second send call") << u"send call"_s << 1 << false << 3 << u"A/x B/x C/x"_s;
+    QTest::newRow("second of three, refused") << u"send call"_s << 1 << true << 2 << u"A/x"_s;
+    QTest::newRow("names of cameras") << u"directory"_s << 1 << false << 2 << u"A/x B/x C/x"_s;
+}
+
+void TestReentrancy::supersedesFromInside()
+{
+    QFETCH(const QString, place);
+    QFETCH(int, moment);
+    QFETCH(const bool, refused);
+    QFETCH(const int, parts);
     PluginHarness harness;
-    harness.call<bool>("queryAllBookmarks");
-    const auto old = harness.sent();
-    harness.framework.clearSent();
-    harness.emitted->onSignal = [&](const QString &) {
-        harness.emitted->onSignal = {};
-        harness.call<bool>("queryAllBookmarks");
-    };
-    for (const standin::SentCommand &command : old)
-        harness.answer(command, answerWith({u"old"_s}));
-    QCOMPARE(harness.emitted->take(), QStringList(u"queryAllBookmarksResponsed(false)"_s));
-    QCOMPARE(allIds(harness), QStringList());
-    const auto current = harness.sent();
-    QCOMPARE(harness.takeSent().size(), 3);
-    for (const standin::SentCommand &command : current)
-        harness.answer(command, answerWith({command.relayPath}));
-    QCOMPARE(allIds(harness), QStringList({u"A"_s, u"B"_s, u"C"_s}));
-    QCOMPARE(harness.emitted->take().size(), 3);
-}
-
-void TestReentrancy::startsAQueryFromTheSendCall_data()
-{
-    QTest::addColumn<Delivery>("ofOthers"); // than A, which answers from inside
-    QTest::addColumn<int>("parts");
-    QTest::newRow("all answer from inside") << Delivery::immediate() << 3;
-    QTest::newRow("both end with a refusal") << Delivery::refused() << 2;
-}
-
-void TestReentrancy::startsAQueryFromTheSendCall()
-{
-    QFETCH(Delivery, ofOthers);
-    QFETCH(int, parts);
-    PluginHarness harness;
-    const QVariant result = answerWith({u"x"_s});
-    harness.framework.rules().setDefault(ofOthers.replacing(result));
-    harness.framework.rules().setForStation(u"A"_s, Delivery::immediate().replacing(result));
-    int left = 1;
-    harness.framework.setObserver([&](const standin::Traffic &traffic) {
-        if (traffic.kind == standin::Traffic::Kind::Sent && left-- == 0) // the second of three
-            harness.call<bool>("queryAllBookmarks");
+    WatchedTopology topology(harness);
+    const Delivery answered = Delivery::immediate().replacing(queryAnswer({u"x"_s}));
+    harness.framework.rules().setDefault(refused ? Delivery::refused() : answered);
+    harness.framework.rules().setForStation(u"A"_s, answered);
+    callFrom(place, harness, topology, [&] {
+        if (moment-- == 0)
+            play(harness, u"query"_s);
     });
-    QCOMPARE(harness.call<bool>("queryAllBookmarks"), true);
-    // The first part is the superseded query's, all the rest the new one's.
+    QVERIFY(harness.call<bool>("queryAllBookmarks"));
     QCOMPARE(harness.emitted->take(), QStringList(parts, u"queryAllBookmarksResponsed(false)"_s)
                                           << u"queryAllBookmarksResponsed(true)"_s);
-    QCOMPARE(allIds(harness),
-             QStringList(ofOthers.when == Delivery::When::Refused ? 1 : 3, u"x"_s));
-}
-
-void TestReentrancy::startsAQueryFromTheDirectory()
-{
-    PluginHarness harness;
-    harness.call<bool>("queryAllBookmarks");
-    const standin::SentCommand old = harness.sent().constFirst();
-    bool done = false;
-    WatchedTopology topology(&harness.topology, [&] {
-        if (!std::exchange(done, true))
-            harness.call<bool>("queryAllBookmarks");
-    });
-    harness.framework.addPlugin(standin::Topology::pluginID(), &topology);
-    harness.answer(old, answerWith({u"old"_s}));
-    QVERIFY(done);
-    QCOMPARE(allIds(harness), QStringList());
-    QCOMPARE(harness.emitted->take(), QStringList());
-}
-
-void TestReentrancy::staysSilentOnceDeletedFromTheSendCall_data()
-{
-    QTest::addColumn<Action>("request");
-    QTest::newRow("batch") << Action([](PluginHarness &h) { addTo(h, {u"A"_s, u"B"_s, u"C"_s}); });
-    QTest::newRow("query of all") << Action(
-        [](PluginHarness &h) { h.call<bool>("queryAllBookmarks"); });
-    QTest::newRow("connection") << Action(
-        [](PluginHarness &h) { h.plugin().PluginServerConnected(); });
+    QTEST(displayedIds(harness.call<QVariantList>("getBookmarkListByNodeID", QString())), "ids");
 }
 
 void TestReentrancy::staysSilentOnceDeletedFromTheSendCall()
 {
-    QFETCH(Action, request);
-    PluginHarness harness;
-    harness.framework.setObserver([&](const standin::Traffic &) { harness.deletePlugin(); });
-    request(harness);
-    QCOMPARE(harness.takeSent().size(), 1);
-    QCOMPARE(harness.emitted->take(), QStringList());
-    QCOMPARE(harness.log.take(), QStringList());
+    for (const QString &request : {u"add:ABC"_s, u"query"_s, u"connect"_s}) {
+        PluginHarness harness;
+        harness.framework.setObserver([&](const standin::Traffic &) { harness.deletePlugin(); });
+        play(harness, request);
+        QCOMPARE(harness.takeSent().size(), 1);
+        QCOMPARE(harness.emitted->take() + harness.log.take(), QStringList());
+    }
 }
 
 void TestReentrancy::answersReachTheNextObject()
@@ -386,22 +311,15 @@ void TestReentrancy::answersReachTheNextObject()
     QList<standin::SentCommand> sent;
     {
         PluginHarness harness;
-        harness.grantPermission();
-        openCells(harness);
-        addTo(harness, {u"A"_s, u"B"_s});
-        harness.call<bool>("deleteBookmarks", targets({u"A"_s, u"B"_s}));
-        harness.call("setTimelineBoundary", qint64(0), qint64(9), u"1"_s);
-        harness.call("setTimelineBoundary", qint64(0), qint64(9), u"2"_s);
-        harness.call<bool>("queryAllBookmarks");
+        play(harness, u"grant show:1 show:2 add:ABC delete:AB scroll:1 scroll:2 query"_s);
         sent = harness.sent();
-        QCOMPARE(sent.size(), 9);
+        QCOMPARE(sent.size(), 10);
     }
     PluginHarness next;
-    openCells(next);
+    play(next, u"show:1 show:2"_s);
     const auto answerAll = [&] {
         for (const standin::SentCommand &command : std::as_const(sent))
             next.answer(command, QStringList{u"x"_s}, u"-1"_s);
-        next.emitted->take();
         return next.log.takeTexts().filter(u"context is NULL"_s).size();
     };
     QCOMPARE(answerAll(), 0);
@@ -410,52 +328,17 @@ void TestReentrancy::answersReachTheNextObject()
 
 void TestReentrancy::keepsNothingOfSettledRequests_data()
 {
-    QTest::addColumn<Action>("exchange");
-    const auto answerAll = [](PluginHarness &h, const QString &code) {
-        const auto sent = h.sent();
-        for (const standin::SentCommand &command : sent)
-            h.answer(command, {}, code);
-    };
-    QTest::newRow("a batch") << Action([=](PluginHarness &h) {
-        addTo(h, {u"A"_s, u"B"_s});
-        answerAll(h, u"0"_s);
-    });
-    QTest::newRow("a batch without permission")
-        << Action([](PluginHarness &h) { h.call<bool>("deleteBookmarks", targets({u"A"_s})); });
-    QTest::newRow("a batch, nothing sent") << Action([](PluginHarness &h) { addTo(h, {}); });
-    QTest::newRow("a superseded query of all") << Action([=](PluginHarness &h) {
-        h.call<bool>("queryAllBookmarks");
-        h.call<bool>("queryAllBookmarks");
-        answerAll(h, u"-1"_s);
-    });
-    QTest::newRow("a query of no station") << Action([](PluginHarness &h) {
-        h.topology.clear();
-        h.call<bool>("queryAllBookmarks");
-    });
-    for (const auto &code : {u"0"_s, u"-1"_s}) {
-        QTest::addRow("a timeline's query answered %s", qPrintable(code))
-            << Action([=](PluginHarness &h) {
-                   h.openViewCell(u"1"_s, u"l"_s, u"A"_s);
-                   h.call("setTimelineBoundary", qint64(0), qint64(9), u"1"_s);
-                   answerAll(h, code);
-               });
-    }
-    QTest::newRow("a timeline's query refused") << Action([](PluginHarness &h) {
-        h.framework.rules().setDefault(Delivery::refused());
-        h.openViewCell(u"1"_s, u"l"_s, u"A"_s);
-        h.call("setTimelineBoundary", qint64(0), qint64(9), u"1"_s);
-    });
-    QTest::newRow("a timeline's query, the view cell gone") << Action([=](PluginHarness &h) {
-        openCells(h);
-        h.call("setTimelineBoundary", qint64(0), qint64(9), u"1"_s);
-        removeCells(h);
-        answerAll(h, u"0"_s);
-    });
+    QTest::addColumn<QString>("program");
+    for (const QString &program :
+         {u"add:ABC answer:0"_s, u"delete:A"_s, u"add:"_s, u"query query answer:-1"_s,
+          u"noStations query"_s, u"show:1 scroll:1 answer:0"_s, u"show:1 scroll:1 answer:-1"_s,
+          u"refuse show:1 scroll:1"_s, u"show:1 scroll:1 close:1 answer:0"_s})
+        QTest::newRow(qPrintable(program)) << program;
 }
 
 void TestReentrancy::keepsNothingOfSettledRequests()
 {
-    QFETCH(Action, exchange);
+    QFETCH(const QString, program);
 #if !defined(TESSALINE_COUNTS_MEMORY)
     QSKIP("Allocated memory can't be counted here");
 #endif
@@ -463,7 +346,7 @@ void TestReentrancy::keepsNothingOfSettledRequests()
     constexpr qint64 Count = 500;
     const auto run = [&] {
         for (qint64 i = 0; i < Count; ++i) {
-            exchange(harness);
+            play(harness, program);
             harness.takeSent();
             harness.emitted->take();
             harness.log.take();
