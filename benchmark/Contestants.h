@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtCore/QString>
+#include <QtCore/QVariant>
 
 #include <functional>
 #include <memory>
@@ -15,12 +15,14 @@ enum class Job {
     OneMoreLetter, ///< the first letters of a word, as it is typed
     OneCamera,     ///< the bookmarks of one camera
     StoreAnswer,   ///< take in the answer to a query of all
+    ManyAnswers,   ///< take in as many answers of one bookmark each
     GroupBatch,    ///< split a batch by station, every entry once
     TimelineItems, ///< fill a view cell's timeline
 };
 
-constexpr Job allJobs[] = {Job::PanelByDate, Job::PanelByCamera, Job::NextPage,  Job::TextOfFew,
-                           Job::TextOfAll,   Job::OneMoreLetter, Job::OneCamera, Job::StoreAnswer,
+constexpr Job allJobs[] = {Job::PanelByDate, Job::PanelByCamera, Job::NextPage,
+                           Job::TextOfFew,   Job::TextOfAll,     Job::OneMoreLetter,
+                           Job::OneCamera,   Job::StoreAnswer,   Job::ManyAnswers,
                            Job::GroupBatch,  Job::TimelineItems};
 
 const char *nameOf(Job job);

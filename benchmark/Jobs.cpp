@@ -25,6 +25,8 @@ const char *nameOf(Job job)
         return "one camera";
     case Job::StoreAnswer:
         return "store an answer";
+    case Job::ManyAnswers:
+        return "store it in pieces";
     case Job::GroupBatch:
         return "group a batch";
     case Job::TimelineItems:

@@ -1,9 +1,8 @@
 #include "Contestants.h"
 
 #include "Data.h"
+#include "FrameworkWrapperBase.h"
 #include "PluginBase.h"
-#include "framework/Framework.h"
-#include "topology/Topology.h"
 
 #include <QtCore/QPluginLoader>
 
@@ -11,7 +10,23 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The built library in the stand-in host, called as QML and the host call it.
+/// The names and stations of the device tree at no cost: the walk through the tree is the host's.
+class Directory : public QObject
+{
+    Q_OBJECT
+
+public:
+    Q_INVOKABLE QVariantMap getValuesFromModel(int, const QString &, const QString &valueRole)
+    {
+        return valueRole == u"nameRole"_s ? m_names : m_types;
+    }
+
+private:
+    const QVariantMap m_names = data::cameraNames();
+    const QVariantMap m_types{{u"A"_s, 1}, {u"B"_s, 1}};
+};
+
+/// The built library in a host, called as QML and the host call it.
 class Plugin : public Contestant
 {
 public:
@@ -23,15 +38,7 @@ public:
     {
         if (!m_plugin)
             qFatal("%s", qPrintable(m_loader.errorString()));
-        m_topology.setStation(u"A"_s, u"Harbour"_s);
-        const QVariantMap names = data::cameraNames();
-        for (auto name = names.cbegin(); name != names.cend(); ++name) {
-            if (name.key() != u"A"_s)
-                m_topology.setCamera(name.key(), name->toString());
-        }
-        m_framework.addPlugin(standin::Topology::pluginID(), &m_topology);
         m_plugin->InitialPluginBase(nullptr, nullptr, &m_host);
-        m_host.topology = &m_topology;
         answer(u"QuerySevTimezone"_s, data::timeZone(), nullptr, {});
         m_answer = QVariantMap{{u"Bookmarks"_s, data::serverRecords(count)}};
         storeAnswer();
@@ -46,6 +53,8 @@ public:
         switch (job) {
         case Job::StoreAnswer:
             return [this] { storeAnswer(); };
+        case Job::ManyAnswers:
+            return [this, answers = answersOfOne()] { storeAnswers(answers); };
         case Job::GroupBatch:
             return [this, targets = data::batchTargets(m_count)] { groupBatch(targets); };
         case Job::TimelineItems:
@@ -68,11 +77,13 @@ private:
             lastContext = context;
             return accepts;
         }
-        QObject *FindPlugin(void *, const QString &) override { return topology; }
+        QObject *FindPlugin(void *, const QString &) override { return &m_directory; }
 
         void *lastContext = nullptr;
         bool accepts = true;
-        QObject *topology = nullptr;
+
+    private:
+        Directory m_directory;
     };
 
     void answer(const QString &command, const QVariant &result, void *context,
@@ -86,6 +97,26 @@ private:
         m_host.accepts = true;
         QMetaObject::invokeMethod(m_object, "queryAllBookmarks");
         answer(u"QueryAllBookmars"_s, m_answer, m_host.lastContext, u"A"_s);
+        answer(u"QueryAllBookmars"_s, QVariant(), m_host.lastContext, u"B"_s);
+    }
+
+    QVariantList answersOfOne() const
+    {
+        QVariantList answers;
+        const QVariantList records = m_answer.toMap().value(u"Bookmarks"_s).toList();
+        for (const QVariant &record : records)
+            answers.append(QVariantMap{{u"Bookmarks"_s, QVariantList{record}}});
+        return answers;
+    }
+
+    /// The second station answers last, so that the query goes on.
+    void storeAnswers(const QVariantList &answers)
+    {
+        m_host.accepts = true;
+        QMetaObject::invokeMethod(m_object, "queryAllBookmarks");
+        for (const QVariant &one : answers)
+            answer(u"QueryAllBookmars"_s, one, m_host.lastContext, u"A"_s);
+        answer(u"QueryAllBookmars"_s, QVariant(), m_host.lastContext, u"B"_s);
     }
 
     void groupBatch(const QVariantList &targets)
@@ -121,8 +152,6 @@ private:
     }
 
     int m_count;
-    standin::Topology m_topology;
-    standin::Framework m_framework;
     Host m_host;
     QPluginLoader m_loader;
     QObject *m_object;
@@ -136,3 +165,5 @@ std::unique_ptr<Contestant> makePlugin(int count)
 {
     return std::make_unique<Plugin>(count);
 }
+
+#include "PluginContestant.moc"

@@ -81,7 +81,7 @@ public:
 
     std::function<void()> work(Job job) override
     {
-        if (job == Job::StoreAnswer || job == Job::GroupBatch || job == Job::TimelineItems)
+        if (job >= Job::StoreAnswer)
             return {};
         return [this, question = questionOf(job)] { ask(question); };
     }

@@ -61,6 +61,24 @@ QString Report::tables() const
     return text;
 }
 
+QString Report::growth() const
+{
+    QString text;
+    QTextStream out(&text);
+    const QString own = m_contestants.constFirst();
+    for (const int size : m_bytes.keys()) {
+        if (!m_bytes.contains(2 * size))
+            continue;
+        out << "\nFrom " << size << " to " << 2 * size << " bookmarks:";
+        for (const QString &job : m_jobs) {
+            const QMap<int, double> times = this->times(job, own);
+            out << ' ' << job << " x " << number(times.value(2 * size) / times.value(size)) << ';';
+        }
+        out << '\n';
+    }
+    return text;
+}
+
 bool Report::write(const QString &folder) const
 {
     QJsonArray rows;

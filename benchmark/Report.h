@@ -23,6 +23,9 @@ public:
     /// A table for each size: the library's time, and by how much the others take longer.
     QString tables() const;
 
+    /// How much longer the library takes for twice as many bookmarks, where that was measured.
+    QString growth() const;
+
     /// Writes benchmark.json and benchmark.svg. False when that is not possible.
     bool write(const QString &folder) const;
 

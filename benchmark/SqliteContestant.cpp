@@ -94,6 +94,7 @@ public:
             return [this] { insertAll(); };
         case Job::GroupBatch:
             return [this, targets = data::batchTargets(m_count)] { groupBatch(targets); };
+        case Job::ManyAnswers:
         case Job::TimelineItems:
             return {};
         default:

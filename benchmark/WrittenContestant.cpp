@@ -36,6 +36,8 @@ public:
             return [targets = data::batchTargets(int(m_records.size()))] {
                 writtensteps::groupBatch(targets, 1, 2, u"Alarm"_s, u"rule"_s, u"alarms"_s);
             };
+        case Job::ManyAnswers:
+            return {};
         case Job::TimelineItems:
             return [this] { fillTimeline(); };
         default:

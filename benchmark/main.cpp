@@ -126,7 +126,7 @@ int main(int argc, char *argv[])
         "benchmark.json and benchmark.svg."_s);
     parser.addHelpOption();
     const QCommandLineOption sizes(u"sizes"_s, u"Numbers of bookmarks, separated by commas."_s,
-                                   u"list"_s, u"1000,10000,100000,1000000"_s);
+                                   u"list"_s, u"1000,10000,100000,200000,1000000"_s);
     const QCommandLineOption folder(u"out"_s, u"Where the files go."_s, u"folder"_s, u"out"_s);
     parser.addOptions({sizes, folder});
     parser.process(app);
@@ -153,7 +153,7 @@ int main(int argc, char *argv[])
         }
         measure(count, report);
     }
-    std::fputs(qPrintable(report.tables()), stdout);
+    std::fputs(qPrintable(report.tables() + report.growth()), stdout);
     if (!report.write(parser.value(folder))) {
         std::fprintf(stderr, "%s can't be written.\n", qPrintable(parser.value(folder)));
         return 1;

@@ -66,9 +66,18 @@ QString rangeText(int firstSecond, int lastSecond)
 DisplayTexts::DisplayTexts(const QTimeZone &zone)
     : m_zone(zone)
     , m_locale(QLocale::system())
+    , m_dateFormat(m_locale.dateFormat(QLocale::ShortFormat))
+    , m_timeFormat(m_locale.timeFormat(QLocale::ShortFormat))
     , m_isSplittable(zone.isValid() && isSplittable(m_locale, zone))
     , m_timeStep(showsSeconds(m_locale) ? 1 : 60)
 {
+}
+
+bool DisplayTexts::holdFor(const QTimeZone &zone) const
+{
+    const QLocale locale = QLocale::system();
+    return zone == m_zone && locale.dateFormat(QLocale::ShortFormat) == m_dateFormat &&
+           locale.timeFormat(QLocale::ShortFormat) == m_timeFormat;
 }
 
 DisplayTexts::Texts DisplayTexts::of(qint64 start, qint64 end)

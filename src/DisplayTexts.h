@@ -11,10 +11,11 @@
 
 namespace tessaline {
 
-/// Makes what an operator reads of the times of an answer's bookmarks, in one time zone.
+/// Makes what an operator reads of the times of bookmarks, in one time zone.
 ///
-/// Date and time texts are the costliest part of a record, and those of one answer repeat: so the
-/// offsets of the zone, the texts of days and the texts of minutes are kept while it is converted.
+/// Date and time texts are the costliest part of a record, and they repeat: so the offsets of the
+/// zone, the texts of days and the texts of minutes are kept. They hold for the zone and for the
+/// formats of the system locale that were in force at construction.
 class DisplayTexts
 {
 public:
@@ -28,6 +29,9 @@ public:
     /// In an invalid zone no time has a text: the parts are empty, and the range is the separator
     /// alone.
     explicit DisplayTexts(const QTimeZone &zone);
+
+    /// Whether the texts are still right: for this zone, and for the system locale of now.
+    bool holdFor(const QTimeZone &zone) const;
 
     /// The texts of the stretch from @p start to @p end, in milliseconds since the epoch.
     Texts of(qint64 start, qint64 end);
@@ -56,6 +60,8 @@ private:
 
     QTimeZone m_zone;
     QLocale m_locale;
+    QString m_dateFormat;
+    QString m_timeFormat;
     bool m_isSplittable; ///< the text of date and time is that of the date, a blank, that of the
                          ///< time
     int m_timeStep;      ///< for how many seconds the text of a time stays the same

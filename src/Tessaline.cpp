@@ -1,7 +1,6 @@
 #include "Tessaline.h"
 
 #include "CameraNames.h"
-#include "DisplayTexts.h"
 #include "FrameworkWrapperBase.h"
 #include "Log.h"
 #include "Names.h"
@@ -256,7 +255,7 @@ bool Tessaline::addBookmarkToTimelineModel(const QVariantMap &record, const QStr
     CameraNames camNames(GetAllCamNames(), relayPath);
     if (!self)
         return false;
-    DisplayTexts texts(m_serverTimeZone);
+    DisplayTexts &texts = displayTexts();
     bool added = true;
     for (const QString &viewCellUID : viewCells) {
         if (!self)

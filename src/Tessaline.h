@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BookmarkIndex.h"
+#include "DisplayTexts.h"
 #include "PluginBase.h"
 
 #include <QtCore/QList>
@@ -11,13 +12,14 @@
 #include <QtCore/QTimeZone>
 #include <QtCore/QVariant>
 
+#include <optional>
+
 class FrameworkWrapperBase;
 class QStandardItem;
 class TimeShiftBufferModel;
 
 namespace tessaline {
 class CameraNames;
-class DisplayTexts;
 } // namespace tessaline
 
 /// The plug-in's one object: video bookmarks for the client.
@@ -184,6 +186,8 @@ private:
     static QStandardItem *CreateBookmarkModelItem(const QVariantMap &record,
                                                   tessaline::CameraNames &camNames,
                                                   tessaline::DisplayTexts &texts);
+    /// What makes the texts of an answer's times, in the server's zone.
+    tessaline::DisplayTexts &displayTexts();
     /// The display records of a query's answer.
     QVariantList CreateBookmarkItems(const QVariant &data, const QString &relayPath);
 
@@ -249,4 +253,5 @@ private:
     QList<QVariant> m_recentBookmarks; ///< display records
     int m_bookmarksPerPage = 50;
     tessaline::BookmarkIndex m_allBookmarksIndex;
+    std::optional<tessaline::DisplayTexts> m_displayTexts; ///< renewed by displayTexts()
 };

@@ -1,7 +1,6 @@
 #include "Tessaline.h"
 
 #include "CameraNames.h"
-#include "DisplayTexts.h"
 #include "FrameworkWrapperBase.h"
 #include "Log.h"
 #include "MapFields.h"
@@ -79,13 +78,20 @@ QVariantMap Tessaline::CreateBookmarkItem(const QVariantMap &record, CameraNames
     return item.take();
 }
 
+DisplayTexts &Tessaline::displayTexts()
+{
+    if (!m_displayTexts || !m_displayTexts->holdFor(m_serverTimeZone))
+        m_displayTexts.emplace(m_serverTimeZone);
+    return *m_displayTexts;
+}
+
 QVariantList Tessaline::CreateBookmarkItems(const QVariant &data, const QString &relayPath)
 {
     const QPointer<Tessaline> self(this);
     CameraNames camNames(GetAllCamNames(), relayPath);
     if (!self)
         return {};
-    DisplayTexts texts(m_serverTimeZone);
+    DisplayTexts &texts = displayTexts();
     const QVariantList records = data.toMap().value(serverKey::Bookmarks).toList();
     QVariantList items;
     items.reserve(records.size());

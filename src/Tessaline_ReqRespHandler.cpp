@@ -1,7 +1,6 @@
 #include "Tessaline.h"
 
 #include "CameraNames.h"
-#include "DisplayTexts.h"
 #include "Log.h"
 #include "Names.h"
 #include "RequestContexts.h"
@@ -57,7 +56,7 @@ void Tessaline::HandleAddBookmarksResp(const QVariant &data, void *context,
 QStringList Tessaline::placeAddedBookmarks(const QVariantList &records, CameraNames &camNames)
 {
     const QPointer<Tessaline> self(this);
-    DisplayTexts texts(m_serverTimeZone);
+    DisplayTexts &texts = displayTexts();
     QStringList failed;
     for (const QVariant &element : records) {
         if (!self)
@@ -130,7 +129,7 @@ void Tessaline::HandleQueryBookmarkForTimelineResp(const QVariant &data, const Q
     CameraNames camNames(GetAllCamNames(), relayPath);
     if (!self)
         return;
-    DisplayTexts texts(m_serverTimeZone);
+    DisplayTexts &texts = displayTexts();
 
     // The focus may have moved since the question was asked: only what still matches is shown.
     QList<QStandardItem *> items;
