@@ -3,6 +3,9 @@
 #include "PluginBase.h"
 
 #include <QtCore/QAbstractItemModel>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QMetaMethod>
 
 using namespace Qt::StringLiterals;
 
@@ -11,6 +14,24 @@ namespace {
 QString textOf(bool accepted, const QString &command, const QString &relayPath)
 {
     return (accepted ? u""_s : u"!"_s) + command + u'@' + relayPath;
+}
+
+/// Makes the arguments those of the method; false when it is another overload.
+bool fit(QVariantList &arguments, const QMetaMethod &method)
+{
+    if (arguments.size() != method.parameterCount())
+        return false;
+    for (int i = 0; i < method.parameterCount(); ++i) {
+        const QMetaType type = method.parameterMetaType(i);
+        QVariant &argument = arguments[i];
+        const bool isText = argument.isNull() || argument.typeId() == QMetaType::QString;
+        if (isText != (type.id() == QMetaType::QString))
+            return false;
+        argument = argument.isNull() ? QVariant(type) : argument;
+        if (!argument.convert(type))
+            return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -48,6 +69,26 @@ QString PluginHarness::libraryPath()
 QString PluginHarness::pluginID()
 {
     return u"2F6394EE90434A7190D7511370AFAE17"_s;
+}
+
+QVariant PluginHarness::run(const QString &text)
+{
+    QString json = u'[' + text.section(u'(', 1).chopped(1) + u']';
+    json.replace(u'\'', u'"');
+    const QMetaObject *const metaObject = m_object->metaObject();
+    for (int i = metaObject->methodOffset(); i < metaObject->methodCount(); ++i) {
+        const QMetaMethod method = metaObject->method(i);
+        QVariantList arguments = QJsonDocument::fromJson(json.toUtf8()).array().toVariantList();
+        if (method.name() != text.section(u'(', 0, 0).toLatin1() || !fit(arguments, method))
+            continue;
+        QVariant result(method.returnMetaType());
+        void *values[11] = {result.data()};
+        for (qsizetype a = 0; a < arguments.size(); ++a)
+            values[a + 1] = arguments[a].data();
+        QMetaObject::metacall(m_object, QMetaObject::InvokeMetaMethod, i, values);
+        return result;
+    }
+    qFatal("%s can't be called so", qPrintable(text));
 }
 
 QStringList PluginHarness::takeSent()

@@ -62,6 +62,10 @@ public:
         }
     }
 
+    /// Makes a call written as in QML, "addBookmark('c', null, 'A', 1, 2)"; null is a null string.
+    /// Gives the result with its type; invalid when the method has none.
+    QVariant run(const QString &text);
+
     /// The commands sent since the last call, as "AddBookmark@A" each; "!" before a refused one.
     QStringList takeSent();
     /// The one command sent since the last takeSent(); the test ends when there are more or none.

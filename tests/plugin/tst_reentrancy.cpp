@@ -60,18 +60,6 @@ private:
 
 namespace {
 
-QVariantList targets(const QString &stations)
-{
-    QVariantList list;
-    for (const QChar station : stations) {
-        list.append(QVariantMap{{u"CameraID"_s, u"1"_s},
-                                {u"LocationID"_s, u"l"_s},
-                                {u"BookmarkID"_s, u"b"_s},
-                                {u"relayPath"_s, QString(station)}});
-    }
-    return list;
-}
-
 QVariantMap record(const QString &id)
 {
     return serverRecord(id, u"1"_s, u"l"_s, 1, 2);
@@ -84,83 +72,66 @@ public:
     standin::Answer execute(const QString &command, const QVariant &, const QString &) override
     {
         if (command == u"AddBookmarks")
-            return {QVariantList{record(u"x"_s), record(u"y"_s), QVariantMap()}, u"0"_s};
-        if (command == u"AddBookmark")
-            return {record(u"z"_s), u"0"_s};
-        if (command == u"DeleteBookmark")
-            return {u"y"_s, u"0"_s};
-        if (command.startsWith(u"Query"))
-            return {queryAnswer({u"q"_s, u"r"_s}), u"0"_s};
-        return {QStringList{u"x"_s, u"q"_s}, u"0"_s};
+            return {QVariantList{record(u"x"_s), record(u"y"_s), QVariantMap()}};
+        if (command.startsWith(u"Delete"))
+            return {QStringList{u"x"_s}};
+        return {command == u"AddBookmark" ? record(u"x"_s) : queryAnswer({u"x"_s, u"q"_s})};
     }
 };
-
-/// What the words of a program stand for; some have an argument, as in "add:ABC".
-void act(PluginHarness &h, const QString &word, const QString &argument)
-{
-    using Arg = const QString &;
-    using Harness = PluginHarness &;
-    static const QString no;
-    static const QMap<QString, void (*)(Harness, Arg)> actions{
-        {u"connect"_s, [](Harness p, Arg) { p.plugin().PluginServerConnected(); }},
-        {u"grant"_s, [](Harness p, Arg) { p.grantPermission(); }},
-        {u"addOne"_s,
-         [](Harness p, Arg) {
-             p.call<bool>("addBookmark", u"1"_s, u"l"_s, u"A"_s, 1LL, 2LL, no, no, no);
-         }},
-        {u"add"_s,
-         [](Harness p, Arg a) { p.call<bool>("addBookmarks", targets(a), 1LL, 2LL, no, no, no); }},
-        {u"deleteOne"_s, [](Harness p, Arg) { p.call<bool>("deleteBookmark", u"b"_s, u"A"_s); }},
-        {u"delete"_s, [](Harness p, Arg a) { p.call<bool>("deleteBookmarks", targets(a)); }},
-        {u"removeAll"_s, [](Harness p, Arg) { p.call<bool>("removeAllBookmarks", u"A"_s); }},
-        {u"update"_s, [](Harness p, Arg) { p.call<bool>("updateBookmark", u"b"_s); }},
-        {u"query"_s, [](Harness p, Arg) { p.call<bool>("queryAllBookmarks"); }},
-        {u"recent"_s,
-         [](Harness p, Arg) { p.call<bool>("queryBookmarkForRecent", u"1"_s, u"A"_s, uchar(1)); }},
-        {u"api"_s,
-         [](Harness p, Arg) { p.call("queryBookmarkForAPI", QVariantList{1}, 1LL, 2LL); }},
-        {u"apiOfNone"_s,
-         [](Harness p, Arg) { p.call("queryBookmarkForAPI", QVariantList(), no, no); }},
-        {u"getRecycling"_s, [](Harness p, Arg) { p.call("getRecycleSetting"); }},
-        {u"setRecycling"_s, [](Harness p, Arg) { p.call("updateRecycleSetting", 1U, true); }},
-        {u"event"_s,
-         [](Harness p, Arg) { p.framework.sendEvent(u"AddBookmark"_s, record(u"e"_s), u"A"_s); }},
-        {u"show"_s, [](Harness p, Arg a) { p.openViewCell(a, u"l"_s, u"A"_s); }},
-        {u"scroll"_s, [](Harness p, Arg a) { p.call("setTimelineBoundary", 0LL, 9LL, a); }},
-        {u"focus"_s, [](Harness p, Arg a) { p.call("setTimelineFocusInfo", u"l"_s, u"A"_s, a); }},
-        {u"clear"_s, [](Harness p, Arg a) { p.call("clearTimelineModel", a); }},
-        {u"close"_s, [](Harness p, Arg a) { p.call("removeTimelineModel", a); }},
-        {u"release"_s, [](Harness p, Arg) { p.framework.releaseAll(); }},
-        {u"answer"_s,
-         [](Harness p, Arg a) {
-             const auto sent = p.sent();
-             for (const standin::SentCommand &command : sent)
-                 p.framework.answer(command, queryAnswer({u"x"_s}), a);
-         }},
-        {u"refuse"_s, [](Harness p, Arg) { p.framework.rules().setDefault(Delivery::refused()); }},
-        {u"noStations"_s, [](Harness p, Arg) { p.topology.clear(); }},
-        {u"end"_s, [](Harness p, Arg) { p.deletePlugin(); }},
-    };
-    if (!actions.contains(word))
-        qFatal("Nobody knows how to %s", qPrintable(word));
-    actions.value(word)(h, argument);
-}
 
 /// A little of everything.
 QString everything()
 {
-    return u"connect deleteOne removeAll delete:A grant addOne add:A add:ABC event scroll:1 query "
-           "recent api apiOfNone update deleteOne delete:A delete:AB removeAll getRecycling "
-           "setRecycling focus:1 clear:2 release"_s;
+    return u"connect; deleteBookmark('b', 'A'); removeAllBookmarks('A'); delete; grant; "
+           "addBookmark('1', 'l', 'A', 1, 2, '', '', ''); add; event; scroll; query; "
+           "queryBookmarkForRecent('1', 'A', 1); queryBookmarkForAPI([1], 1, 2); "
+           "queryBookmarkForAPI([], 1, 2); updateBookmark('b'); deleteBookmark('b', 'A'); delete; "
+           "removeAllBookmarks('A'); getRecycleSetting(); updateRecycleSetting(1, true); "
+           "setTimelineFocusInfo('l', 'A', '1'); clearTimelineModel('2'); release"_s;
 }
 
-/// Does what the words say, until the object is gone.
+/// A step of a program: something that the host does, or a call as in QML.
+void playStep(PluginHarness &h, const QString &step)
+{
+    static const QHash<QString, QString> calls{
+        {u"add"_s, u"addBookmarks([{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}, "
+                   "{'relayPath': 'B'}, {'relayPath': 'C'}], 1, 2, '', '', '')"_s},
+        {u"delete"_s, u"deleteBookmarks([{'relayPath': 'A'}, {'relayPath': 'B'}])"_s},
+        {u"query"_s, u"queryAllBookmarks()"_s},
+        {u"scroll"_s, u"setTimelineBoundary(0, 9, '1')"_s},
+        {u"close"_s, u"removeTimelineModel('1')"_s},
+    };
+    if (step == u"connect")
+        h.plugin().PluginServerConnected();
+    else if (step == u"grant")
+        h.grantPermission();
+    else if (step == u"event")
+        h.framework.sendEvent(u"AddBookmark"_s, record(u"e"_s), u"A"_s);
+    else if (step == u"release")
+        h.framework.releaseAll();
+    else if (step == u"refuse")
+        h.framework.rules().setDefault(Delivery::refused());
+    else if (step == u"forget stations")
+        h.topology.clear();
+    else if (step == u"end")
+        h.deletePlugin();
+    else if (step.startsWith(u"show "))
+        h.openViewCell(step.section(u' ', 1), u"l"_s, u"A"_s);
+    else if (step.startsWith(u"answer ")) {
+        const auto sent = h.sent();
+        for (const standin::SentCommand &command : sent)
+            h.framework.answer(command, queryAnswer({u"x"_s}), step.section(u' ', 1));
+    } else
+        h.run(calls.value(step, step));
+}
+
+/// Plays the steps, until the object is gone.
 void play(PluginHarness &h, const QString &program)
 {
-    const QStringList words = program.split(u' ');
-    for (const QString &word : words) {
+    const QStringList steps = program.split(u"; "_s);
+    for (const QString &step : steps) {
         if (h.isAlive())
-            act(h, word.section(u':', 0, 0), word.section(u':', 1));
+            playStep(h, step);
     }
 }
 
@@ -202,8 +173,8 @@ void TestReentrancy::survivesCallsFromInside_data()
     QTest::addColumn<QString>("program");
     for (const char *const place : {"signal", "send call", "directory", "timeline"}) {
         for (const bool inside : {true, false}) {
-            for (const QString &program : {u"end"_s, u"close:1 close:2"_s, u"answer:0"_s,
-                                           u"close:1 close:2 show:1 show:2"_s, everything()}) {
+            for (const QString &program : {u"end"_s, u"close; show 1"_s, u"answer 0"_s,
+                                           u"close; removeTimelineModel('2')"_s, everything()}) {
                 QTest::addRow("from a %s, answers %s: %s", place, inside ? "inside" : "later",
                               program == everything() ? "everything" : qPrintable(program))
                     << QString::fromLatin1(place) << inside << program;
@@ -231,7 +202,7 @@ void TestReentrancy::survivesCallsFromInside()
         WillingServer server;
         harness.framework.setServer(&server);
         harness.framework.rules().setDefault(inside ? Delivery::immediate() : Delivery::held());
-        play(harness, u"show:1 show:2"_s);
+        play(harness, u"show 1; show 2"_s);
         callFrom(place, harness, topology, pass);
         play(harness, everything());
         done = left >= 0;
@@ -255,9 +226,9 @@ void TestReentrancy::reportsABatchSentFromTheSignal()
     int batches = 1;
     harness.emitted->onSignal = [&](const QString &) {
         if (++batches <= 3)
-            play(harness, u"add:ABC"_s);
+            play(harness, u"add"_s);
     };
-    play(harness, u"add:ABC"_s);
+    play(harness, u"add"_s);
     QCOMPARE(harness.emitted->take(), QStringList(3, u"addBookmarksResponsed(Camera A1)"_s));
 }
 
@@ -297,7 +268,7 @@ void TestReentrancy::supersedesFromInside()
 
 void TestReentrancy::staysSilentOnceDeletedFromTheSendCall()
 {
-    for (const QString &request : {u"add:ABC"_s, u"query"_s, u"connect"_s}) {
+    for (const QString &request : {u"add"_s, u"query"_s, u"connect"_s}) {
         PluginHarness harness;
         harness.framework.setObserver([&](const standin::Traffic &) { harness.deletePlugin(); });
         play(harness, request);
@@ -311,12 +282,12 @@ void TestReentrancy::answersReachTheNextObject()
     QList<standin::SentCommand> sent;
     {
         PluginHarness harness;
-        play(harness, u"grant show:1 show:2 add:ABC delete:AB scroll:1 scroll:2 query"_s);
+        play(harness, u"grant; show 1; add; delete; scroll; query"_s);
         sent = harness.sent();
-        QCOMPARE(sent.size(), 10);
+        QCOMPARE(sent.size(), 9);
     }
     PluginHarness next;
-    play(next, u"show:1 show:2"_s);
+    play(next, u"show 1; show 2"_s);
     const auto answerAll = [&] {
         for (const standin::SentCommand &command : std::as_const(sent))
             next.answer(command, QStringList{u"x"_s}, u"-1"_s);
@@ -330,9 +301,10 @@ void TestReentrancy::keepsNothingOfSettledRequests_data()
 {
     QTest::addColumn<QString>("program");
     for (const QString &program :
-         {u"add:ABC answer:0"_s, u"delete:A"_s, u"add:"_s, u"query query answer:-1"_s,
-          u"noStations query"_s, u"show:1 scroll:1 answer:0"_s, u"show:1 scroll:1 answer:-1"_s,
-          u"refuse show:1 scroll:1"_s, u"show:1 scroll:1 close:1 answer:0"_s})
+         {u"add; answer 0"_s, u"delete"_s, u"addBookmarks([], 1, 2, '', '', '')"_s,
+          u"query; query; answer -1"_s, u"forget stations; query"_s, u"show 1; scroll; answer 0"_s,
+          u"show 1; scroll; answer -1"_s, u"refuse; show 1; scroll"_s,
+          u"show 1; scroll; close; answer 0"_s})
         QTest::newRow(qPrintable(program)) << program;
 }
 
