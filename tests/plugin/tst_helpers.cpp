@@ -91,21 +91,14 @@ private Q_SLOTS:
         const standin::SentCommand query = host.framework.sent().constFirst();
         const QVariantList records(10, QVariant(QVariantMap()));
         host.answer(query.command, QVariantMap{{u"Bookmarks"_s, records}}, query.context);
-        const QVariantList stored = host.plugin.getBookmarkList();
-        QCOMPARE(stored.size(), 10);
-
-        for (const auto &[pageSize, pageNumber, count] :
-             {std::tuple(3, 3, 1), {3, 4, 3}, {0, 0, 0}, {-5, 0, 10}}) {
+        QCOMPARE(host.plugin.getBookmarkList().size(), 10);
+        for (const auto &[pageSize, count] : {std::pair(3, 1), {0, 0}, {-5, 10}}) {
             host.plugin.setBookmarkNumberPerPage(pageSize);
-            const QVariantMap page =
-                host.plugin.getFilteredBookmarkList({{u"pageNumber"_s, pageNumber}});
+            const QVariantMap page = host.plugin.getFilteredBookmarkList({{u"pageNumber"_s, 3}});
             QCOMPARE(page.value(u"totalBookmarkNumber"_s).toInt(), 10);
             const QVariantList groups = page.value(u"bookmarkGroupList"_s).toList();
-            QCOMPARE(groups.size(), count ? 1 : 0);
             QCOMPARE(groups.value(0).toMap().value(u"bookmarkList"_s).toList().size(), count);
         }
-        QVERIFY(host.plugin.queryAllBookmarks());
-        QVERIFY(host.plugin.getBookmarkList().isEmpty());
     }
 
     void contextAddressIsNotUsedAgainAtOnce()
@@ -145,15 +138,12 @@ private Q_SLOTS:
         QVERIFY(host.plugin.children().isEmpty());
 
         host.plugin.getBookmarkModelForTimeline(u"cell"_s);
-        host.plugin.setTimelineFocusInfo(u"loc"_s, u"A"_s, u"cell"_s);
         for (int i = 0; i < 2; ++i) // even for what has been asked for before
             host.plugin.queryBookmarkForTimeline(2, 1, u"cell"_s);
         QCOMPARE(host.framework.sent().size(), 2);
-        const standin::SentCommand query = host.framework.sent().constLast();
         QCOMPARE(
-            query.payload,
-            QVariant(mapOf(uR"({"LocationID": "loc", "StartTimestamp": 2, "EndTimestamp": 1})"_s)));
-        QCOMPARE(query.relayPath, u"A"_s);
+            host.framework.sent().constLast().payload,
+            QVariant(mapOf(uR"({"LocationID": "", "StartTimestamp": 2, "EndTimestamp": 1})"_s)));
     }
 };
 

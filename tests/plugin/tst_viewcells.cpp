@@ -14,63 +14,94 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QVariantMap record(const QString &id, const QString &locationID = u"loc"_s)
-{
-    return serverRecord(id, u"1"_s, locationID, 5, 6);
-}
+constexpr int ItemIdRole = Qt::UserRole + 1;
 
-QVariant bookmarks(const QVariantList &records)
-{
-    return QVariantMap{{u"Bookmarks"_s, records}};
-}
-
-/// The harness with a model tester on every model.
+/// Plays steps like "model c; focus c A loc; show c 1 9; answer A b1 b2/elsewhere", where c is a
+/// view cell, A a station and b2/elsewhere a bookmark at another location than "loc".
 class ViewCells : public PluginHarness
 {
 public:
-    QAbstractItemModel *open(const QString &cell, const QString &relayPath = u"A"_s)
+    QString play(const QString &steps)
     {
-        focus(cell, relayPath);
-        return model(cell);
+        const QStringList list = steps.split(u"; "_s);
+        for (const QString &step : list) {
+            const QStringList words = step.split(u' ');
+            play(words.at(0), words.value(1), words.mid(2));
+        }
+        return (m_sent + emitted->take() + log.takeTexts() + rows()).join(u' ');
     }
     QAbstractItemModel *model(const QString &cell)
     {
-        auto *const model = qobject_cast<QAbstractItemModel *>(
-            call<QObject *>("getBookmarkModelForTimeline", cell));
+        QObject *const model = call<QObject *>("getBookmarkModelForTimeline", cell);
+        m_models.insert(cell, qobject_cast<QAbstractItemModel *>(model));
         if (!model->findChild<QAbstractItemModelTester *>()) {
             new QAbstractItemModelTester(
-                model, QAbstractItemModelTester::FailureReportingMode::Fatal, model);
+                m_models[cell], QAbstractItemModelTester::FailureReportingMode::Fatal, model);
         }
-        return model;
+        return m_models[cell];
     }
-    void focus(const QString &cell, const QString &relayPath, const QString &location = u"loc"_s)
+
+private:
+    static QVariantMap record(const QString &word)
     {
-        call("setTimelineFocusInfo", location, relayPath, cell);
+        const QString location = word.contains(u'/') ? word.section(u'/', 1) : u"loc"_s;
+        return serverRecord(word.section(u'/', 0, 0), u"1"_s, location, 5, 6);
     }
-    void show(const QString &cell, qint64 head, qint64 tail)
+    void play(const QString &verb, const QString &name, const QStringList &words)
     {
-        call("setTimelineBoundary", head, tail, cell);
+        QVariantList records{u"no map"_s};
+        for (const QString &word : words)
+            records.append(record(word));
+        const QVariant result = QVariantMap{{u"Bookmarks"_s, records}};
+
+        if (verb == "model"_L1)
+            model(name);
+        else if (verb == "focus"_L1)
+            call("setTimelineFocusInfo", words.value(1), words.value(0), name);
+        else if (verb == "show"_L1)
+            call("setTimelineBoundary", words.at(0).toLongLong(), words.at(1).toLongLong(), name);
+        else if (verb == "clear"_L1)
+            call("clearTimelineModel", name);
+        else if (verb == "remove"_L1)
+            call("removeTimelineModel", name);
+        else if (verb == "event"_L1)
+            plugin().EventProcessor(u"AddBookmark"_s, 0, 0, 0, records.constLast(), name);
+        else if (verb == "answer"_L1)
+            answer(m_query.command, result, name, m_query.context);
+        else if (verb == "garbage"_L1)
+            answer(m_query.command, 5, name, m_query.context);
+        else if (verb == "stranger"_L1)
+            answer(m_query.command, result, name, this);
+        else if (verb == "nobody"_L1)
+            answer(m_query.command, result, name, nullptr);
+        else if (verb == "batch"_L1)
+            answer(u"AddBookmarks"_s, records, name, m_query.context);
+        else if (verb == "fail"_L1)
+            answer(m_query.command, result, name, m_query.context, words.value(0));
+        else if (verb == "refuse"_L1)
+            framework.rules().setDefault(standin::Delivery::refused());
+        else
+            qFatal("no such step: %s", qPrintable(verb));
+
+        if (!sent().isEmpty())
+            m_query = sent().constLast();
+        m_sent += takeSent();
     }
-    /// Moves the visible range and gives what is sent for it.
-    standin::SentCommand ask(const QString &cell, qint64 head = 1, qint64 tail = 100)
+    /// Each view cell with the rows that it shows, as "c[b1 b2]".
+    QStringList rows() const
     {
-        show(cell, head, tail);
-        return onlySent();
+        QStringList rows;
+        for (auto it = m_models.cbegin(); it != m_models.cend(); ++it) {
+            if (*it)
+                rows.append(it.key() + u'[' + rowsOf(*it, ItemIdRole).join(u' ') + u']');
+        }
+        return rows;
     }
-    void announce(const QVariant &data, const QString &relayPath = u"A"_s)
-    {
-        plugin().EventProcessor(u"AddBookmark"_s, 0, 0, 0, data, relayPath);
-    }
-    /// All signals and log lines since the last call.
-    QString heard() { return (emitted->take() + log.takeTexts()).join(u" | "_s); }
+
+    QMap<QString, QPointer<QAbstractItemModel>> m_models;
+    standin::SentCommand m_query;
+    QStringList m_sent;
 };
-
-QString ids(const QAbstractItemModel *model)
-{
-    return rowsOf(model, Qt::UserRole + 1).join(u' ');
-}
-
-const char *const shown = "queryBookmarkForTimelineResponsed(true)";
 
 } // namespace
 
@@ -80,58 +111,71 @@ class TestViewCells : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void haveOneModelEach()
+    void showTheirBookmarks_data()
     {
-        ViewCells cells;
-        QAbstractItemModel *const first = cells.model(u"one"_s);
-        QCOMPARE(cells.model(u"one"_s), first);
-        QVERIFY(cells.model(u"ONE"_s) != first);
-        QVERIFY(cells.model({}) != first);
+        QTest::addColumn<QString>("steps");
+        QTest::addColumn<QString>("outcome");
 
-        // The focus may come first or last; it empties the model that is there, and no other.
-        cells.focus(u"early"_s, u"B"_s);
-        QAbstractItemModel *const early = cells.model(u"early"_s);
-        for (const bool byFocus : {true, false}) {
-            cells.announce(record(u"b"_s), u"B"_s);
-            for (const QString &cell : {u"other"_s, u"early"_s}) {
-                QCOMPARE(ids(early), u"b"_s);
-                if (byFocus)
-                    cells.focus(cell, u"B"_s);
-                else
-                    cells.call("clearTimelineModel", cell);
-            }
-            QCOMPARE(ids(early), QString());
-        }
-        QCOMPARE(cells.takeSent(), QStringList());
+        const auto row = [](const char *title, const char *steps, const char *outcome) {
+            QTest::newRow(title) << QString::fromLatin1(steps) << QString::fromLatin1(outcome);
+        };
+        row("focus first", "focus c A loc; model c; event A b", "c[b]");
+        row("focus last", "model c; focus c A loc; event A b", "c[b]");
+        row("focus empties", "model c; focus c A loc; event A b; focus c A loc", "c[]");
+        row("clear empties", "model c; focus c A loc; event A b; clear c", "c[]");
+        row("others do not", "model c; focus c A loc; event A b; focus d A loc; clear d", "c[b]");
+        row("unknown cell", "clear c; remove c; show c 1 9", "");
+        row("no model", "focus c A loc; show c 1 9; clear c; event A b", "");
+        row("no focus", "model c; show c 1 9", "Query@ c[]");
+        row("removed", "model c; focus c A loc; remove c; model c; event A b; show c 1 9",
+            "Query@ c[]");
+
+        // Of an answer only what matches the focus that the cell has by then is shown.
+        const QString ask = u"model c; model d; focus c A loc; focus d A loc; show c 1 9; "_s;
+        const auto asked = [&](const char *title, const char *steps, const char *outcome) {
+            QTest::newRow(title) << ask + QLatin1String(steps)
+                                 << u"Query@A "_s + QLatin1String(outcome);
+        };
+        asked("records of the location", "answer A b1 b2/LOC b3/ b0",
+              "responsed(true) c[b0 b1] d[]");
+        asked("another case of the station", "answer a b", "responsed(true) c[] d[]");
+        asked("moved to another station", "focus c B loc; answer A b", "responsed(true) c[] d[]");
+        asked("moved within the station", "focus c A l; answer A b", "responsed(true) c[] d[]");
+        asked("not even a map", "garbage A", "responsed(true) c[] d[]");
+        asked("an unknown context", "stranger A b; nobody A b", "c[] d[]");
+        asked("a context of another kind", "batch A b", "c[] d[]");
+        asked("answered twice", "answer A b; clear c; answer A b", "responsed(true) c[] d[]");
+        asked("removed meanwhile", "remove c; answer A b", "d[]");
+        const char *const failed = "responsed(false) "
+                                   "Tessaline::CommandProcessor, query bookmarks failed c[] d[]";
+        asked("failed", "fail A 1; answer A b", failed);
+        asked("failed with nearly a success", "fail A 00; answer A b", failed);
+        asked("failed without a code", "fail A ; answer A b", failed);
+        row("refused", "model c; focus c A loc; refuse; show c 1 9; answer A b", "!Query@A c[]");
     }
-
-    void doNothingWhenUnknown()
+    void showTheirBookmarks()
     {
+        QFETCH(const QString, steps);
+        QFETCH(const QString, outcome);
+
         ViewCells cells;
-        cells.focus(u"focused"_s, u"A"_s);
-        for (const QString &cell : {u"cell"_s, u"focused"_s}) {
-            cells.call("clearTimelineModel", cell);
-            cells.show(cell, 1, 2);
-        }
-        cells.call("removeTimelineModel", u"cell"_s);
-        QCOMPARE(cells.takeSent(), QStringList());
-        QCOMPARE(cells.plugin().children(), QObjectList());
-        QCOMPARE(cells.heard(), QString());
+        QString actual = cells.play(steps);
+        actual.replace("QueryBookmarkForTimeline@"_L1, "Query@"_L1);
+        QCOMPARE(actual.replace("queryBookmarkForTimelineResponsed("_L1, "responsed("_L1), outcome);
     }
 
     void askForWhatTheyShow()
     {
         constexpr qint64 Min = std::numeric_limits<qint64>::min();
         constexpr qint64 Max = std::numeric_limits<qint64>::max();
-        const std::tuple<QString, qint64, qint64> asked[] = {
-            {u"A"_s, 7, 7}, {u""_s, -9, 0}, {u"%2/%1"_s, Min, Max}};
-        for (const auto &[relayPath, head, tail] : asked) {
+        for (const auto &[relayPath, head, tail] :
+             {std::tuple(u"A"_s, 7LL, 7LL), {u""_s, -9LL, 0LL}, {u"%2/%1"_s, Min, Max}}) {
             ViewCells cells;
-            cells.model(u"cell"_s);
-            cells.focus(u"cell"_s, relayPath, u"%1 Ü"_s);
-            const standin::SentCommand query = cells.ask(u"cell"_s, head, tail);
-            QCOMPARE(query.command + u'@' + query.relayPath,
-                     u"QueryBookmarkForTimeline@"_s + relayPath);
+            cells.openViewCell(u"cell"_s, u"%1 Ü"_s, relayPath);
+            cells.call("setTimelineBoundary", head, tail, u"cell"_s);
+            const standin::SentCommand query = cells.onlySent();
+            QCOMPARE(query.command, u"QueryBookmarkForTimeline"_s);
+            QCOMPARE(query.relayPath, relayPath);
             QCOMPARE(query.pluginID, PluginHarness::pluginID());
             QVERIFY(query.context && !query.flag);
             QCOMPARE(describe(query.payload), describe(QVariantMap{{u"LocationID"_s, u"%1 Ü"_s},
@@ -140,112 +184,19 @@ private Q_SLOTS:
         }
     }
 
-    void showWhatMatchesTheirFocus()
-    {
-        const QVariant mixed = bookmarks({record(u"b1"_s), record(u"b2"_s, u"LOC"_s), u"no map"_s,
-                                          record(u"b3"_s, u"loc "_s), record(u"b0"_s)});
-        // What comes from which station, for which focus by then, and what of it is shown.
-        const std::tuple<QVariant, QString, QString, QString, QString> answers[] = {
-            {mixed, u"A"_s, u"A"_s, u"loc"_s, u"b0 b1"_s},
-            {mixed, u"a"_s, u"A"_s, u"loc"_s, {}},
-            {mixed, u"A"_s, u"B"_s, u"loc"_s, {}},
-            {mixed, u"A"_s, u"A"_s, u"elsewhere"_s, {}},
-            {bookmarks({}), u"A"_s, u"A"_s, u"loc"_s, {}},
-            {5, u"A"_s, u"A"_s, u"loc"_s, {}}};
-        for (const auto &[result, station, relayPath, location, rows] : answers) {
-            ViewCells cells;
-            const auto *const model = cells.open(u"cell"_s);
-            const auto *const other = cells.open(u"other"_s);
-            const standin::SentCommand query = cells.ask(u"cell"_s);
-            cells.focus(u"cell"_s, relayPath, location);
-            cells.answer(query.command, result, station, query.context);
-            QCOMPARE(ids(model), rows);
-            QCOMPARE(other->rowCount(), 0);
-            QCOMPARE(cells.heard(), QLatin1String(shown));
-        }
-    }
-
-    void ignoreAnswersThatAreNotTheirs()
+    void haveOneModelEachWhichDiesWithIt()
     {
         ViewCells cells;
-        const auto *const model = cells.open(u"cell"_s);
-        const QVariant result = bookmarks({record(u"b"_s)});
-        const standin::SentCommand query = cells.ask(u"cell"_s);
-        QString stranger = u"cell"_s;
-        for (void *context : {static_cast<void *>(nullptr), static_cast<void *>(&stranger)})
-            cells.answer(query.command, result, u"A"_s, context);
-        // A context of one kind is none of another kind.
-        cells.answer(u"AddBookmarks"_s, QVariantList{record(u"b"_s)}, u"A"_s, query.context);
-        QCOMPARE(model->rowCount(), 0);
-        QCOMPARE(cells.heard(), QString());
-
-        cells.answer(query, result);
-        QCOMPARE(ids(model), u"b"_s);
-        QCOMPARE(cells.heard(), QLatin1String(shown));
-        cells.call("clearTimelineModel", u"cell"_s);
-        cells.answer(query, result); // once more
-        QCOMPARE(model->rowCount(), 0);
-
-        const standin::SentCommand removed = cells.ask(u"cell"_s);
+        const QPointer<QAbstractItemModel> old = cells.model(u"cell"_s);
+        const QPointer<QAbstractItemModel> other = cells.model(u"CELL"_s);
+        QVERIFY(other != old);
+        QCOMPARE(cells.model(u"cell"_s), old);
         cells.call("removeTimelineModel", u"cell"_s);
-        cells.answer(removed, result);
-        QCOMPARE(cells.heard(), QString());
-        QCOMPARE(cells.plugin().children(), QObjectList());
-    }
-
-    void reportAFailedQuery()
-    {
-        ViewCells cells;
-        const auto *const model = cells.open(u"cell"_s);
-        for (const QString &code : {u"1"_s, u""_s, u"00"_s}) {
-            const standin::SentCommand query = cells.ask(u"cell"_s);
-            cells.answer(query, bookmarks({record(u"b"_s)}), code);
-            QCOMPARE(cells.heard(), u"queryBookmarkForTimelineResponsed(false) | "
-                                    "Tessaline::CommandProcessor, query bookmarks failed"_s);
-            cells.answer(query, bookmarks({record(u"b"_s)})); // its context has ended
-            QCOMPARE(model->rowCount(), 0);
-            QCOMPARE(cells.heard(), QString());
-            cells.call("clearTimelineModel", u"cell"_s);
-        }
-    }
-
-    void forgetAQueryThatWasNotSent()
-    {
-        ViewCells cells;
-        const auto *const model = cells.open(u"cell"_s);
-        cells.framework.rules().setDefault(standin::Delivery::refused());
-        cells.answer(cells.ask(u"cell"_s), bookmarks({record(u"b"_s)}));
-        QCOMPARE(model->rowCount(), 0);
-        cells.plugin().InitialPluginBase(nullptr, nullptr, nullptr);
-        cells.show(u"cell"_s, 1000, 2000); // nobody to send it through
-        QCOMPARE(cells.takeSent(), QStringList());
-        QCOMPARE(cells.heard(), QString());
-    }
-
-    void areNewAfterRemoval()
-    {
-        ViewCells cells;
-        const QPointer<QAbstractItemModel> old = cells.open(u"cell"_s);
-        const QPointer<QAbstractItemModel> kept = cells.open(u"kept"_s);
-        cells.call("removeTimelineModel", u"cell"_s);
-        QVERIFY(!old && kept);
-
-        cells.announce(record(u"b"_s));
-        QCOMPARE(cells.model(u"cell"_s)->rowCount(), 0);
-        const standin::SentCommand query = cells.ask(u"cell"_s);
-        QCOMPARE(query.relayPath, QString());
-        QCOMPARE(query.payload.toMap().value(u"LocationID"_s).toString(), QString());
-    }
-
-    void dieWithThePlugin()
-    {
-        ViewCells cells;
-        const QPointer<QAbstractItemModel> one = cells.open(u"one"_s);
-        const QPointer<QAbstractItemModel> two = cells.open(u"two"_s);
-        QCOMPARE(cells.plugin().children().size(), 2);
-        cells.ask(u"one"_s); // its context outlives the object
-        cells.deletePlugin();
-        QVERIFY(!one && !two);
+        QVERIFY(!old && other);
+        QCOMPARE(cells.plugin().children().size(), 1);
+        cells.play(u"show CELL 1 9"_s);
+        cells.deletePlugin(); // before the answer
+        QVERIFY(!other);
     }
 };
 
