@@ -12,12 +12,14 @@
 #include <iterator>
 #include <numeric>
 #include <string_view>
+#include <utility>
 
 namespace tessaline {
 
 namespace {
 
 constexpr char FieldEnd = '\xff';
+constexpr std::size_t MostColumns = 16;
 
 /// What is read of a display record, in ascending order.
 const std::array indexedKeys{&displayKey::CameraID,         &displayKey::CameraName,
@@ -74,6 +76,15 @@ bool containsText(const QVariantMap &record, const QString &text)
 
 } // namespace
 
+void BookmarkIndex::clear()
+{
+    std::map<QString, Column> columns;
+    for (const auto &column : std::as_const(m_columns))
+        columns[column.first];
+    *this = {};
+    m_columns = std::move(columns);
+}
+
 void BookmarkIndex::append(const QVariantMap &record)
 {
     const auto [cameraID, cameraName, creator, description, timeRange, relayPath, start] =
@@ -87,6 +98,9 @@ void BookmarkIndex::append(const QVariantMap &record)
     for (const QVariant *field : {cameraName, creator, description, timeRange})
         appendText(field->toString());
     m_textEnds.push_back(m_text.size());
+
+    for (auto &[key, column] : m_columns)
+        column.append(record.value(key).toString());
 }
 
 void BookmarkIndex::appendText(const QString &text)
@@ -159,12 +173,18 @@ void BookmarkIndex::Column::append(const QString &text)
     textOf.push_back(number->second);
 }
 
-/// The column of one field, brought up to the end of the list.
 const BookmarkIndex::Column &BookmarkIndex::column(const QString &key, const QVariantList &list)
 {
+    const auto known = m_columns.find(key);
+    if (known != m_columns.cend())
+        return known->second;
+    // A panel has a handful of group keys. Whoever asks for ever new ones shall not fill the
+    // memory.
+    if (m_columns.size() >= MostColumns)
+        m_columns.clear();
     Column &column = m_columns[key];
-    for (auto row = static_cast<qsizetype>(column.textOf.size()); row < list.size(); ++row)
-        column.append(list.at(row).toMap().value(key).toString());
+    for (const QVariant &record : list)
+        column.append(record.toMap().value(key).toString());
     return column;
 }
 

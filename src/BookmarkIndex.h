@@ -26,7 +26,9 @@ using Rows = std::vector<quint32>;
 class BookmarkIndex
 {
 public:
-    void clear() { *this = {}; }
+    /// Forgets all records. What was asked of the old list will be asked of the next, so its
+    /// columns are filled as that comes.
+    void clear();
 
     /// Takes in the next record of the list, which must have the keys of a display record.
     void append(const QVariantMap &record);
@@ -76,7 +78,8 @@ private:
     std::vector<std::size_t> m_textEnds; ///< by row
     bool m_hasBrokenText = false;        ///< a field has no UTF-8 form
 
-    std::map<QString, Column> m_columns; ///< by key; made when first asked for
+    std::map<QString, Column>
+        m_columns; ///< by key; made when first asked for, then kept up to date
 
     // Dates of the texts in a column, parsed in the format that was the locale's then.
     QString m_dateFormat;
