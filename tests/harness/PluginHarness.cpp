@@ -1,5 +1,6 @@
 #include "PluginHarness.h"
 
+#include "Describe.h"
 #include "PluginBase.h"
 
 #include <QtCore/QAbstractItemModel>
@@ -97,6 +98,25 @@ QStringList PluginHarness::takeSent()
     for (const standin::SentCommand &command : framework.sent())
         lines.append(textOf(command.accepted, command.command, command.relayPath));
     framework.clearSent();
+    return lines;
+}
+
+QStringList PluginHarness::describeSent() const
+{
+    QStringList lines;
+    QList<void *> contexts{nullptr};
+    const QList<standin::SentCommand> sent = framework.sent();
+    for (const standin::SentCommand &command : sent) {
+        QString line =
+            textOf(true, command.command, command.relayPath) + u' ' + describe(command.payload);
+        if (!contexts.contains(command.context))
+            contexts.append(command.context);
+        if (command.context)
+            line += u' ' + QString::number(contexts.indexOf(command.context));
+        if (command.flag || command.pluginID != pluginID() || command.hostHandle != this)
+            line += u" with odd arguments"_s;
+        lines.append(line);
+    }
     return lines;
 }
 

@@ -71,6 +71,9 @@ public:
     /// The one command sent since the last takeSent(); the test ends when there are more or none.
     standin::SentCommand onlySent();
     QList<standin::SentCommand> sent() const { return framework.sent(); }
+    /// The commands sent since the last takeSent() with payload and context, "DeleteBookmarks@A
+    /// [...] 1": no number without a context, equal numbers for equal contexts.
+    QStringList describeSent() const;
 
     /// From now on notes all that leaves the plug-in, in its order: commands as in takeSent(), log
     /// lines and signals. Takes the places of the framework's observer and of both callbacks.

@@ -125,6 +125,7 @@ void TestDispatch::readsValuesOfAnyShape_data()
     row("no switch", QVariantMap{{hours, 7}}, "7,false", false);
     row("texts", QVariantMap{{hours, u"72"_s}, {enable, u"true"_s}}, "72,true", false);
     row("no values", QVariantMap{{hours, u"many"_s}, {enable, u"False"_s}}, "0,false", false);
+    row("fractions", QVariantMap{{hours, 2.6}, {enable, 0.0}}, "3,false", false);
     row("a hash", QVariantHash{{hours, 5}, {enable, 1}}, "5,true", false);
     row("nothing", {}, "0,false", false);
     row("a list", QVariantList{72U, true}, "0,false", false);

@@ -27,6 +27,7 @@ private Q_SLOTS:
     void survivesCallsFromInside_data();
     void survivesCallsFromInside();
     void reportsABatchSentFromTheSignal();
+    void countsAnAnswerDoubledFromInsideOnce();
     void supersedesFromInside_data();
     void supersedesFromInside();
     void staysSilentOnceDeletedFromTheSendCall();
@@ -230,6 +231,22 @@ void TestReentrancy::reportsABatchSentFromTheSignal()
     };
     play(harness, u"add"_s);
     QCOMPARE(harness.emitted->take(), QStringList(3, u"addBookmarksResponsed(Camera A1)"_s));
+}
+
+void TestReentrancy::countsAnAnswerDoubledFromInsideOnce()
+{
+    PluginHarness harness;
+    WatchedTopology topology(harness);
+    play(harness, u"add"_s);
+    const auto sent = harness.sent();
+    bool doubled = false;
+    topology.onCall = [&] {
+        if (!std::exchange(doubled, true))
+            harness.answer(sent.constFirst(), {}, u"-1"_s);
+    };
+    for (const standin::SentCommand &command : sent)
+        harness.answer(command, {}, u"-1"_s);
+    QCOMPARE(harness.emitted->take(), QStringList(u"addBookmarksResponsed(Camera A1,,)"_s));
 }
 
 void TestReentrancy::supersedesFromInside_data()

@@ -34,20 +34,6 @@ QVariant callOrConnect(PluginHarness &harness, const QString &call)
     return {};
 }
 
-/// Commands as "AddBookmark@A payload", after checking what they have in common.
-QString describeSent(const PluginHarness &h)
-{
-    QStringList lines;
-    const QList<standin::SentCommand> sent = h.sent();
-    for (const standin::SentCommand &command : sent) {
-        if (command.context || command.flag || command.pluginID != PluginHarness::pluginID() ||
-            command.hostHandle != static_cast<const void *>(&h))
-            lines.append(u"with odd arguments:"_s);
-        lines.append(command.command + u'@' + command.relayPath + u' ' + describe(command.payload));
-    }
-    return lines.join(u"; ");
-}
-
 } // namespace
 
 void TestRequests::sends_data()
@@ -77,6 +63,13 @@ empty the description, leave the group | updateBookmark('b', '', null)
   | UpdateBookmark@ {BookmarkID: QString 'b', Description: QString ''} | logged
 leave the description, empty the group | updateBookmark('b', null, '')
   | UpdateBookmark@ {BookmarkID: QString 'b', Group: QString ''} | logged
+add a batch by local times
+  | addBookmarks([1], '1970/01/01 01:00:01', '1970/01/01 01:00:02', null, '', 'x')
+  | AddBookmarks@ [{CameraID: QString null, Creator: QString '', Description: QString null,
+  EndTimestamp: qlonglong 2000, Group: QString 'x', LocationID: QString null,
+  StartTimestamp: qlonglong 1000}] 1 | logged
+delete a batch
+  | deleteBookmarks([1]) | DeleteBookmarks@ [{BookmarkID: QString null}] 1 | logged
 query recent bookmarks | queryBookmarkForRecent('X', 'A', 255)
   | QueryBookmarkForRecent@A {LocationID: QString 'X', RecentCnt: int 255} |
 query for the API, cameras of any type, from the last to the first moment
@@ -108,7 +101,7 @@ void TestRequests::sends()
         harness.grantPermission();
 
     QVERIFY(callOrConnect(harness, call) != QVariant(false));
-    QCOMPARE(describeSent(harness), sent.replace(u'\'', u'"'));
+    QCOMPARE(harness.describeSent().join(u"; "), sent.replace(u'\'', u'"'));
     QCOMPARE(harness.emitted->take() + harness.log.take(), QStringList());
 }
 
@@ -152,10 +145,12 @@ no end | queryBookmarkForAPI([1], 1, 0) | invalid | failed
 a month 13 at the start | queryBookmarkForAPI([1], MONTH13, GOOD) | invalid | failed
 a month 13 at the end | queryBookmarkForAPI([1], GOOD, MONTH13) | invalid | failed
 a text that goes on | queryBookmarkForAPI([1], '2024/01/01 00:00:00 ', GOOD) | invalid | failed
+a month of one digit | queryBookmarkForAPI([1], '2024/1/01 00:00:00', GOOD) | invalid | failed
 a year of two digits | queryBookmarkForAPI([1], '24/01/01 00:00:00', GOOD) | invalid | failed
 a day that is not in that year
   | queryBookmarkForAPI([1], '2023/02/29 00:00:00', GOOD) | invalid | failed
 the epoch itself | queryBookmarkForAPI([1], '1970/01/01 01:00:00', GOOD) | invalid | failed
+an empty batch | addBookmarks([], 1, 2, 'd', 'c', 'g') | bool false |
 a batch from a month 13 | addBookmarks([1], MONTH13, GOOD, 'd', 'c', 'g') | bool false |
 a batch until a month 13 | addBookmarks([1], GOOD, MONTH13, 'd', 'c', 'g') | bool false |
 )"_s.replace(u"GOOD"_s, u"'2024/01/01 00:00:00'"_s)
