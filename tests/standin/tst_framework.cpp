@@ -215,7 +215,7 @@ void TestFramework::pluginMaySendOrGoAwayInsideADelivery()
         else
             client.plugin.reset();
     };
-    client.sendThree();
+    client.send(u"A"_s);
     QCoreApplication::processEvents();
     while (!client.framework.held().isEmpty())
         client.framework.releaseAll();
@@ -272,6 +272,7 @@ void TestFramework::copiesDeeply()
         QCOMPARE(copy.isNull(), value.isNull());
         QCOMPARE(copy.toString().isNull(), value.toString().isNull());
     }
+    QVERIFY(deepCopy(QStringList{QString()}).toStringList().constFirst().isNull());
     const QMap<QString, QVariant> map{{text, text}};
     const QVariantMap copy = deepCopy(map).toMap();
     QVERIFY(copy.firstKey().constData() != text.constData());

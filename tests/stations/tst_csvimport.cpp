@@ -93,7 +93,7 @@ void TestCsvImport::importsFiles_data()
     good("other order, case and columns", "End,x, CAMERA ,start\n2,?,1,1\n", u"A 1 1 2"_s);
     good("byte order mark, CRLF, UTF-8, no last line end",
          "\xEF\xBB\xBF"
-         "camera,start,end,event\r\n1,1,2,\xC3\xBC\r\n2,3,4,\xF0\x9F\x98\x80",
+         "\"camera\",start,end,event\r\n1,1,2,\xC3\xBC\r\n2,3,4,\xF0\x9F\x98\x80",
          u"A 1 1 2 ü, A 2 3 4 😀"_s);
     good("quotes", "camera,start,end,event\n1,1,2,\"a,\"\"b\"\"\n\r\nc\"\n2,3,4,\"\"\n",
          u"A 1 1 2 a,\"b\"\n\r\nc, A 2 3 4"_s);
@@ -160,7 +160,12 @@ void TestCsvImport::importsFiles()
 {
     QFETCH(const QByteArray, csv);
     QFETCH(const QString, complaint);
-    const CsvImport::Result result = import(csv);
+    qint64 bytes = 0;
+    const CsvImport::Result result = import(csv, [&bytes](const CsvImport::Progress &progress) {
+        bytes = progress.bytes;
+        return true;
+    });
+    QCOMPARE(bytes, result.error.isEmpty() ? csv.size() : 0);
     QTEST(stored(), "stored");
     QCOMPARE(result.error + result.messages.join(u'\n'),
              complaint.isEmpty() ? complaint : path() + complaint);
