@@ -74,7 +74,7 @@ private Q_SLOTS:
         no bounds      | {"startTimestamp": null, "endTimestamp": null}  | 1: zero
         bounds as text | {"startTimestamp": "-5", "endTimestamp": "0"}   | 2: a2 zero
         no numbers     | {"startTimestamp": [1], "endTimestamp": "late"} | 1: zero
-        description    | {"text": "abc"}                                 | 1: a1
+        description    | {"text": "abcz"}                                | 1: a1
         beyond ASCII   | {"text": "ÖSTEN"}                               | 1: odd
         creator        | {"text": "zoË"}                                 | 1: odd
         camera name    | {"text": "camera a1"}                           | 1: a1
@@ -85,6 +85,8 @@ private Q_SLOTS:
         date           | {"text": "1/1/70"}                              | 0:
         across fields  | {"text": "camera a1ann"}                        | 0:
         no pattern     | {"text": "."}                                   | 0:
+        a mark         | {"text": "?"}                                   | 0:
+        a replacement  | {"text": "\uFFFD"}                              | 0:
         number as text | {"text": 100}                                   | 1: odd
         list as text   | {"text": [1]}                                   | 5: a1 a2 direct odd zero
         node           | {"nodeID": "A/1"}                               | 1: a1
@@ -104,19 +106,23 @@ private Q_SLOTS:
         QFETCH(const QString, filter);
         QFETCH(const QString, answer);
 
-        const QMap<QString, QVariantList> records{
-            {QString(), {record(u"zero"_s, 0), record(u"direct"_s, 1000)}},
-            {u"%1"_s, {record(u"odd"_s, 2000, u"%2"_s, u"100 %1 Östen"_s, u"Zoë"_s)}},
-            {u"A"_s,
-             {record(u"a1"_s, 3000, u"1"_s, u"xABCx"_s, u"ann"_s), record(u"a2"_s, -5, u"1/2"_s)}}};
-        PluginHarness harness;
-        harness.topology.setStation({}, u"Centre"_s);
-        harness.topology.setStation(u"%1"_s, u"Odd"_s);
-        harness.call<bool>("queryAllBookmarks");
-        const auto queries = harness.sent();
-        for (const standin::SentCommand &query : queries)
-            harness.answer(query, bookmarks(records.value(query.relayPath)));
-        QCOMPARE(filtered(harness, filterOf(filter)), answer);
+        // Once more with a text that has no UTF-8 form, which is searched in another way.
+        for (const QString &note : {QString(), QString(QChar(0xd800))}) {
+            const QMap<QString, QVariantList> records{
+                {QString(), {record(u"zero"_s, 0, u"1"_s, note), record(u"direct"_s, 1000)}},
+                {u"%1"_s, {record(u"odd"_s, 2000, u"%2"_s, u"100 %1 Östen"_s, u"Zoë"_s)}},
+                {u"A"_s,
+                 {record(u"a1"_s, 3000, u"1"_s, u"xABCZx"_s, u"ann"_s),
+                  record(u"a2"_s, -5, u"1/2"_s)}}};
+            PluginHarness harness;
+            harness.topology.setStation({}, u"Centre"_s);
+            harness.topology.setStation(u"%1"_s, u"Odd"_s);
+            harness.call<bool>("queryAllBookmarks");
+            const auto queries = harness.sent();
+            for (const standin::SentCommand &query : queries)
+                harness.answer(query, bookmarks(records.value(query.relayPath)));
+            QCOMPARE(filtered(harness, filterOf(filter)), answer);
+        }
     }
 
     void areInOrderAndGrouped_data()
