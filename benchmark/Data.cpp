@@ -42,7 +42,7 @@ QVariantList serverRecords(int count)
             {u"CameraID"_s, cameraID(below(random, Cameras))},
             {u"LocationID"_s, u"location-1"_s},
             {u"StartTimestamp"_s, start},
-            {u"EndTimestamp"_s, start + 1000 * (5 + below(random, 120))},
+            {u"EndTimestamp"_s, start + qint64(1000) * (5 + below(random, 120))},
             {u"Description"_s, u"%1 %2, no. %3"_s.arg(subject, places.at(below(random, 5))).arg(i)},
             {u"Creator"_s, below(random, 3) == 0 ? u"operator"_s : u"rule engine"_s},
             {u"Group"_s, u"group %1"_s.arg(below(random, 12))},

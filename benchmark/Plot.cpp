@@ -113,8 +113,8 @@ QByteArray plot(const Report &report)
     QByteArray bytes;
     Svg svg(&bytes);
     const QStringList jobs = report.jobs();
-    const auto rows = double((jobs.size() + Columns - 1) / Columns);
-    svg.begin(Columns * Width, rows * Height + Legend);
+    const qsizetype rows = (jobs.size() + Columns - 1) / Columns;
+    svg.begin(Columns * Width, double(rows) * Height + Legend);
 
     const QStringList contestants = report.contestants();
     const auto colourOf = [](qsizetype i) {
@@ -127,7 +127,8 @@ QByteArray plot(const Report &report)
     }
 
     for (qsizetype j = 0; j < jobs.size(); ++j) {
-        svg.beginGroup(double(j % Columns) * Width, Legend + double(j / Columns) * Height);
+        const qsizetype row = j / Columns;
+        svg.beginGroup(double(j % Columns) * Width, Legend + double(row) * Height);
         svg.text({Margin, 22}, jobs.at(j));
         drawAxes(svg);
         for (qsizetype i = 0; i < contestants.size(); ++i) {

@@ -133,7 +133,7 @@ void filterByNodeID(QVariantList &list, const QString &nodeID)
 void filterByPage(QVariantList &list, int pageSize, int pageNumber)
 {
     const int pages = int(std::ceil(float(list.size()) / float(pageSize)));
-    list = list.mid(pageSize * (pageNumber >= pages ? 0 : pageNumber), pageSize);
+    list = list.mid(qsizetype(pageSize) * (pageNumber >= pages ? 0 : pageNumber), pageSize);
 }
 
 void sortByKey(QVariantList &list, const QString &key, bool ascending)
