@@ -194,13 +194,10 @@ const BookmarkIndex::Column &BookmarkIndex::column(const QString &key, const QVa
 const std::vector<QDateTime> &BookmarkIndex::parsedDates(const Column &column)
 {
     const QString format = QLocale::system().dateFormat(QLocale::ShortFormat);
-    if (format != m_dateFormat)
-        m_dates.clear();
-    m_dateFormat = format;
-    for (auto number = static_cast<qsizetype>(m_dates.size()); number < column.texts.size();
-         ++number)
-        m_dates.push_back(QDateTime::fromString(column.texts.at(number), format));
-    return m_dates;
+    std::vector<QDateTime> &dates = m_dates[format];
+    for (auto number = static_cast<qsizetype>(dates.size()); number < column.texts.size(); ++number)
+        dates.push_back(QDateTime::fromString(column.texts.at(number), format));
+    return dates;
 }
 
 /// For each text of the column its place in the order; texts that compare equal share one. Texts

@@ -81,9 +81,9 @@ private:
     std::map<QString, Column>
         m_columns; ///< by key; made when first asked for, then kept up to date
 
-    // Dates of the texts in a column, parsed in the format that was the locale's then.
-    QString m_dateFormat;
-    std::vector<QDateTime> m_dates;
+    // Dates of the texts in a column, by the format in which they were parsed: the locale's, which
+    // may change.
+    std::map<QString, std::vector<QDateTime>> m_dates;
 };
 
 } // namespace tessaline

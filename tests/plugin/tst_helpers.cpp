@@ -82,6 +82,9 @@ private Q_SLOTS:
             QCOMPARE(list.mid(qsizetype(first), qsizetype(end) - qsizetype(first)).join(u' '),
                      page);
         }
+        // More pages than can be counted.
+        QCOMPARE(tessaline::pageSlice(std::size_t(1) << 33, 1, number(u"max"_s)),
+                 tessaline::Slice(0, 1));
     }
 
     void pageSizeIsWhatWasSet()

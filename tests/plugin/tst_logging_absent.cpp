@@ -22,7 +22,7 @@ private Q_SLOTS:
     {
         QVERIFY(!LoadedPlugin::isInMemory(logLibrary));
         LoadedPlugin loaded;
-        const bool onPath = qgetenv("LD_LIBRARY_PATH").contains("logging");
+        const bool onPath = !qEnvironmentVariableIsEmpty("LD_LIBRARY_PATH");
         QCOMPARE(LoadedPlugin::isInMemory(logLibrary), onPath);
 
         // What writes a line, in each of the sources.

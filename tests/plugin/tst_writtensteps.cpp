@@ -6,6 +6,7 @@
 #include <QtCore/QTimeZone>
 #include <QtTest/QTest>
 
+#include <algorithm>
 #include <limits>
 #include <random>
 
@@ -66,7 +67,10 @@ public:
     QVariantMap record(int number, bool broken)
     {
         const qint64 start = moment();
-        const qint64 end = once(10) ? moment() : start / 2 + start / 2 + below(100'000);
+        const qint64 end =
+            once(10)
+                ? moment()
+                : std::min(start, std::numeric_limits<qint64>::max() - 100'000) + below(100'000);
         QVariantMap record =
             serverRecord(QString::number(number), QString::number(below(4)), u"l"_s, start, end,
                          text(broken), text(broken), text(broken));
