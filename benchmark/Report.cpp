@@ -66,7 +66,8 @@ QString Report::growth() const
     QString text;
     QTextStream out(&text);
     const QString own = m_contestants.constFirst();
-    for (const int size : m_bytes.keys()) {
+    for (auto bytes = m_bytes.cbegin(); bytes != m_bytes.cend(); ++bytes) {
+        const int size = bytes.key();
         if (!m_bytes.contains(2 * size))
             continue;
         out << "\nFrom " << size << " to " << 2 * size << " bookmarks:";

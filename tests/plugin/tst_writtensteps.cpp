@@ -60,7 +60,7 @@ public:
                                            std::numeric_limits<qint64>::max()};
         if (once(10))
             return of(notable);
-        const qint64 week = qint64(below(60 * 52)) - 30 * 52;
+        const qint64 week = below(3'000) - 1'500;
         return 1'770'000'000'000 + (once(2) ? week * 604'800'000 : 0) + below(2'000'000'000);
     }
 
