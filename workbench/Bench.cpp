@@ -9,6 +9,8 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QMetaMethod>
 
+#include <utility>
+
 namespace workbench {
 
 namespace {
@@ -19,7 +21,10 @@ QVariantMap describe(const StationConfig &station)
     for (const Camera &camera : station.cameras) {
         cameras.append(QVariantMap{{QStringLiteral("cameraID"), camera.cameraID},
                                    {QStringLiteral("name"), camera.name},
-                                   {QStringLiteral("key"), cameraKeyOf(station, camera)}});
+                                   {QStringLiteral("key"), cameraKeyOf(station, camera)},
+                                   {QStringLiteral("locationID"), station.locationID},
+                                   {QStringLiteral("relayPath"), station.relayPath},
+                                   {QStringLiteral("stationName"), station.name}});
     }
     return {{QStringLiteral("relayPath"), station.relayPath},
             {QStringLiteral("name"), station.name},
@@ -50,9 +55,20 @@ void Bench::noteTraffic(const standin::Traffic &traffic)
         m_asked[traffic.name].append(traffic.relayPath);
     } else if (traffic.kind == Kind::Answered) {
         --m_outstanding;
+        noteAnswer(traffic);
     }
     // Traffic is noted before the plug-in gets it, and told about afterwards.
     QMetaObject::invokeMethod(this, &Bench::trafficPassed, Qt::QueuedConnection);
+}
+
+void Bench::noteAnswer(const standin::Traffic &answer)
+{
+    if (answer.name != protocol::command::QuerySettingPermission ||
+        answer.resultCode != protocol::code::Success)
+        return;
+    const bool permission = answer.value.toBool();
+    if (permission != std::exchange(m_settingPermission, permission))
+        Q_EMIT settingPermissionChanged();
 }
 
 QVariantList Bench::stations() const

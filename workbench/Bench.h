@@ -6,6 +6,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
+#include <QtQml/qqmlregistration.h>
 
 class PluginBase;
 
@@ -22,7 +23,10 @@ class Site;
 class Bench : public QObject
 {
     Q_OBJECT
-    /// The stations: maps of relayPath, name, locationID and cameras; these of cameraID, name, key.
+    QML_ELEMENT
+    QML_UNCREATABLE("There is one bench, made by the program")
+    /// The stations: maps of relayPath, name, locationID and cameras; these of cameraID, name, key,
+    /// locationID, relayPath and stationName.
     Q_PROPERTY(QVariantList stations READ stations CONSTANT)
     /// The present, in milliseconds since the epoch.
     Q_PROPERTY(qint64 now READ now CONSTANT)
@@ -31,6 +35,8 @@ class Bench : public QObject
     /// IANA identifier that the server gives to the next who asks.
     Q_PROPERTY(QString serverTimeZone READ serverTimeZone WRITE setServerTimeZone NOTIFY
                    serverTimeZoneChanged)
+    /// Whether the server has told the client that its user may change settings.
+    Q_PROPERTY(bool settingPermission READ settingPermission NOTIFY settingPermissionChanged)
 
 public:
     /// The four parts are not owned and must outlive the bench.
@@ -44,6 +50,7 @@ public:
     int outstanding() const { return m_outstanding; }
     QString serverTimeZone() const { return m_serverTimeZone; }
     void setServerTimeZone(const QString &ianaId);
+    bool settingPermission() const { return m_settingPermission; }
 
     /// Tells the plug-in that the connection to the server is up.
     Q_INVOKABLE void connectToServer();
@@ -70,15 +77,19 @@ Q_SIGNALS:
     /// Something has passed and has been dealt with.
     void trafficPassed();
     void serverTimeZoneChanged();
+    void settingPermissionChanged();
     void finished();
 
 private:
+    void noteAnswer(const standin::Traffic &answer);
+
     PluginBase &m_plugin;
     standin::Framework &m_framework;
     Site &m_site;
     qint64 m_now;
     int m_outstanding = 0;
     QString m_serverTimeZone;
+    bool m_settingPermission = false;
     QHash<QString, QStringList> m_asked; ///< relay paths by command
 };
 

@@ -27,7 +27,8 @@ Options Options::parse(const QStringList &arguments)
                                     QStringLiteral("Load the bookmarks of a CSV <file> first. The "
                                                    "README names the columns."),
                                     QStringLiteral("file"));
-    const QCommandLineOption plugin(QStringLiteral("plugin"),
+    // Not "plugin", which Qt takes for itself.
+    const QCommandLineOption plugin(QStringLiteral("library"),
                                     QStringLiteral("Load this build of the plug-in."),
                                     QStringLiteral("file"), PluginHost::defaultPath());
     const QCommandLineOption log(QStringLiteral("log"),
@@ -36,7 +37,9 @@ Options Options::parse(const QStringList &arguments)
                                  QStringLiteral("file"));
     const QCommandLineOption verbose(QStringLiteral("verbose"),
                                      QStringLiteral("Show payloads and results."));
-    parser.addOptions({data, import, plugin, log, verbose});
+    const QCommandLineOption tour(
+        QStringLiteral("tour"), QStringLiteral("Play the tour in the terminal, without a window."));
+    parser.addOptions({data, import, plugin, log, verbose, tour});
 
     if (!parser.parse(arguments) || !parser.positionalArguments().isEmpty()) {
         const QString error = parser.positionalArguments().isEmpty()
@@ -54,6 +57,7 @@ Options Options::parse(const QStringList &arguments)
     options.pluginPath = parser.value(plugin);
     options.logFile = parser.value(log);
     options.verbose = parser.isSet(verbose);
+    options.tour = parser.isSet(tour);
     return options;
 }
 

@@ -13,6 +13,7 @@ struct Options
     QString pluginPath;
     QString logFile; ///< empty: standard error
     bool verbose = false;
+    bool tour = false; ///< the tour instead of the window
 
     /// Reads the command line. Answers --help and --version itself, and ends the program with
     /// exit code 2 on an unknown option or argument.

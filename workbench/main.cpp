@@ -10,10 +10,11 @@
 #include "logging/LogControl.h"
 #include "topology/Topology.h"
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QTemporaryDir>
+#include <QtGui/QGuiApplication>
 #include <QtQml/QQmlApplicationEngine>
 #include <QtQml/QQmlContext>
+#include <QtQuickControls2/QQuickStyle>
 
 #include <cstdio>
 
@@ -79,6 +80,17 @@ int playTour(PluginBase &plugin, QQmlApplicationEngine &engine, Bench &bench,
     return transcript.failures();
 }
 
+/// Shows the window until it is closed.
+int showWindow(PluginBase &plugin, QQmlApplicationEngine &engine, Bench &bench)
+{
+    QQuickStyle::setStyle(QStringLiteral("Fusion"));
+    engine.setInitialProperties(
+        {{QStringLiteral("plugin"), QVariant::fromValue<QObject *>(&plugin)},
+         {QStringLiteral("bench"), QVariant::fromValue<QObject *>(&bench)}});
+    engine.load(QUrl(QStringLiteral("qrc:/tessaline/Workbench/window/Main.qml")));
+    return engine.rootObjects().isEmpty() ? CannotBegin : QGuiApplication::exec();
+}
+
 int run(const Options &options)
 {
     if (!options.logFile.isEmpty() && !standin::logging::writeToFile(options.logFile))
@@ -118,14 +130,30 @@ int run(const Options &options)
 
     QQmlApplicationEngine engine;
     plugin->InitialPluginBase(engine.rootContext(), nullptr, &framework);
+    engine.addImportPath(QStringLiteral("qrc:/tessaline"));
+    const bool tour = options.tour || QGuiApplication::platformName() == QLatin1String("offscreen");
+    if (!tour)
+        return showWindow(*plugin, engine, bench);
     return playTour(*plugin, engine, bench, transcript) == 0 ? 0 : TourFailed;
+}
+
+/// Whether there is a screen to show the window on.
+bool hasDisplay()
+{
+#ifdef Q_OS_UNIX
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
+#else
+    return true;
+#endif
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication app(argc, argv);
+    if (!hasDisplay())
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("tessaline-workbench"));
     QCoreApplication::setApplicationVersion(QStringLiteral(WORKBENCH_VERSION));
     return run(Options::parse(QCoreApplication::arguments()));

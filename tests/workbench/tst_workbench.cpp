@@ -38,6 +38,8 @@ class TestWorkbench : public QObject
     }
 
 private Q_SLOTS:
+    void initTestCase() { qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder.path())); }
+
     void playsTheTour()
     {
         for (const auto &[arguments, line] : QList<QPair<QStringList, QString>>{
@@ -74,7 +76,7 @@ private Q_SLOTS:
 
         const QString text = write(u"text.so"_s, "no library");
         const QString data = m_folder.filePath(u"damaged"_s);
-        run({u"--data"_s, data, u"--plugin"_s, text});
+        run({u"--data"_s, data, u"--library"_s, text});
         const QStringList databases = QDir(data).entryList({u"*.sqlite"_s});
         for (const QString &database : databases)
             write(u"damaged/"_s + database, "garbage");
@@ -83,10 +85,10 @@ private Q_SLOTS:
                             const QString &complaint) {
             QTest::newRow(title) << arguments << complaint;
         };
-        row("no such library", {u"--plugin"_s, u"/none.so"_s},
+        row("no such library", {u"--library"_s, u"/none.so"_s},
             u"/none.so: expected a Qt plug-in"_s);
-        row("no library", {u"--plugin"_s, text}, text + ": expected a Qt plug-in"_L1);
-        row("no plug-in", {u"--plugin"_s, QStringLiteral(NO_PLUGIN_PATH)},
+        row("no library", {u"--library"_s, text}, text + ": expected a Qt plug-in"_L1);
+        row("no plug-in", {u"--library"_s, QStringLiteral(NO_PLUGIN_PATH)},
             u"expected a Qt plug-in"_s);
         row("damaged database", {u"--data"_s, data}, data + "/relay-1"_L1);
         row("no such import", {u"--import"_s, u"/none.csv"_s}, u"/none.csv"_s);

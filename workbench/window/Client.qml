@@ -1,0 +1,112 @@
+import QtQml
+import Workbench
+
+/// The client around the plug-in's object: what the window's parts share. It calls the plug-in and
+/// listens to it, and keeps nothing that the plug-in keeps.
+QtObject {
+    id: client
+
+    /// The plug-in's object, as the client offers it to QML.
+    required property var plugin
+    required property Bench bench
+
+    /// The plug-in's object again; all parts of the window call it through this one.
+    readonly property var bookmarks: plugin
+
+    /// Written into bookmarks that are added here.
+    property string userName: qsTr("operator")
+
+    /// The camera that was chosen in the tree, null for none: a map of cameraID, locationID,
+    /// relayPath, key, name and stationName.
+    property var currentCamera: null
+
+    readonly property bool settingAllowed: bench.settingPermission
+    /// Why actions that change settings are disabled; empty when they are not.
+    readonly property string lockReason: settingAllowed ? ""
+        : qsTr("The server does not allow this user to change settings.")
+
+    /// Counts the changes of the plug-in's list of all bookmarks. A page depends on it.
+    property int revision: 0
+
+    property bool querying: false ///< a query of all bookmarks has answers to come
+    property int partsReceived: 0 ///< stations that have answered it
+    property int partsExpected: 0
+
+    /// Something to tell the user, briefly.
+    signal notice(string text, bool failure)
+    /// To be shown in a view cell.
+    signal cameraWanted(var camera)
+    /// A display record to be shown in a view cell at its time.
+    signal bookmarkWanted(var record)
+    /// Timelines show bookmarks as they were before a change.
+    signal timelinesOutdated()
+
+    function refresh() {
+        partsReceived = 0;
+        partsExpected = bench.stations.length;
+        querying = bookmarks.queryAllBookmarks();
+        revision += 1;
+        if (!querying)
+            notice(qsTr("No station could be asked for its bookmarks."), true);
+    }
+
+    /// What is still to come no longer keeps the window busy; it is shown when it comes.
+    function stopWaiting() {
+        querying = false;
+    }
+
+    /// The camera with that key, as in currentCamera; null when there is none.
+    function cameraWithKey(key) {
+        for (const station of bench.stations) {
+            for (const camera of station.cameras) {
+                if (camera.key === key)
+                    return camera;
+            }
+        }
+        return null;
+    }
+
+    readonly property Timer refreshSoon: Timer {
+        interval: 0
+        onTriggered: client.refresh()
+    }
+
+    readonly property Connections answers: Connections {
+        target: client.plugin
+
+        function onQueryAllBookmarksResponsed(done) {
+            client.partsReceived += 1;
+            client.revision += 1;
+            if (done)
+                client.querying = false;
+        }
+        function onAddBookmarkResponsed(success) {
+            client.report(success, qsTr("Bookmark added."), qsTr("The bookmark was not added."));
+        }
+        function onAddBookmarksResponsed(failCamNameList) {
+            client.report(failCamNameList.length === 0, qsTr("Bookmarks added."),
+                          qsTr("Not added on: %1").arg(failCamNameList.join(", ")));
+        }
+        function onUpdateBookmarkResponsed(success) {
+            client.report(success, qsTr("Bookmark changed."), qsTr("The bookmark was not changed."));
+            client.timelinesOutdated();
+        }
+        function onDeleteBookmarkResponsed(success) {
+            client.report(success, qsTr("Bookmark deleted."), qsTr("The bookmark was not deleted."));
+        }
+        function onDeleteBookmarksResponsed(failBookmarkIdList) {
+            client.report(failBookmarkIdList.length === 0, qsTr("Bookmarks deleted."),
+                          qsTr("%1 bookmarks were not deleted.").arg(failBookmarkIdList.length));
+        }
+        function onRemoveAllBookmarksResponsed(success) {
+            client.report(success, qsTr("All bookmarks of the station removed."),
+                          qsTr("The station's bookmarks were not removed."));
+            client.timelinesOutdated();
+        }
+    }
+
+    function report(success, done, failed) {
+        notice(success ? done : failed, !success);
+        refreshSoon.restart();
+    }
+}

@@ -1,0 +1,54 @@
+pragma Singleton
+import QtQuick
+
+/// Colours and measures of the window, in a light and a dark set.
+QtObject {
+    id: theme
+
+    property bool dark: false
+
+    readonly property color window: dark ? "#1e2227" : "#f2f3f5"
+    readonly property color surface: dark ? "#272c33" : "#ffffff"
+    readonly property color raised: dark ? "#323942" : "#e7eaee"
+    readonly property color line: dark ? "#434b56" : "#c9ced6"
+    readonly property color text: dark ? "#e6e9ed" : "#1d2126"
+    readonly property color faintText: dark ? "#a3acb8" : "#5a6370"
+    readonly property color accent: dark ? "#5aa9f5" : "#1565c0"
+    readonly property color onAccent: dark ? "#10161d" : "#ffffff"
+    readonly property color selection: dark ? "#2b4a6b" : "#cfe3fa"
+    readonly property color good: dark ? "#63c37c" : "#23803d"
+    readonly property color warning: dark ? "#e6b450" : "#946200"
+    readonly property color failure: dark ? "#f07f78" : "#b3261e"
+    readonly property color mark: dark ? "#e0a83c" : "#d98a00" ///< a bookmark on a timeline
+    readonly property color playHead: dark ? "#f07f78" : "#d0342c"
+
+    readonly property int gap: 6        ///< between controls, in device-independent pixels
+    readonly property int margin: 10    ///< between panes and their content
+    readonly property int radius: 4
+    readonly property int smallText: 11 ///< in pixels, as the two below
+    readonly property int normalText: 13
+    readonly property int largeText: 16
+
+    /// For controls: handed to the window, which hands it on.
+    readonly property Palette palette: Palette {
+        window: theme.window
+        windowText: theme.text
+        base: theme.surface
+        alternateBase: theme.raised
+        text: theme.text
+        button: theme.raised
+        buttonText: theme.text
+        brightText: theme.text
+        highlight: theme.accent
+        highlightedText: theme.onAccent
+        placeholderText: theme.faintText
+        toolTipBase: theme.surface
+        toolTipText: theme.text
+        light: theme.dark ? "#3d4550" : "#ffffff"
+        midlight: theme.dark ? "#363d47" : "#f5f6f8"
+        mid: theme.line
+        dark: theme.dark ? "#14171b" : "#9aa3ae"
+        shadow: theme.dark ? "#0b0d0f" : "#5f6873"
+        link: theme.accent
+    }
+}

@@ -1,0 +1,13 @@
+import QtQuick
+import QtQuick.Controls
+import Workbench
+
+Pane {
+    id: pane
+
+    required property Client client
+
+    Label {
+        text: "CellGrid " + pane.client.revision
+    }
+}
