@@ -50,6 +50,7 @@ Bench::Bench(PluginBase &plugin, standin::Framework &framework, Site &site, QObj
 void Bench::noteTraffic(const standin::Traffic &traffic)
 {
     using Kind = standin::Traffic::Kind;
+    Q_EMIT passing(traffic);
     if (traffic.kind == Kind::Sent && traffic.accepted) {
         ++m_outstanding;
         m_asked[traffic.name].append(traffic.relayPath);
@@ -74,9 +75,9 @@ void Bench::noteAnswer(const standin::Traffic &answer)
 QVariantList Bench::stations() const
 {
     QVariantList list;
-    const auto stations = m_site.stations();
-    for (const Station *station : stations)
-        list.append(describe(station->config()));
+    const auto stations = m_site.configs();
+    for (const StationConfig &station : stations)
+        list.append(describe(station));
     return list;
 }
 

@@ -74,6 +74,8 @@ public:
     Q_INVOKABLE void finish() { Q_EMIT finished(); }
 
 Q_SIGNALS:
+    /// Something passes through the framework and has not reached its receiver yet; for C++.
+    void passing(const standin::Traffic &traffic);
     /// Something has passed and has been dealt with.
     void trafficPassed();
     void serverTimeZoneChanged();

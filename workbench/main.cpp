@@ -1,19 +1,14 @@
-#include "Bench.h"
 #include "CsvImport.h"
 #include "DemoSite.h"
+#include "Installation.h"
 #include "Options.h"
-#include "PluginBase.h"
-#include "PluginHost.h"
 #include "Site.h"
 #include "Transcript.h"
-#include "framework/Framework.h"
 #include "logging/LogControl.h"
-#include "topology/Topology.h"
 
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QGuiApplication>
 #include <QtQml/QQmlApplicationEngine>
-#include <QtQml/QQmlContext>
 #include <QtQuickControls2/QQuickStyle>
 
 #include <cstdio>
@@ -60,9 +55,9 @@ QString import(const QString &file, Site &site)
 }
 
 /// Plays the tour to its end; returns the number of checks that failed.
-int playTour(PluginBase &plugin, QQmlApplicationEngine &engine, Bench &bench,
-             Transcript &transcript)
+int playTour(Installation &installation, QQmlApplicationEngine &engine, Transcript &transcript)
 {
+    Bench &bench = installation.bench();
     QObject::connect(&engine, &QQmlApplicationEngine::objectCreationFailed, &bench, [&] {
         transcript.printCheck(false, QStringLiteral("the tour's QML can be loaded"));
         bench.finish();
@@ -70,10 +65,9 @@ int playTour(PluginBase &plugin, QQmlApplicationEngine &engine, Bench &bench,
     QObject::connect(&bench, &Bench::finished, QCoreApplication::instance(),
                      &QCoreApplication::quit, Qt::QueuedConnection);
 
-    engine.setInitialProperties(
-        {{QStringLiteral("plugin"), QVariant::fromValue<QObject *>(&plugin)},
-         {QStringLiteral("bench"), QVariant::fromValue<QObject *>(&bench)},
-         {QStringLiteral("transcript"), QVariant::fromValue<QObject *>(&transcript)}});
+    QVariantMap properties = installation.initialProperties();
+    properties.insert(QStringLiteral("transcript"), QVariant::fromValue<QObject *>(&transcript));
+    engine.setInitialProperties(properties);
     engine.load(QUrl(QStringLiteral("qrc:/tessaline/Workbench/tour/Tour.qml")));
     QCoreApplication::exec();
     transcript.printSummary();
@@ -81,12 +75,10 @@ int playTour(PluginBase &plugin, QQmlApplicationEngine &engine, Bench &bench,
 }
 
 /// Shows the window until it is closed.
-int showWindow(PluginBase &plugin, QQmlApplicationEngine &engine, Bench &bench)
+int showWindow(Installation &installation, QQmlApplicationEngine &engine)
 {
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
-    engine.setInitialProperties(
-        {{QStringLiteral("plugin"), QVariant::fromValue<QObject *>(&plugin)},
-         {QStringLiteral("bench"), QVariant::fromValue<QObject *>(&bench)}});
+    engine.setInitialProperties(installation.initialProperties());
     engine.load(QUrl(QStringLiteral("qrc:/tessaline/Workbench/window/Main.qml")));
     return engine.rootObjects().isEmpty() ? CannotBegin : QGuiApplication::exec();
 }
@@ -108,33 +100,19 @@ int run(const Options &options)
             return complain(error);
     }
 
-    PluginHost host;
-    PluginBase *const plugin = host.load(options.pluginPath, &error);
-    if (!plugin)
+    Installation installation(*site);
+    if (!installation.load(options.pluginPath, &error))
         return complain(error);
-
-    standin::Topology topology;
-    showInTopology(demoStations(), topology);
-    standin::Framework framework;
-    framework.setServer(site.get());
-    framework.addPlugin(standin::Topology::pluginID(), &topology);
-    framework.addPlugin(PluginHost::pluginID(), plugin);
-
-    Bench bench(*plugin, framework, *site);
-    bench.setServerTimeZone(QStringLiteral("Europe/Berlin"));
     Transcript transcript(stdout, options.verbose);
-    framework.setObserver([&](const standin::Traffic &traffic) {
-        transcript.printTraffic(traffic);
-        bench.noteTraffic(traffic);
-    });
+    QObject::connect(&installation.bench(), &Bench::passing, &transcript,
+                     &Transcript::printTraffic);
 
     QQmlApplicationEngine engine;
-    plugin->InitialPluginBase(engine.rootContext(), nullptr, &framework);
-    engine.addImportPath(QStringLiteral("qrc:/tessaline"));
+    installation.enter(engine);
     const bool tour = options.tour || QGuiApplication::platformName() == QLatin1String("offscreen");
     if (!tour)
-        return showWindow(*plugin, engine, bench);
-    return playTour(*plugin, engine, bench, transcript) == 0 ? 0 : TourFailed;
+        return showWindow(installation, engine);
+    return playTour(installation, engine, transcript) == 0 ? 0 : TourFailed;
 }
 
 /// Whether there is a screen to show the window on.

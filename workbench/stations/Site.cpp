@@ -118,6 +118,14 @@ QList<Station *> Site::stations() const
     return stations;
 }
 
+QList<StationConfig> Site::configs() const
+{
+    QList<StationConfig> configs;
+    for (const std::unique_ptr<Station> &station : m_stations)
+        configs.append(station->config());
+    return configs;
+}
+
 bool Site::addByOtherClient(const QString &relayPath, const Bookmark &bookmark)
 {
     const Answer answer = execute(command::AddBookmark, bookmark.toRecord(), relayPath);

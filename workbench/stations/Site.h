@@ -33,6 +33,7 @@ public:
     Station *station(const QString &relayPath) const;
     /// In the order of the configuration.
     QList<Station *> stations() const;
+    QList<StationConfig> configs() const;
 
     /// Stores a bookmark as another client of the installation does, and tells everybody. False
     /// when the station refuses it.

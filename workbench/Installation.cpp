@@ -1,0 +1,47 @@
+#include "Installation.h"
+
+#include "DemoSite.h"
+#include "PluginBase.h"
+#include "Site.h"
+
+#include <QtQml/QQmlContext>
+#include <QtQml/QQmlEngine>
+
+namespace workbench {
+
+Installation::Installation(Site &site)
+    : m_site(site)
+{
+}
+
+bool Installation::load(const QString &pluginPath, QString *error)
+{
+    m_plugin = m_host.load(pluginPath, error);
+    if (!m_plugin)
+        return false;
+
+    showInTopology(m_site.configs(), m_topology);
+    m_framework.setRecording(false); // nobody here asks what was sent
+    m_framework.setServer(&m_site);
+    m_framework.addPlugin(standin::Topology::pluginID(), &m_topology);
+    m_framework.addPlugin(PluginHost::pluginID(), m_plugin);
+    m_bench.emplace(*m_plugin, m_framework, m_site);
+    m_framework.setObserver(
+        [this](const standin::Traffic &traffic) { m_bench->noteTraffic(traffic); });
+    m_bench->setServerTimeZone(QStringLiteral("Europe/Berlin"));
+    return true;
+}
+
+void Installation::enter(QQmlEngine &engine)
+{
+    engine.addImportPath(QStringLiteral("qrc:/tessaline"));
+    m_plugin->InitialPluginBase(engine.rootContext(), nullptr, &m_framework);
+}
+
+QVariantMap Installation::initialProperties()
+{
+    return {{QStringLiteral("plugin"), QVariant::fromValue<QObject *>(m_plugin)},
+            {QStringLiteral("bench"), QVariant::fromValue<QObject *>(&*m_bench)}};
+}
+
+} // namespace workbench
