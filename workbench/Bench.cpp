@@ -45,10 +45,15 @@ Bench::Bench(PluginBase &plugin, standin::Framework &framework, Site &site, QObj
             [this](const QVariantMap &record, const QString &relayPath) {
                 m_framework.sendEvent(protocol::event::BookmarkAdded, record, relayPath);
             });
+    connect(&m_stationStates, &StationStates::changed, this, &Bench::stationStatesChanged);
+    const auto stations = m_site.stations();
+    for (const Station *station : stations)
+        m_stationStates.addStation(station->config().relayPath, station->config().name);
 }
 
 void Bench::noteTraffic(const standin::Traffic &traffic)
 {
+    m_stationStates.noteTraffic(traffic);
     using Kind = standin::Traffic::Kind;
     Q_EMIT passing(traffic);
     if (traffic.kind == Kind::Sent && traffic.accepted) {

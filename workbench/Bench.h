@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/Traffic.h"
+#include "traffic/StationStates.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QObject>
@@ -32,6 +33,11 @@ class Bench : public QObject
     Q_PROPERTY(qint64 now READ now CONSTANT)
     /// How many commands still wait for their answer.
     Q_PROPERTY(int outstanding READ outstanding NOTIFY trafficPassed)
+    /// "connected", "slow", "failing" or "disconnected" by relay path.
+    Q_PROPERTY(QVariantMap stationStates READ stationStates NOTIFY stationStatesChanged)
+    /// Names of the stations whose bookmarks are not in the list of all bookmarks: they failed to
+    /// tell them or have not answered yet.
+    Q_PROPERTY(QStringList failedStations READ failedStations NOTIFY stationStatesChanged)
     /// IANA identifier that the server gives to the next who asks.
     Q_PROPERTY(QString serverTimeZone READ serverTimeZone WRITE setServerTimeZone NOTIFY
                    serverTimeZoneChanged)
@@ -48,6 +54,8 @@ public:
     QVariantList stations() const;
     qint64 now() const { return m_now; }
     int outstanding() const { return m_outstanding; }
+    QVariantMap stationStates() const { return m_stationStates.states(); }
+    QStringList failedStations() const { return m_stationStates.failedStations(); }
     QString serverTimeZone() const { return m_serverTimeZone; }
     void setServerTimeZone(const QString &ianaId);
     bool settingPermission() const { return m_settingPermission; }
@@ -78,6 +86,7 @@ Q_SIGNALS:
     void passing(const standin::Traffic &traffic);
     /// Something has passed and has been dealt with.
     void trafficPassed();
+    void stationStatesChanged();
     void serverTimeZoneChanged();
     void settingPermissionChanged();
     void finished();
@@ -90,6 +99,7 @@ private:
     Site &m_site;
     qint64 m_now;
     int m_outstanding = 0;
+    StationStates m_stationStates;
     QString m_serverTimeZone;
     bool m_settingPermission = false;
     QHash<QString, QStringList> m_asked; ///< relay paths by command

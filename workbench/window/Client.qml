@@ -31,6 +31,8 @@ QtObject {
     property bool querying: false ///< a query of all bookmarks has answers to come
     property int partsReceived: 0 ///< stations that have answered it
     property int partsExpected: 0
+    /// Names of the stations that failed to answer it, or have not yet.
+    readonly property var failedStations: bench.failedStations
 
     /// Something to tell the user, briefly.
     signal notice(string text, bool failure)
