@@ -2,6 +2,7 @@
 
 option(TESSALINE_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
 option(TESSALINE_COVERAGE "Count executed lines and branches" OFF)
+set(TESSALINE_QT_API 0x060400 CACHE STRING "Do without what this version of Qt has deprecated")
 
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -23,7 +24,7 @@ target_compile_definitions(tessaline_settings INTERFACE
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
     QT_NO_FOREACH
     QT_STRICT_ITERATORS
-    QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+    QT_DISABLE_DEPRECATED_BEFORE=${TESSALINE_QT_API})
 
 if(MSVC)
     target_compile_options(tessaline_settings INTERFACE /W4 /permissive- /utf-8)

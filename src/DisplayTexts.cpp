@@ -110,7 +110,7 @@ qint64 DisplayTexts::offsetAt(qint64 moment)
     if (span != m_spans.cend())
         return span->offset;
 
-    const QDateTime dateTime = QDateTime::fromMSecsSinceEpoch(moment, Qt::UTC);
+    const QDateTime dateTime = QDateTime::fromMSecsSinceEpoch(moment, QTimeZone::utc());
     const qint64 offset = qint64(1000) * m_zone.offsetFromUtc(dateTime);
     if (m_zone.hasTransitions()) {
         const QDateTime before = m_zone.previousTransition(dateTime.addMSecs(1)).atUtc;

@@ -32,7 +32,8 @@ class CameraNames;
 /// empty one the server to which the client is connected.
 ///
 /// The order of signals and invokable methods, their parameter names and their spelling
-/// ("Responsed", "ForApi" beside "ForAPI") are what the client's QML is written against.
+/// ("Responsed", "ForApi" beside "ForAPI") are what the client's QML is written against. So are the
+/// names of the types: newer versions of moc pass them on as they are written here.
 class Tessaline : public PluginBase
 {
     Q_OBJECT
@@ -71,9 +72,9 @@ public:
 
 Q_SIGNALS:
     void addBookmarkResponsed(bool success);
-    void addBookmarksResponsed(QList<QString> failCamNameList);
+    void addBookmarksResponsed(QStringList failCamNameList);
     void deleteBookmarkResponsed(bool success);
-    void deleteBookmarksResponsed(QList<QString> failBookmarkIdList);
+    void deleteBookmarksResponsed(QStringList failBookmarkIdList);
     void removeAllBookmarksResponsed(bool success);
     void updateBookmarkResponsed(bool success);
     void queryBookmarkForTimelineResponsed(bool success);
@@ -94,17 +95,17 @@ public:
                                  const QString &group);
     /// One bookmark on each camera of @p targetList, a list of maps with "CameraID", "LocationID"
     /// and "relayPath"; one command for each station.
-    Q_INVOKABLE bool addBookmarks(const QList<QVariant> &targetList, qint64 startTimestamp,
+    Q_INVOKABLE bool addBookmarks(const QVariantList &targetList, qint64 startTimestamp,
                                   qint64 endTimestamp, const QString &desc, const QString &creator,
                                   const QString &group);
-    Q_INVOKABLE bool addBookmarks(const QList<QVariant> &targetList, const QString &startDateTime,
+    Q_INVOKABLE bool addBookmarks(const QVariantList &targetList, const QString &startDateTime,
                                   const QString &endDateTime, const QString &desc,
                                   const QString &creator, const QString &group);
     /// Without the setting permission: emits deleteBookmarkResponsed(false), returns false.
     Q_INVOKABLE bool deleteBookmark(const QString &bookmarkID, const QString &relayPath);
     /// @p deleteList is a list of maps with "BookmarkID" and "relayPath". Without the setting
     /// permission: emits deleteBookmarksResponsed() with all identifiers, returns true.
-    Q_INVOKABLE bool deleteBookmarks(const QList<QVariant> &deleteList);
+    Q_INVOKABLE bool deleteBookmarks(const QVariantList &deleteList);
     /// A null text leaves that field of the bookmark as it is, an empty one empties it.
     Q_INVOKABLE bool updateBookmark(const QString &bookmarkID, const QString &desc = QString(),
                                     const QString &group = QString());
@@ -115,9 +116,9 @@ public:
                                             uchar recentCnt);
     /// Asks every sub-station; supersedes a query still under way.
     Q_INVOKABLE bool queryAllBookmarks();
-    Q_INVOKABLE void queryBookmarkForAPI(const QList<QVariant> &camIdList,
+    Q_INVOKABLE void queryBookmarkForAPI(const QVariantList &camIdList,
                                          const QString &startDateTime, const QString &endDateTime);
-    Q_INVOKABLE void queryBookmarkForAPI(const QList<QVariant> &camIdList, qint64 startTimestamp,
+    Q_INVOKABLE void queryBookmarkForAPI(const QVariantList &camIdList, qint64 startTimestamp,
                                          qint64 endTimestamp);
 
     // ---- Tessaline.cpp: timeline models ----

@@ -134,10 +134,10 @@ struct Tessaline::BatchRequest
     const QString &command;
     const char *scope;
     ContextRegistry<BatchRequestContext> &contexts;
-    void (Tessaline::*responsed)(QList<QString>);
+    void (Tessaline::*responsed)(QStringList);
 };
 
-bool Tessaline::addBookmarks(const QList<QVariant> &targetList, qint64 startTimestamp,
+bool Tessaline::addBookmarks(const QVariantList &targetList, qint64 startTimestamp,
                              qint64 endTimestamp, const QString &desc, const QString &creator,
                              const QString &group)
 {
@@ -163,7 +163,7 @@ bool Tessaline::addBookmarks(const QList<QVariant> &targetList, qint64 startTime
                      batch);
 }
 
-bool Tessaline::addBookmarks(const QList<QVariant> &targetList, const QString &startDateTime,
+bool Tessaline::addBookmarks(const QVariantList &targetList, const QString &startDateTime,
                              const QString &endDateTime, const QString &desc,
                              const QString &creator, const QString &group)
 {
@@ -172,7 +172,7 @@ bool Tessaline::addBookmarks(const QList<QVariant> &targetList, const QString &s
     return start && end && addBookmarks(targetList, *start, *end, desc, creator, group);
 }
 
-bool Tessaline::deleteBookmarks(const QList<QVariant> &deleteList)
+bool Tessaline::deleteBookmarks(const QVariantList &deleteList)
 {
     auto &contexts = requestContexts().deleteBatches;
     BatchRequestContext *const batch = contexts.create();
@@ -269,7 +269,7 @@ bool Tessaline::queryAllBookmarks()
     return handedOn;
 }
 
-void Tessaline::queryBookmarkForAPI(const QList<QVariant> &camIdList, const QString &startDateTime,
+void Tessaline::queryBookmarkForAPI(const QVariantList &camIdList, const QString &startDateTime,
                                     const QString &endDateTime)
 {
     const auto start = parseDateTime(startDateTime);
@@ -280,7 +280,7 @@ void Tessaline::queryBookmarkForAPI(const QList<QVariant> &camIdList, const QStr
         Q_EMIT queryBookmarkForApiFinished(false);
 }
 
-void Tessaline::queryBookmarkForAPI(const QList<QVariant> &camIdList, qint64 startTimestamp,
+void Tessaline::queryBookmarkForAPI(const QVariantList &camIdList, qint64 startTimestamp,
                                     qint64 endTimestamp)
 {
     if (camIdList.isEmpty() || startTimestamp == 0 || endTimestamp == 0) {

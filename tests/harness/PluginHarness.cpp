@@ -92,6 +92,25 @@ QVariant PluginHarness::run(const QString &text)
     qFatal("%s can't be called so", qPrintable(text));
 }
 
+void PluginHarness::invoke(const char *name, const QList<QMetaType> &types, QMetaType resultType,
+                           const void *const *values)
+{
+    const QMetaObject *const metaObject = m_object->metaObject();
+    for (int i = metaObject->methodOffset(); i < metaObject->methodCount(); ++i) {
+        const QMetaMethod method = metaObject->method(i);
+        bool fits = method.name() == name && method.parameterCount() == types.size() &&
+                    (!resultType.sizeOf() || method.returnMetaType() == resultType);
+        for (int p = 0; fits && p < method.parameterCount(); ++p)
+            fits = method.parameterMetaType(p) == types.at(p);
+        if (fits) {
+            QMetaObject::metacall(m_object, QMetaObject::InvokeMetaMethod, i,
+                                  const_cast<void **>(values));
+            return;
+        }
+    }
+    qFatal("%s can't be called so", name);
+}
+
 QStringList PluginHarness::takeSent()
 {
     QStringList lines;

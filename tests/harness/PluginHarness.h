@@ -48,16 +48,14 @@ public:
     template <typename Result = void, typename... Arguments>
     Result call(const char *method, const Arguments &...arguments)
     {
+        const QList<QMetaType> types{QMetaType::fromType<Arguments>()...};
+        const void *values[] = {nullptr, &arguments...};
         if constexpr (std::is_void_v<Result>) {
-            if (!QMetaObject::invokeMethod(m_object, method, Qt::DirectConnection,
-                                           argument(arguments)...))
-                qFatal("%s can't be called so", method);
+            invoke(method, types, QMetaType::fromType<void>(), values);
         } else {
             Result result{};
-            if (!QMetaObject::invokeMethod(m_object, method, Qt::DirectConnection,
-                                           QReturnArgument<Result>(typeName<Result>(), result),
-                                           argument(arguments)...))
-                qFatal("%s can't be called so", method);
+            values[0] = &result;
+            invoke(method, types, QMetaType::fromType<Result>(), values);
             return result;
         }
     }
@@ -98,16 +96,9 @@ public:
                                      const QString &relayPath);
 
 private:
-    template <typename T>
-    static const char *typeName()
-    {
-        return QMetaType::fromType<T>().name();
-    }
-    template <typename T>
-    static QGenericArgument argument(const T &value)
-    {
-        return QArgument<T>(typeName<T>(), value);
-    }
+    /// By types instead of their names, which Qt versions write differently.
+    void invoke(const char *name, const QList<QMetaType> &types, QMetaType resultType,
+                const void *const *values);
 
     QPluginLoader m_loader;
     QPointer<QObject> m_object;

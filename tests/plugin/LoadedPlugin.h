@@ -9,9 +9,10 @@ class LoadedPlugin
 {
 public:
     LoadedPlugin()
-        : m_loader(QStringLiteral(TESSALINE_PLUGIN_PATH))
     {
-        m_loader.setLoadHints({}); // by default Qt never unloads a plug-in
+        // By default Qt never unloads a plug-in; once the name is set that can't be undone.
+        m_loader.setLoadHints({});
+        m_loader.setFileName(QStringLiteral(TESSALINE_PLUGIN_PATH));
         if (!m_loader.load())
             qFatal("%s", qPrintable(m_loader.errorString()));
     }

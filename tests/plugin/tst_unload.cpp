@@ -42,8 +42,8 @@ QVariantList work()
     framework.topology = &harness.topology;
     PluginBase &plugin = harness.plugin();
     plugin.InitialPluginBase(nullptr, nullptr, &framework);
-    QSignalSpy addFailures(&plugin, SIGNAL(addBookmarksResponsed(QList<QString>)));
-    QSignalSpy deleteFailures(&plugin, SIGNAL(deleteBookmarksResponsed(QList<QString>)));
+    QSignalSpy addFailures(&plugin, SIGNAL(addBookmarksResponsed(QStringList)));
+    QSignalSpy deleteFailures(&plugin, SIGNAL(deleteBookmarksResponsed(QStringList)));
 
     const QVariantList targets{
         QVariantMap{{u"CameraID"_s, u"1"_s}, {u"BookmarkID"_s, u"b"_s}, {u"relayPath"_s, u"A"_s}}};
