@@ -5,7 +5,7 @@ set -euo pipefail
 
 run=(g++ cmake ninja-build qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite
      libbenchmark-dev libsqlite3-dev
-     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
+     qml6-module-qt-labs-settings qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
      qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtquick-window
      tzdata)
 test=("${run[@]}" qml6-module-qttest)

@@ -8,6 +8,8 @@ ApplicationWindow {
 
     required property var plugin
     required property Bench bench
+    /// Whether the window begins as it was left and is kept for the next time.
+    property bool remembers: true
 
     width: 1440
     height: 860
@@ -23,41 +25,101 @@ ApplicationWindow {
         id: client
         plugin: window.plugin
         bench: window.bench
+        onNotice: (text, failure) => notice.show(text, failure)
+    }
+
+    header: WindowBar {
+        client: client
+        drawerOpen: drawer.visible
+        onAddWanted: window.addBookmark()
+        onDrawerToggled: window.toggleDrawer()
+        onHelpWanted: help.open()
     }
 
     SplitView {
+        id: columns
         anchors.fill: parent
 
         TopologyPane {
+            id: topology
             client: client
             SplitView.preferredWidth: 220
             SplitView.minimumWidth: 160
         }
         SplitView {
+            id: rows
             orientation: Qt.Vertical
             SplitView.fillWidth: true
             SplitView.minimumWidth: 360
 
             CellGrid {
+                id: cells
                 client: client
                 SplitView.fillHeight: true
                 SplitView.minimumHeight: 240
             }
             IntegratorDrawer {
+                id: drawer
                 client: client
                 visible: false
-                SplitView.preferredHeight: 280
+                SplitView.preferredHeight: 300
                 SplitView.minimumHeight: 140
             }
         }
         BookmarkPanel {
+            id: panel
             client: client
             SplitView.preferredWidth: 460
             SplitView.minimumWidth: 340
         }
     }
 
+    Notice {
+        id: notice
+        anchors { bottom: parent.bottom; horizontalCenter: parent.horizontalCenter; margins: 20 }
+    }
+
+    WindowShortcuts {
+        id: shortcuts
+        onAddWanted: window.addBookmark()
+        onRefreshWanted: client.refresh()
+        onDrawerToggled: window.toggleDrawer()
+        onHelpWanted: help.open()
+        onTreeWanted: topology.focusFilter()
+    }
+
+    HelpOverlay {
+        id: help
+        objectName: "help"
+        sections: [
+            { title: qsTr("Window"), keys: shortcuts.texts },
+            { title: qsTr("Cameras"), keys: topology.shortcuts }
+        ]
+    }
+
+    WindowMemory {
+        id: memory
+        cells: cells
+        panel: panel
+        drawer: drawer
+        splits: [columns, rows]
+    }
+
+    function addBookmark() {
+    }
+
+    function toggleDrawer() {
+        drawer.visible = !drawer.visible;
+    }
+
+    onClosing: {
+        if (remembers)
+            memory.save();
+    }
+
     Component.onCompleted: {
+        if (remembers)
+            memory.restore();
         bench.connectToServer();
         client.refresh();
     }

@@ -10,4 +10,11 @@ Pane {
     Label {
         text: "CellGrid " + pane.client.revision
     }
+
+    function saveState() {
+        return {};
+    }
+
+    function restoreState(state) {
+    }
 }

@@ -1,0 +1,44 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Workbench
+
+/// The keys of one part of the window.
+ColumnLayout {
+    id: section
+
+    required property string title
+    required property var keys ///< list of ShortcutText
+
+    spacing: 3
+
+    Label {
+        text: section.title
+        font.bold: true
+        Layout.topMargin: Theme.gap
+    }
+    Repeater {
+        model: section.keys
+
+        RowLayout {
+            id: line
+
+            required property var modelData
+
+            Label {
+                text: line.modelData.keys
+                color: Theme.accent
+                font.pixelSize: Theme.smallText
+                wrapMode: Text.Wrap
+                Layout.preferredWidth: 130
+            }
+            Label {
+                text: line.modelData.what
+                font.pixelSize: Theme.smallText
+                wrapMode: Text.Wrap
+                Layout.fillWidth: true
+            }
+        }
+    }
+}

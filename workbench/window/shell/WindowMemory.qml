@@ -1,0 +1,49 @@
+import QtQuick
+import Qt.labs.settings
+import Workbench
+
+/// What the window keeps between two runs.
+Item {
+    id: memory
+
+    required property CellGrid cells
+    required property BookmarkPanel panel
+    required property IntegratorDrawer drawer
+    required property var splits ///< list of SplitView
+
+    function restore() {
+        Theme.dark = settings.dark;
+        drawer.visible = settings.drawer;
+        splits.forEach((split, i) => {
+            if (settings.splits[i])
+                split.restoreState(settings.splits[i]);
+        });
+        restorePart(cells, settings.cells);
+        restorePart(panel, settings.panel);
+    }
+
+    function restorePart(part, text) {
+        if (text !== "")
+            part.restoreState(JSON.parse(text));
+    }
+
+    function save() {
+        settings.dark = Theme.dark;
+        settings.drawer = drawer.visible;
+        settings.splits = splits.map(split => split.saveState());
+        settings.cells = JSON.stringify(cells.saveState());
+        settings.panel = JSON.stringify(panel.saveState());
+        settings.sync();
+    }
+
+    Settings {
+        id: settings
+        category: "window"
+
+        property bool dark: false
+        property bool drawer: false
+        property var splits: []
+        property string cells: ""
+        property string panel: ""
+    }
+}
