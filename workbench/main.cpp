@@ -132,6 +132,7 @@ int main(int argc, char *argv[])
     if (!hasDisplay())
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("Tessaline"));
     QCoreApplication::setApplicationName(QStringLiteral("tessaline-workbench"));
     QCoreApplication::setApplicationVersion(QStringLiteral(WORKBENCH_VERSION));
     return run(Options::parse(QCoreApplication::arguments()));
