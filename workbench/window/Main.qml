@@ -83,6 +83,7 @@ ApplicationWindow {
         id: shortcuts
         onAddWanted: window.addBookmark()
         onRefreshWanted: client.refresh()
+        onSearchWanted: panel.focusSearch()
         onDrawerToggled: window.toggleDrawer()
         onHelpWanted: help.open()
         onTreeWanted: topology.focusFilter()
@@ -93,7 +94,8 @@ ApplicationWindow {
         objectName: "help"
         sections: [
             { title: qsTr("Window"), keys: shortcuts.texts },
-            { title: qsTr("Cameras"), keys: topology.shortcuts }
+            { title: qsTr("Cameras"), keys: topology.shortcuts },
+            { title: qsTr("Bookmarks"), keys: panel.shortcuts }
         ]
     }
 

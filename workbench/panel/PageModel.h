@@ -1,0 +1,62 @@
+#pragma once
+
+#include "RecordSelection.h"
+
+#include <QtCore/QAbstractListModel>
+#include <QtQml/qqmlregistration.h>
+
+namespace workbench {
+
+/// One page of bookmarks as rows of a list. A new page is written over the old one, so that the
+/// view keeps its place and its delegates.
+class PageModel : public QAbstractListModel
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+    /// Tells which rows are selected; not owned.
+    Q_PROPERTY(workbench::RecordSelection *selection READ selection WRITE setSelection REQUIRED)
+
+public:
+    enum Role {
+        RecordRole = Qt::UserRole, ///< the display record
+        SelectedRole,
+        SectionTitleRole, ///< the title of the row's group
+        SectionCountRole, ///< rows in the group on this page at its first row, 0 elsewhere
+    };
+
+    using QAbstractListModel::QAbstractListModel;
+
+    int count() const { return static_cast<int>(m_rows.size()); }
+    RecordSelection *selection() const { return m_selection; }
+    void setSelection(RecordSelection *selection);
+
+    /// Shows a page: the plug-in's bookmarkGroupList.
+    Q_INVOKABLE void setGroups(const QVariantList &groups);
+
+    /// The record of a row; empty for a row that does not exist.
+    Q_INVOKABLE QVariantMap recordAt(int row) const;
+    /// The records from one row to another, both included, in any order.
+    Q_INVOKABLE QVariantList recordsBetween(int first, int last) const;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void countChanged();
+
+private:
+    struct Row
+    {
+        QVariantMap record;
+        QString title;
+        int sectionCount = 0;
+    };
+    void noteSelection();
+
+    QList<Row> m_rows;
+    RecordSelection *m_selection = nullptr;
+};
+
+} // namespace workbench

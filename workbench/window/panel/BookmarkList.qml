@@ -1,0 +1,95 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Controls
+import Workbench
+
+/// The rows of the page, chosen by mouse and keys as in a file list.
+ListView {
+    id: list
+
+    required property PageModel page
+    required property RecordSelection selection
+    required property bool byDate ///< grouped by date: rows need not repeat it
+
+    property int anchor: 0 ///< where a range of rows began
+
+    signal showWanted(var record)
+    signal editWanted(var records)
+    signal deleteWanted(var records)
+
+    model: page
+    clip: true
+    activeFocusOnTab: true
+    keyNavigationEnabled: false
+    boundsBehavior: Flickable.StopAtBounds
+    cacheBuffer: 200
+    reuseItems: true
+    Accessible.role: Accessible.List
+    Accessible.name: qsTr("Bookmarks")
+    ScrollBar.vertical: ScrollBar {}
+    delegate: BookmarkRow {
+        byDate: list.byDate
+        focused: list.activeFocus
+        onPressed: modifiers => list.press(index, modifiers)
+        onShowWanted: list.show(index)
+    }
+
+    function show(row) {
+        if (row >= 0 && row < count)
+            showWanted(page.recordAt(row));
+    }
+
+    function press(row, modifiers) {
+        forceActiveFocus(Qt.MouseFocusReason);
+        moveTo(row, modifiers & Qt.ShiftModifier, modifiers & Qt.ControlModifier);
+        if (modifiers & Qt.ControlModifier)
+            selection.toggle(page.recordAt(row));
+        else if (!(modifiers & Qt.ShiftModifier))
+            selection.setRecords([page.recordAt(row)]);
+    }
+
+    /// Makes a row the current one; @p extending: selects from the anchor to it.
+    function moveTo(row, extending, adds) {
+        currentIndex = Math.min(Math.max(row, 0), count - 1);
+        if (!extending)
+            anchor = currentIndex;
+        else if (adds)
+            selection.add(page.recordsBetween(anchor, currentIndex));
+        else
+            selection.setRecords(page.recordsBetween(anchor, currentIndex));
+    }
+
+    /// What an action is for: the selected bookmarks, or else the current one.
+    function targets() {
+        return selection.count > 0 ? selection.records()
+                                   : page.recordsBetween(currentIndex, currentIndex);
+    }
+
+    readonly property int rowsInView: Math.max(1, Math.floor(height / 50))
+    readonly property var steps: new Map([
+        [Qt.Key_Up, -1], [Qt.Key_Down, 1], [Qt.Key_PageUp, -rowsInView],
+        [Qt.Key_PageDown, rowsInView], [Qt.Key_Home, -count], [Qt.Key_End, count]
+    ])
+
+    Keys.onPressed: event => {
+        const shift = event.modifiers & Qt.ShiftModifier;
+        const control = event.modifiers & Qt.ControlModifier;
+        event.accepted = true;
+        if (steps.has(event.key) && !control)
+            moveTo(currentIndex + steps.get(event.key), shift, false);
+        else if (event.key === Qt.Key_A && control)
+            selection.add(page.recordsBetween(0, count - 1));
+        else if (event.key === Qt.Key_Space && count > 0)
+            selection.toggle(page.recordAt(currentIndex));
+        else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
+            show(currentIndex);
+        else if (event.key === Qt.Key_F2 && targets().length > 0)
+            editWanted(targets());
+        else if (event.key === Qt.Key_Delete && targets().length > 0)
+            deleteWanted(targets());
+        else if (event.key === Qt.Key_Escape && selection.count > 0)
+            selection.clear();
+        else
+            event.accepted = false;
+    }
+}

@@ -1,0 +1,82 @@
+import QtQuick
+import Workbench
+
+/// Asks the plug-in for the page that the panel shows, again whenever something changes that it
+/// depends on, but once a frame at most.
+FrameUpdate {
+    id: query
+
+    required property Client client
+    required property BookmarkFilter filter
+    required property PageModel model
+
+    readonly property int pageSize: 50 ///< fixed by the plug-in
+    property int pageNumber: 0         ///< what the user wants to see
+    property int shownPage: 0
+    property int total: 0
+    property bool anyBookmarks: false  ///< whether there are bookmarks when nothing is left out
+    readonly property int pageCount: Math.max(1, Math.ceil(total / pageSize))
+    readonly property int firstShown: total === 0 ? 0 : shownPage * pageSize + 1
+    readonly property int lastShown: Math.min(total, (shownPage + 1) * pageSize)
+
+    /// The page is not what it was before, but another one.
+    signal turned()
+
+    function goTo(page) {
+        pageNumber = Math.min(Math.max(page, 0), pageCount - 1);
+    }
+
+    onPageNumberChanged: {
+        patience.stop();
+        request();
+        turned();
+    }
+    onDue: {
+        if (!patience.running)
+            load();
+    }
+
+    function load() {
+        const page = client.bookmarks.getFilteredBookmarkList(filter.pageWanted(pageNumber));
+        total = page.totalBookmarkNumber;
+        anyBookmarks = total > 0 || client.bookmarks.getFilteredBookmarkList(filter.anything())
+            .totalBookmarkNumber > 0;
+        model.setGroups(page.bookmarkGroupList);
+        shownPage = pageNumber < pageCount ? pageNumber : 0; // as the plug-in does
+        if (!client.querying)
+            pageNumber = Math.min(pageNumber, pageCount - 1);
+    }
+
+    Connections {
+        target: query.filter
+        function onCriteriaChanged() {
+            patience.stop();
+            query.pageNumber = 0;
+            query.request();
+            query.turned();
+        }
+    }
+    Connections {
+        target: query.client
+        function onRevisionChanged() {
+            query.request();
+        }
+        function onQueryingChanged() {
+            if (query.client.querying && query.total > 0)
+                patience.restart();
+            else
+                patience.stop();
+            query.request();
+        }
+    }
+
+    // A query empties the plug-in's list. The old page stays for the moment that the answers
+    // usually take, so that a refresh neither flickers nor loses its place.
+    Timer {
+        id: patience
+        interval: 400
+        onTriggered: query.request()
+    }
+
+    Component.onCompleted: request()
+}
