@@ -63,8 +63,7 @@ double bytesOfColumns(int size)
     }
     const auto before = mallinfo2();
     tessaline::BookmarkIndex index;
-    for (const QVariant &record : std::as_const(list))
-        index.append(record.toMap());
+    index.append(list);
     for (const QString &key : {u"displayDate"_s, u"cameraName"_s}) {
         tessaline::Rows rows(1);
         index.sort(rows, key, true, {0, 1}, list);

@@ -78,11 +78,34 @@ bool containsText(const QVariantMap &record, const QString &text)
 
 void BookmarkIndex::clear()
 {
-    std::map<QString, Column> columns;
-    for (const auto &column : std::as_const(m_columns))
-        columns[column.first];
+    std::map<QString, Column> columns = std::move(m_columns);
+    for (auto &[key, column] : columns)
+        column = {};
     *this = {};
     m_columns = std::move(columns);
+}
+
+void BookmarkIndex::append(const QVariantList &records)
+{
+    const std::size_t known = m_starts.size();
+    try {
+        for (const QVariant &record : records)
+            append(record.toMap());
+    } catch (...) {
+        truncate(known);
+        throw;
+    }
+}
+
+// Texts and cameras that have got a number keep it; that no row has it does no harm.
+void BookmarkIndex::truncate(std::size_t count)
+{
+    m_text.resize(textStart(static_cast<quint32>(count)));
+    m_starts.resize(count);
+    m_cameras.resize(count);
+    m_textEnds.resize(count);
+    for (auto &[key, column] : m_columns)
+        column.textOf.resize(count);
 }
 
 void BookmarkIndex::append(const QVariantMap &record)
@@ -166,10 +189,12 @@ void BookmarkIndex::keepText(Rows &rows, const QString &text, const QVariantList
 
 void BookmarkIndex::Column::append(const QString &text)
 {
-    const auto nextNumber = static_cast<quint32>(texts.size());
-    const auto [number, isNew] = numbers.try_emplace(text, nextNumber);
-    if (isNew)
-        texts.append(text);
+    auto number = numbers.find(text);
+    if (number == numbers.end()) {
+        const auto nextNumber = static_cast<quint32>(texts.size());
+        texts.append(text); // first: a number without a text would be given to the next text too
+        number = numbers.emplace(text, nextNumber).first;
+    }
     textOf.push_back(number->second);
 }
 
@@ -182,10 +207,10 @@ const BookmarkIndex::Column &BookmarkIndex::column(const QString &key, const QVa
     // memory.
     if (m_columns.size() >= MostColumns)
         m_columns.clear();
-    Column &column = m_columns[key];
+    Column column;
     for (const QVariant &record : list)
         column.append(record.toMap().value(key).toString());
-    return column;
+    return m_columns.emplace(key, std::move(column)).first->second;
 }
 
 /// The texts of a column of dates as dates. A locale whose short format has two-digit years gets

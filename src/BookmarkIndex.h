@@ -30,8 +30,12 @@ public:
     /// columns are filled as that comes.
     void clear();
 
-    /// Takes in the next record of the list, which must have the keys of a display record.
-    void append(const QVariantMap &record);
+    /// Takes in the next records of the list, which must have the keys of a display record: all of
+    /// them or, when that throws, none.
+    void append(const QVariantList &records);
+
+    /// Forgets all but the first @p count records. Takes no memory.
+    void truncate(std::size_t count);
 
     /// The records that start between two moments, both included.
     Rows startingBetween(qint64 first, qint64 last) const;
@@ -60,6 +64,7 @@ private:
         void append(const QString &text);
     };
 
+    void append(const QVariantMap &record);
     void appendText(const QString &text);
     std::size_t textStart(quint32 row) const;
     const Column &column(const QString &key, const QVariantList &list);

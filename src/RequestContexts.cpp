@@ -7,10 +7,11 @@ std::optional<QList<QString>> settleBatch(ContextRegistry<BatchRequestContext> &
                                           const QList<QString> &failed)
 {
     BatchRequestContext *const batch = batches.find(context);
-    if (!batch || batch->pendingByTarget.remove(relayPath) == 0)
+    if (!batch || batch->pendingByTarget.count(relayPath) == 0)
         return std::nullopt;
-    batch->failedList.append(failed);
-    if (!batch->pendingByTarget.isEmpty())
+    batch->failedList.append(failed); // the one step that may throw comes first
+    batch->pendingByTarget.erase(relayPath);
+    if (!batch->pendingByTarget.empty())
         return std::nullopt;
     return batches.take(context)->failedList;
 }

@@ -1,13 +1,13 @@
 #pragma once
 
 #include <QtCore/QList>
-#include <QtCore/QMap>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <new>
 #include <optional>
@@ -17,18 +17,29 @@
 
 namespace tessaline {
 
+// What an answer takes out of a context leaves containers that need no memory for it, so that an
+// answer is either noted as a whole or not at all.
+
 /// Travels with every command of one batch and gathers what failed.
 struct BatchRequestContext
 {
-    QList<QString> failedList;                   ///< camera names or bookmark IDs
-    QMap<QString, QVariantList> pendingByTarget; ///< what each station not yet heard of was sent
+    QList<QString> failedList; ///< camera names or bookmark IDs
+    std::map<QString, QVariantList>
+        pendingByTarget; ///< what each station not yet heard of was sent
 };
 
 /// Travels with every command of one query of all bookmarks.
 struct QueryAllRequestContext
 {
-    QList<QString> pendingStations; ///< relay paths of the stations not yet heard of
-    quint64 generation = 0;         ///< number of the query; a newer one supersedes it
+    std::vector<QString> pendingStations; ///< relay paths of the stations not yet heard of
+    quint64 generation = 0;               ///< number of the query; a newer one supersedes it
+
+    void noteAnswer(const QString &relayPath)
+    {
+        const auto station = std::find(pendingStations.cbegin(), pendingStations.cend(), relayPath);
+        if (station != pendingStations.cend())
+            pendingStations.erase(station);
+    }
 };
 
 /// Owns the request contexts of one kind of command while answers are outstanding.
@@ -39,14 +50,16 @@ template <typename Context>
 class ContextRegistry
 {
 public:
-    /// A new context, or null when memory is short.
-    Context *create() noexcept
+    /// A new context with this content, or null when memory is short.
+    Context *create(Context content) noexcept
     {
         try {
             std::unique_ptr<Context> context = allocateAtFreshAddress();
             Context *const pointer = context.get();
-            if (pointer)
+            if (pointer) {
                 m_outstanding.emplace(pointer, std::move(context));
+                *pointer = std::move(content);
+            }
             return pointer;
         } catch (const std::bad_alloc &) {
             return nullptr;

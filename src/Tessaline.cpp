@@ -2,6 +2,7 @@
 
 #include "CameraNames.h"
 #include "FrameworkWrapperBase.h"
+#include "Guard.h"
 #include "Log.h"
 #include "Names.h"
 #include "RequestContexts.h"
@@ -14,6 +15,7 @@
 #include <iterator>
 #include <memory>
 #include <utility>
+#include <vector>
 
 using namespace tessaline;
 
@@ -31,26 +33,32 @@ bool Tessaline::InitialPluginBase(QQmlContext *context, void *hostHandle,
 
 bool Tessaline::Init(QQmlContext *)
 {
-    m_queryAllGeneration = 0;
-    m_serverTimeZone = QTimeZone(QTimeZone::systemTimeZoneId());
-    m_hasSettingPermission = false;
-    return true;
+    return guarded("Tessaline::Init", [&] {
+        m_serverTimeZone = QTimeZone(QTimeZone::systemTimeZoneId());
+        m_queryAllGeneration = 0;
+        m_hasSettingPermission = false;
+        return true;
+    });
 }
 
 void Tessaline::PluginServerConnected()
 {
     // What the previous connection told stays in force until the answers come.
-    const QPointer<Tessaline> self(this);
-    sendCommand(command::QuerySevTimezone, QVariant(), nullptr, QString());
-    if (self)
-        sendCommand(command::QuerySettingPermission, QVariant(), nullptr, QString());
+    guarded("Tessaline::PluginServerConnected", [&] {
+        const QPointer<Tessaline> self(this);
+        sendCommand(command::QuerySevTimezone, QVariant(), nullptr, QString());
+        if (self)
+            sendCommand(command::QuerySettingPermission, QVariant(), nullptr, QString());
+    });
 }
 
 void Tessaline::EventProcessor(QString eventName, qint64, int, int, QVariant data,
                                const QString &relayPath)
 {
-    if (eventName == event::AddBookmark)
-        addBookmarkToTimelineModel(data.toMap(), relayPath);
+    guarded("Tessaline::EventProcessor", [&] {
+        if (eventName == event::AddBookmark)
+            addBookmarkToTimelineModel(data.toMap(), relayPath);
+    });
 }
 
 void Tessaline::EventProcessorEx(QString, ConfigBase *, qint64, int, int, QVariant, const QString &)
@@ -143,18 +151,20 @@ const Tessaline::AnswerRule *Tessaline::answerRule(const QString &command)
 void Tessaline::CommandProcessor(QString command, QVariant result, void *context,
                                  QString resultCode, QString, bool, const QString &relayPath)
 {
-    const AnswerRule *const rule = answerRule(command);
-    if (!rule)
-        return;
-    if (!rule->failureFormat || isSuccess(resultCode)) {
-        rule->handle(*this, {result, context, resultCode, relayPath});
-        return;
-    }
+    guarded("Tessaline::CommandProcessor", [&] {
+        const AnswerRule *const rule = answerRule(command);
+        if (!rule)
+            return;
+        if (!rule->failureFormat || isSuccess(resultCode)) {
+            rule->handle(*this, {result, context, resultCode, relayPath});
+            return;
+        }
 
-    if (rule->command == &command::QueryBookmarkForTimeline)
-        requestContexts().timelineQueries.take(context); // no handler will
-    LOG_ERROR(rule->failureFormat, "Tessaline::CommandProcessor", qPrintable(resultCode));
-    Q_EMIT(this->*rule->responsed)(false);
+        LOG_ERROR(rule->failureFormat, "Tessaline::CommandProcessor", qPrintable(resultCode));
+        if (rule->command == &command::QueryBookmarkForTimeline)
+            requestContexts().timelineQueries.take(context); // no handler will
+        Q_EMIT(this->*rule->responsed)(false);
+    });
 }
 
 void Tessaline::CommandProcessorEx(QString, ConfigBase *, QVariant, void *, QString, QString, bool,
@@ -180,6 +190,8 @@ QSharedPointer<TimeShiftBufferModel> Tessaline::CreateTimelineModel(const QStrin
 {
     try {
         QHash<int, QByteArray> roleNames = TimeShiftBufferModel::defaultRoleHash();
+        // A hash that runs out of memory while it grows loses what it holds.
+        roleNames.reserve(roleNames.size() + timelineRoleNames.size());
         for (const auto &[role, roleName] : std::as_const(timelineRoleNames))
             roleNames.insert(role, roleName);
 
@@ -193,9 +205,11 @@ QSharedPointer<TimeShiftBufferModel> Tessaline::CreateTimelineModel(const QStrin
 
         connect(model.data(), &TimeShiftBufferModel::needItems, model.data(),
                 [this, viewCellUID](qint64 start, qint64 end) {
-                    const TimelineFocus focus = m_timelineFocusInfo[viewCellUID];
-                    queryBookmarkForTimeline(focus.locationID, focus.relayPath, start, end,
-                                             viewCellUID);
+                    guarded("Tessaline::queryBookmarkForTimeline", [&] {
+                        const TimelineFocus focus = m_timelineFocusInfo[viewCellUID];
+                        queryBookmarkForTimeline(focus.locationID, focus.relayPath, start, end,
+                                                 viewCellUID);
+                    });
                 });
         return model;
     } catch (...) {
@@ -206,39 +220,49 @@ QSharedPointer<TimeShiftBufferModel> Tessaline::CreateTimelineModel(const QStrin
 
 QObject *Tessaline::getBookmarkModelForTimeline(const QString &viewCellUID)
 {
-    QSharedPointer<TimeShiftBufferModel> &model = m_timelineModels[viewCellUID];
-    if (!model)
-        model = CreateTimelineModel(viewCellUID);
-    return model ? model->getModel() : nullptr;
+    return guarded("Tessaline::getBookmarkModelForTimeline", [&] {
+        QSharedPointer<TimeShiftBufferModel> &model = m_timelineModels[viewCellUID];
+        if (!model)
+            model = CreateTimelineModel(viewCellUID);
+        return model ? model->getModel() : nullptr;
+    });
 }
 
 void Tessaline::clearTimelineModel(const QString &viewCellUID)
 {
-    if (const auto model = m_timelineModels.value(viewCellUID))
-        model->clear();
+    guarded("Tessaline::clearTimelineModel", [&] {
+        if (const auto model = m_timelineModels.value(viewCellUID))
+            model->clear();
+    });
 }
 
 void Tessaline::removeTimelineModel(const QString &viewCellUID)
 {
     // Out of the maps first: whoever watches the model die may ask for the view cell again.
-    const auto model = m_timelineModels.take(viewCellUID);
-    m_timelineFocusInfo.remove(viewCellUID);
+    guarded("Tessaline::removeTimelineModel", [&] {
+        const auto model = m_timelineModels.take(viewCellUID);
+        m_timelineFocusInfo.remove(viewCellUID);
+    });
 }
 
 void Tessaline::setTimelineFocusInfo(const QString &locationID, const QString &relayPath,
                                      const QString &viewCellUID)
 {
-    const QPointer<Tessaline> self(this);
-    clearTimelineModel(viewCellUID); // items of the old location must not stay
-    if (self)
-        m_timelineFocusInfo.insert(viewCellUID, {locationID, relayPath});
+    guarded("Tessaline::setTimelineFocusInfo", [&] {
+        const QPointer<Tessaline> self(this);
+        clearTimelineModel(viewCellUID); // items of the old location must not stay
+        if (self)
+            m_timelineFocusInfo.insert(viewCellUID, {locationID, relayPath});
+    });
 }
 
 void Tessaline::setTimelineBoundary(qint64 headBoundTs, qint64 tailBoundTs,
                                     const QString &viewCellUID)
 {
-    if (const auto model = m_timelineModels.value(viewCellUID))
-        model->setBoundary(headBoundTs, tailBoundTs, -1, 0);
+    guarded("Tessaline::setTimelineBoundary", [&] {
+        if (const auto model = m_timelineModels.value(viewCellUID))
+            model->setBoundary(headBoundTs, tailBoundTs, -1, 0);
+    });
 }
 
 void Tessaline::queryBookmarkForTimeline(qint64 start, qint64 end, const QString &viewCellUID)
@@ -272,11 +296,24 @@ bool Tessaline::addBookmarkToViewCell(const QString &viewCellUID, const QVariant
     const auto model = m_timelineModels.value(viewCellUID);
     if (!model)
         return false;
-    QStandardItem *const item = CreateBookmarkModelItem(record, camNames, texts);
-    if (!item)
+    std::vector<std::unique_ptr<QStandardItem>> items;
+    items.push_back(CreateBookmarkModelItem(record, camNames, texts));
+    if (!items.back())
         return false;
-    model->refillItems({item});
+    refill(*model, std::move(items));
     return true;
+}
+
+/// Hands items over to a model, which owns them from then on.
+void Tessaline::refill(TimeShiftBufferModel &model,
+                       std::vector<std::unique_ptr<QStandardItem>> items)
+{
+    QList<QStandardItem *> list;
+    for (const auto &item : items)
+        list.append(item.get());
+    for (auto &item : items)
+        static_cast<void>(item.release()); // only now, as the list may have thrown
+    model.refillItems(list);
 }
 
 void Tessaline::removeBookmarksFromTimelineModels(const QList<QString> &bookmarkIDs)

@@ -12,7 +12,9 @@
 #include <QtCore/QTimeZone>
 #include <QtCore/QVariant>
 
+#include <memory>
 #include <optional>
+#include <vector>
 
 class FrameworkWrapperBase;
 class QStandardItem;
@@ -20,6 +22,7 @@ class TimeShiftBufferModel;
 
 namespace tessaline {
 class CameraNames;
+struct BatchRequestContext;
 } // namespace tessaline
 
 /// The plug-in's one object: video bookmarks for the client.
@@ -173,6 +176,8 @@ private:
     /// Puts a new bookmark into every view cell that shows its location. False when one of them
     /// has no model or the item could not be made.
     bool addBookmarkToTimelineModel(const QVariantMap &record, const QString &relayPath);
+    static void refill(TimeShiftBufferModel &model,
+                       std::vector<std::unique_ptr<QStandardItem>> items);
     bool addBookmarkToViewCell(const QString &viewCellUID, const QVariantMap &record,
                                tessaline::CameraNames &camNames, tessaline::DisplayTexts &texts);
     void removeBookmarksFromTimelineModels(const QList<QString> &bookmarkIDs);
@@ -183,10 +188,10 @@ private:
     static QVariantMap CreateBookmarkItem(const QVariantMap &record,
                                           tessaline::CameraNames &camNames,
                                           tessaline::DisplayTexts &texts);
-    /// The record as an item of a timeline, owned by the caller; null when memory is short.
-    static QStandardItem *CreateBookmarkModelItem(const QVariantMap &record,
-                                                  tessaline::CameraNames &camNames,
-                                                  tessaline::DisplayTexts &texts);
+    /// The record as an item of a timeline; null when memory is short.
+    static std::unique_ptr<QStandardItem> CreateBookmarkModelItem(const QVariantMap &record,
+                                                                  tessaline::CameraNames &camNames,
+                                                                  tessaline::DisplayTexts &texts);
     /// What makes the texts of an answer's times, in the server's zone.
     tessaline::DisplayTexts &displayTexts();
     /// The display records of a query's answer.
@@ -196,7 +201,7 @@ private:
     /// Names by camera key and relay path, fetched from the topology plug-in at this moment.
     QVariantMap GetAllCamNames();
     /// Relay paths of all sub-stations, in ascending order.
-    QList<QString> GetAllSubStations();
+    std::vector<QString> GetAllSubStations();
 
     // The filters and the sort work on positions in the list of all bookmarks.
     tessaline::Rows filterBookmarkListByTimestamp(qint64 startTimestamp, qint64 endTimestamp) const;
@@ -218,7 +223,7 @@ private:
     /// the call returns.
     bool sendCommand(const QString &command, const QVariant &payload, void *context,
                      const QString &relayPath);
-    bool sendBatch(const BatchRequest &request, void *context);
+    bool sendBatch(const BatchRequest &request, tessaline::BatchRequestContext batch);
     bool queryBookmarkForTimeline(const QString &locationID, const QString &relayPath,
                                   qint64 startTimestamp, qint64 endTimestamp,
                                   const QString &viewCellUID);

@@ -2,13 +2,13 @@
 
 #include "CameraNames.h"
 #include "FrameworkWrapperBase.h"
+#include "Guard.h"
 #include "Log.h"
 #include "MapFields.h"
 #include "Names.h"
 #include "PageSlice.h"
 #include "TimeShiftBufferModel.h"
 
-#include <QtCore/QHash>
 #include <QtCore/QPointer>
 #include <QtGui/QStandardItem>
 
@@ -16,7 +16,9 @@
 #include <array>
 #include <limits>
 #include <memory>
+#include <unordered_map>
 #include <utility>
+#include <vector>
 
 using namespace tessaline;
 
@@ -100,8 +102,9 @@ QVariantList Tessaline::CreateBookmarkItems(const QVariant &data, const QString 
     return items;
 }
 
-QStandardItem *Tessaline::CreateBookmarkModelItem(const QVariantMap &record, CameraNames &camNames,
-                                                  DisplayTexts &texts)
+std::unique_ptr<QStandardItem> Tessaline::CreateBookmarkModelItem(const QVariantMap &record,
+                                                                  CameraNames &camNames,
+                                                                  DisplayTexts &texts)
 {
     try {
         const auto [bookmark, camera, creator, description, endTimestamp, group, locationID,
@@ -130,7 +133,7 @@ QStandardItem *Tessaline::CreateBookmarkModelItem(const QVariantMap &record, Cam
         item->setData(shown.dateTime, DispDateTimeRole);
         item->setData(locationID->toString(), LocationIdRole);
         item->setData(shown.timeRange, DispTimeRangeRole);
-        return item.release();
+        return item;
     } catch (...) {
         LOG_ERROR("%s, create model item failed", "Tessaline::CreateBookmarkModelItem");
         return nullptr;
@@ -159,7 +162,7 @@ QVariantMap Tessaline::GetAllCamNames()
     return names;
 }
 
-QList<QString> Tessaline::GetAllSubStations()
+std::vector<QString> Tessaline::GetAllSubStations()
 {
     QObject *const topology = findTopologyPlugin();
     if (!topology) {
@@ -171,10 +174,10 @@ QList<QString> Tessaline::GetAllSubStations()
                               Q_RETURN_ARG(QVariantMap, nodeTypes), Q_ARG(int, WholeTree),
                               Q_ARG(QString, topologyRole::NodeID),
                               Q_ARG(QString, topologyRole::NodeType));
-    QList<QString> stations;
+    std::vector<QString> stations;
     for (auto node = nodeTypes.cbegin(); node != nodeTypes.cend(); ++node) {
         if (node->toInt() == SubStationType) // each once, as the map holds a key but once
-            stations.append(node.key());
+            stations.push_back(node.key());
     }
     return stations;
 }
@@ -231,7 +234,7 @@ QList<QVariant> Tessaline::generateBookmarkGroupList(const QList<QVariant> &list
         groupKey = displayKey::DisplayDate;
 
     QStringList titles;
-    QHash<QString, QVariantList> recordsByTitle;
+    std::unordered_map<QString, QVariantList> recordsByTitle;
     for (const QVariant &element : list) {
         const QString title = textOf(element.toMap(), groupKey);
         QVariantList &records = recordsByTitle[title];
@@ -242,36 +245,40 @@ QList<QVariant> Tessaline::generateBookmarkGroupList(const QList<QVariant> &list
 
     QList<QVariant> groups;
     for (const QString &title : std::as_const(titles)) {
-        groups.append(QVariantMap{{pageKey::Title, title},
-                                  {pageKey::BookmarkList, recordsByTitle.value(title)}});
+        groups.append(
+            QVariantMap{{pageKey::Title, title}, {pageKey::BookmarkList, recordsByTitle[title]}});
     }
     return groups;
 }
 
 QVariantMap Tessaline::getFilteredBookmarkList(const QVariantMap &filterMap)
 {
-    const QString groupKey = textOf(filterMap, filterKey::GroupKey);
-    Rows rows = filterBookmarkListByTimestamp(timestampOf(filterMap, filterKey::StartTimestamp),
-                                              timestampOf(filterMap, filterKey::EndTimestamp));
-    filterBookmarkListByText(rows, textOf(filterMap, filterKey::Text));
-    filterBookmarkListByNodeID(rows, textOf(filterMap, filterKey::NodeID));
-    const auto total = static_cast<qint64>(rows.size());
+    return guarded("Tessaline::getFilteredBookmarkList", [&]() -> QVariantMap {
+        const QString groupKey = textOf(filterMap, filterKey::GroupKey);
+        Rows rows = filterBookmarkListByTimestamp(timestampOf(filterMap, filterKey::StartTimestamp),
+                                                  timestampOf(filterMap, filterKey::EndTimestamp));
+        filterBookmarkListByText(rows, textOf(filterMap, filterKey::Text));
+        filterBookmarkListByNodeID(rows, textOf(filterMap, filterKey::NodeID));
+        const auto total = static_cast<qint64>(rows.size());
 
-    const Slice page =
-        filterBookmarkListByPageNumber(rows, filterMap.value(filterKey::PageNumber).toInt());
-    sortBookmarkListByKey(rows, groupKey, filterMap.value(filterKey::Ascending).toBool(), page);
-    return {
-        {pageKey::TotalBookmarkNumber, total},
-        {pageKey::BookmarkGroupList, generateBookmarkGroupList(bookmarksAt(rows, page), groupKey)}};
+        const Slice page =
+            filterBookmarkListByPageNumber(rows, filterMap.value(filterKey::PageNumber).toInt());
+        sortBookmarkListByKey(rows, groupKey, filterMap.value(filterKey::Ascending).toBool(), page);
+        return {{pageKey::TotalBookmarkNumber, total},
+                {pageKey::BookmarkGroupList,
+                 generateBookmarkGroupList(bookmarksAt(rows, page), groupKey)}};
+    });
 }
 
 QVariantList Tessaline::getBookmarkListByNodeID(const QString &nodeID)
 {
-    Rows rows = filterBookmarkListByTimestamp(std::numeric_limits<qint64>::min(),
-                                              std::numeric_limits<qint64>::max());
-    filterBookmarkListByNodeID(rows, nodeID);
-    sortRecentBookmarks();
-    return bookmarksAt(rows, {0, rows.size()});
+    return guarded("Tessaline::getBookmarkListByNodeID", [&] {
+        Rows rows = filterBookmarkListByTimestamp(std::numeric_limits<qint64>::min(),
+                                                  std::numeric_limits<qint64>::max());
+        filterBookmarkListByNodeID(rows, nodeID);
+        sortRecentBookmarks();
+        return bookmarksAt(rows, {0, rows.size()});
+    });
 }
 
 /// Newest start first, as the panel of recent bookmarks relies on; but by the number's text.
@@ -280,10 +287,15 @@ void Tessaline::sortRecentBookmarks()
     const auto startText = [](const QVariant &record) {
         return textOf(record.toMap(), displayKey::StartTimestamp);
     };
-    std::stable_sort(m_recentBookmarks.begin(), m_recentBookmarks.end(),
+    std::vector<QVariant> sorted(m_recentBookmarks.cbegin(), m_recentBookmarks.cend());
+    std::stable_sort(sorted.begin(), sorted.end(),
                      [&](const QVariant &left, const QVariant &right) {
                          return startText(right) < startText(left);
                      });
+    QVariantList list;
+    for (const QVariant &record : sorted)
+        list.append(record);
+    m_recentBookmarks.swap(list);
 }
 
 // ---- Recycle settings ----
@@ -302,8 +314,10 @@ void Tessaline::getRecycleSetting()
 
 void Tessaline::updateRecycleSetting(uint reserveHour, bool enableRecycle)
 {
-    sendCommand(command::UpdateRecycleSetting,
-                QVariantMap{{recycleKey::ReserveHour, reserveHour},
-                            {recycleKey::EnableRecycle, enableRecycle}},
-                nullptr, QString());
+    guarded("Tessaline::updateRecycleSetting", [&] {
+        sendCommand(command::UpdateRecycleSetting,
+                    QVariantMap{{recycleKey::ReserveHour, reserveHour},
+                                {recycleKey::EnableRecycle, enableRecycle}},
+                    nullptr, QString());
+    });
 }

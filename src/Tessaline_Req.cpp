@@ -1,6 +1,7 @@
 #include "Tessaline.h"
 
 #include "FrameworkWrapperBase.h"
+#include "Guard.h"
 #include "Log.h"
 #include "MapFields.h"
 #include "Names.h"
@@ -14,6 +15,7 @@
 #include <optional>
 #include <unordered_set>
 #include <utility>
+#include <vector>
 
 using namespace tessaline;
 
@@ -64,9 +66,12 @@ bool Tessaline::sendCommand(const QString &command, const QVariant &payload, voi
 {
     if (!m_framework)
         return false;
-    const QString sender = pluginID; // outlives this object, should the call delete it
-    return m_framework->SendCommand(m_hostHandle, sender, command, payload, context, false,
-                                    relayPath);
+    // What the host lets out is a refusal: the caller has its contexts to settle.
+    return guarded("Tessaline::sendCommand", [&] {
+        const QString sender = pluginID; // outlives this object, should the call delete it
+        return m_framework->SendCommand(m_hostHandle, sender, command, payload, context, false,
+                                        relayPath);
+    });
 }
 
 // ---- Single bookmarks ----
@@ -80,12 +85,14 @@ bool Tessaline::addBookmark(const QString &cameraID, const QString &locationID,
         LOG_ERROR("%s, Location ID is empty", "Tessaline::addBookmark");
         return false;
     }
-    const QVariantMap payload =
-        bookmarkPayload(cameraID, locationID, startTimestamp, endTimestamp, desc, creator, group);
-    if (sendCommand(command::AddBookmark, payload, nullptr, relayPath))
-        return true;
-    LOG_ERROR("%s, send command failed", "Tessaline::addBookmark");
-    return false;
+    return guarded("Tessaline::addBookmark", [&] {
+        const QVariantMap payload = bookmarkPayload(cameraID, locationID, startTimestamp,
+                                                    endTimestamp, desc, creator, group);
+        if (sendCommand(command::AddBookmark, payload, nullptr, relayPath))
+            return true;
+        LOG_ERROR("%s, send command failed", "Tessaline::addBookmark");
+        return false;
+    });
 }
 
 bool Tessaline::deleteBookmark(const QString &bookmarkID, const QString &relayPath)
@@ -94,24 +101,28 @@ bool Tessaline::deleteBookmark(const QString &bookmarkID, const QString &relayPa
         Q_EMIT deleteBookmarkResponsed(false);
         return false;
     }
-    const QVariantMap payload{{serverKey::BookmarkID, bookmarkID}};
-    if (sendCommand(command::DeleteBookmark, payload, nullptr, relayPath))
-        return true;
-    LOG_ERROR("%s, send command failed", "Tessaline::deleteBookmark");
-    return false;
+    return guarded("Tessaline::deleteBookmark", [&] {
+        const QVariantMap payload{{serverKey::BookmarkID, bookmarkID}};
+        if (sendCommand(command::DeleteBookmark, payload, nullptr, relayPath))
+            return true;
+        LOG_ERROR("%s, send command failed", "Tessaline::deleteBookmark");
+        return false;
+    });
 }
 
 bool Tessaline::updateBookmark(const QString &bookmarkID, const QString &desc, const QString &group)
 {
-    QVariantMap payload{{serverKey::BookmarkID, bookmarkID}};
-    if (!desc.isNull())
-        payload.insert(serverKey::Description, desc);
-    if (!group.isNull())
-        payload.insert(serverKey::Group, group);
-    if (sendCommand(command::UpdateBookmark, payload, nullptr, QString()))
-        return true;
-    LOG_ERROR("%s, send command failed", "Tessaline::updateBookmark");
-    return false;
+    return guarded("Tessaline::updateBookmark", [&] {
+        QVariantMap payload{{serverKey::BookmarkID, bookmarkID}};
+        if (!desc.isNull())
+            payload.insert(serverKey::Description, desc);
+        if (!group.isNull())
+            payload.insert(serverKey::Group, group);
+        if (sendCommand(command::UpdateBookmark, payload, nullptr, QString()))
+            return true;
+        LOG_ERROR("%s, send command failed", "Tessaline::updateBookmark");
+        return false;
+    });
 }
 
 bool Tessaline::removeAllBookmarks(const QString &relayPath)
@@ -141,88 +152,91 @@ bool Tessaline::addBookmarks(const QVariantList &targetList, qint64 startTimesta
                              qint64 endTimestamp, const QString &desc, const QString &creator,
                              const QString &group)
 {
-    auto &contexts = requestContexts().addBatches;
-    BatchRequestContext *const batch = contexts.create();
-    if (!batch) {
-        LOG_ERROR("%s, malloc memory fail", "Tessaline::addBookmarks");
-        return false;
-    }
-    const std::array keys{&serverKey::CameraID, &serverKey::LocationID, &displayKey::RelayPath};
-    EntryKeys known;
-    for (const QVariant &element : targetList) {
-        const QVariantMap target = element.toMap();
-        const auto [cameraID, locationID, relayPath] = valuesOf(target, keys);
-        const EntryKey key{relayPath->toString(), cameraID->toString(), locationID->toString()};
-        if (known.insert(key).second) {
-            batch->pendingByTarget[key[0]].append(bookmarkPayload(
-                key[1], key[2], startTimestamp, endTimestamp, desc, creator, group));
+    return guarded("Tessaline::addBookmarks", [&] {
+        BatchRequestContext batch;
+        const std::array keys{&serverKey::CameraID, &serverKey::LocationID, &displayKey::RelayPath};
+        EntryKeys known;
+        for (const QVariant &element : targetList) {
+            const QVariantMap target = element.toMap();
+            const auto [cameraID, locationID, relayPath] = valuesOf(target, keys);
+            const EntryKey key{relayPath->toString(), cameraID->toString(), locationID->toString()};
+            if (known.insert(key).second) {
+                batch.pendingByTarget[key[0]].append(bookmarkPayload(
+                    key[1], key[2], startTimestamp, endTimestamp, desc, creator, group));
+            }
         }
-    }
-    return sendBatch({command::AddBookmarks, "Tessaline::addBookmarks", contexts,
-                      &Tessaline::addBookmarksResponsed},
-                     batch);
+        return sendBatch({command::AddBookmarks, "Tessaline::addBookmarks",
+                          requestContexts().addBatches, &Tessaline::addBookmarksResponsed},
+                         std::move(batch));
+    });
 }
 
 bool Tessaline::addBookmarks(const QVariantList &targetList, const QString &startDateTime,
                              const QString &endDateTime, const QString &desc,
                              const QString &creator, const QString &group)
 {
-    const auto start = parseDateTime(startDateTime);
-    const auto end = parseDateTime(endDateTime);
-    return start && end && addBookmarks(targetList, *start, *end, desc, creator, group);
+    return guarded("Tessaline::addBookmarks", [&] {
+        const auto start = parseDateTime(startDateTime);
+        const auto end = parseDateTime(endDateTime);
+        return start && end && addBookmarks(targetList, *start, *end, desc, creator, group);
+    });
 }
 
 bool Tessaline::deleteBookmarks(const QVariantList &deleteList)
 {
-    auto &contexts = requestContexts().deleteBatches;
-    BatchRequestContext *const batch = contexts.create();
-    if (!batch) {
-        LOG_ERROR("%s, malloc memory fail", "Tessaline::deleteBookmarks");
-        return false;
-    }
-    EntryKeys known;
-    for (const QVariant &element : deleteList) {
-        const QVariantMap target = element.toMap();
-        const EntryKey key{target.value(displayKey::RelayPath).toString(),
-                           target.value(serverKey::BookmarkID).toString(), QString()};
-        if (known.insert(key).second)
-            batch->pendingByTarget[key[0]].append(QVariantMap{{serverKey::BookmarkID, key[1]}});
-    }
-    if (m_hasSettingPermission) {
-        return sendBatch({command::DeleteBookmarks, "Tessaline::deleteBookmarks", contexts,
-                          &Tessaline::deleteBookmarksResponsed},
-                         batch);
-    }
+    return guarded("Tessaline::deleteBookmarks", [&] {
+        BatchRequestContext batch;
+        EntryKeys known;
+        for (const QVariant &element : deleteList) {
+            const QVariantMap target = element.toMap();
+            const EntryKey key{target.value(displayKey::RelayPath).toString(),
+                               target.value(serverKey::BookmarkID).toString(), QString()};
+            if (known.insert(key).second)
+                batch.pendingByTarget[key[0]].append(QVariantMap{{serverKey::BookmarkID, key[1]}});
+        }
+        if (m_hasSettingPermission) {
+            return sendBatch({command::DeleteBookmarks, "Tessaline::deleteBookmarks",
+                              requestContexts().deleteBatches,
+                              &Tessaline::deleteBookmarksResponsed},
+                             std::move(batch));
+        }
 
-    QStringList refused;
-    for (const QVariantList &entries : std::as_const(batch->pendingByTarget)) {
-        for (const QVariant &entry : entries)
-            refused.append(entry.toMap().value(serverKey::BookmarkID).toString());
-    }
-    contexts.take(batch);
-    Q_EMIT deleteBookmarksResponsed(refused);
-    return true;
+        QStringList refused;
+        for (const auto &[relayPath, entries] : batch.pendingByTarget) {
+            for (const QVariant &entry : entries)
+                refused.append(entry.toMap().value(serverKey::BookmarkID).toString());
+        }
+        Q_EMIT deleteBookmarksResponsed(refused);
+        return true;
+    });
 }
 
-bool Tessaline::sendBatch(const BatchRequest &request, void *context)
+bool Tessaline::sendBatch(const BatchRequest &request, BatchRequestContext content)
 {
     const QPointer<Tessaline> self(this);
-    const auto groups = request.contexts.find(context)->pendingByTarget;
+    const std::vector<std::pair<QString, QVariant>> groups(content.pendingByTarget.cbegin(),
+                                                           content.pendingByTarget.cend());
+    BatchRequestContext *const context = request.contexts.create(std::move(content));
+    if (!context) {
+        LOG_ERROR("%s, malloc memory fail", request.scope);
+        return false;
+    }
     bool handedOn = false;
     for (auto group = groups.cbegin(); self && group != groups.cend(); ++group) {
-        if (sendCommand(request.command, *group, context, group.key())) {
+        const auto &[relayPath, entries] = *group;
+        if (sendCommand(request.command, entries, context, relayPath)) {
             handedOn = true;
             continue;
         }
         LOG_ERROR("%s, send command failed", request.scope);
         if (BatchRequestContext *const batch = request.contexts.find(context))
-            batch->pendingByTarget.remove(group.key());
+            batch->pendingByTarget.erase(relayPath);
     }
 
     // The host may have answered from inside the calls. Then the batch is over by now, or only a
     // station that could not be reached has kept it from being so.
     const BatchRequestContext *const batch = request.contexts.find(context);
-    if (!batch || (self && !batch->pendingByTarget.isEmpty()))
+    if (!batch || (self && !batch->pendingByTarget.empty()))
         return handedOn;
     const auto finished = request.contexts.take(context);
     if (self && handedOn)
@@ -234,50 +248,62 @@ bool Tessaline::sendBatch(const BatchRequest &request, void *context)
 
 bool Tessaline::queryAllBookmarks()
 {
-    m_allBookmarks.clear();
-    m_allBookmarksIndex.clear();
+    return guarded("Tessaline::queryAllBookmarks", [&] {
+        m_allBookmarksIndex.clear();
+        m_allBookmarks = {}; // not cleared: a list that QML shares would want memory for that
 
-    auto &contexts = requestContexts().allQueries;
-    QueryAllRequestContext *const context = contexts.create();
-    if (!context) {
-        LOG_ERROR("%s, new request context list failed", "Tessaline::queryAllBookmarks");
-        return false;
-    }
-    const QPointer<Tessaline> self(this);
-    context->generation = ++m_queryAllGeneration;
-    context->pendingStations = GetAllSubStations();
-
-    const QList<QString> stations = context->pendingStations;
-    bool handedOn = false;
-    for (auto station = stations.cbegin(); self && station != stations.cend(); ++station) {
-        if (sendCommand(command::QueryAllBookmarks, QVariantMap(), context, *station)) {
-            handedOn = true;
-            continue;
+        auto &contexts = requestContexts().allQueries;
+        QueryAllRequestContext *const context = contexts.create({{}, m_queryAllGeneration + 1});
+        if (!context) {
+            LOG_ERROR("%s, new request context list failed", "Tessaline::queryAllBookmarks");
+            return false;
         }
-        if (QueryAllRequestContext *const query = contexts.find(context))
-            query->pendingStations.removeOne(*station);
-        LOG_ERROR("%s, SendCommand failed", "Tessaline::queryAllBookmarks");
-    }
+        const QPointer<Tessaline> self(this);
+        ++m_queryAllGeneration; // before the stations are asked for: that may make a query of its
+                                // own
+        std::vector<QString> stations;
+        try {
+            stations = GetAllSubStations();
+            context->pendingStations = stations;
+        } catch (...) {
+            contexts.take(context);
+            throw;
+        }
 
-    // As for batches: the host may have answered from inside the calls.
-    const QueryAllRequestContext *const query = contexts.find(context);
-    if (!query || (self && !query->pendingStations.isEmpty()))
+        const QVariant noParameters = QVariantMap();
+        bool handedOn = false;
+        for (auto station = stations.cbegin(); self && station != stations.cend(); ++station) {
+            if (sendCommand(command::QueryAllBookmarks, noParameters, context, *station)) {
+                handedOn = true;
+                continue;
+            }
+            if (QueryAllRequestContext *const query = contexts.find(context))
+                query->noteAnswer(*station);
+            LOG_ERROR("%s, SendCommand failed", "Tessaline::queryAllBookmarks");
+        }
+
+        // As for batches: the host may have answered from inside the calls.
+        const QueryAllRequestContext *const query = contexts.find(context);
+        if (!query || (self && !query->pendingStations.empty()))
+            return handedOn;
+        const auto finished = contexts.take(context);
+        if (self && handedOn && finished->generation == m_queryAllGeneration)
+            Q_EMIT queryAllBookmarksResponsed(true);
         return handedOn;
-    const auto finished = contexts.take(context);
-    if (self && handedOn && finished->generation == m_queryAllGeneration)
-        Q_EMIT queryAllBookmarksResponsed(true);
-    return handedOn;
+    });
 }
 
 void Tessaline::queryBookmarkForAPI(const QVariantList &camIdList, const QString &startDateTime,
                                     const QString &endDateTime)
 {
-    const auto start = parseDateTime(startDateTime);
-    const auto end = parseDateTime(endDateTime);
-    if (start && end)
-        queryBookmarkForAPI(camIdList, *start, *end);
-    else
-        Q_EMIT queryBookmarkForApiFinished(false);
+    guarded("Tessaline::queryBookmarkForAPI", [&] {
+        const auto start = parseDateTime(startDateTime);
+        const auto end = parseDateTime(endDateTime);
+        if (start && end)
+            queryBookmarkForAPI(camIdList, *start, *end);
+        else
+            Q_EMIT queryBookmarkForApiFinished(false);
+    });
 }
 
 void Tessaline::queryBookmarkForAPI(const QVariantList &camIdList, qint64 startTimestamp,
@@ -288,37 +314,39 @@ void Tessaline::queryBookmarkForAPI(const QVariantList &camIdList, qint64 startT
         return;
     }
     // A failed send is silent: QML learns of this query by its answer alone.
-    sendCommand(command::QueryBookmarkForApi,
-                QVariantMap{{serverKey::CameraIDList, camIdList},
-                            {serverKey::StartTimestamp, startTimestamp},
-                            {serverKey::EndTimestamp, endTimestamp}},
-                nullptr, QString());
+    guarded("Tessaline::queryBookmarkForAPI", [&] {
+        sendCommand(command::QueryBookmarkForApi,
+                    QVariantMap{{serverKey::CameraIDList, camIdList},
+                                {serverKey::StartTimestamp, startTimestamp},
+                                {serverKey::EndTimestamp, endTimestamp}},
+                    nullptr, QString());
+    });
 }
 
 bool Tessaline::queryBookmarkForRecent(const QString &cameraID, const QString &relayPath,
                                        uchar recentCnt)
 {
-    m_recentBookmarks.clear();
-    return sendCommand(command::QueryBookmarkForRecent,
-                       QVariantMap{{serverKey::LocationID, cameraID},
-                                   {serverKey::RecentCnt, static_cast<int>(recentCnt)}},
-                       nullptr, relayPath);
+    m_recentBookmarks = {};
+    return guarded("Tessaline::queryBookmarkForRecent", [&] {
+        return sendCommand(command::QueryBookmarkForRecent,
+                           QVariantMap{{serverKey::LocationID, cameraID},
+                                       {serverKey::RecentCnt, static_cast<int>(recentCnt)}},
+                           nullptr, relayPath);
+    });
 }
 
 bool Tessaline::queryBookmarkForTimeline(const QString &locationID, const QString &relayPath,
                                          qint64 startTimestamp, qint64 endTimestamp,
                                          const QString &viewCellUID)
 {
+    const QVariantMap payload{{serverKey::LocationID, locationID},
+                              {serverKey::StartTimestamp, startTimestamp},
+                              {serverKey::EndTimestamp, endTimestamp}};
     auto &contexts = requestContexts().timelineQueries;
-    QString *const context = contexts.create();
+    QString *const context = contexts.create(viewCellUID);
     if (!context)
         return false;
-    *context = viewCellUID;
-    if (sendCommand(command::QueryBookmarkForTimeline,
-                    QVariantMap{{serverKey::LocationID, locationID},
-                                {serverKey::StartTimestamp, startTimestamp},
-                                {serverKey::EndTimestamp, endTimestamp}},
-                    context, relayPath))
+    if (sendCommand(command::QueryBookmarkForTimeline, payload, context, relayPath))
         return true;
     contexts.take(context);
     return false;

@@ -9,8 +9,15 @@
 #include <QtCore/QPointer>
 #include <QtGui/QStandardItem>
 
+#include <memory>
+#include <utility>
+#include <vector>
+
 using namespace tessaline;
 
+// Lists are filled by append(): when memory is short it throws, whereas a QList that is made of
+// given elements, or detached, writes to a null pointer.
+//
 // Every handler emits last. A slot may send again, remove a view cell or delete this object, and so
 // may whoever watches a timeline model, or the host from inside a call; what a handler still needs
 // afterwards it looks up anew.
@@ -30,9 +37,9 @@ void Tessaline::HandleAddBookmarksResp(const QVariant &data, void *context,
 {
     auto &contexts = requestContexts().addBatches;
     const BatchRequestContext *const batch = contexts.find(context);
-    if (!batch || !batch->pendingByTarget.contains(relayPath))
+    if (!batch || batch->pendingByTarget.count(relayPath) == 0)
         return;
-    const QVariantList sent = batch->pendingByTarget.value(relayPath);
+    const QVariantList sent = batch->pendingByTarget.at(relayPath);
 
     const QPointer<Tessaline> self(this);
     CameraNames camNames(GetAllCamNames(), relayPath);
@@ -80,7 +87,9 @@ QStringList Tessaline::placeAddedBookmarks(const QVariantList &records, CameraNa
 void Tessaline::HandleDeleteBookmarkResp(const QString &bookmarkID)
 {
     const QPointer<Tessaline> self(this);
-    removeBookmarksFromTimelineModels({bookmarkID});
+    QStringList bookmarkIDs;
+    bookmarkIDs.append(bookmarkID);
+    removeBookmarksFromTimelineModels(bookmarkIDs);
     if (self)
         Q_EMIT deleteBookmarkResponsed(true);
 }
@@ -90,7 +99,7 @@ void Tessaline::HandleDeleteBookmarksResp(const QList<QString> &bookmarkIDs, voi
 {
     auto &contexts = requestContexts().deleteBatches;
     const BatchRequestContext *const batch = contexts.find(context);
-    if (!batch || !batch->pendingByTarget.contains(relayPath))
+    if (!batch || batch->pendingByTarget.count(relayPath) == 0)
         return;
 
     const QPointer<Tessaline> self(this);
@@ -132,19 +141,19 @@ void Tessaline::HandleQueryBookmarkForTimelineResp(const QVariant &data, const Q
     DisplayTexts &texts = displayTexts();
 
     // The focus may have moved since the question was asked: only what still matches is shown.
-    QList<QStandardItem *> items;
+    std::vector<std::unique_ptr<QStandardItem>> items;
     const QVariantList records = data.toMap().value(serverKey::Bookmarks).toList();
     for (const QVariant &element : records) {
         const QVariantMap record = element.toMap();
         if (relayPath != focus.relayPath ||
             record.value(serverKey::LocationID).toString() != focus.locationID)
             continue;
-        QStandardItem *const item = CreateBookmarkModelItem(record, camNames, texts);
+        auto item = CreateBookmarkModelItem(record, camNames, texts);
         if (!item)
             break;
-        items.append(item);
+        items.push_back(std::move(item));
     }
-    model->refillItems(items);
+    refill(*model, std::move(items));
     if (self)
         Q_EMIT queryBookmarkForTimelineResponsed(true);
 }
@@ -174,9 +183,15 @@ void Tessaline::HandleQueryAllBookmarksResp(const QString &resultCode, const QVa
 
 void Tessaline::storeBookmarks(const QVariantList &items)
 {
-    m_allBookmarks.append(items);
-    for (const QVariant &item : items)
-        m_allBookmarksIndex.append(item.toMap());
+    // List and index grow together or not at all.
+    const auto known = static_cast<std::size_t>(m_allBookmarks.size());
+    m_allBookmarksIndex.append(items);
+    try {
+        m_allBookmarks.append(items);
+    } catch (...) {
+        m_allBookmarksIndex.truncate(known);
+        throw;
+    }
 }
 
 /// Notes that a station has answered, and tells QML unless a newer query has been made. The
@@ -187,9 +202,9 @@ void Tessaline::settleQueryAllAnswer(void *context, const QString &relayPath)
     QueryAllRequestContext *const query = contexts.find(context);
     if (!query)
         return;
-    query->pendingStations.removeOne(relayPath);
+    query->noteAnswer(relayPath);
     const bool superseded = query->generation < m_queryAllGeneration;
-    const bool done = query->pendingStations.isEmpty();
+    const bool done = query->pendingStations.empty();
     if (done)
         contexts.take(context);
     if (!superseded)

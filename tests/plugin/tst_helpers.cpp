@@ -109,7 +109,7 @@ private Q_SLOTS:
         ContextRegistry<QString> contexts;
         std::set<const void *> addresses;
         for (int i = 0; i < 1100; ++i) {
-            const void *const address = contexts.create();
+            const void *const address = contexts.create({});
             contexts.take(address);
             QVERIFY(addresses.insert(address).second || i >= 100);
         }

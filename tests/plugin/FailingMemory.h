@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+// Lets allocations fail: those of the plug-in's own code and those that Qt makes for it, which are
+// the ones whose nearest caller outside of Qt and the runtime is the plug-in. The memory of the
+// stand-ins is not the plug-in's to handle. Under the sanitizers only operator new can fail.
+
+namespace failingmemory {
+
+/// Nothing fails, but what the plug-in allocates is noted.
+void watch();
+/// The n-th allocation from now fails, counted from 0.
+void failAt(int n);
+/// At each allocation the process is doubled twice: in one double only that allocation fails, in
+/// the other all that follow too. The process itself goes on when its doubles have ended.
+void forkAtEach();
+/// Nothing fails any more.
+void stop();
+
+/// Number of blocks noted and not yet freed.
+std::size_t blocks();
+
+bool isDouble();
+/// Ends a double. What it has to say reaches the process.
+[[noreturn]] void endDouble(const std::string &report);
+/// What all doubles said since the last call, and how those ended that did not come to speak.
+std::string takeReports();
+/// How many allocations have failed in doubles so far.
+int tried();
+
+} // namespace failingmemory
