@@ -30,7 +30,7 @@ class Bench : public QObject
     /// locationID, relayPath and stationName.
     Q_PROPERTY(QVariantList stations READ stations CONSTANT)
     /// The present, in milliseconds since the epoch.
-    Q_PROPERTY(qint64 now READ now CONSTANT)
+    Q_PROPERTY(double now READ nowAsNumber CONSTANT)
     /// How many commands still wait for their answer.
     Q_PROPERTY(int outstanding READ outstanding NOTIFY trafficPassed)
     /// "connected", "slow", "failing" or "disconnected" by relay path.
@@ -53,6 +53,7 @@ public:
 
     QVariantList stations() const;
     qint64 now() const { return m_now; }
+    double nowAsNumber() const { return double(m_now); } // QML's tools know no longer integers
     int outstanding() const { return m_outstanding; }
     QVariantMap stationStates() const { return m_stationStates.states(); }
     QStringList failedStations() const { return m_stationStates.failedStations(); }
@@ -74,6 +75,12 @@ public:
     /// Relay paths of the stations that got this command since the last forgetTraffic().
     Q_INVOKABLE QStringList stationsAsked(const QString &command) const;
     Q_INVOKABLE void forgetTraffic() { m_asked.clear(); }
+
+    /// Whether an answer of the station is outstanding. It may change with trafficPassed().
+    Q_INVOKABLE bool isAwaited(const QString &relayPath) const
+    {
+        return m_stationStates.isAwaited(relayPath);
+    }
 
     /// Names of all signals of the plug-in's object.
     Q_INVOKABLE QStringList signalNames() const;

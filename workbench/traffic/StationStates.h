@@ -37,6 +37,8 @@ public:
     /// Names of the stations whose bookmarks are not in the list of all bookmarks: they were asked
     /// for them, and failed or have not answered yet.
     QStringList failedStations() const { return m_failedStations; }
+    /// Whether an answer of the station is outstanding.
+    bool isAwaited(const QString &relayPath) const;
 
 Q_SIGNALS:
     /// Emitted from the event loop, never from within the traffic.

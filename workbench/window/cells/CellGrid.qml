@@ -1,20 +1,178 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
+import QtQuick.Layouts
 import Workbench
 
+/// The view cells in the middle of the window.
 Pane {
     id: pane
 
     required property Client client
 
-    Label {
-        text: "CellGrid " + pane.client.revision
+    property int cellCount: 4
+    property int activeIndex: 0
+    /// Null until there are cells.
+    readonly property ViewCell activeCell: cells.count > 0 ? cellAt(activeIndex) : null
+
+    /// For the list of keys: pairs of keys and what they do.
+    readonly property var shortcuts: [
+        [qsTr("Tab, Ctrl+Arrows"), qsTr("Next cell, cell beside it")],
+        [qsTr("Left, Right"), qsTr("Pan the timeline")],
+        [qsTr("Page Up, Page Down"), qsTr("Pan by the whole timeline")],
+        [qsTr("+, −"), qsTr("Zoom the timeline")],
+        [qsTr("Space"), qsTr("Play or pause")],
+        [qsTr("Home"), qsTr("Go to the present")],
+        [qsTr("B, N"), qsTr("Previous, next bookmark")],
+        [qsTr("A"), qsTr("Add a bookmark at the play head")],
+        [qsTr("M"), qsTr("Mark the start, then the end of a new bookmark")],
+        [qsTr("Delete"), qsTr("Empty the cell")],
+        [qsTr("Wheel, drag"), qsTr("Zoom, pan the timeline under the mouse")],
+        [qsTr("Shift+drag"), qsTr("Mark the range of a new bookmark")],
+        [qsTr("Double click"), qsTr("Go to that moment")]
+    ]
+
+    /// A range for a new bookmark, in milliseconds since the epoch.
+    signal rangeMarked(var camera, real start, real end)
+
+    function cellAt(index) {
+        return cells.itemAt(index) as ViewCell;
     }
 
+    /// The first empty cell, else the active one.
+    function cellForNew() {
+        for (let i = 0; i < cellCount; ++i) {
+            if (!cellAt(i).occupied)
+                return i;
+        }
+        return Math.min(activeIndex, cellCount - 1);
+    }
+
+    function indexShowing(camera) {
+        for (let i = 0; i < cellCount; ++i) {
+            if (cellAt(i).occupied && cellAt(i).camera.key === camera.key)
+                return i;
+        }
+        return -1;
+    }
+
+    /// Shows a camera and returns its cell.
+    function showCamera(camera) {
+        const shown = indexShowing(camera);
+        activeIndex = shown >= 0 ? shown : cellForNew();
+        if (shown < 0)
+            activeCell.show(camera);
+        return activeCell;
+    }
+
+    function showBookmark(record) {
+        const key = record.relayPath ? record.relayPath + "/" + record.cameraID : record.cameraID;
+        const camera = client.cameraWithKey(key);
+        if (camera)
+            showCamera(camera).goTo(record.startTimestamp);
+        else
+            client.notice(qsTr("The bookmark's camera is not known here."), true);
+    }
+
+    /// What is worth keeping between two runs, as plain values.
     function saveState() {
-        return {};
+        const states = [];
+        for (let i = 0; i < cells.count; ++i)
+            states.push(cellAt(i).save());
+        return { cellCount: cellCount, activeIndex: activeIndex, cells: states };
     }
 
+    /// Without a state that was saved, the first cameras are shown.
     function restoreState(state) {
+        if (!state || !state.cells) {
+            showFirstCameras();
+            return;
+        }
+        cellCount = [1, 2, 4, 6, 9].includes(state.cellCount) ? state.cellCount : 4;
+        activeIndex = Math.min(state.activeIndex, cellCount - 1);
+        state.cells.slice(0, cells.count).forEach((saved, i) => cellAt(i).restore(saved));
+    }
+
+    function showFirstCameras() {
+        let next = 0;
+        for (const station of client.bench.stations) {
+            for (const camera of station.cameras) {
+                if (next < cellCount)
+                    cellAt(next++).show(camera);
+            }
+        }
+    }
+
+    onCellCountChanged: activeIndex = Math.min(activeIndex, cellCount - 1)
+
+    padding: Theme.gap
+
+    PlayClock {
+        id: playClock
+        bench: pane.client.bench
+    }
+    Connections {
+        target: pane.client
+        function onCameraWanted(camera) {
+            pane.showCamera(camera);
+        }
+        function onBookmarkWanted(record) {
+            pane.showBookmark(record);
+        }
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: Theme.gap
+
+        CellToolBar {
+            cellCount: pane.cellCount
+            head: pane.activeCell ? pane.activeCell.head : null
+            canPlay: pane.activeCell !== null && pane.activeCell.occupied
+            onCellCountChosen: count => pane.cellCount = count
+            onLiveRequested: pane.activeCell.goLive()
+            Layout.fillWidth: true
+        }
+        GridLayout {
+            id: grid
+            columns: Math.ceil(Math.sqrt(pane.cellCount))
+            rowSpacing: 4
+            columnSpacing: 4
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+
+            Repeater {
+                id: cells
+                model: 9
+                ViewCell {
+                    required property int index
+                    objectName: "cell" + index
+                    client: pane.client
+                    clock: playClock
+                    number: index
+                    visible: index < pane.cellCount
+                    active: index === pane.activeIndex
+                    onActiveFocusChanged: if (activeFocus) pane.activeIndex = index
+                    onRangeMarked: (camera, start, end) => pane.rangeMarked(camera, start, end)
+                    Layout.fillWidth: true
+                    Layout.fillHeight: true
+                    Layout.preferredWidth: 1 // all alike
+                    Layout.preferredHeight: 1
+                }
+            }
+        }
+    }
+
+    Keys.onPressed: event => {
+        if (!(event.modifiers & Qt.ControlModifier))
+            return;
+        const step = {
+            [Qt.Key_Left]: -1, [Qt.Key_Right]: 1,
+            [Qt.Key_Up]: -grid.columns, [Qt.Key_Down]: grid.columns
+        }[event.key] ?? 0;
+        const next = activeIndex + step;
+        if (step !== 0 && next >= 0 && next < cellCount)
+            cellAt(next).forceActiveFocus();
+        event.accepted = step !== 0;
     }
 }

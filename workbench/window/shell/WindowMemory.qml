@@ -18,7 +18,7 @@ Item {
             if (settings.splits[i])
                 split.restoreState(settings.splits[i]);
         });
-        restorePart(cells, settings.cells);
+        restorePart(cells, settings.cells || "{}"); // at first shows some cameras
         restorePart(panel, settings.panel);
     }
 

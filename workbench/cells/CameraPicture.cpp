@@ -1,0 +1,101 @@
+#include "CameraPicture.h"
+
+#include "ServerZone.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QLocale>
+#include <QtGui/QFontDatabase>
+#include <QtGui/QPainter>
+
+#include <algorithm>
+
+namespace workbench {
+
+namespace {
+
+constexpr int QuarterMs = 15 * 60 * 1'000;
+constexpr int Margin = 4;
+
+} // namespace
+
+CameraPicture::CameraPicture(QQuickItem *parent)
+    : QQuickPaintedItem(parent)
+{
+    setOpaquePainting(true);
+    connect(this, &CameraPicture::changed, this, [this] { update(); });
+}
+
+void CameraPicture::setCameraKey(const QString &key)
+{
+    m_cameraKey = key;
+    m_scene = PictureScene(key);
+    m_scenery = {};
+    Q_EMIT changed();
+}
+
+void CameraPicture::setCaption(const QString &caption)
+{
+    m_caption = caption;
+    Q_EMIT changed();
+}
+
+void CameraPicture::setTime(double time)
+{
+    if (time == m_time)
+        return;
+    m_time = time;
+    Q_EMIT changed();
+}
+
+void CameraPicture::setTimeZone(const QString &ianaId)
+{
+    m_timeZone = ianaId;
+    m_zone = serverZone(ianaId);
+    Q_EMIT changed();
+}
+
+QDateTime CameraPicture::moment() const
+{
+    return QDateTime::fromMSecsSinceEpoch(qint64(m_time), m_zone);
+}
+
+QString CameraPicture::timeText() const
+{
+    return moment().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+void CameraPicture::paint(QPainter *painter)
+{
+    painter->drawImage(0, 0, scenery());
+    m_scene.paintTraffic(*painter, size(), qint64(m_time));
+    burnIn(*painter, m_caption, true);
+    burnIn(*painter, timeText(), false);
+}
+
+const QImage &CameraPicture::scenery()
+{
+    const int quarter = moment().time().msecsSinceStartOfDay() / QuarterMs;
+    if (m_scenery.size() != size().toSize() || quarter != m_sceneryLight) {
+        m_scenery = QImage(size().toSize(), QImage::Format_RGB32);
+        m_sceneryLight = quarter;
+        QPainter painter(&m_scenery);
+        m_scene.paintScenery(painter, size(), quarter / 4.0);
+    }
+    return m_scenery;
+}
+
+void CameraPicture::burnIn(QPainter &painter, const QString &text, bool atTop) const
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setPixelSize(std::clamp(int(height() / 14), 9, 28));
+    const QFontMetrics metrics(font);
+    const QString shown = metrics.elidedText(text, Qt::ElideRight, int(width()) - 4 * Margin);
+    const QRectF box(Margin, atTop ? Margin : height() - Margin - metrics.height(),
+                     metrics.horizontalAdvance(shown) + 2 * Margin, metrics.height());
+    painter.fillRect(box, QColor(0, 0, 0, 130));
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(box, Qt::AlignCenter, shown);
+}
+
+} // namespace workbench

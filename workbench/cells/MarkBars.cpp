@@ -1,0 +1,127 @@
+#include "MarkBars.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace workbench {
+
+namespace {
+
+constexpr double GapPixels = 1;
+constexpr double ThinnestPixels = 4; ///< still to be seen and hit
+constexpr double NarrowPixels = 8;   ///< below that, neighbours are hard to tell apart
+constexpr double BucketPixels = 28;  ///< widest bar of narrow ones; has room for a count
+constexpr int FirstFew = 5;
+constexpr qint64 Never = std::numeric_limits<qint64>::min();
+
+class Arrangement
+{
+public:
+    Arrangement(double msPerPixel, int lanes)
+        : m_gap(toMs(GapPixels, msPerPixel))
+        , m_thinnest(toMs(ThinnestPixels, msPerPixel))
+        , m_narrow(toMs(NarrowPixels, msPerPixel))
+        , m_bucket(toMs(BucketPixels, msPerPixel))
+        , m_lanes(size_t(std::max(1, lanes)))
+    {
+    }
+
+    void place(const Mark &mark, int index)
+    {
+        MarkBar bar = barFor(mark, index);
+        if (bar.narrow && joinNarrow(bar))
+            return;
+        const auto free = std::find_if(m_lanes.begin(), m_lanes.end(), [&](const Lane &lane) {
+            return lane.right == Never || lane.right + m_gap <= bar.left;
+        });
+        if (free == m_lanes.end()) {
+            joinLast(bar);
+            return;
+        }
+        bar.lane = int(free - m_lanes.begin());
+        *free = {bar.right, m_bars.size()};
+        if (bar.narrow)
+            m_lastNarrow = int(m_bars.size());
+        m_bars.push_back(std::move(bar));
+    }
+
+    std::vector<MarkBar> takeBars() { return std::move(m_bars); }
+
+private:
+    struct Lane
+    {
+        qint64 right = Never; ///< of its last bar
+        size_t bar = 0;
+    };
+
+    static qint64 toMs(double pixels, double msPerPixel)
+    {
+        return std::max<qint64>(1, qint64(pixels * msPerPixel));
+    }
+
+    /// Buckets have fixed places in time, so that bars stay what they are while one pans.
+    qint64 bucketEnd(qint64 time) const { return (time / m_bucket + 1) * m_bucket; }
+
+    MarkBar barFor(const Mark &mark, int index) const
+    {
+        MarkBar bar{mark.start, mark.end, mark.start, mark.end, 0, 1, false, {index}};
+        bar.narrow = mark.end - mark.start < m_narrow;
+        if (bar.narrow) {
+            const qint64 limit = bucketEnd(mark.start) - m_gap;
+            bar.left = std::min(mark.start, limit - m_thinnest);
+            bar.right = std::clamp(mark.end, bar.left + m_thinnest, limit);
+        }
+        return bar;
+    }
+
+    bool joinNarrow(const MarkBar &bar)
+    {
+        if (m_lastNarrow < 0)
+            return false;
+        MarkBar &last = m_bars[size_t(m_lastNarrow)];
+        if (bucketEnd(last.start) != bucketEnd(bar.start) || bar.left > last.right + m_gap)
+            return false;
+        join(last, bar);
+        last.right = bucketEnd(bar.start) - m_gap;
+        m_lanes[size_t(last.lane)].right = last.right;
+        return true;
+    }
+
+    void joinLast(const MarkBar &bar)
+    {
+        Lane &lane = m_lanes.back();
+        MarkBar &last = m_bars[lane.bar];
+        join(last, bar);
+        last.right = std::max(last.right, bar.right);
+        last.narrow = false;
+        lane.right = last.right;
+    }
+
+    static void join(MarkBar &bar, const MarkBar &added)
+    {
+        ++bar.count;
+        bar.end = std::max(bar.end, added.end);
+        if (bar.first.size() < FirstFew)
+            bar.first.append(added.first.front());
+    }
+
+    const qint64 m_gap;
+    const qint64 m_thinnest;
+    const qint64 m_narrow;
+    const qint64 m_bucket;
+    std::vector<Lane> m_lanes;
+    std::vector<MarkBar> m_bars;
+    int m_lastNarrow = -1;
+};
+
+} // namespace
+
+std::vector<MarkBar> arrangeMarks(const std::vector<Mark> &marks, double msPerPixel, int lanes)
+{
+    Arrangement arrangement(msPerPixel, lanes);
+    for (size_t i = 0; i < marks.size(); ++i)
+        arrangement.place(marks[i], int(i));
+    return arrangement.takeBars();
+}
+
+} // namespace workbench

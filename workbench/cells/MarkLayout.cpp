@@ -1,0 +1,195 @@
+#include "MarkLayout.h"
+
+#include <algorithm>
+
+namespace workbench {
+
+namespace {
+
+constexpr double Margin = 8; ///< how far bars are drawn beyond the ends, in pixels
+
+} // namespace
+
+MarkLayout::MarkLayout(QObject *parent)
+    : QAbstractListModel(parent)
+{
+    connect(&m_marks, &CameraMarks::outdated, this, [this] {
+        m_arrangedScale = 0;
+        m_gate.schedule();
+    });
+    connect(this, &MarkLayout::changed, &m_gate, &FrameGate::schedule);
+    connect(&m_gate, &FrameGate::due, this, &MarkLayout::update);
+}
+
+void MarkLayout::setSource(QAbstractItemModel *source)
+{
+    if (source == m_marks.source())
+        return;
+    m_marks.setSource(source);
+    Q_EMIT changed();
+}
+
+void MarkLayout::setRange(VisibleRange *range)
+{
+    if (range == m_range)
+        return;
+    if (m_range)
+        m_range->disconnect(&m_gate);
+    m_range = range;
+    if (range)
+        connect(range, &VisibleRange::changed, &m_gate, &FrameGate::schedule);
+    Q_EMIT changed();
+}
+
+void MarkLayout::setWidth(double width)
+{
+    m_width = width;
+    Q_EMIT changed();
+}
+
+void MarkLayout::setLanes(int lanes)
+{
+    m_lanes = lanes;
+    m_arrangedScale = 0;
+    Q_EMIT changed();
+}
+
+void MarkLayout::setCamera(const QVariantMap &camera)
+{
+    m_camera = camera;
+    m_marks.setCamera(camera.value(QStringLiteral("cameraID")).toString(),
+                      camera.value(QStringLiteral("relayPath")).toString());
+    Q_EMIT changed();
+}
+
+int MarkLayout::rowAt(double x, int lane) const
+{
+    const auto hit = [&](const MarkRow &row) {
+        return row.lane == lane && x >= row.x && x <= row.x + row.width;
+    };
+    const auto found = std::find_if(m_rows.begin(), m_rows.end(), hit);
+    return found == m_rows.end() ? -1 : int(found - m_rows.begin());
+}
+
+QVariantMap MarkLayout::row(int row) const
+{
+    QVariantMap values;
+    const QHash<int, QByteArray> names = roleNames();
+    for (auto it = names.cbegin(); it != names.cend(); ++it)
+        values.insert(QString::fromLatin1(it.value()), data(index(row), it.key()));
+    return values;
+}
+
+qint64 MarkLayout::startAfter(qint64 time)
+{
+    const auto &marks = m_marks.marks();
+    const auto found = std::upper_bound(marks.cbegin(), marks.cend(), time,
+                                        [](qint64 t, const Mark &mark) { return t < mark.start; });
+    return found == marks.cend() ? -1 : found->start;
+}
+
+qint64 MarkLayout::startBefore(qint64 time)
+{
+    const auto &marks = m_marks.marks();
+    const auto found = std::lower_bound(marks.cbegin(), marks.cend(), time,
+                                        [](const Mark &mark, qint64 t) { return mark.start < t; });
+    return found == marks.cbegin() ? -1 : std::prev(found)->start;
+}
+
+int MarkLayout::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_rows.size();
+}
+
+QVariant MarkLayout::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+        return {};
+    const MarkRow &row = m_rows.at(index.row());
+    switch (role) {
+    case XRole:
+        return row.x;
+    case WidthRole:
+        return row.width;
+    case LaneRole:
+        return row.lane;
+    case CountRole:
+        return row.count;
+    case StartRole:
+        return row.start;
+    case EndRole:
+        return row.end;
+    case BookmarkIdRole:
+        return row.bookmarkID;
+    case TextRole:
+        return row.text;
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> MarkLayout::roleNames() const
+{
+    return {{XRole, "barX"},
+            {WidthRole, "barWidth"},
+            {LaneRole, "lane"},
+            {CountRole, "count"},
+            {StartRole, "start"},
+            {EndRole, "end"},
+            {BookmarkIdRole, "bookmarkID"},
+            {TextRole, "text"}};
+}
+
+void MarkLayout::update()
+{
+    QList<MarkRow> visible;
+    if (m_range && m_width > 0) {
+        arrange();
+        const double from = m_range->from() - Margin * m_arrangedScale;
+        const double to = m_range->to() + Margin * m_arrangedScale;
+        for (const MarkBar &bar : m_bars) {
+            if (double(bar.right) >= from && double(bar.left) <= to)
+                visible.append(rowFor(bar));
+        }
+    }
+    m_rows.replace(*this, visible);
+}
+
+void MarkLayout::arrange()
+{
+    const double scale = m_range->span() / m_width;
+    if (scale == m_arrangedScale)
+        return;
+    m_bars = arrangeMarks(m_marks.marks(), scale, m_lanes);
+    m_arrangedScale = scale;
+}
+
+MarkRow MarkLayout::rowFor(const MarkBar &bar)
+{
+    // A bar may be far longer than what is visible, too long for those who draw it.
+    const auto x = [this](qint64 time) {
+        return std::clamp((double(time) - m_range->from()) / m_arrangedScale, -Margin,
+                          m_width + Margin);
+    };
+    const double left = x(bar.left);
+    return {left,
+            x(bar.right) - left,
+            bar.lane,
+            bar.count,
+            bar.start,
+            bar.end,
+            m_marks.text(bar.first.front(), "bookmarkIDRole"),
+            textOf(bar)};
+}
+
+QString MarkLayout::textOf(const MarkBar &bar)
+{
+    QStringList lines;
+    for (const int mark : bar.first)
+        lines.append(m_marks.text(mark, "descRole"));
+    if (bar.count > lines.size())
+        lines.append(QStringLiteral("…"));
+    return lines.join(u'\n');
+}
+
+} // namespace workbench

@@ -1,0 +1,112 @@
+#pragma once
+
+#include "CameraMarks.h"
+#include "FrameGate.h"
+#include "MarkBars.h"
+#include "RowList.h"
+#include "VisibleRange.h"
+
+#include <QtCore/QAbstractListModel>
+#include <QtCore/QPointer>
+
+namespace workbench {
+
+struct MarkRow
+{
+    double x;
+    double width;
+    int lane;
+    int count;
+    qint64 start;
+    qint64 end;
+    QString bookmarkID;
+    QString text;
+
+    bool operator==(const MarkRow &other) const
+    {
+        return x == other.x && width == other.width && lane == other.lane && count == other.count &&
+               start == other.start && end == other.end && bookmarkID == other.bookmarkID &&
+               text == other.text;
+    }
+};
+
+/// Where the bookmarks of one camera are drawn on a timeline: a row for each bar that is visible.
+/// Brought up to date once a frame, however many rows of the source change.
+class MarkLayout : public QAbstractListModel
+{
+    Q_OBJECT
+    QML_ELEMENT
+    /// A timeline model of the plug-in; null for none. Not owned.
+    Q_PROPERTY(QAbstractItemModel *source READ source WRITE setSource NOTIFY changed)
+    /// What is visible. Not owned.
+    Q_PROPERTY(workbench::VisibleRange *range READ range WRITE setRange NOTIFY changed)
+    /// Of the timeline, in pixels.
+    Q_PROPERTY(double width READ width WRITE setWidth NOTIFY changed)
+    /// How many bars may be drawn one over the other.
+    Q_PROPERTY(int lanes READ lanes WRITE setLanes NOTIFY changed)
+    /// Whose bookmarks are shown: a map of cameraID and relayPath.
+    Q_PROPERTY(QVariantMap camera READ camera WRITE setCamera NOTIFY changed)
+
+public:
+    /// In QML barX and barWidth (in pixels), lane, count, start, end, bookmarkID (of the first
+    /// one), text (of the first few).
+    enum Role {
+        XRole = Qt::UserRole + 1,
+        WidthRole,
+        LaneRole,
+        CountRole,
+        StartRole,
+        EndRole,
+        BookmarkIdRole,
+        TextRole
+    };
+
+    explicit MarkLayout(QObject *parent = nullptr);
+
+    QAbstractItemModel *source() const { return m_marks.source(); }
+    void setSource(QAbstractItemModel *source);
+    VisibleRange *range() const { return m_range; }
+    void setRange(VisibleRange *range);
+    double width() const { return m_width; }
+    void setWidth(double width);
+    int lanes() const { return m_lanes; }
+    void setLanes(int lanes);
+    QVariantMap camera() const { return m_camera; }
+    void setCamera(const QVariantMap &camera);
+
+    /// The row of the bar there, or -1. @p x in pixels.
+    Q_INVOKABLE int rowAt(double x, int lane) const;
+    /// All roles of a row by their names.
+    Q_INVOKABLE QVariantMap row(int row) const;
+    /// Start of the first bookmark after that time, or of the last one before it; -1 for none.
+    Q_INVOKABLE qint64 startAfter(qint64 time);
+    Q_INVOKABLE qint64 startBefore(qint64 time);
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    friend class RowList<MarkRow>;
+
+    void update();
+    void arrange();
+    MarkRow rowFor(const MarkBar &bar);
+    QString textOf(const MarkBar &bar);
+
+    CameraMarks m_marks;
+    QPointer<VisibleRange> m_range;
+    double m_width = 0;
+    int m_lanes = 1;
+    QVariantMap m_camera;
+    FrameGate m_gate;
+    RowList<MarkRow> m_rows;
+
+    std::vector<MarkBar> m_bars; ///< of all bookmarks, visible or not
+    double m_arrangedScale = 0;  ///< milliseconds a pixel that m_bars are for; 0 for none
+};
+
+} // namespace workbench

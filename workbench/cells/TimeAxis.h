@@ -1,0 +1,77 @@
+#pragma once
+
+#include "FrameGate.h"
+#include "RowList.h"
+#include "VisibleRange.h"
+
+#include <QtCore/QAbstractListModel>
+#include <QtCore/QPointer>
+#include <QtCore/QTimeZone>
+
+namespace workbench {
+
+struct Tick
+{
+    double x;
+    QString label;
+    int kind;
+
+    bool operator==(const Tick &other) const
+    {
+        return x == other.x && label == other.label && kind == other.kind;
+    }
+};
+
+/// The ticks of a timeline, at round times of a time zone, as dense as their labels allow. Brought
+/// up to date once a frame.
+class TimeAxis : public QAbstractListModel
+{
+    Q_OBJECT
+    QML_ELEMENT
+    /// What is visible. Not owned.
+    Q_PROPERTY(workbench::VisibleRange *range READ range WRITE setRange NOTIFY changed)
+    /// Of the timeline, in pixels.
+    Q_PROPERTY(double width READ width WRITE setWidth NOTIFY changed)
+    /// IANA identifier; one that is not known counts as UTC.
+    Q_PROPERTY(QString timeZone READ timeZone WRITE setTimeZone NOTIFY changed)
+
+public:
+    enum Kind { Day, Hour, Minute, Second };
+    Q_ENUM(Kind)
+
+    /// In QML tickX (in pixels), label and kind.
+    enum Role { XRole = Qt::UserRole + 1, LabelRole, KindRole };
+
+    explicit TimeAxis(QObject *parent = nullptr);
+
+    VisibleRange *range() const { return m_range; }
+    void setRange(VisibleRange *range);
+    double width() const { return m_width; }
+    void setWidth(double width);
+    QString timeZone() const { return m_timeZone; }
+    void setTimeZone(const QString &ianaId);
+
+    /// Date and time of day in the axis's zone.
+    Q_INVOKABLE QString timeText(qint64 time) const;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    friend class RowList<Tick>;
+
+    void update();
+
+    QPointer<VisibleRange> m_range;
+    double m_width = 0;
+    QString m_timeZone;
+    QTimeZone m_zone = QTimeZone::utc();
+    FrameGate m_gate;
+    RowList<Tick> m_rows;
+};
+
+} // namespace workbench

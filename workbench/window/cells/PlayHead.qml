@@ -1,0 +1,53 @@
+import QtQml
+import Workbench
+
+/// The moment that a view cell shows, and how it moves on. Times in milliseconds since the epoch.
+QtObject {
+    id: head
+
+    required property PlayClock clock
+    /// Whether anybody looks.
+    property bool shown: true
+
+    property real position: 0
+    property bool playing: true
+    property real speed: 1
+
+    readonly property bool live: playing && position >= clock.now - 2000
+
+    /// It was played on from @p before.
+    signal advanced(real before)
+
+    function seek(time) {
+        position = time;
+    }
+
+    /// Catches up with the present and stays with it.
+    function goLive() {
+        position = clock.now;
+        speed = 1;
+        playing = true;
+    }
+
+    function advance(elapsed) {
+        const before = position;
+        const next = before + elapsed * speed;
+        // The present can't be overtaken; a moment of the future stays where it was put.
+        if (live && speed >= 1)
+            position = clock.now;
+        else if (before < clock.now)
+            position = Math.min(clock.now, next);
+        advanced(before);
+    }
+
+    readonly property Connections beats: Connections {
+        target: head.clock
+        enabled: head.playing && head.shown
+
+        function onBeat(elapsed) {
+            head.advance(elapsed);
+        }
+    }
+
+    Component.onCompleted: position = clock.now
+}
