@@ -1,11 +1,59 @@
 #include "TimeShiftBufferModel.h"
 
 #include "CoveredRanges.h"
+#include "TimelineControl.h"
 #include "TimelineListModel.h"
 
 #include <QtCore/QPointer>
+#include <QtCore/QStringList>
+#include <QtGui/QStandardItem>
 
+#include <initializer_list>
 #include <utility>
+
+namespace {
+
+using Observer = std::function<void(const TimeShiftBufferModel *, const QString &)>;
+
+Observer &observer()
+{
+    static Observer theObserver;
+    return theObserver;
+}
+
+/// Tells the observer, if there is one, of an operation and its arguments.
+template <typename Arguments>
+void tell(const TimeShiftBufferModel *model, const char *operation, Arguments arguments)
+{
+    // A copy, as the observer may install another one.
+    if (const Observer told = observer())
+        told(model, QLatin1String(operation) + u'(' + arguments() + u')');
+}
+
+QString numbers(std::initializer_list<qint64> values)
+{
+    QStringList texts;
+    for (const qint64 value : values)
+        texts.append(QString::number(value));
+    return texts.join(QLatin1String(", "));
+}
+
+QString identifiers(const QList<QStandardItem *> &items)
+{
+    QStringList texts;
+    for (const QStandardItem *item : items) {
+        texts.append(item ? item->data(TimeShiftBufferModel::ItemIdRole).toString()
+                          : QString::fromLatin1("null"));
+    }
+    return texts.join(u' ');
+}
+
+} // namespace
+
+void standin::timeline::observe(Observer newObserver)
+{
+    observer() = std::move(newObserver);
+}
 
 class TimeShiftBufferModel::Private
 {
@@ -49,8 +97,10 @@ QObject *TimeShiftBufferModel::getModel() const
     return d->listModel;
 }
 
-void TimeShiftBufferModel::setBoundary(qint64 head, qint64 tail, qint64, qint64)
+void TimeShiftBufferModel::setBoundary(qint64 head, qint64 tail, qint64 third, qint64 fourth)
 {
+    tell(this, "setBoundary", [&] { return numbers({head, tail, third, fourth}); });
+
     // All gaps count as asked for before the first slot runs, so that a slot that moves the range
     // again does not ask twice. One that clears the model makes the rest of this call pointless.
     const std::vector<standin::TimeRange> gaps = d->covered.cover(head, tail);
@@ -65,6 +115,7 @@ void TimeShiftBufferModel::setBoundary(qint64 head, qint64 tail, qint64, qint64)
 
 void TimeShiftBufferModel::clear()
 {
+    tell(this, "clear", [] { return QString(); });
     ++d->clearings;
     d->covered.clear();
     d->listModel->removeAll();
@@ -72,10 +123,12 @@ void TimeShiftBufferModel::clear()
 
 void TimeShiftBufferModel::refillItems(QList<QStandardItem *> items)
 {
+    tell(this, "refillItems", [&] { return identifiers(items); });
     d->listModel->merge(items);
 }
 
 void TimeShiftBufferModel::removeItems(QList<QString> itemIds)
 {
+    tell(this, "removeItems", [&] { return itemIds.join(u' '); });
     d->listModel->remove(itemIds);
 }

@@ -1,0 +1,305 @@
+#include "Checks.h"
+#include "Describe.h"
+#include "Host.h"
+#include "HostileValues.h"
+
+#include <QtCore/QMetaMethod>
+
+#include <algorithm>
+
+// Level 5: values of every wrong kind in every place. What comes of them is the business of Qt's
+// conversions; the plug-in must live on, tell the end of each request, and go on working.
+
+namespace check {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A command and the signal with which its answer ends, if any.
+struct Command
+{
+    const char *name;
+    const char *request; ///< what makes the plug-in send it, on one station
+    const char *signal;
+};
+
+constexpr Command commands[] = {
+    {"AddBookmark", "addBookmark('1', 'l', 'A', 1, 2, '', '', '')", "addBookmarkResponsed"},
+    {"AddBookmarks",
+     "addBookmarks([{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}], 1, 2, '', '', '')",
+     "addBookmarksResponsed"},
+    {"DeleteBookmark", "deleteBookmark('b', 'A')", "deleteBookmarkResponsed"},
+    {"DeleteBookmarks", "deleteBookmarks([{'BookmarkID': 'b', 'relayPath': 'A'}])",
+     "deleteBookmarksResponsed"},
+    {"RemoveAllBookmarks", "removeAllBookmarks('A')", "removeAllBookmarksResponsed"},
+    {"UpdateBookmark", "updateBookmark('b')", "updateBookmarkResponsed"},
+    {"QueryBookmarkForTimeline", "setTimelineBoundary(1, 2, 'cell')",
+     "queryBookmarkForTimelineResponsed"},
+    {"QueryBookmarkForRecent", "queryBookmarkForRecent('1', 'A', 1)",
+     "queryBookmarkForRecentResponsed"},
+    {"QueryAllBookmars", "queryAllBookmarks()", "queryAllBookmarksResponsed"},
+    {"QuerySevTimezone", "connect", nullptr},
+    {"QuerySettingPermission", "connect", nullptr},
+    {"GetRecycleSetting", "getRecycleSetting()", "getRecycleSettingResponse"},
+    {"UpdateRecycleSetting", "updateRecycleSetting(1, true)", "updateRecycleSettingResponse"},
+    {"QueryBookmarkForApi", "queryBookmarkForAPI(['1'], 1, 2)", "queryBookmarkForApiFinished"},
+};
+
+/// A host whose plug-in has a view cell and the permission, and shows what it has at any time.
+class ToughHost
+{
+public:
+    explicit ToughHost(Trial &trial)
+        : m_trial(trial)
+        , m_host(trial)
+    {
+        if (m_host)
+            m_host->play(u"grant\nshow cell l A"_s);
+    }
+
+    explicit operator bool() const { return bool(m_host); }
+    Host *operator->() const { return m_host.operator->(); }
+
+    /// Makes the request and answers its first command; the answer must end in its one signal.
+    void requestAndAnswer(const Command &command, const QVariant &result, const QString &code,
+                          const QString &title)
+    {
+        m_host->framework.clearSent();
+        m_host->play(u"grant\nclearTimelineModel('cell')\n"_s + QLatin1String(command.request));
+        const QList<standin::SentCommand> sent = m_host->framework.sent();
+        const auto found = std::find_if(sent.cbegin(), sent.cend(), [&](const auto &one) {
+            return one.command == QLatin1String(command.name);
+        });
+        if (!m_trial.expect(found != sent.cend(), QLatin1String(command.name) + u" to be sent"_s,
+                            u"it was not, before "_s + title))
+            return;
+        m_host->takeTrace();
+        m_host->answer(*found, result, code);
+        const QStringList ends = m_host->takeTrace().filter(u"signal "_s);
+        const QString expected =
+            command.signal ? u"signal "_s + QLatin1String(command.signal) : QString();
+        QStringList names;
+        for (const QString &line : ends)
+            names.append(line.section(u'(', 0, 0));
+        m_trial.compare(u"answer to %1, %2"_s.arg(QLatin1String(command.name), title), expected,
+                        names.join(u", "_s));
+    }
+
+    /// After all that: does the plug-in still do what it should?
+    void expectHealth(const QString &after)
+    {
+        m_trial.compare(u"an ordinary request after "_s + after,
+                        u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n= bool true"_s,
+                        m_host->play(u"updateBookmark('b')"_s));
+        // Whatever was stored must be readable as well.
+        for (const char *call :
+             {"getBookmarkListForRecent()", "getBookmarkListByNodeID('')",
+              "getQueryBookmarkResult()", "getFilteredBookmarkList({'endTimestamp': 5000})"})
+            m_host->call(QLatin1String(call));
+        m_host->play(u"rows cell"_s);
+    }
+
+private:
+    Trial &m_trial;
+    LoggingHost m_host;
+};
+
+/// What a parameter of this type can be given; the types of QML leave no other choice.
+QVariantList argumentsOf(QMetaType type, bool inner)
+{
+    QVariantList arguments;
+    for (const HostileValue &hostile : hostileValues()) {
+        QVariant value = hostile.value;
+        if (value.metaType() == type || (inner && value.isValid() && value.convert(type)))
+            arguments.append(value);
+        if (type.id() == QMetaType::QVariantList)
+            arguments.append(QVariant(QVariantList{hostile.value, hostile.value}));
+    }
+    return arguments;
+}
+
+QVariantList ordinaryArguments(const QMetaMethod &method)
+{
+    QVariantList arguments;
+    for (int i = 0; i < method.parameterCount(); ++i)
+        arguments.append(QVariant(method.parameterMetaType(i)));
+    return arguments;
+}
+
+void checkArguments(Trial &trial)
+{
+    ToughHost host(trial);
+    if (!host)
+        return;
+    const QMetaObject *const meta = host->object()->metaObject();
+    int calls = 0;
+    for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
+        const QMetaMethod method = meta->method(i);
+        if (method.methodType() == QMetaMethod::Signal)
+            continue;
+        for (int parameter = 0; parameter < method.parameterCount(); ++parameter) {
+            const QVariantList values = argumentsOf(method.parameterMetaType(parameter), true);
+            for (const QVariant &value : values) {
+                QVariantList arguments = ordinaryArguments(method);
+                arguments[parameter] = value;
+                host->callMethod(method, arguments);
+                host->takeTrace();
+                host->framework.clearSent();
+                ++calls;
+            }
+        }
+        host.expectHealth(QString::fromLatin1(method.name()));
+    }
+    trial.summarize(u"%1 calls"_s.arg(calls));
+}
+
+void checkMapsInArguments(Trial &trial)
+{
+    ToughHost host(trial);
+    if (!host)
+        return;
+    int calls = 0;
+    for (const HostileValue &hostile : hostileValues()) {
+        for (const char *key : {"CameraID", "LocationID", "relayPath", "BookmarkID"}) {
+            const QVariantList list{with({{u"CameraID"_s, u"1"_s}}, QLatin1String(key), hostile)};
+            host->call("addBookmarks", {list, 1LL, 2LL, u"d"_s, u"c"_s, u"g"_s});
+            host->call("deleteBookmarks", {list});
+            calls += 2;
+        }
+        for (const char *key : {"nodeID", "groupKey", "ascending", "text", "startTimestamp",
+                                "endTimestamp", "pageNumber"}) {
+            host->call("getFilteredBookmarkList", {with({}, QLatin1String(key), hostile)});
+            ++calls;
+        }
+        host->framework.clearSent();
+        host->takeTrace();
+    }
+    host.expectHealth(u"hostile batches and filters"_s);
+    trial.summarize(u"%1 calls"_s.arg(calls));
+}
+
+void checkAnswers(Trial &trial)
+{
+    ToughHost host(trial);
+    if (!host)
+        return;
+    int answers = 0;
+    for (const Command &command : commands) {
+        for (const HostileValue &hostile : hostileValues()) {
+            for (const char *code : {"0", "-1"}) {
+                host.requestAndAnswer(command, hostile.value, QLatin1String(code), hostile.title);
+                ++answers;
+            }
+        }
+        host.expectHealth(QLatin1String(command.name));
+    }
+    trial.summarize(u"%1 answers"_s.arg(answers));
+}
+
+/// The ways in which an answer can carry a record.
+QVariant wrapped(const QString &command, const QVariant &record)
+{
+    if (command.startsWith(u"Query"_s) && command != u"QueryBookmarkForApi")
+        return QVariantMap{{u"Bookmarks"_s, QVariantList{record, record}}};
+    if (command == u"AddBookmark")
+        return record;
+    return QVariantList{record, record};
+}
+
+void checkRecords(Trial &trial)
+{
+    ToughHost host(trial);
+    if (!host)
+        return;
+    const QVariantMap ordinary = serverRecord(u"b"_s, u"1"_s, u"l"_s, 1, 2, u"d"_s, u"c"_s, u"g"_s);
+    const QStringList keys = ordinary.keys();
+    int records = 0;
+    for (const Command &command : commands) {
+        const QString name = QLatin1String(command.name);
+        if (name != u"AddBookmark" && name != u"AddBookmarks" && name != u"QueryAllBookmars" &&
+            !name.startsWith(u"QueryBookmark"_s))
+            continue;
+        for (const HostileValue &hostile : hostileValues()) {
+            for (const QString &key : keys) {
+                host.requestAndAnswer(command, wrapped(name, with(ordinary, key, hostile)), u"0"_s,
+                                      key + u", "_s + hostile.title);
+                host->framework.sendEvent(u"AddBookmark"_s, with(ordinary, key, hostile), u"A"_s);
+                records += 3;
+            }
+            host.requestAndAnswer(command, wrapped(name, hostile.value), u"0"_s, hostile.title);
+            host->framework.sendEvent(u"AddBookmark"_s, hostile.value, u"A"_s);
+        }
+        host.expectHealth(u"records of "_s + name);
+    }
+    trial.summarize(u"%1 records"_s.arg(records));
+}
+
+void checkTexts(Trial &trial)
+{
+    ToughHost host(trial);
+    if (!host)
+        return;
+    // Names, codes and relay paths are texts whatever the host does.
+    for (const HostileValue &hostile : hostileValues()) {
+        if (hostile.value.typeId() != QMetaType::QString)
+            continue;
+        const QString text = hostile.value.toString();
+        host->framework.sendEvent(text, QVariantMap(), text);
+        for (const Command &command : commands) {
+            host->answer(text, QVariantMap(), text, nullptr, text);
+            host->answer(QLatin1String(command.name), QVariantMap(), text, nullptr, u"0"_s);
+            host->answer(QLatin1String(command.name), QVariantMap(), text, nullptr, text);
+        }
+        host->showCell(text, text, text);
+        host->framework.sendEvent(u"AddBookmark"_s,
+                                  serverRecord(text, text, text, 1, 2, text, text, text), text);
+        host->call("removeTimelineModel", {text});
+        host->takeTrace();
+    }
+    host.expectHealth(u"hostile texts"_s);
+    trial.summarize(u"names, codes and relay paths of every kind"_s);
+}
+
+void checkLargeLists(Trial &trial)
+{
+    constexpr int Million = 1000000;
+    constexpr int Many = 50000; // where a record is kept for each
+    ToughHost host(trial);
+    if (!host)
+        return;
+    const QVariantList nothing(Million);
+    const QVariantList maps(Million, QVariantMap());
+    for (const Command &command : commands) {
+        const QString name = QLatin1String(command.name);
+        const bool isKept = name == u"QueryAllBookmars" || name == u"QueryBookmarkForRecent";
+        const QVariantMap records{{u"Bookmarks"_s, isKept ? nothing.first(Many) : maps}};
+        host.requestAndAnswer(command, nothing, u"0"_s, u"a list of a million"_s);
+        host.requestAndAnswer(command, records, u"0"_s, u"a million bookmarks"_s);
+    }
+    for (const QVariantList &list : {nothing, maps}) {
+        host->call("addBookmarks", {list, 1LL, 2LL, u"d"_s, u"c"_s, u"g"_s});
+        host->call("deleteBookmarks", {list});
+        host->call("queryBookmarkForAPI", {list, 1LL, 2LL});
+        host->framework.clearSent();
+        host->takeTrace();
+    }
+    host.expectHealth(u"lists of a million"_s);
+    trial.summarize(u"lists of a million in answers and arguments"_s);
+}
+
+} // namespace
+
+std::vector<Check> hostileValueChecks()
+{
+    return {
+        {"5.arguments", "Every argument of every method", checkArguments},
+        {"5.maps-in-arguments", "Every key of batches and filters", checkMapsInArguments},
+        {"5.answer-values", "Answers that are of every wrong kind", checkAnswers},
+        {"5.record-values", "Every key of records, in answers and events", checkRecords},
+        {"5.texts", "Names, result codes and relay paths", checkTexts},
+        {"5.large-lists", "Lists of a million", checkLargeLists},
+    };
+}
+
+} // namespace check

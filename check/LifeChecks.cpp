@@ -1,0 +1,378 @@
+#include "Checks.h"
+#include "Describe.h"
+#include "Host.h"
+#include "ProcessProbe.h"
+
+#include <QtCore/QAbstractItemModel>
+#include <QtCore/QDir>
+#include <QtCore/QDirIterator>
+
+// Level 2: how the library and its one object come and go.
+
+namespace check {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A little of everything: each command sent and answered, timelines, lists, an event.
+const char *const dayOfWork = R"(
+connect
+grant
+show cell l A
+addBookmark('1', 'l', 'A', 1, 2, 'd', 'c', 'g')
+addBookmarks([{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}], 1, 2, 'd', 'c', 'g')
+deleteBookmark('b', 'A')
+deleteBookmarks([{'BookmarkID': 'b', 'relayPath': 'A'}])
+updateBookmark('b', 'd', 'g')
+removeAllBookmarks('A')
+queryBookmarkForRecent('1', 'A', 5)
+queryAllBookmarks()
+queryBookmarkForAPI(['1'], 1, 2)
+setTimelineBoundary(1, 5000, 'cell')
+getRecycleSetting()
+updateRecycleSetting(5, true)
+event AddBookmark@A {'BookmarkID': 'e', 'CameraID': '1', 'LocationID': 'l', 'StartTimestamp': 5}
+list all
+rows cell
+removeTimelineModel('cell')
+)";
+
+QVariant bookmarksAnswer()
+{
+    const QVariantMap record = serverRecord(u"b"_s, u"1"_s, u"l"_s, 1000, 2000, u"text"_s);
+    return QVariantMap{{u"Bookmarks"_s, QVariantList{record}}};
+}
+
+/// Answers all that was sent, the batches with a failure.
+void answerAll(Host &host)
+{
+    const QList<standin::SentCommand> sent = host.framework.sent();
+    for (const standin::SentCommand &command : sent) {
+        const bool isBatch = command.context && command.command.endsWith(u"Bookmarks"_s);
+        if (isBatch)
+            host.answer(command, QStringList{u"b"_s}, u"1"_s);
+        else
+            host.answer(command, bookmarksAnswer());
+    }
+}
+
+/// Runs a day of work on a library that is loaded for it; false when it could not be loaded.
+bool workOnce(Trial &trial)
+{
+    Host host(trial.library());
+    if (!host.error().isEmpty()) {
+        trial.fail(u"expected a plug-in, found: "_s + host.error());
+        return false;
+    }
+    host.play(QLatin1String(dayOfWork));
+    answerAll(host);
+    host.play(QLatin1String(dayOfWork));
+    return true;
+}
+
+void checkOneObject(Trial &trial)
+{
+    LoadedPlugin plugin(trial.library());
+    if (!trial.expect(plugin.error().isEmpty(), u"a plug-in"_s, plugin.error()))
+        return;
+    const QPointer<QObject> first = plugin.object();
+    if (!trial.expect(first, u"an object"_s, u"none"_s))
+        return;
+    trial.expect(plugin.object() == first, u"the same object again"_s, u"another"_s);
+    trial.expect(!first->parent(), u"an object without a parent"_s, u"a parent"_s);
+    {
+        LoadedPlugin second(trial.library());
+        trial.expect(second.object() == first, u"the same object from a second loader"_s,
+                     u"another"_s);
+    }
+    trial.expect(first, u"the object to outlive the second loader"_s, u"its end"_s);
+    delete first;
+    const QPointer<QObject> next = plugin.object();
+    trial.expect(next, u"a new object after the first was deleted"_s, u"none"_s);
+    auto *const base = qobject_cast<PluginBase *>(next.data());
+    trial.expect(base && base->name.isEmpty() && base->pluginID.isEmpty(),
+                 u"a new object without name and ID"_s, u"something else"_s);
+    delete next;
+    trial.summarize(u"one object, made again after its end, shared by two loaders"_s);
+}
+
+void checkUnloadCycles(Trial &trial)
+{
+    constexpr int WarmUp = 20;
+    constexpr int Cycles = 200;
+    qint64 before = 0;
+    for (int i = 0; i < WarmUp + Cycles; ++i) {
+        if (i == WarmUp)
+            before = allocatedBytes().value_or(0);
+        if (!workOnce(trial))
+            return;
+        if (!trial.expect(!isInMemory(trial.library()), u"the library to leave the process"_s,
+                          u"it still in memory after unloading"_s))
+            return;
+    }
+    const qint64 grown = allocatedBytes().value_or(0) - before;
+    // A library that keeps anything for each cycle keeps at least a pointer.
+    trial.expect(grown < Cycles * 8, u"no growth"_s,
+                 u"%1 bytes more after %2 cycles"_s.arg(grown).arg(Cycles));
+    trial.summarize(
+        u"%1 times loaded, used and unloaded, %2 bytes more"_s.arg(WarmUp + Cycles).arg(grown));
+}
+
+/// Keeps the very values that the plug-in has passed; a copy would hide where they live.
+class KeepingFramework final : public FrameworkWrapperBase
+{
+public:
+    bool SendCommand(void *, const QString &pluginID, const QString &command,
+                     const QVariant &payload, void *context, bool,
+                     const QString &relayPath) override
+    {
+        kept += {pluginID, command, payload, relayPath};
+        sent.append({0, nullptr, pluginID, command, payload, context, false, relayPath, true});
+        return true;
+    }
+    QObject *FindPlugin(void *, const QString &) override { return topology; }
+
+    QObject *topology = nullptr;
+    QVariantList kept;
+    QList<standin::SentCommand> sent;
+};
+
+QVariantList keptOfWork(Trial &trial)
+{
+    KeepingFramework framework;
+    Host host(trial.library());
+    if (!host.error().isEmpty())
+        return {};
+    framework.topology = &host.topology;
+    host.introduce(&framework);
+    QVariantList kept;
+    host.play(QLatin1String(dayOfWork));
+    const QList<standin::SentCommand> sent = framework.sent;
+    for (const standin::SentCommand &command : sent)
+        host.answer(command, bookmarksAnswer());
+    host.play(u"show cell l A\nevent AddBookmark@A {'BookmarkID': 'e', 'LocationID': 'l'}"_s);
+    const auto *const model = host.showCell(u"other"_s, u"l"_s, u"A"_s);
+    host.play(u"event AddBookmark@A {'BookmarkID': 'f', 'LocationID': 'l'}"_s);
+    for (int role = Qt::UserRole + 1; role < Qt::UserRole + 24; ++role) {
+        kept.append(model->index(0, 0).data(role));
+        kept.append(model->roleNames().value(role));
+    }
+    kept += {host.plugin().name, host.plugin().pluginID};
+    for (const char *call :
+         {"getBookmarkListForRecent()", "getBookmarkListByNodeID('')", "getQueryBookmarkResult()",
+          "getFilteredBookmarkList({'endTimestamp': 5000})"})
+        kept.append(QVariant(host.call(QLatin1String(call))));
+    return framework.kept + kept;
+}
+
+void checkValuesOutliveTheLibrary(Trial &trial)
+{
+    QString before;
+    QVariantList kept;
+    {
+        LoadedPlugin stays(trial.library());
+        kept = keptOfWork(trial);
+        before = describe(kept);
+    }
+    if (!trial.expect(!kept.isEmpty(), u"values from the plug-in"_s, u"none"_s))
+        return;
+    if (isInMemory(trial.library())) {
+        trial.fail(u"expected the library to leave the process, found it still in memory"_s);
+        return;
+    }
+    trial.compare(u"values after the unload"_s, before, describe(kept));
+    trial.summarize(u"%1 values read after the library was gone"_s.arg(kept.size()));
+}
+
+void checkExitWithoutUnload(Trial &trial)
+{
+    // Left to the end of the process: the loader, the object, its lists and its contexts.
+    auto *const plugin = new LoadedPlugin(trial.library());
+    if (!trial.expect(plugin->error().isEmpty(), u"a plug-in"_s, plugin->error()))
+        return;
+    static standin::Framework framework;
+    auto *const base = qobject_cast<PluginBase *>(plugin->object());
+    if (!trial.expect(base, u"an object of the host's interface"_s, u"none"_s))
+        return;
+    base->InitialPluginBase(nullptr, nullptr, &framework);
+    base->PluginServerConnected();
+    QMetaObject::invokeMethod(base, "queryAllBookmarks");
+    QMetaObject::invokeMethod(base, "setTimelineBoundary", Q_ARG(qlonglong, 1), Q_ARG(qlonglong, 2),
+                              Q_ARG(QString, u"cell"_s));
+    trial.summarize(u"the process ends with the object alive"_s);
+}
+
+void checkExitAfterUnload(Trial &trial)
+{
+    if (workOnce(trial))
+        trial.summarize(u"the process ends after the library was unloaded"_s);
+}
+
+QStringList filesIn(const QString &folder)
+{
+    QStringList files;
+    QDirIterator entries(folder, QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot,
+                         QDirIterator::Subdirectories);
+    while (entries.hasNext())
+        files.append(entries.next());
+    files.sort();
+    return files;
+}
+
+void checkThreadsAndFiles(Trial &trial)
+{
+    if (!threadCount() || !openFiles()) {
+        trial.skip(u"threads or open files can't be listed on this platform"_s);
+        return;
+    }
+    // The folder is the check's own and serves as home and for temporary files as well.
+    const QStringList written = filesIn(QDir::currentPath());
+    const QStringList open = openFiles().value_or(QStringList());
+    const int threads = *threadCount();
+    {
+        Host host(trial.library());
+        if (!trial.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
+            return;
+        host.play(QLatin1String(dayOfWork));
+        answerAll(host);
+        trial.expect(threadCount() == threads, u"no thread of its own"_s,
+                     u"%1 threads instead of %2"_s.arg(*threadCount()).arg(threads));
+        trial.compare(u"open files"_s, open.join(u'\n'), openFiles()->join(u'\n'));
+    }
+    trial.compare(u"open files after unloading"_s, open.join(u'\n'), openFiles()->join(u'\n'));
+    trial.compare(u"files in the working, home and temporary folder"_s, written.join(u'\n'),
+                  filesIn(QDir::currentPath()).join(u'\n'));
+    trial.summarize(u"no thread, no open file, no file written"_s);
+}
+
+void checkSilence(Trial &trial)
+{
+    // What is judged is the output of this process, by the one that started it.
+    if (workOnce(trial))
+        trial.summarize(u"nothing on standard output and error"_s);
+}
+
+// ---- The logging library ----
+
+/// A failing request, and what a plug-in that logs says about it.
+const QString badRequest = u"addBookmark('', '', '', 1, 2, '', '', '')"_s;
+const QString badRequestLine =
+    u"log Tessaline_Req: %s, Location ID is empty <Tessaline::addBookmark>"_s;
+
+QString traceWith(LogProbe::Missing missing, Trial &trial, QStringList *registrations)
+{
+    LogProbe log(missing);
+    if (!log.error().isEmpty()) {
+        trial.warn(u"the logging library is not there: "_s + log.error());
+        return {};
+    }
+    Host host(trial.library());
+    if (!trial.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
+        return {};
+    log.onLine = [&](const QString &line) { host.note(line); };
+    *registrations = log.registrations();
+    return host.play(badRequest);
+}
+
+void checkLogFunctionsMissing(Trial &trial)
+{
+    using Missing = LogProbe::Missing;
+    struct Row
+    {
+        Missing missing;
+        const char *what;
+        int registrations;
+        bool writes;
+    };
+    static constexpr Row rows[] = {
+        {Missing::Nothing, "all there", 1, true},
+        {Missing::Handle, "no handle", 1, false},
+        {Missing::RegisterModule, "no registerModule", 0, true},
+        {Missing::CheckLine, "no checkLine", 1, false},
+        {Missing::WriteLine, "no writeLine", 1, false},
+    };
+    for (const Row &row : rows) {
+        QStringList registrations;
+        const QString trace = traceWith(row.missing, trial, &registrations);
+        const QString title = QLatin1String(row.what);
+        trial.compare(title, (row.writes ? badRequestLine + u'\n' : QString()) + u"= bool false"_s,
+                      trace);
+        trial.compare(title + u", registration"_s,
+                      row.registrations ? u"19 Tessaline"_s : QString(),
+                      registrations.join(u", "_s));
+    }
+    trial.summarize(u"works with each function of the logging library missing"_s);
+}
+
+void checkLogRefused(Trial &trial)
+{
+    LoggingHost host(trial);
+    if (!host)
+        return;
+    host.log().refuseLines(true);
+    trial.compare(u"refused"_s, u"= bool false"_s, host->play(badRequest));
+    trial.expect(host.log().checks() == 1, u"one question whether the line is wanted"_s,
+                 QString::number(host.log().checks()));
+    host.log().refuseLines(false);
+    trial.compare(u"wanted again"_s, badRequestLine + u"\n= bool false"_s, host->play(badRequest));
+    trial.summarize(u"asks before each line and keeps to the answer"_s);
+}
+
+void checkLogAbsent(Trial &trial)
+{
+    Host host(trial.library());
+    if (!trial.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
+        return;
+    const QString name = LogProbe::libraryPath().section(u'/', -1);
+    if (isInMemory(LogProbe::loaderName())) {
+        trial.skip(name + u" is on the search path of this process"_s);
+        return;
+    }
+    trial.compare(u"without the logging library"_s, u"= bool false"_s, host.play(badRequest));
+    host.play(QLatin1String(dayOfWork));
+    answerAll(host);
+    trial.summarize(u"works without "_s + name);
+}
+
+void checkLogHollow(Trial &trial)
+{
+    QLibrary hollow(LogProbe::hollowLibraryPath());
+    if (!hollow.load()) {
+        trial.warn(u"the stand-in without an entry point is not there: "_s + hollow.errorString());
+        return;
+    }
+    Host host(trial.library());
+    if (!trial.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
+        return;
+    trial.compare(u"without the entry point"_s, u"= bool false"_s, host.play(badRequest));
+    trial.summarize(u"works with a logging library that lacks its entry point"_s);
+}
+
+} // namespace
+
+std::vector<Check> lifeChecks()
+{
+    return {
+        {"2.one-object", "One object, made again after its end, also by a second loader",
+         checkOneObject},
+        {"2.unload-cycles", "It can be loaded and unloaded any number of times without growth",
+         checkUnloadCycles},
+        {"2.values-outlive", "What it handed out is valid after it has been unloaded",
+         checkValuesOutliveTheLibrary},
+        {"2.exit-loaded", "The process can end while it is loaded and its object alive",
+         checkExitWithoutUnload},
+        {"2.exit-unloaded", "The process can end after it was used and unloaded",
+         checkExitAfterUnload},
+        {"2.threads-files", "It starts no thread, keeps no file open and writes none",
+         checkThreadsAndFiles},
+        {"2.silence", "It writes nothing on standard output and error", checkSilence},
+        {"2.log-functions", "It registers, and works with each function of the log missing",
+         checkLogFunctionsMissing},
+        {"2.log-refused", "It writes only lines that the log wants", checkLogRefused},
+        {"2.log-absent", "It works without the logging library", checkLogAbsent},
+        {"2.log-hollow", "It works with a logging library that has no entry point", checkLogHollow},
+    };
+}
+
+} // namespace check

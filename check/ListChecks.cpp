@@ -1,0 +1,288 @@
+#include "Checks.h"
+#include "Host.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QLocale>
+#include <QtCore/QRandomGenerator>
+
+#include <algorithm>
+#include <limits>
+
+// Level 4: the bookmark panel's lists, compared with a plain model of what they should be.
+
+namespace check {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString textOf(const QVariantMap &record, const QString &key)
+{
+    return record.value(key).toString();
+}
+
+QString cameraKeyOf(const QVariantMap &record)
+{
+    const QString relayPath = textOf(record, u"relayPath"_s);
+    const QString cameraID = textOf(record, u"cameraID"_s);
+    return relayPath.isEmpty() ? cameraID : relayPath + u'/' + cameraID;
+}
+
+bool passes(const QVariantMap &record, const QVariantMap &filter)
+{
+    const qint64 start = record.value(u"startTimestamp"_s).toLongLong();
+    if (start < filter.value(u"startTimestamp"_s).toLongLong() ||
+        start > filter.value(u"endTimestamp"_s).toLongLong())
+        return false;
+    const QString node = textOf(filter, u"nodeID"_s);
+    if (!node.isEmpty() && cameraKeyOf(record) != node)
+        return false;
+    const QString text = textOf(filter, u"text"_s);
+    if (text.isEmpty())
+        return true;
+    for (const char *key : {"cameraName", "creator", "description", "displayTimeRange"}) {
+        if (textOf(record, QLatin1String(key)).contains(text, Qt::CaseInsensitive))
+            return true;
+    }
+    return false;
+}
+
+/// What decides the place of a record: a date for both keys of time, else a text.
+QVariant rankOf(const QVariantMap &record, const QString &key)
+{
+    if (key != u"displayTimeRange" && key != u"displayDate")
+        return textOf(record, key);
+    // Years of two digits count from 1900.
+    return QDateTime::fromString(textOf(record, u"displayDate"_s),
+                                 QLocale::system().dateFormat(QLocale::ShortFormat))
+        .toMSecsSinceEpoch();
+}
+
+bool comesBefore(const QVariant &left, const QVariant &right)
+{
+    return left.typeId() == QMetaType::QString ? left.toString() < right.toString()
+                                               : left.toLongLong() < right.toLongLong();
+}
+
+QVariantMap pageOf(Host &host, const QVariantMap &filter)
+{
+    QVariant page;
+    host.call("getFilteredBookmarkList", {filter}, &page);
+    return page.toMap();
+}
+
+/// The records of a page in their order; groups must be titled by their records' field.
+QList<QVariantMap> recordsOf(Trial &trial, const QVariantMap &page, const QString &groupKey)
+{
+    QList<QVariantMap> records;
+    QStringList titles;
+    const QVariantList groups = page.value(u"bookmarkGroupList"_s).toList();
+    for (const QVariant &element : groups) {
+        const QVariantMap group = element.toMap();
+        trial.compare(u"keys of a group"_s, u"bookmarkList title"_s,
+                      QStringList(group.keys()).join(u' '));
+        const QString title = textOf(group, u"title"_s);
+        trial.expect(!titles.contains(title), u"one group for each title"_s, u"two of "_s + title);
+        titles.append(title);
+        const QVariantList list = group.value(u"bookmarkList"_s).toList();
+        for (const QVariant &record : list) {
+            const QString field = groupKey == u"displayTimeRange" ? u"displayDate"_s : groupKey;
+            trial.compare(u"title by "_s + groupKey, title, textOf(record.toMap(), field));
+            records.append(record.toMap());
+        }
+    }
+    return records;
+}
+
+/// Compares one answer with the model. Records of equal rank may come in any order: so ranks are
+/// compared place by place, and the records themselves as a set when all are on the page.
+void judge(Trial &trial, const QVariantList &stored, const QVariantMap &filter,
+           const QVariantMap &page)
+{
+    const QString key = textOf(filter, u"groupKey"_s);
+    QList<QVariant> ranks;
+    QStringList expected;
+    for (const QVariant &element : stored) {
+        const QVariantMap record = element.toMap();
+        if (!passes(record, filter))
+            continue;
+        ranks.append(rankOf(record, key));
+        expected.append(textOf(record, u"bookmarkID"_s));
+    }
+    const bool ascending = filter.value(u"ascending"_s).toBool();
+    std::sort(ranks.begin(), ranks.end(), [=](const QVariant &left, const QVariant &right) {
+        return ascending ? comesBefore(left, right) : comesBefore(right, left);
+    });
+
+    const QVariant total = page.value(u"totalBookmarkNumber"_s);
+    trial.compare(u"totalBookmarkNumber"_s, u"qlonglong %1"_s.arg(expected.size()),
+                  QLatin1String(total.typeName()) + u' ' + total.toString());
+    constexpr int PageSize = 50;
+    const int pages = int((expected.size() + PageSize - 1) / PageSize);
+    const int asked = filter.value(u"pageNumber"_s).toInt();
+    const QList<QVariant> slice = ranks.mid(PageSize * (asked >= pages ? 0 : asked), PageSize);
+
+    const QList<QVariantMap> records = recordsOf(trial, page, key);
+    QStringList found;
+    trial.compare(u"records on the page"_s, QString::number(slice.size()),
+                  QString::number(records.size()));
+    // Groups gather equal titles, which for a key of dates are equal ranks as well.
+    for (qsizetype i = 0; i < records.size(); ++i) {
+        found.append(textOf(records.at(i), u"bookmarkID"_s));
+        trial.compare(u"place %1 by %2"_s.arg(i).arg(key), slice.value(i).toString(),
+                      rankOf(records.at(i), key).toString());
+    }
+    expected.sort();
+    found.sort();
+    if (pages <= 1)
+        trial.compare(u"what passes the filter"_s, expected.join(u' '), found.join(u' '));
+}
+
+constexpr qint64 Day = 86400000;
+
+/// Loads the host with bookmarks of two stations; returns the stored list.
+QVariantList fill(Host &host, int count, QRandomGenerator &random)
+{
+    host.call(u"queryAllBookmarks()"_s);
+    const QList<standin::SentCommand> sent = host.framework.sent();
+    for (const standin::SentCommand &query : sent) {
+        QVariantList records;
+        for (int i = 0; i < count; ++i)
+            records.append(serverRecord(
+                query.relayPath + QString::number(i), QString::number(random.bounded(3)), u"l"_s,
+                Day * random.bounded(9000) + random.bounded(1000), Day * 9000,
+                u"Text %1"_s.arg(random.bounded(7)), random.bounded(2) ? u"ann"_s : u"Z\u00f6e"_s,
+                QString::number(random.bounded(4))));
+        host.answer(query, QVariantMap{{u"Bookmarks"_s, records}});
+    }
+    return host.call(u"getBookmarkListByNodeID('')"_s).toList();
+}
+
+QVariantMap everything()
+{
+    return {{u"startTimestamp"_s, std::numeric_limits<qint64>::min()},
+            {u"endTimestamp"_s, std::numeric_limits<qint64>::max()},
+            {u"groupKey"_s, u"displayDate"_s},
+            {u"ascending"_s, true}};
+}
+
+void checkFilters(Trial &trial)
+{
+    LoggingHost host(trial);
+    if (!host)
+        return;
+    QRandomGenerator random(trial.seed());
+    const QVariantList stored = fill(*host, 15, random);
+    struct Row
+    {
+        const char *key;
+        QVariant value;
+    };
+    const Row rows[] = {{"text", u"TEXT 3"_s},
+                        {"text", u"z\u00d6E"_s},
+                        {"text", u"station a - camera"_s},
+                        {"text", u":00 - "_s},
+                        {"text", u"nowhere"_s},
+                        {"text", QString()},
+                        {"text", u"A1"_s},
+                        {"nodeID", u"A/1"_s},
+                        {"nodeID", u"A"_s},
+                        {"nodeID", u"1"_s},
+                        {"nodeID", u"a/1"_s},
+                        {"startTimestamp", Day * 4000},
+                        {"endTimestamp", Day * 4000},
+                        {"endTimestamp", std::numeric_limits<qint64>::min()},
+                        {"startTimestamp", QVariant()}};
+    for (const Row &row : rows) {
+        QVariantMap filter = everything();
+        filter.insert(QLatin1String(row.key), row.value);
+        judge(trial, stored, filter, pageOf(*host, filter));
+    }
+    // The ends belong to the range.
+    const QVariant start = stored.value(0).toMap().value(u"startTimestamp"_s);
+    QVariantMap exact = everything();
+    exact.insert({{u"startTimestamp"_s, start}, {u"endTimestamp"_s, start}});
+    judge(trial, stored, exact, pageOf(*host, exact));
+    judge(trial, stored, {}, pageOf(*host, {}));
+    trial.summarize(u"%1 filters on %2 bookmarks"_s.arg(std::size(rows) + 2).arg(stored.size()));
+}
+
+void checkSorting(Trial &trial)
+{
+    LoggingHost host(trial);
+    if (!host)
+        return;
+    QRandomGenerator random(trial.seed());
+    const QVariantList stored = fill(*host, 16, random);
+    for (const char *key : {"displayDate", "displayTimeRange", "startTimestamp", "bookmarkID",
+                            "description", "creator", "group", "cameraName", "locID", "nothing"}) {
+        for (const bool ascending : {true, false}) {
+            QVariantMap filter = everything();
+            filter.insert(u"groupKey"_s, QLatin1String(key));
+            filter.insert(u"ascending"_s, ascending);
+            judge(trial, stored, filter, pageOf(*host, filter));
+        }
+    }
+    trial.summarize(u"10 keys, both directions"_s);
+}
+
+void checkPages(Trial &trial)
+{
+    LoggingHost host(trial);
+    if (!host)
+        return;
+    QRandomGenerator random(trial.seed());
+    const QVariantList stored = fill(*host, 40, random);
+    for (const int number : {0, 1, 2, 3, 1000, std::numeric_limits<int>::max()}) {
+        QVariantMap filter = everything();
+        filter.insert(u"groupKey"_s, u"bookmarkID"_s);
+        filter.insert(u"pageNumber"_s, number);
+        judge(trial, stored, filter, pageOf(*host, filter));
+    }
+    host->renewObject();
+    judge(trial, {}, everything(), pageOf(*host, everything()));
+    trial.summarize(u"120 bookmarks on pages of 50, and none"_s);
+}
+
+void checkNodeList(Trial &trial)
+{
+    LoggingHost host(trial);
+    if (!host)
+        return;
+    host->play(
+        u"queryAllBookmarks()\nanswer 1 ok {'Bookmarks': [{'BookmarkID': 'b2', 'CameraID': '1', "
+        "'StartTimestamp': 5}, {'BookmarkID': 'b0'}, {'BookmarkID': 'b1', 'CameraID': '1', "
+        "'StartTimestamp': 1000}]}\nreply QueryBookmarkForRecent@ ok {'Bookmarks': ["
+        "{'BookmarkID': 'r1000', 'StartTimestamp': 1000}, {'BookmarkID': 'r5', "
+        "'StartTimestamp': 5}, {'BookmarkID': 'r999', 'StartTimestamp': 999}]}"_s);
+    const auto identifiersOf = [&](const QString &call) {
+        QStringList identifiers;
+        const QVariantList list = host->call(call).toList();
+        for (const QVariant &record : list)
+            identifiers.append(textOf(record.toMap(), u"bookmarkID"_s));
+        return identifiers.join(u' ');
+    };
+    const QString recent = u"getBookmarkListForRecent()"_s;
+    trial.compare(u"recent as received"_s, u"r1000 r5 r999"_s, identifiersOf(recent));
+    trial.compare(u"of one camera, as stored"_s, u"b2 b1"_s,
+                  identifiersOf(u"getBookmarkListByNodeID('A/1')"_s));
+    trial.compare(u"recent, newest first by the number's text"_s, u"r999 r5 r1000"_s,
+                  identifiersOf(recent));
+    trial.compare(u"of no camera"_s, QString(), identifiersOf(u"getBookmarkListByNodeID('A')"_s));
+    trial.compare(u"of all"_s, u"b2 b0 b1"_s, identifiersOf(u"getBookmarkListByNodeID('')"_s));
+    trial.summarize(u"one camera's list, and the order it gives the recent ones"_s);
+}
+
+} // namespace
+
+std::vector<Check> listChecks()
+{
+    return {
+        {"4.filters", "Time, text and camera filters, and the total", checkFilters},
+        {"4.sorting", "Order and groups by every key", checkSorting},
+        {"4.pages", "Pages of 50, and what is beyond the last", checkPages},
+        {"4.node-list", "The bookmarks of one camera and the recent ones", checkNodeList},
+    };
+}
+
+} // namespace check

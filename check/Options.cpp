@@ -1,0 +1,92 @@
+#include "Options.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QFileInfo>
+
+namespace check {
+
+namespace {
+
+/// A number between two ends, both included; nothing and @p error for anything else.
+std::optional<uint> numberOf(const QCommandLineParser &parser, const QString &option, uint least,
+                             uint greatest, QString &error)
+{
+    bool isNumber = false;
+    const uint number = parser.value(option).toUInt(&isNumber);
+    if (isNumber && number >= least && number <= greatest)
+        return number;
+    error =
+        QStringLiteral("--%1 takes a number from %2 to %3").arg(option).arg(least).arg(greatest);
+    return std::nullopt;
+}
+
+void describe(QCommandLineParser &parser)
+{
+    parser.setApplicationDescription(QStringLiteral(
+        "Checks a build of the Tessaline plug-in against its contract with host and QML.\n"
+        "Exit code: 0 all passed, 1 a check failed or none ran, 2 the command line is wrong."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    parser.addPositionalArgument(QStringLiteral("LIBRARY"), QStringLiteral("The plug-in's file."));
+
+    QCommandLineOption runOne(QStringLiteral("run-one"), QString(), QStringLiteral("check"));
+    QCommandLineOption resultFile(QStringLiteral("result"), QString(), QStringLiteral("file"));
+    runOne.setFlags(QCommandLineOption::HiddenFromHelp);
+    resultFile.setFlags(QCommandLineOption::HiddenFromHelp);
+    parser.addOptions(
+        {{QStringLiteral("list"), QStringLiteral("Names the checks and what each proves.")},
+         {QStringLiteral("include"), QStringLiteral("Runs the checks whose name matches."),
+          QStringLiteral("regex")},
+         {QStringLiteral("level"), QStringLiteral("Runs the levels from 1 to this one."),
+          QStringLiteral("1..5"), QStringLiteral("5")},
+         {QStringLiteral("seed"), QStringLiteral("Where random choices begin."),
+          QStringLiteral("number"), QStringLiteral("1")},
+         {QStringLiteral("timeout"), QStringLiteral("Time for each check."),
+          QStringLiteral("seconds"), QStringLiteral("60")},
+         {QStringLiteral("json"), QStringLiteral("Writes the results as JSON."),
+          QStringLiteral("file")},
+         {QStringLiteral("junit"), QStringLiteral("Writes the results as JUnit XML."),
+          QStringLiteral("file")},
+         {QStringLiteral("in-process"),
+          QStringLiteral("Runs one check in this process, for a debugger.")},
+         runOne,
+         resultFile});
+}
+
+} // namespace
+
+std::optional<Options> Options::parse(const QStringList &arguments, QString &error)
+{
+    QCommandLineParser parser;
+    describe(parser);
+    parser.process(arguments);
+
+    Options options;
+    options.list = parser.isSet(QStringLiteral("list"));
+    options.include.setPattern(parser.value(QStringLiteral("include")));
+    options.jsonFile = parser.value(QStringLiteral("json"));
+    options.junitFile = parser.value(QStringLiteral("junit"));
+    options.inProcess = parser.isSet(QStringLiteral("in-process"));
+    options.runOne = parser.value(QStringLiteral("run-one"));
+    options.resultFile = parser.value(QStringLiteral("result"));
+    if (!options.include.isValid())
+        error = QStringLiteral("--include: ") + options.include.errorString();
+
+    const auto level = numberOf(parser, QStringLiteral("level"), 1, 5, error);
+    const auto seed = numberOf(parser, QStringLiteral("seed"), 0, 0xffffffffU, error);
+    const auto timeout = numberOf(parser, QStringLiteral("timeout"), 1, 86400, error);
+    options.level = int(level.value_or(0));
+    options.seed = seed.value_or(0);
+    options.timeoutSeconds = int(timeout.value_or(0));
+
+    const QStringList libraries = parser.positionalArguments();
+    if (libraries.size() == 1)
+        options.library = QFileInfo(libraries.constFirst()).absoluteFilePath();
+    else if (!options.list)
+        error = QStringLiteral("one library is needed; see --help");
+    if (!error.isEmpty())
+        return std::nullopt;
+    return options;
+}
+
+} // namespace check

@@ -1,0 +1,130 @@
+#include "Report.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QSaveFile>
+#include <QtCore/QXmlStreamWriter>
+
+#include <algorithm>
+
+namespace check {
+
+namespace {
+
+int countOf(const QList<Result> &results, Status status)
+{
+    return int(std::count_if(results.cbegin(), results.cend(),
+                             [=](const Result &result) { return result.status == status; }));
+}
+
+QString written(const QString &name, const QByteArray &content)
+{
+    QSaveFile file(name);
+    const bool done =
+        file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit();
+    return done ? QString() : name + QLatin1String(": ") + file.errorString();
+}
+
+/// XML has no form for most control characters, not even as references.
+QString printable(QString text)
+{
+    for (QChar &c : text) {
+        if (c.unicode() < 0x20 && c != u'\n')
+            c = u'?';
+    }
+    return text;
+}
+
+void writeCase(QXmlStreamWriter &xml, const Result &result)
+{
+    xml.writeStartElement(QStringLiteral("testcase"));
+    xml.writeAttribute(QStringLiteral("classname"), QStringLiteral("level%1").arg(result.level));
+    xml.writeAttribute(QStringLiteral("name"), result.name);
+    xml.writeAttribute(QStringLiteral("time"),
+                       QString::number(double(result.milliseconds) / 1000, 'f', 3));
+    const QString details = printable(result.more.join(u'\n'));
+    if (result.status == Status::Skipped || isFailure(result.status)) {
+        xml.writeStartElement(result.status == Status::Skipped ? QStringLiteral("skipped")
+                              : result.status == Status::Fail  ? QStringLiteral("failure")
+                                                               : QStringLiteral("error"));
+        xml.writeAttribute(QStringLiteral("message"), printable(result.line));
+        xml.writeAttribute(QStringLiteral("type"), wordFor(result.status));
+        xml.writeCharacters(details);
+        xml.writeEndElement();
+    } else {
+        xml.writeTextElement(QStringLiteral("system-out"),
+                             wordFor(result.status) + QLatin1String(": ") + printable(result.line) +
+                                 u'\n' + details);
+    }
+    xml.writeEndElement();
+}
+
+} // namespace
+
+QString textOf(const Result &result)
+{
+    QString text = wordFor(result.status).leftJustified(8) + result.name.leftJustified(27) + u' ' +
+                   result.line;
+    for (const QString &line : result.more)
+        text += QLatin1String("\n        ") + line;
+    return text;
+}
+
+QString summaryOf(const QList<Result> &results)
+{
+    QStringList parts;
+    for (const Status status : {Status::Pass, Status::Warning, Status::Fail, Status::Crash,
+                                Status::Timeout, Status::Skipped}) {
+        if (const int count = countOf(results, status))
+            parts.append(QStringLiteral("%1 %2").arg(count).arg(wordFor(status)));
+    }
+    if (parts.isEmpty())
+        return QStringLiteral("no check ran");
+    return QStringLiteral("%1 checks: ").arg(results.size()) + parts.join(QLatin1String(", "));
+}
+
+int exitCodeFor(const QList<Result> &results)
+{
+    const bool nothingRan = countOf(results, Status::Skipped) == results.size();
+    const bool failed = std::any_of(results.cbegin(), results.cend(),
+                                    [](const Result &result) { return isFailure(result.status); });
+    return nothingRan || failed ? 1 : 0;
+}
+
+QString writeJson(const QString &file, const QString &library, quint32 seed,
+                  const QList<Result> &results)
+{
+    QJsonArray list;
+    for (const Result &result : results)
+        list.append(result.toJson());
+    const QJsonObject report{{QStringLiteral("library"), library},
+                             {QStringLiteral("seed"), qint64(seed)},
+                             {QStringLiteral("exitCode"), exitCodeFor(results)},
+                             {QStringLiteral("results"), list}};
+    return written(file, QJsonDocument(report).toJson());
+}
+
+QString writeJUnit(const QString &file, const QString &library, const QList<Result> &results)
+{
+    QByteArray content;
+    QXmlStreamWriter xml(&content);
+    xml.setAutoFormatting(true);
+    xml.writeStartDocument();
+    xml.writeStartElement(QStringLiteral("testsuite"));
+    xml.writeAttribute(QStringLiteral("name"), QStringLiteral("tessaline-check"));
+    xml.writeAttribute(QStringLiteral("tests"), QString::number(results.size()));
+    xml.writeAttribute(QStringLiteral("failures"), QString::number(countOf(results, Status::Fail)));
+    xml.writeAttribute(
+        QStringLiteral("errors"),
+        QString::number(countOf(results, Status::Crash) + countOf(results, Status::Timeout)));
+    xml.writeAttribute(QStringLiteral("skipped"),
+                       QString::number(countOf(results, Status::Skipped)));
+    xml.writeTextElement(QStringLiteral("system-out"), library);
+    for (const Result &result : results)
+        writeCase(xml, result);
+    xml.writeEndElement();
+    xml.writeEndDocument();
+    return written(file, content);
+}
+
+} // namespace check

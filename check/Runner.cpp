@@ -1,0 +1,134 @@
+#include "Runner.h"
+
+#include "Checks.h"
+#include "ProcessProbe.h"
+#include "QtMessages.h"
+#include "Trial.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
+
+#include <algorithm>
+
+namespace check {
+
+namespace {
+
+Result ended(Status status, const QString &line)
+{
+    Result result;
+    result.status = status;
+    result.line = line;
+    return result;
+}
+
+/// The end of what the child wrote to a channel, for a result's details.
+QStringList lastLines(const QByteArray &output)
+{
+    const QStringList lines = QString::fromLocal8Bit(output).split(u'\n', Qt::SkipEmptyParts);
+    return lines.mid(std::max<qsizetype>(0, lines.size() - 5));
+}
+
+Result readResult(const QString &fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly))
+        return ended(Status::Crash, QStringLiteral("the process ended before the check did"));
+    return Result::fromJson(QJsonDocument::fromJson(file.readAll()).object());
+}
+
+/// A plug-in has the process of somebody else, whose output is not its to write to.
+void judgeOutput(Result &result, QProcess &child)
+{
+    const QByteArray output = child.readAllStandardOutput() + child.readAllStandardError();
+    if (output.isEmpty())
+        return;
+    result.more += lastLines(output);
+    if (isFailure(result.status))
+        return;
+    result.status = Status::Fail;
+    result.line = QStringLiteral("expected no output, found %1 bytes on standard output or error")
+                      .arg(output.size());
+}
+
+Result resultOf(QProcess &child, const QString &resultFile, int timeoutSeconds)
+{
+    if (!child.waitForStarted())
+        return ended(Status::Fail, child.errorString());
+    if (!child.waitForFinished(timeoutSeconds * 1000)) {
+        child.kill();
+        child.waitForFinished();
+        return ended(Status::Timeout,
+                     QStringLiteral("expected an end within %1 s, found none").arg(timeoutSeconds));
+    }
+    Result result = readResult(resultFile);
+    if (child.exitStatus() == QProcess::CrashExit) {
+        const bool reported = QFile::exists(resultFile);
+        const QStringList found = reported ? QStringList(result.line) + result.more : QStringList();
+        result =
+            ended(Status::Crash, QStringLiteral("expected an ordinary end, found %1 %2")
+                                     .arg(describeCrash(child.exitCode()),
+                                          reported ? QStringLiteral("at the end of the process")
+                                                   : QStringLiteral("during the check")));
+        result.more = found;
+    }
+    judgeOutput(result, child);
+    return result;
+}
+
+} // namespace
+
+Result runHere(const Check &check, const Options &options)
+{
+    QElapsedTimer timer;
+    timer.start();
+    Trial trial(options.library, options.seed);
+    {
+        const QtMessages messages;
+        check.run(trial);
+        for (const QString &message : messages.warnings())
+            trial.warn(QStringLiteral("Qt warned: ") + message);
+    }
+    Result result = trial.result();
+    result.name = QLatin1String(check.name);
+    result.level = check.level();
+    result.milliseconds = timer.elapsed();
+    return result;
+}
+
+Result runInChild(const Check &check, const Options &options)
+{
+    QElapsedTimer timer;
+    timer.start();
+    const QTemporaryDir folder;
+    const QTemporaryDir resultFolder;
+    const QString resultFile = resultFolder.filePath(QStringLiteral("result.json"));
+    QProcess child;
+    child.setWorkingDirectory(folder.path());
+    child.setProcessEnvironment(childEnvironment(folder.path()));
+    child.start(QCoreApplication::applicationFilePath(),
+                {options.library, QStringLiteral("--run-one"), QLatin1String(check.name),
+                 QStringLiteral("--result"), resultFile, QStringLiteral("--seed"),
+                 QString::number(options.seed)});
+    Result result = resultOf(child, resultFile, options.timeoutSeconds);
+    result.name = QLatin1String(check.name);
+    result.level = check.level();
+    result.milliseconds = timer.elapsed();
+    return result;
+}
+
+int runAsChild(const Options &options)
+{
+    const Check *const check = findCheck(options.runOne);
+    QFile file(options.resultFile);
+    if (!check || options.resultFile.isEmpty())
+        return 2;
+    const QByteArray json = QJsonDocument(runHere(*check, options).toJson()).toJson();
+    return file.open(QIODevice::WriteOnly) && file.write(json) == json.size() ? 0 : 2;
+}
+
+} // namespace check

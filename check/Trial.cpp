@@ -1,0 +1,68 @@
+#include "Trial.h"
+
+namespace check {
+
+namespace {
+
+/// Long values are of no use on one line.
+QString shortened(const QString &text)
+{
+    constexpr qsizetype Longest = 400;
+    if (text.size() <= Longest)
+        return text;
+    return text.first(Longest) + QStringLiteral("... (%1 characters)").arg(text.size());
+}
+
+QString difference(const QString &expected, const QString &found)
+{
+    return QStringLiteral("expected %1, found %2").arg(shortened(expected), shortened(found));
+}
+
+QString orNothing(const QString &line)
+{
+    return line.isEmpty() ? QStringLiteral("nothing") : line;
+}
+
+} // namespace
+
+bool Trial::expect(bool holds, const QString &expected, const QString &found)
+{
+    if (!holds)
+        fail(difference(expected, found));
+    return holds;
+}
+
+bool Trial::compare(const QString &what, const QString &expected, const QString &found)
+{
+    if (expected == found)
+        return true;
+    const QStringList left = expected.split(u'\n');
+    const QStringList right = found.split(u'\n');
+    qsizetype line = 0;
+    while (left.value(line) == right.value(line) && line < qMax(left.size(), right.size()))
+        ++line;
+    fail(what + QLatin1String(": ") +
+         difference(orNothing(left.value(line)), orNothing(right.value(line))));
+    return false;
+}
+
+Result Trial::result() const
+{
+    Result result;
+    QStringList lines = m_failures + m_warnings;
+    if (!m_failures.isEmpty())
+        result.status = Status::Fail;
+    else if (!m_skipped.isEmpty())
+        result.status = Status::Skipped;
+    else
+        result.status = m_warnings.isEmpty() ? Status::Pass : Status::Warning;
+    if (result.status == Status::Skipped)
+        lines.prepend(m_skipped);
+    if (result.status == Status::Pass)
+        lines.prepend(m_summary);
+    result.line = lines.takeFirst();
+    result.more = lines;
+    return result;
+}
+
+} // namespace check
