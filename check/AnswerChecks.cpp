@@ -85,9 +85,7 @@ void checkSimpleAnswers(Trial &trial)
 }
 
 const char *const threeTargets =
-    "addBookmarks([{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}, "
-    "{'CameraID': '2', 'LocationID': 'l', 'relayPath': 'A'}, "
-    "{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'B'}], 1, 2, '', '', '')";
+    "addBookmarks([{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}, {'CameraID': '2', 'LocationID': 'l', 'relayPath': 'A'}, {'CameraID': '1', 'LocationID': 'l', 'relayPath': 'B'}], 1, 2, '', '', '')";
 
 void checkBatchAnswers(Trial &trial)
 {
@@ -96,8 +94,7 @@ void checkBatchAnswers(Trial &trial)
         {
             {"all created", threeTargets,
              "answer 2 ok [{'BookmarkID': 'x', 'CameraID': '1'}]\n"
-             "answer 1 ok [{'BookmarkID': 'y', 'CameraID': '1'}, {'BookmarkID': 'z', 'CameraID': "
-             "'2'}]",
+             "answer 1 ok [{'BookmarkID': 'y', 'CameraID': '1'}, {'BookmarkID': 'z', 'CameraID': '2'}]",
              "signal addBookmarksResponsed()"},
             {"one station fails", threeTargets, "answer 1 -1\nanswer 2 ok []",
              "signal addBookmarksResponsed(Camera A1,)"},
@@ -107,10 +104,8 @@ void checkBatchAnswers(Trial &trial)
              "signal addBookmarksResponsed(Camera A1,Camera B1,)"},
             {"placed in view cells",
              "show cell l A\nshow other l A\nsetTimelineFocusInfo('l', 'A', 'none')\n"
-             "addBookmarks([{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}], 1, 2, '', '', "
-             "'')",
-             "answer 1 ok [{'BookmarkID': 'x', 'CameraID': '1', 'LocationID': 'l'}, "
-             "{'BookmarkID': 'y', 'CameraID': '1', 'LocationID': 'k'}]\nrows cell\nrows other",
+             "addBookmarks([{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}], 1, 2, '', '', '')",
+             "answer 1 ok [{'BookmarkID': 'x', 'CameraID': '1', 'LocationID': 'l'}, {'BookmarkID': 'y', 'CameraID': '1', 'LocationID': 'k'}]\nrows cell\nrows other",
              R"(timeline refillItems(x)
                 timeline refillItems(x)
                 signal addBookmarksResponsed(Camera A1)
@@ -123,10 +118,8 @@ void checkBatchAnswers(Trial &trial)
                 log Tessaline_Local: %s, get TopologyPlugin failed <Tessaline::GetAllCamNames>
                 signal addBookmarksResponsed())"},
             {"all deleted",
-             "grant\nshow cell l A\nshow other l B\nevent AddBookmark@A {'BookmarkID': 'x', "
-             "'LocationID': 'l'}\n"
-             "deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'BookmarkID': 'y', "
-             "'relayPath': 'B'}])",
+             "grant\nshow cell l A\nshow other l B\nevent AddBookmark@A {'BookmarkID': 'x', 'LocationID': 'l'}\n"
+             "deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'BookmarkID': 'y', 'relayPath': 'B'}])",
              "answer 2 ok ['y']\nanswer 1 ok ['x', 'z']\nrows cell",
              R"(timeline removeItems(y)
                 timeline removeItems(y)
@@ -135,8 +128,7 @@ void checkBatchAnswers(Trial &trial)
                 signal deleteBookmarksResponsed()
                 rows [])"},
             {"one station can't delete",
-             "grant\ndeleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'BookmarkID': 'y', "
-             "'relayPath': 'B'}])",
+             "grant\ndeleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'BookmarkID': 'y', 'relayPath': 'B'}])",
              "answer 1 -1 ['x', 'also']\nanswer 2 ok ['y']",
              "signal deleteBookmarksResponsed(x,also)"},
         });
@@ -148,16 +140,14 @@ void checkQueryAnswers(Trial &trial)
         trial,
         {
             {"out of order", "queryAllBookmarks()",
-             "answer 3 ok {'Bookmarks': [{'BookmarkID': 'c'}]}\nanswer 1 ok {'Bookmarks': "
-             "[{'BookmarkID': 'a'}, {'BookmarkID': 'b'}]}\n"
+             "answer 3 ok {'Bookmarks': [{'BookmarkID': 'c'}]}\nanswer 1 ok {'Bookmarks': [{'BookmarkID': 'a'}, {'BookmarkID': 'b'}]}\n"
              "answer 2 ok {'bookmarks': [{'BookmarkID': 'lost'}]}\nlist all",
              R"(signal queryAllBookmarksResponsed(false)
                 signal queryAllBookmarksResponsed(false)
                 signal queryAllBookmarksResponsed(true)
                 list [C/c A/a A/b])"},
             {"one station fails", "queryAllBookmarks()",
-             "answer 1 -1 {'Bookmarks': [{'BookmarkID': 'lost'}]}\nanswer 2 ok\nanswer 3 '' "
-             "{}\nlist all",
+             "answer 1 -1 {'Bookmarks': [{'BookmarkID': 'lost'}]}\nanswer 2 ok\nanswer 3 '' {}\nlist all",
              R"(log Tessaline_ReqRespHandler: %s, query all bookmarks for server (%s) failed <Tessaline::HandleQueryAllBookmarksResp, A>
                 signal queryAllBookmarksResponsed(false)
                 signal queryAllBookmarksResponsed(false)
@@ -165,8 +155,7 @@ void checkQueryAnswers(Trial &trial)
                 signal queryAllBookmarksResponsed(true)
                 list [])"},
             {"superseded", "queryAllBookmarks()\nqueryAllBookmarks()",
-             "answer 1 ok {'Bookmarks': [{'BookmarkID': 'old'}]}\nanswer 4 ok {'Bookmarks': "
-             "[{'BookmarkID': 'new'}]}\n"
+             "answer 1 ok {'Bookmarks': [{'BookmarkID': 'old'}]}\nanswer 4 ok {'Bookmarks': [{'BookmarkID': 'new'}]}\n"
              "answer 5 ok\nanswer 2 ok\nanswer 6 ok\nlist all",
              R"(signal queryAllBookmarksResponsed(false)
                 signal queryAllBookmarksResponsed(false)
@@ -183,8 +172,7 @@ void checkQueryAnswers(Trial &trial)
                 signal queryBookmarkForRecentResponsed(true)
                 list [A/a b])"},
             {"for others, replaced by success alone", "",
-             "reply QueryBookmarkForApi@ ok [{'BookmarkID': 'a', 'more': 1}]\nreply "
-             "QueryBookmarkForApi@ -1 [{'BookmarkID': 'lost'}]\n"
+             "reply QueryBookmarkForApi@ ok [{'BookmarkID': 'a', 'more': 1}]\nreply QueryBookmarkForApi@ -1 [{'BookmarkID': 'lost'}]\n"
              "getQueryBookmarkResult()\nreply QueryBookmarkForApi@ ok\nlist api",
              R"(signal queryBookmarkForApiFinished(true)
                 signal queryBookmarkForApiFinished(false)
@@ -205,9 +193,7 @@ void checkTimelines(Trial &trial)
         trial,
         {
             {"filled by a query", "show cell l A\nsetTimelineBoundary(1, 5000, 'cell')",
-             "answer 1 ok {'Bookmarks': [{'BookmarkID': 'b', 'LocationID': 'l', 'StartTimestamp': "
-             "5}, {'BookmarkID': 'k', 'LocationID': 'L'}, {'BookmarkID': 'a', 'LocationID': "
-             "'l'}]}\nrows cell",
+             "answer 1 ok {'Bookmarks': [{'BookmarkID': 'b', 'LocationID': 'l', 'StartTimestamp': 5}, {'BookmarkID': 'k', 'LocationID': 'L'}, {'BookmarkID': 'a', 'LocationID': 'l'}]}\nrows cell",
              R"(timeline refillItems(b a)
                 signal queryBookmarkForTimelineResponsed(true)
                 rows [a b])"},
@@ -219,14 +205,12 @@ void checkTimelines(Trial &trial)
              R"(log Tessaline: %s, query bookmarks failed <Tessaline::CommandProcessor>
                 signal queryBookmarkForTimelineResponsed(false))"},
             {"focus moved", "show cell l A\nsetTimelineBoundary(1, 5000, 'cell')",
-             "setTimelineFocusInfo('k', 'A', 'cell')\nanswer 1 ok {'Bookmarks': [{'BookmarkID': "
-             "'b', 'LocationID': 'l'}]}",
+             "setTimelineFocusInfo('k', 'A', 'cell')\nanswer 1 ok {'Bookmarks': [{'BookmarkID': 'b', 'LocationID': 'l'}]}",
              R"(timeline clear()
                 timeline refillItems()
                 signal queryBookmarkForTimelineResponsed(true))"},
             {"another station", "show cell l A\nsetTimelineBoundary(1, 5000, 'cell')",
-             "setTimelineFocusInfo('l', 'B', 'cell')\nanswer 1 ok {'Bookmarks': [{'BookmarkID': "
-             "'b', 'LocationID': 'l'}]}",
+             "setTimelineFocusInfo('l', 'B', 'cell')\nanswer 1 ok {'Bookmarks': [{'BookmarkID': 'b', 'LocationID': 'l'}]}",
              R"(timeline clear()
                 timeline refillItems()
                 signal queryBookmarkForTimelineResponsed(true))"},
@@ -234,8 +218,7 @@ void checkTimelines(Trial &trial)
              "show cell l A\nsetTimelineBoundary(1, 5000, 'cell')\nremoveTimelineModel('cell')",
              "answer 1 ok {'Bookmarks': [{'BookmarkID': 'b', 'LocationID': 'l'}]}", ""},
             {"unknown view cells", "",
-             "setTimelineBoundary(1, 2, "
-             "'cell')\nclearTimelineModel('cell')\nremoveTimelineModel('cell')",
+             "setTimelineBoundary(1, 2, 'cell')\nclearTimelineModel('cell')\nremoveTimelineModel('cell')",
              ""},
             {"focus before the model", "setTimelineFocusInfo('l', 'A', 'cell')",
              "getBookmarkModelForTimeline('cell')\nsetTimelineBoundary(1, 2, 'cell')",
@@ -270,8 +253,7 @@ void checkEvents(Trial &trial)
              R"(timeline refillItems(x)
                 timeline refillItems(x))"},
             {"event that fits no cell", "show cell l A",
-             "event AddBookmark@A {'BookmarkID': 'x', 'LocationID': 'L'}\nevent AddBookmark@a "
-             "{'BookmarkID': 'x', 'LocationID': 'l'}",
+             "event AddBookmark@A {'BookmarkID': 'x', 'LocationID': 'L'}\nevent AddBookmark@a {'BookmarkID': 'x', 'LocationID': 'l'}",
              ""},
             {"event without a map", "show cell l A", "event AddBookmark@A 5\nevent AddBookmark@A",
              ""},

@@ -31,7 +31,7 @@ QByteArray contentOf(Trial &trial)
 std::optional<ElfFile> elfFileOf(Trial &trial)
 {
     const QByteArray content = contentOf(trial);
-    const auto file = ElfFile::read(content);
+    auto file = ElfFile::read(content);
     if (!file)
         trial.skip(u"read from ELF libraries of 64 bits only; this is "_s + formatOf(content));
     return file;

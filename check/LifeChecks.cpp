@@ -99,10 +99,10 @@ void checkOneObject(Trial &trial)
 
 void checkUnloadCycles(Trial &trial)
 {
-    constexpr int WarmUp = 20;
-    constexpr int Cycles = 200;
+    constexpr qint64 WarmUp = 20;
+    constexpr qint64 Cycles = 200;
     qint64 before = 0;
-    for (int i = 0; i < WarmUp + Cycles; ++i) {
+    for (qint64 i = 0; i < WarmUp + Cycles; ++i) {
         if (i == WarmUp)
             before = allocatedBytes().value_or(0);
         if (!workOnce(trial))

@@ -117,9 +117,9 @@ void judge(Trial &trial, const QVariantList &stored, const QVariantMap &filter,
     const QVariant total = page.value(u"totalBookmarkNumber"_s);
     trial.compare(u"totalBookmarkNumber"_s, u"qlonglong %1"_s.arg(expected.size()),
                   QLatin1String(total.typeName()) + u' ' + total.toString());
-    constexpr int PageSize = 50;
-    const int pages = int((expected.size() + PageSize - 1) / PageSize);
-    const int asked = filter.value(u"pageNumber"_s).toInt();
+    constexpr qsizetype PageSize = 50;
+    const qsizetype pages = (expected.size() + PageSize - 1) / PageSize;
+    const qsizetype asked = filter.value(u"pageNumber"_s).toInt();
     const QList<QVariant> slice = ranks.mid(PageSize * (asked >= pages ? 0 : asked), PageSize);
 
     const QList<QVariantMap> records = recordsOf(trial, page, key);

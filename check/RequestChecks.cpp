@@ -67,8 +67,7 @@ void checkPermission(Trial &trial)
              R"(signal removeAllBookmarksResponsed(false)
                 = bool true)"},
             {"batch without", "",
-             "deleteBookmarks([{'BookmarkID': '2', 'relayPath': 'B'}, {'BookmarkID': '1', "
-             "'relayPath': 'A'}, {'BookmarkID': '1', 'relayPath': 'A'}])",
+             "deleteBookmarks([{'BookmarkID': '2', 'relayPath': 'B'}, {'BookmarkID': '1', 'relayPath': 'A'}, {'BookmarkID': '1', 'relayPath': 'A'}])",
              R"(signal deleteBookmarksResponsed(1,2)
                 = bool true)"},
             {"empty batch without", "", "deleteBookmarks([])",
@@ -107,15 +106,12 @@ void checkBatchRequests(Trial &trial)
         trial,
         {
             {"by station", "",
-             "addBookmarks([{'CameraID': '2', 'LocationID': 'l', 'relayPath': 'B'}, {'CameraID': "
-             "'1', 'LocationID': 'l', 'relayPath': 'A'}, {'CameraID': '0', 'LocationID': 'l', "
-             "'relayPath': 'A'}], 1, 2, 'd', 'me', 'g')",
+             "addBookmarks([{'CameraID': '2', 'LocationID': 'l', 'relayPath': 'B'}, {'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}, {'CameraID': '0', 'LocationID': 'l', 'relayPath': 'A'}], 1, 2, 'd', 'me', 'g')",
              R"(send AddBookmarks@A [{CameraID: QString "1", Creator: QString "me", Description: QString "d", EndTimestamp: qlonglong 2, Group: QString "g", LocationID: QString "l", StartTimestamp: qlonglong 1}, {CameraID: QString "0", Creator: QString "me", Description: QString "d", EndTimestamp: qlonglong 2, Group: QString "g", LocationID: QString "l", StartTimestamp: qlonglong 1}] context 1
                 send AddBookmarks@B [{CameraID: QString "2", Creator: QString "me", Description: QString "d", EndTimestamp: qlonglong 2, Group: QString "g", LocationID: QString "l", StartTimestamp: qlonglong 1}] context 1
                 = bool true)"},
             {"doubles and no map", "",
-             "addBookmarks([{'CameraID': '1', 'LocationID': 'l'}, 5, {'CameraID': '1', "
-             "'LocationID': 'l'}, {'CameraID': '1', 'LocationID': 'k'}], 1, 2, '', '', '')",
+             "addBookmarks([{'CameraID': '1', 'LocationID': 'l'}, 5, {'CameraID': '1', 'LocationID': 'l'}, {'CameraID': '1', 'LocationID': 'k'}], 1, 2, '', '', '')",
              R"(send AddBookmarks@ [{CameraID: QString "1", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "l", StartTimestamp: qlonglong 1}, {CameraID: QString "", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "", StartTimestamp: qlonglong 1}, {CameraID: QString "1", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "k", StartTimestamp: qlonglong 1}] context 1
                 = bool true)"},
             {"numbers as identifiers", "grant",
@@ -123,25 +119,21 @@ void checkBatchRequests(Trial &trial)
              R"(send DeleteBookmarks@A [{BookmarkID: QString "7"}] context 1
                 = bool true)"},
             {"delete by station", "grant",
-             "deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'C'}, {'BookmarkID': 'x', "
-             "'relayPath': 'A'}, {'BookmarkID': 'x', 'relayPath': 'C'}, {'BookmarkID': 'w', "
-             "'relayPath': 'C'}])",
+             "deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'C'}, {'BookmarkID': 'x', 'relayPath': 'A'}, {'BookmarkID': 'x', 'relayPath': 'C'}, {'BookmarkID': 'w', 'relayPath': 'C'}])",
              R"(send DeleteBookmarks@A [{BookmarkID: QString "x"}] context 1
                 send DeleteBookmarks@C [{BookmarkID: QString "x"}, {BookmarkID: QString "w"}] context 1
                 = bool true)"},
             {"nothing to add", "", "addBookmarks([], 1, 2, 'd', 'me', 'g')", "= bool false"},
             {"nothing to delete", "grant", "deleteBookmarks([])", "= bool false"},
             {"one station refuses", "grant\nrefuse A",
-             "deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'BookmarkID': 'y', "
-             "'relayPath': 'B'}])\nanswer 2 ok ['y']",
+             "deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'BookmarkID': 'y', 'relayPath': 'B'}])\nanswer 2 ok ['y']",
              R"(send DeleteBookmarks@A [{BookmarkID: QString "x"}] context 1 refused
                 log Tessaline_Req: %s, send command failed <Tessaline::deleteBookmarks>
                 send DeleteBookmarks@B [{BookmarkID: QString "y"}] context 1
                 = bool true
                 signal deleteBookmarksResponsed())"},
             {"overlapping", "grant",
-             "deleteBookmarks([{'BookmarkID': 'x'}])\ndeleteBookmarks([{'BookmarkID': "
-             "'x'}])\nanswer 2 -1 ['x']\nanswer 1 ok",
+             "deleteBookmarks([{'BookmarkID': 'x'}])\ndeleteBookmarks([{'BookmarkID': 'x'}])\nanswer 2 -1 ['x']\nanswer 1 ok",
              R"(send DeleteBookmarks@ [{BookmarkID: QString "x"}] context 1
                 = bool true
                 send DeleteBookmarks@ [{BookmarkID: QString "x"}] context 2
@@ -191,8 +183,7 @@ void checkQueryRequests(Trial &trial)
              "queryAllBookmarks()\nanswer 1 ok {'Bookmarks': [{'BookmarkID': 'b'}]}\n"
              "reply QueryBookmarkForRecent@A ok {'Bookmarks': [{'BookmarkID': 'r'}]}\n"
              "reply QueryBookmarkForApi@ ok [{'BookmarkID': 'q'}]\nrefuse A B C",
-             "list all\nlist recent\nlist api\nqueryBookmarkForRecent('1', 'A', "
-             "1)\nqueryAllBookmarks()\nlist all\nlist recent\nlist api",
+             "list all\nlist recent\nlist api\nqueryBookmarkForRecent('1', 'A', 1)\nqueryAllBookmarks()\nlist all\nlist recent\nlist api",
              R"(list [A/b]
                 list [A/r]
                 list [q]
@@ -254,8 +245,7 @@ void checkRefusedSends(Trial &trial)
                 log Tessaline_Req: %s, send command failed <Tessaline::removeAllBookmarks>
                 = bool false)"},
             {"add many", "refuse A B",
-             "addBookmarks([{'CameraID': '1', 'relayPath': 'A'}, {'CameraID': '1', 'relayPath': "
-             "'B'}], 1, 2, '', '', '')",
+             "addBookmarks([{'CameraID': '1', 'relayPath': 'A'}, {'CameraID': '1', 'relayPath': 'B'}], 1, 2, '', '', '')",
              R"(send AddBookmarks@A [{CameraID: QString "1", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "", StartTimestamp: qlonglong 1}] context 1 refused
                 log Tessaline_Req: %s, send command failed <Tessaline::addBookmarks>
                 send AddBookmarks@B [{CameraID: QString "1", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "", StartTimestamp: qlonglong 1}] context 1 refused
@@ -265,8 +255,7 @@ void checkRefusedSends(Trial &trial)
              R"(send QueryBookmarkForRecent@A {LocationID: QString "X", RecentCnt: int 1} refused
                 = bool false)"},
             {"silent ones", "refuse -",
-             "connect\ngetRecycleSetting()\nupdateRecycleSetting(1, "
-             "true)\nqueryBookmarkForAPI(['1'], 1, 2)",
+             "connect\ngetRecycleSetting()\nupdateRecycleSetting(1, true)\nqueryBookmarkForAPI(['1'], 1, 2)",
              R"(send QuerySevTimezone@ invalid refused
                 send QuerySettingPermission@ invalid refused
                 send GetRecycleSetting@ invalid refused
@@ -298,12 +287,12 @@ void checkDateTimes(Trial &trial)
                   "qlonglong %2, StartTimestamp: qlonglong %1}"_s.arg(millisecondsOf(start),
                                                                       millisecondsOf(end)),
                   host->play(query.arg(start, end)));
-    trial.compare(u"batch"_s,
-                  u"send AddBookmarks@ [{CameraID: QString \"\", Creator: QString \"\", "
-                  "Description: QString \"\", EndTimestamp: qlonglong %2, Group: QString \"\", "
-                  "LocationID: QString \"\", StartTimestamp: qlonglong %1}] context 1\n"
-                  "= bool true"_s.arg(millisecondsOf(start), millisecondsOf(end)),
-                  host->play(batch.arg(start, end)));
+    trial.compare(
+        u"batch"_s,
+        u"send AddBookmarks@ [{CameraID: QString \"\", Creator: QString \"\", "
+        "Description: QString \"\", EndTimestamp: qlonglong %2, Group: QString \"\", LocationID: QString \"\", StartTimestamp: qlonglong %1}] context 1\n"
+        "= bool true"_s.arg(millisecondsOf(start), millisecondsOf(end)),
+        host->play(batch.arg(start, end)));
     for (const char *wrong : {"", "2024/13/01 00:00:00", "2024/01/01", "2024-01-01 00:00:00",
                               "2024/1/1 0:0:0", "2024/02/30 00:00:00", "2024/01/01 24:00:00",
                               "24/01/01 00:00:00", " 2024/01/01 00:00:00", "now"}) {

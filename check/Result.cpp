@@ -47,7 +47,7 @@ Result Result::fromJson(const QJsonObject &json)
     result.status = statusFor(json.value(QLatin1String("status")).toString());
     result.line = json.value(QLatin1String("line")).toString();
     const QJsonArray lines = json.value(QLatin1String("more")).toArray();
-    for (const QJsonValue &text : lines)
+    for (const auto &text : lines)
         result.more.append(text.toString());
     result.milliseconds = json.value(QLatin1String("milliseconds")).toInteger();
     return result;

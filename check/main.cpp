@@ -33,7 +33,8 @@ std::vector<Check> chosenChecks(const Options &options)
 int listChecks(const std::vector<Check> &checks)
 {
     for (const Check &check : checks)
-        print(QLatin1String(check.name).leftJustified(27) + u' ' + QLatin1String(check.proves));
+        print(QString::fromLatin1(check.name).leftJustified(27) + u' ' +
+              QLatin1String(check.proves));
     return 0;
 }
 
