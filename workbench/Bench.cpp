@@ -40,6 +40,7 @@ Bench::Bench(PluginBase &plugin, standin::Framework &framework, Site &site, QObj
     , m_framework(framework)
     , m_site(site)
     , m_now(QDateTime::currentMSecsSinceEpoch())
+    , m_recorder(plugin, framework, m_traffic)
 {
     connect(&m_site, &Site::bookmarkAddedByOther, this,
             [this](const QVariantMap &record, const QString &relayPath) {
@@ -53,6 +54,7 @@ Bench::Bench(PluginBase &plugin, standin::Framework &framework, Site &site, QObj
 
 void Bench::noteTraffic(const standin::Traffic &traffic)
 {
+    m_recorder.noteTraffic(traffic);
     m_stationStates.noteTraffic(traffic);
     using Kind = standin::Traffic::Kind;
     Q_EMIT passing(traffic);
@@ -95,7 +97,9 @@ void Bench::setServerTimeZone(const QString &ianaId)
 
 void Bench::connectToServer()
 {
+    const double call = m_recorder.beginConnection();
     m_plugin.PluginServerConnected();
+    m_recorder.end(call, {});
 }
 
 void Bench::failStation(const QString &relayPath, bool fails)

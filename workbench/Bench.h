@@ -1,7 +1,10 @@
 #pragma once
 
 #include "framework/Traffic.h"
+#include "traffic/LogModel.h"
+#include "traffic/Recorder.h"
 #include "traffic/StationStates.h"
+#include "traffic/TrafficModel.h"
 
 #include <QtCore/QHash>
 #include <QtCore/QObject>
@@ -38,6 +41,10 @@ class Bench : public QObject
     /// Names of the stations whose bookmarks are not in the list of all bookmarks: they failed to
     /// tell them or have not answered yet.
     Q_PROPERTY(QStringList failedStations READ failedStations NOTIFY stationStatesChanged)
+    /// For integrators: what passes between QML, plug-in and host, and the lines of the log.
+    Q_PROPERTY(workbench::Recorder *recorder READ recorder CONSTANT)
+    Q_PROPERTY(workbench::TrafficModel *traffic READ traffic CONSTANT)
+    Q_PROPERTY(workbench::LogModel *log READ log CONSTANT)
     /// IANA identifier that the server gives to the next who asks.
     Q_PROPERTY(QString serverTimeZone READ serverTimeZone WRITE setServerTimeZone NOTIFY
                    serverTimeZoneChanged)
@@ -57,6 +64,9 @@ public:
     int outstanding() const { return m_outstanding; }
     QVariantMap stationStates() const { return m_stationStates.states(); }
     QStringList failedStations() const { return m_stationStates.failedStations(); }
+    Recorder *recorder() { return &m_recorder; }
+    TrafficModel *traffic() { return &m_traffic; }
+    LogModel *log() { return &m_log; }
     QString serverTimeZone() const { return m_serverTimeZone; }
     void setServerTimeZone(const QString &ianaId);
     bool settingPermission() const { return m_settingPermission; }
@@ -107,6 +117,9 @@ private:
     qint64 m_now;
     int m_outstanding = 0;
     StationStates m_stationStates;
+    TrafficModel m_traffic;
+    Recorder m_recorder;
+    LogModel m_log;
     QString m_serverTimeZone;
     bool m_settingPermission = false;
     QHash<QString, QStringList> m_asked; ///< relay paths by command

@@ -119,10 +119,12 @@ void Framework::sendEvent(const QString &eventName, const QVariant &data, const 
 
     // A copy, as a plug-in may add or remove others, or go away itself.
     const auto plugins = m_plugins;
+    ++m_deliveries;
     for (const QPointer<QObject> &object : plugins) {
         if (PluginBase *plugin = pluginBase(object))
             plugin->EventProcessor(deepCopy(eventName), 0, 0, 0, deepCopy(data), traffic.relayPath);
     }
+    --m_deliveries;
 }
 
 SentCommand Framework::record(SentCommand command)
@@ -208,10 +210,12 @@ void Framework::deliver(const Pending &pending)
     traffic.relayPath = command.relayPath;
     notify(traffic);
 
+    ++m_deliveries;
     // The observer may have destroyed the receiver.
     if (PluginBase *plugin = pluginBase(receiver))
         plugin->CommandProcessor(command.command, deepCopy(pending.answer.result), command.context,
                                  traffic.resultCode, QString(), false, command.relayPath);
+    --m_deliveries;
 }
 
 void Framework::deliverRound()

@@ -69,6 +69,9 @@ public:
     /// Delivers an event to all plug-ins, at once.
     void sendEvent(const QString &eventName, const QVariant &data, const QString &relayPath);
 
+    /// How many answers and events are being delivered at this moment, one from inside the other.
+    int deliveries() const { return m_deliveries; }
+
 private:
     struct Pending
     {
@@ -88,6 +91,7 @@ private:
     DeliveryRules m_rules;
     std::function<void(const Traffic &)> m_observer;
     quint64 m_lastSequence = 0;
+    int m_deliveries = 0;
     bool m_recording = true;
     QList<SentCommand> m_sent;
     QList<Pending> m_held;

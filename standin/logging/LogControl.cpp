@@ -24,6 +24,7 @@ struct State
 {
     LogObject object = {};
     LogSink sink;
+    std::function<void(const LogLine &)> watcher;
     LogCalls calls;
     QList<LogRegistration> registrations;
     CheckedLine checked;
@@ -136,6 +137,9 @@ void writeLine(void *handle, const char *format, va_list arguments)
     line.format = format;
     line.text = formatted(format, arguments);
     log.sink.write(line);
+    // A copy, as the watcher may install another one.
+    if (const auto watcher = log.watcher)
+        watcher(line);
 }
 
 } // namespace
@@ -153,6 +157,11 @@ bool logging::writeToFile(const QString &path)
 void logging::writeTo(std::function<void(const LogLine &)> callback)
 {
     state().sink.useCallback(std::move(callback));
+}
+
+void logging::watch(std::function<void(const LogLine &)> callback)
+{
+    state().watcher = std::move(callback);
 }
 
 void logging::withhold(LogParts parts)
@@ -180,6 +189,7 @@ void logging::reset()
     State &log = state();
     log.offerAllBut({});
     log.sink.useStandardError();
+    log.watcher = nullptr;
     log.calls = {};
     log.registrations.clear();
     log.checked = {};

@@ -73,6 +73,9 @@ QARNLOGUTL_EXPORT bool writeToFile(const QString &path);
 /// Hands lines to a callback and writes them nowhere.
 QARNLOGUTL_EXPORT void writeTo(std::function<void(const LogLine &)> callback);
 
+/// Hands lines to a callback as well, wherever they are written. Null ends it.
+QARNLOGUTL_EXPORT void watch(std::function<void(const LogLine &)> callback);
+
 /// Takes parts out of the log object: they are null from now on, all others as usual. A handle or
 /// function that a user has copied before stays valid.
 QARNLOGUTL_EXPORT void withhold(LogParts parts);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QtCore/QMetaMethod>
-#include <QtCore/QObject>
+#include "framework/SignalReceiver.h"
+
 #include <QtCore/QStringList>
 
 #include <functional>
@@ -9,7 +9,7 @@
 
 /// Every signal of an object's own class as one line of text, in the order of emission:
 /// "addBookmarksResponsed(Camera A1,Camera B1)".
-class SignalLines : public QObject
+class SignalLines
 {
 public:
     explicit SignalLines(QObject *object);
@@ -20,10 +20,7 @@ public:
     /// Called after each signal, from inside the emission.
     std::function<void(const QString &line)> onSignal;
 
-    // Catches all signals without a slot for each of them.
-    int qt_metacall(QMetaObject::Call call, int id, void **arguments) override;
-
 private:
-    QList<QMetaMethod> m_signals;
     QStringList m_lines;
+    standin::SignalReceiver m_receiver;
 };

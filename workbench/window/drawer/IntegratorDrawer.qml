@@ -1,13 +1,42 @@
 import QtQuick
 import QtQuick.Controls
+import QtQuick.Layouts
 import Workbench
 
+/// For integrators: what passes between QML, plug-in and host, the log, and faults of the stations.
 Pane {
-    id: pane
+    id: drawer
 
     required property Client client
 
-    Label {
-        text: "IntegratorDrawer " + pane.client.revision
+    /// Keys and what they do, for the help.
+    readonly property var shortcuts: [
+        [qsTr("Up, Down, Home, End"), qsTr("Choose an entry of the traffic or the log")],
+        [qsTr("Ctrl+C"), qsTr("Copy the chosen entry's payload as JSON")],
+        [qsTr("/"), qsTr("Search in the traffic or the log")]
+    ]
+
+    padding: Theme.gap
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: Theme.gap
+
+        TabBar {
+            id: tabs
+            objectName: "drawerTabs"
+            Layout.fillWidth: true
+
+            TabButton { text: qsTr("Traffic"); width: implicitWidth }
+            TabButton { text: qsTr("Log"); width: implicitWidth }
+        }
+        StackLayout {
+            currentIndex: tabs.currentIndex
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+
+            TrafficTab { client: drawer.client }
+            LogTab { log: drawer.client.bench.log }
+        }
     }
 }

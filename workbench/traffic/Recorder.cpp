@@ -1,0 +1,105 @@
+#include "Recorder.h"
+
+#include "PluginBase.h"
+#include "TrafficModel.h"
+#include "framework/Framework.h"
+
+#include <utility>
+
+namespace workbench {
+
+Recorder::Recorder(PluginBase &plugin, standin::Framework &framework, TrafficModel &model,
+                   QObject *parent)
+    : QObject(parent)
+    , m_framework(framework)
+    , m_model(model)
+    , m_receiver(&plugin, [this](const QMetaMethod &signal, const QVariantList &arguments) {
+        TrafficEntry entry;
+        entry.kind = TrafficEntry::Kind::Signal;
+        entry.name = QString::fromLatin1(signal.name());
+        entry.value = arguments;
+        entry.depth = depth();
+        m_model.append(std::move(entry));
+    })
+{
+}
+
+void Recorder::noteTraffic(const standin::Traffic &traffic)
+{
+    using Kind = standin::Traffic::Kind;
+    TrafficEntry entry;
+    switch (traffic.kind) {
+    case Kind::Sent:
+        entry.kind = TrafficEntry::Kind::Sent;
+        entry.request = traffic.sequence;
+        break;
+    case Kind::Answered:
+        entry.kind = TrafficEntry::Kind::Answered;
+        entry.request = traffic.request;
+        break;
+    case Kind::Event:
+        entry.kind = TrafficEntry::Kind::Event;
+        break;
+    }
+    entry.name = traffic.name;
+    entry.relayPath = traffic.relayPath;
+    entry.context = numberOf(traffic.context);
+    entry.code = traffic.resultCode;
+    entry.accepted = traffic.accepted;
+    entry.value = traffic.value;
+    entry.depth = depth();
+    m_model.append(std::move(entry));
+}
+
+double Recorder::beginCall(const QString &method, const QVariantList &arguments)
+{
+    TrafficEntry entry;
+    entry.kind = TrafficEntry::Kind::Call;
+    entry.name = method;
+    entry.value = arguments;
+    return begin(std::move(entry));
+}
+
+double Recorder::beginConnection()
+{
+    TrafficEntry entry;
+    entry.kind = TrafficEntry::Kind::Connection;
+    entry.name = QStringLiteral("PluginServerConnected");
+    return begin(std::move(entry));
+}
+
+double Recorder::begin(TrafficEntry entry)
+{
+    entry.depth = depth();
+    ++m_calls;
+    return static_cast<double>(m_model.append(std::move(entry)));
+}
+
+void Recorder::end(double call, const QVariant &result)
+{
+    --m_calls;
+    m_model.setResult(static_cast<quint64>(call), notedResult(result));
+}
+
+int Recorder::depth() const
+{
+    return m_calls + m_framework.deliveries();
+}
+
+int Recorder::numberOf(const void *context)
+{
+    if (!context)
+        return 0;
+    const auto known = m_contexts.constFind(context);
+    return known != m_contexts.cend() ? *known
+                                      : *m_contexts.insert(context, int(m_contexts.size()) + 1);
+}
+
+QVariant notedResult(const QVariant &result)
+{
+    if (!result.canConvert<QObject *>())
+        return result;
+    return QVariantMap{{QStringLiteral("object"), result.value<QObject *>() != nullptr}};
+}
+
+} // namespace workbench

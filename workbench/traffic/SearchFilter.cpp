@@ -1,0 +1,46 @@
+#include "SearchFilter.h"
+
+namespace workbench {
+
+SearchFilter::SearchFilter(QObject *parent)
+    : QSortFilterProxyModel(parent)
+{
+    connect(this, &QAbstractItemModel::rowsInserted, this, &SearchFilter::countChanged);
+    connect(this, &QAbstractItemModel::rowsRemoved, this, &SearchFilter::countChanged);
+    connect(this, &QAbstractItemModel::modelReset, this, &SearchFilter::countChanged);
+}
+
+void SearchFilter::setSource(QAbstractItemModel *model)
+{
+    m_searchable = dynamic_cast<const Searchable *>(model);
+    setSourceModel(model);
+    Q_EMIT sourceChanged();
+    Q_EMIT countChanged();
+}
+
+void SearchFilter::setText(const QString &text)
+{
+    if (text == m_text)
+        return;
+    m_text = text;
+    invalidateFilter();
+    Q_EMIT textChanged();
+}
+
+void SearchFilter::setHiddenKinds(const QStringList &kinds)
+{
+    if (kinds == m_hiddenKinds)
+        return;
+    m_hiddenKinds = kinds;
+    invalidateFilter();
+    Q_EMIT hiddenKindsChanged();
+}
+
+bool SearchFilter::filterAcceptsRow(int sourceRow, const QModelIndex & /*sourceParent*/) const
+{
+    if (!m_searchable || m_hiddenKinds.contains(m_searchable->kindAt(sourceRow)))
+        return false;
+    return m_text.isEmpty() || m_searchable->contains(sourceRow, m_text);
+}
+
+} // namespace workbench

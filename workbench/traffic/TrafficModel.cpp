@@ -1,0 +1,205 @@
+#include "TrafficModel.h"
+
+#include "PayloadText.h"
+
+#include <QtCore/QDateTime>
+#include <QtGui/QClipboard>
+#include <QtGui/QGuiApplication>
+
+#include <utility>
+
+namespace workbench {
+
+namespace {
+
+constexpr int PublishInterval = 100; // milliseconds
+constexpr qsizetype SummaryLength = 240;
+
+qint64 weightOf(const TrafficEntry &entry)
+{
+    return payloadtext::countValues(entry.value) + payloadtext::countValues(entry.result);
+}
+
+QString summaryOf(const TrafficEntry &entry)
+{
+    using Kind = TrafficEntry::Kind;
+    QString text =
+        entry.kind == Kind::Connection ? QString() : payloadtext::brief(entry.value, SummaryLength);
+    if (entry.kind == Kind::Call && entry.result.isValid())
+        text += QLatin1String(" \u2192 ") + payloadtext::brief(entry.result, SummaryLength);
+    return text;
+}
+
+} // namespace
+
+TrafficModel::TrafficModel(QObject *parent)
+    : QAbstractListModel(parent)
+    , m_startTime(QDateTime::currentMSecsSinceEpoch())
+{
+    m_publishing.setSingleShot(true);
+    m_publishing.setInterval(PublishInterval);
+    connect(&m_publishing, &QTimer::timeout, this, &TrafficModel::publish);
+}
+
+void TrafficModel::setLimits(int entryCount, qint64 valueCount)
+{
+    m_entryLimit = entryCount;
+    m_valueLimit = valueCount;
+}
+
+quint64 TrafficModel::append(TrafficEntry entry)
+{
+    entry.sequence = ++m_lastSequence;
+    entry.elapsed = QDateTime::currentMSecsSinceEpoch() - m_startTime;
+    m_values += weightOf(entry);
+    m_entries.push_back(std::move(entry));
+    if (!m_paused && !m_publishing.isActive())
+        m_publishing.start();
+    return m_lastSequence;
+}
+
+void TrafficModel::setResult(quint64 sequence, const QVariant &result)
+{
+    if (m_entries.empty() || sequence < m_entries.front().sequence)
+        return; // dropped meanwhile
+    const auto row = static_cast<int>(sequence - m_entries.front().sequence);
+    m_values += payloadtext::countValues(result);
+    m_entries[static_cast<size_t>(row)].result = result;
+    if (row < m_rows)
+        Q_EMIT dataChanged(index(row), index(row), {SummaryRole});
+}
+
+void TrafficModel::setPaused(bool paused)
+{
+    if (paused == m_paused)
+        return;
+    m_paused = paused;
+    if (paused)
+        m_publishing.stop();
+    else
+        publish();
+    Q_EMIT pausedChanged();
+}
+
+void TrafficModel::clear()
+{
+    beginResetModel();
+    m_entries.clear();
+    m_rows = 0;
+    m_values = 0;
+    endResetModel();
+    Q_EMIT countChanged();
+}
+
+void TrafficModel::publish()
+{
+    const int last = static_cast<int>(m_entries.size()) - 1;
+    if (last >= m_rows) {
+        beginInsertRows({}, m_rows, last);
+        m_rows = last + 1;
+        endInsertRows();
+    }
+    dropOldest();
+    Q_EMIT countChanged();
+}
+
+void TrafficModel::dropOldest()
+{
+    // More than necessary, so that it is not done with each new entry.
+    const auto tooMany = static_cast<int>(m_entries.size()) - m_entryLimit;
+    int count = tooMany > 0 ? tooMany + m_entryLimit / 20 : 0;
+    qint64 values = m_values;
+    for (int row = 0; row < m_rows && (row < count || values > m_valueLimit); ++row) {
+        values -= weightOf(at(row));
+        count = std::max(count, row + 1);
+    }
+    count = std::min(count, m_rows);
+    if (count == 0)
+        return;
+    beginRemoveRows({}, 0, count - 1);
+    m_entries.erase(m_entries.begin(), m_entries.begin() + count);
+    m_rows -= count;
+    m_values = values;
+    endRemoveRows();
+}
+
+QVariant TrafficModel::payloadAt(int row) const
+{
+    if (row < 0 || row >= m_rows)
+        return {};
+    const TrafficEntry &entry = at(row);
+    if (entry.kind != TrafficEntry::Kind::Call)
+        return entry.value;
+    return QVariantMap{{QStringLiteral("arguments"), entry.value},
+                       {QStringLiteral("result"), entry.result}};
+}
+
+void TrafficModel::copyAsJson(int row) const
+{
+    QGuiApplication::clipboard()->setText(payloadtext::toJson(payloadAt(row)));
+}
+
+int TrafficModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_rows;
+}
+
+QVariant TrafficModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const TrafficEntry &entry = at(index.row());
+    switch (role) {
+    case SequenceRole:
+        return entry.sequence;
+    case ElapsedRole:
+        return entry.elapsed;
+    case ClockRole:
+        return QDateTime::fromMSecsSinceEpoch(m_startTime + entry.elapsed)
+            .toString(QStringLiteral("hh:mm:ss.zzz"));
+    case KindRole:
+        return nameOf(entry.kind);
+    case Qt::DisplayRole:
+    case NameRole:
+        return entry.name;
+    case RelayPathRole:
+        return entry.relayPath;
+    case ContextRole:
+        return entry.context;
+    case CodeRole:
+        return entry.code;
+    case AcceptedRole:
+        return entry.accepted;
+    case ValueRole:
+        return entry.value;
+    case SummaryRole:
+        return summaryOf(entry);
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> TrafficModel::roleNames() const
+{
+    return {{SequenceRole, "sequence"}, {ElapsedRole, "elapsed"}, {ClockRole, "clock"},
+            {KindRole, "kind"},         {NameRole, "name"},       {RelayPathRole, "relayPath"},
+            {ContextRole, "context"},   {CodeRole, "code"},       {AcceptedRole, "accepted"},
+            {ValueRole, "value"},       {SummaryRole, "summary"}};
+}
+
+bool TrafficModel::contains(int row, const QString &text) const
+{
+    const TrafficEntry &entry = at(row);
+    return entry.name.contains(text, Qt::CaseInsensitive) ||
+           entry.relayPath.contains(text, Qt::CaseInsensitive) ||
+           entry.code.compare(text, Qt::CaseInsensitive) == 0 ||
+           payloadtext::contains(entry.value, text, searchedValues()) ||
+           payloadtext::contains(entry.result, text, searchedValues());
+}
+
+QString TrafficModel::kindAt(int row) const
+{
+    return nameOf(at(row).kind);
+}
+
+} // namespace workbench

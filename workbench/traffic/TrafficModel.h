@@ -1,0 +1,98 @@
+#pragma once
+
+#include "SearchFilter.h"
+#include "TrafficEntry.h"
+
+#include <QtCore/QAbstractListModel>
+#include <QtCore/QTimer>
+#include <QtQml/qqmlregistration.h>
+
+#include <deque>
+
+namespace workbench {
+
+/// What passed between QML, plug-in and host, the oldest first. The oldest entries are dropped when
+/// there are too many, or when their payloads take too much memory.
+///
+/// Rows appear in portions, some times a second, so that traffic costs its sender little.
+class TrafficModel : public QAbstractListModel, public Searchable
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("There is one list of the traffic, the bench's")
+    /// While paused no rows appear or vanish; they do afterwards.
+    Q_PROPERTY(bool paused READ isPaused WRITE setPaused NOTIFY pausedChanged)
+    /// How many values of a payload a search looks at.
+    Q_PROPERTY(int searchedValues READ searchedValues CONSTANT)
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+
+public:
+    enum Role {
+        SequenceRole = Qt::UserRole + 1,
+        ElapsedRole, ///< milliseconds since the recording began
+        ClockRole,   ///< local time of day
+        KindRole,
+        NameRole,
+        RelayPathRole,
+        ContextRole,
+        CodeRole,
+        AcceptedRole,
+        ValueRole,
+        SummaryRole, ///< the beginning of the payload
+    };
+    Q_ENUM(Role)
+
+    explicit TrafficModel(QObject *parent = nullptr);
+
+    /// @param valueCount of all payloads together, see payloadtext::countValues()
+    void setLimits(int entryCount, qint64 valueCount);
+
+    /// Gives the entry its number and time, and returns the number.
+    quint64 append(TrafficEntry entry);
+    /// For a call that has returned.
+    void setResult(quint64 sequence, const QVariant &result);
+
+    const std::deque<TrafficEntry> &entries() const { return m_entries; }
+    /// Whether nothing has been dropped or cleared.
+    bool isComplete() const { return m_entries.empty() || m_entries.front().sequence == 1; }
+    qint64 startTime() const { return m_startTime; }
+
+    static int searchedValues() { return 5000; }
+    bool isPaused() const { return m_paused; }
+    void setPaused(bool paused);
+    int count() const { return rowCount(); }
+
+    Q_INVOKABLE void clear();
+    /// What a row's payload is shown as: of a call a map of its arguments and result.
+    Q_INVOKABLE QVariant payloadAt(int row) const;
+    /// Puts the payload of a row onto the clipboard.
+    Q_INVOKABLE void copyAsJson(int row) const;
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+    bool contains(int row, const QString &text) const override;
+    QString kindAt(int row) const override;
+
+Q_SIGNALS:
+    void pausedChanged();
+    void countChanged();
+
+private:
+    const TrafficEntry &at(int row) const { return m_entries[static_cast<size_t>(row)]; }
+    void publish();
+    void dropOldest();
+
+    std::deque<TrafficEntry> m_entries; ///< the last ones may wait to appear as rows
+    int m_rows = 0;
+    quint64 m_lastSequence = 0;
+    qint64 m_startTime; ///< milliseconds since the epoch
+    int m_entryLimit = 100'000;
+    qint64 m_valueLimit = 3'000'000;
+    qint64 m_values = 0;
+    bool m_paused = false;
+    QTimer m_publishing;
+};
+
+} // namespace workbench

@@ -1,0 +1,60 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Workbench
+
+/// The lines of the host's logging library.
+ColumnLayout {
+    id: tab
+
+    required property LogModel log
+
+    spacing: Theme.gap
+
+    SearchFilter {
+        id: filter
+        source: tab.log
+        text: search.settledText
+    }
+
+    RowLayout {
+        spacing: Theme.gap
+
+        SearchField {
+            id: search
+            objectName: "logSearch"
+            placeholderText: qsTr("Search the log")
+            Layout.preferredWidth: 220
+        }
+        Label {
+            text: qsTr("%1 of %2").arg(filter.count).arg(tab.log.count)
+            color: Theme.faintText
+            Layout.fillWidth: true
+        }
+        Button {
+            text: qsTr("Clear")
+            onClicked: tab.log.clear()
+        }
+    }
+    TailList {
+        id: list
+        objectName: "logList"
+        model: filter
+        Accessible.name: qsTr("Log")
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+        delegate: LogRow { }
+        Keys.onPressed: event => {
+            if (event.text === "/")
+                search.forceActiveFocus();
+        }
+
+        Label {
+            anchors.centerIn: parent
+            visible: list.count === 0
+            color: Theme.faintText
+            text: search.settledText === "" ? qsTr("The plug-in has logged nothing.")
+                                            : qsTr("No line contains this text.")
+        }
+    }
+}

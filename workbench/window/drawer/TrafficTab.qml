@@ -1,0 +1,48 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Workbench
+
+/// What passed between QML, plug-in and host, and the payload of the chosen entry.
+ColumnLayout {
+    id: tab
+
+    required property Client client
+    readonly property TrafficModel traffic: client.bench.traffic
+
+    spacing: Theme.gap
+
+    SearchFilter {
+        id: filter
+        source: tab.traffic
+        text: bar.text
+        hiddenKinds: bar.hiddenKinds
+    }
+
+    TrafficBar {
+        id: bar
+        traffic: tab.traffic
+        shownCount: filter.count
+        Layout.fillWidth: true
+    }
+    SplitView {
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+
+        TailList {
+            id: list
+            objectName: "trafficList"
+            model: filter
+            Accessible.name: qsTr("Traffic")
+            SplitView.fillWidth: true
+            SplitView.minimumWidth: 300
+            delegate: TrafficRow { }
+            Keys.onPressed: event => {
+                if (event.matches(StandardKey.Copy) && currentIndex >= 0)
+                    tab.traffic.copyAsJson(filter.sourceRow(currentIndex));
+                else if (event.text === "/")
+                    bar.focusSearch();
+            }
+        }
+    }
+}
