@@ -71,9 +71,15 @@ QtObject {
     }
 
     readonly property Timer refreshSoon: Timer {
-        interval: 0
-        onTriggered: client.refresh()
+        interval: 30 // one query after the answers to many requests
+        onTriggered: {
+            client.refresh();
+            if (client.timelinesWait)
+                client.timelinesOutdated();
+            client.timelinesWait = false;
+        }
     }
+    property bool timelinesWait: false ///< for the same
 
     readonly property Connections answers: Connections {
         target: client.plugin
@@ -93,7 +99,7 @@ QtObject {
         }
         function onUpdateBookmarkResponsed(success) {
             client.report(success, qsTr("Bookmark changed."), qsTr("The bookmark was not changed."));
-            client.timelinesOutdated();
+            client.timelinesWait = true;
         }
         function onDeleteBookmarkResponsed(success) {
             client.report(success, qsTr("Bookmark deleted."), qsTr("The bookmark was not deleted."));
@@ -105,7 +111,7 @@ QtObject {
         function onRemoveAllBookmarksResponsed(success) {
             client.report(success, qsTr("All bookmarks of the station removed."),
                           qsTr("The station's bookmarks were not removed."));
-            client.timelinesOutdated();
+            client.timelinesWait = true;
         }
     }
 

@@ -43,6 +43,9 @@ ApplicationWindow {
         TopologyPane {
             id: topology
             client: client
+            onRemoveAllWanted: station => dialogs.removeAllOf(station)
+            onRecentWanted: station => dialogs.recentOf(station)
+            onRecycleWanted: dialogs.recycle()
             SplitView.preferredWidth: 220
             SplitView.minimumWidth: 160
         }
@@ -69,9 +72,18 @@ ApplicationWindow {
         BookmarkPanel {
             id: panel
             client: client
+            onAddWanted: window.addBookmark()
+            onEditWanted: records => dialogs.edit(records)
+            onDeleteWanted: records => dialogs.remove(records)
             SplitView.preferredWidth: 460
             SplitView.minimumWidth: 340
         }
+    }
+
+    Dialogs {
+        id: dialogs
+        client: client
+        onRemoved: records => panel.selection.remove(records)
     }
 
     Notice {
@@ -108,6 +120,7 @@ ApplicationWindow {
     }
 
     function addBookmark() {
+        dialogs.addFor(client.currentCamera ? [client.currentCamera] : []);
     }
 
     function toggleDrawer() {

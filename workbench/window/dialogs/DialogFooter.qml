@@ -1,0 +1,68 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Workbench
+
+/// Below a form: what is wrong, what is under way, and the buttons.
+Pane {
+    id: footer
+
+    required property string acceptText
+    required property bool ready
+    required property bool busy
+    required property string problem
+    required property string hint ///< why it may not be accepted at all
+
+    signal accepted()
+    signal rejected()
+
+    padding: Theme.margin
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: Theme.gap
+
+        Label {
+            objectName: "dialogProblem"
+            Layout.fillWidth: true
+            visible: text !== ""
+            text: footer.problem || footer.hint
+            color: footer.problem ? Theme.failure : Theme.warning
+            wrapMode: Text.Wrap
+            Accessible.role: Accessible.AlertMessage
+        }
+        RowLayout {
+            spacing: Theme.gap
+
+            ProgressBar {
+                objectName: "dialogProgress"
+                Layout.preferredWidth: 120
+                visible: footer.busy
+                indeterminate: true
+                Accessible.name: qsTr("Waiting for the outcome")
+            }
+            Item {
+                Layout.fillWidth: true
+            }
+            Button {
+                objectName: "dialogAccept"
+                text: footer.acceptText
+                enabled: footer.ready
+                highlighted: true
+                ToolTip.text: footer.hint
+                ToolTip.visible: hover.hovered && footer.hint !== ""
+                onClicked: footer.accepted()
+                Keys.onReturnPressed: footer.accepted()
+            }
+            Button {
+                objectName: "dialogCancel"
+                text: footer.busy ? qsTr("Close") : qsTr("Cancel")
+                onClicked: footer.rejected()
+                Keys.onReturnPressed: footer.rejected()
+            }
+        }
+    }
+    HoverHandler {
+        id: hover
+    }
+}

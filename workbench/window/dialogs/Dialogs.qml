@@ -1,0 +1,72 @@
+import QtQuick
+import Workbench
+
+/// All dialogs of the window.
+Item {
+    id: dialogs
+
+    required property Client client
+
+    /// These bookmarks have been deleted.
+    signal removed(var records)
+
+    /// Cameras as in client.currentCamera, any number; times in milliseconds since the epoch, or
+    /// undefined for the last minute.
+    function addFor(cameras, start, end) {
+        addDialog.openFor(cameras, start, end);
+    }
+
+    /// Display records, at least one; so for remove().
+    function edit(records) {
+        editDialog.openFor(records);
+    }
+
+    function remove(records) {
+        deleteDialog.openFor(records);
+    }
+
+    /// A station as in client.bench.stations.
+    function removeAllOf(station) {
+        removeAllDialog.openFor(station);
+    }
+
+    function recycle() {
+        recycleDialog.openSetting();
+    }
+
+    function recentOf(station) {
+        recentDialog.openFor(station);
+    }
+
+    KnownGroups {
+        id: known
+        client: dialogs.client
+    }
+    AddDialog {
+        id: addDialog
+        client: dialogs.client
+        known: known
+    }
+    EditDialog {
+        id: editDialog
+        client: dialogs.client
+        known: known
+    }
+    DeleteDialog {
+        id: deleteDialog
+        client: dialogs.client
+        onRemoved: records => dialogs.removed(records)
+    }
+    RemoveAllDialog {
+        id: removeAllDialog
+        client: dialogs.client
+    }
+    RecycleDialog {
+        id: recycleDialog
+        client: dialogs.client
+    }
+    RecentDialog {
+        id: recentDialog
+        client: dialogs.client
+    }
+}

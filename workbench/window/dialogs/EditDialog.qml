@@ -1,0 +1,92 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Workbench
+
+/// Changes description and group of one bookmark, or of many at once; what is not touched stays.
+FormDialog {
+    id: dialog
+
+    required property KnownGroups known
+
+    property var records: []
+    property int awaited: 0
+    property int failed: 0
+    readonly property bool many: records.length > 1
+
+    objectName: "editDialog"
+    title: many ? qsTr("Edit %1 bookmarks").arg(records.length) : qsTr("Edit bookmark")
+    acceptText: qsTr("Save")
+    valid: changeText.checked || changeGroup.checked
+    firstField: description
+
+    function openFor(wanted) {
+        records = wanted;
+        description.text = many ? "" : wanted[0].description;
+        group.begin(many ? "" : wanted[0].group);
+        changeText.checked = false;
+        changeGroup.checked = false;
+        open();
+    }
+
+    // An empty text of the engine's own would arrive as null, which leaves the field as it is.
+    function wantedText(change, text) {
+        return !change ? undefined : text === "" ? " ".trim() : text;
+    }
+
+    onSubmitted: {
+        const text = wantedText(changeText.checked, description.text);
+        const groupText = wantedText(changeGroup.checked, group.editText);
+        awaited = records.length;
+        failed = 0;
+        for (const record of records) {
+            if (!client.bookmarks.updateBookmark(record.bookmarkID, text, groupText))
+                noteOutcome(false);
+        }
+    }
+
+    function noteOutcome(success) {
+        awaited -= 1;
+        failed += success ? 0 : 1;
+        if (awaited > 0)
+            return;
+        settle(failed === 0 ? "" : many ? qsTr("%1 of %2 were not changed.").arg(failed)
+            .arg(records.length) : qsTr("The bookmark was not changed."));
+    }
+
+    Connections {
+        target: dialog.client.plugin
+        enabled: dialog.busy
+        function onUpdateBookmarkResponsed(success) {
+            dialog.noteOutcome(success);
+        }
+    }
+
+    CheckBox {
+        id: changeText
+        objectName: "changeText"
+        text: checked ? qsTr("Change the description to") : qsTr("Leave the description as it is")
+    }
+    TextField {
+        id: description
+        objectName: "editDescription"
+        Layout.fillWidth: true
+        selectByMouse: true
+        placeholderText: changeText.checked ? qsTr("(empty)") : qsTr("leave as it is")
+        Accessible.name: qsTr("Description")
+        onTextEdited: changeText.checked = true
+    }
+    CheckBox {
+        id: changeGroup
+        objectName: "changeGroup"
+        text: checked ? qsTr("Change the group to") : qsTr("Leave the group as it is")
+    }
+    GroupField {
+        id: group
+        objectName: "editGroup"
+        Layout.fillWidth: true
+        known: dialog.known
+        onTouchedChanged: if (touched) changeGroup.checked = true
+        onAccepted: dialog.submit()
+    }
+}

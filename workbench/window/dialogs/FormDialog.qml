@@ -1,0 +1,77 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Workbench
+
+/// A dialog that asks the plug-in for something: it stays open until the outcome has come, and
+/// with the error when it failed. Enter accepts, Esc closes.
+Dialog {
+    id: dialog
+
+    required property Client client
+
+    property string acceptText: qsTr("OK")
+    property bool valid: true  ///< what was entered may be sent
+    property bool gated: false ///< the server may forbid it
+    property Item firstField: null
+    property bool busy: false  ///< an outcome is to come
+    property string error: ""
+    readonly property bool ready: valid && !busy && (!gated || client.settingAllowed)
+
+    /// To be sent. The outcome goes to settle().
+    signal submitted()
+
+    function submit() {
+        if (!ready)
+            return;
+        error = "";
+        busy = true;
+        submitted();
+    }
+
+    /// What the request returned. Its outcome may have come already.
+    function noteSent(accepted) {
+        if (!accepted && busy)
+            settle(qsTr("The request could not be sent."));
+    }
+
+    /// The outcome: an empty text closes the dialog.
+    function settle(problem) {
+        busy = false;
+        error = problem;
+        if (problem === "")
+            close();
+    }
+
+    parent: Overlay.overlay
+    anchors.centerIn: parent
+    width: Math.min(parent ? parent.width - 40 : 480, 480)
+    modal: true
+    focus: true
+    padding: Theme.margin
+    onAboutToShow: {
+        error = "";
+        busy = false;
+    }
+    onOpened: {
+        if (firstField)
+            firstField.forceActiveFocus(Qt.PopupFocusReason);
+    }
+    onClosed: busy = false
+
+    contentItem: ColumnLayout {
+        spacing: Theme.gap
+        Keys.onReturnPressed: dialog.submit()
+        Keys.onEnterPressed: dialog.submit()
+    }
+
+    footer: DialogFooter {
+        acceptText: dialog.acceptText
+        ready: dialog.ready
+        busy: dialog.busy
+        problem: dialog.error
+        hint: dialog.gated ? dialog.client.lockReason : ""
+        onAccepted: dialog.submit()
+        onRejected: dialog.close()
+    }
+}
