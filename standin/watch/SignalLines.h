@@ -1,6 +1,6 @@
 #pragma once
 
-#include "framework/SignalReceiver.h"
+#include "SignalReceiver.h"
 
 #include <QtCore/QStringList>
 

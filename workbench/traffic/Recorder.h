@@ -1,7 +1,7 @@
 #pragma once
 
 #include "TrafficEntry.h"
-#include "framework/SignalReceiver.h"
+#include "SignalReceiver.h"
 #include "framework/Traffic.h"
 
 #include <QtCore/QHash>
