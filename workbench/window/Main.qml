@@ -3,7 +3,7 @@ import QtQuick.Controls
 import Workbench
 
 /// The window: topology, view cells and bookmark panel side by side, the integrators' drawer below.
-ApplicationWindow {
+ThemedWindow {
     id: window
 
     required property var plugin
@@ -17,9 +17,6 @@ ApplicationWindow {
     minimumHeight: 640
     visible: true
     title: qsTr("Tessaline workbench")
-    palette: Theme.palette
-    color: Theme.window
-    font.pixelSize: Theme.normalText
 
     Client {
         id: client
@@ -58,6 +55,7 @@ ApplicationWindow {
             CellGrid {
                 id: cells
                 client: client
+                onRangeMarked: (camera, start, end) => dialogs.addFor([camera], start, end)
                 SplitView.fillHeight: true
                 SplitView.minimumHeight: 240
             }
@@ -99,6 +97,7 @@ ApplicationWindow {
         onDrawerToggled: window.toggleDrawer()
         onHelpWanted: help.open()
         onTreeWanted: topology.focusFilter()
+        onCellsWanted: cells.activeCell.forceActiveFocus(Qt.ShortcutFocusReason)
     }
 
     HelpOverlay {
@@ -107,7 +106,9 @@ ApplicationWindow {
         sections: [
             { title: qsTr("Window"), keys: shortcuts.texts },
             { title: qsTr("Cameras"), keys: topology.shortcuts },
-            { title: qsTr("Bookmarks"), keys: panel.shortcuts }
+            { title: qsTr("View cells"), keys: cells.shortcuts },
+            { title: qsTr("Bookmarks"), keys: panel.shortcuts },
+            { title: qsTr("Integration"), keys: drawer.shortcuts }
         ]
     }
 

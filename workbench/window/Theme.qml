@@ -28,27 +28,4 @@ QtObject {
     readonly property int smallText: 11 ///< in pixels, as the two below
     readonly property int normalText: 13
     readonly property int largeText: 16
-
-    /// For controls: handed to the window, which hands it on.
-    readonly property Palette palette: Palette {
-        window: theme.window
-        windowText: theme.text
-        base: theme.surface
-        alternateBase: theme.raised
-        text: theme.text
-        button: theme.raised
-        buttonText: theme.text
-        brightText: theme.text
-        highlight: theme.accent
-        highlightedText: theme.onAccent
-        placeholderText: theme.faintText
-        toolTipBase: theme.surface
-        toolTipText: theme.text
-        light: theme.dark ? "#3d4550" : "#ffffff"
-        midlight: theme.dark ? "#363d47" : "#f5f6f8"
-        mid: theme.line
-        dark: theme.dark ? "#14171b" : "#9aa3ae"
-        shadow: theme.dark ? "#0b0d0f" : "#5f6873"
-        link: theme.accent
-    }
 }

@@ -21,7 +21,6 @@ RowLayout {
     spacing: 4
 
     Label {
-        visible: bar.width > 420
         text: qsTr("Cells")
         color: Theme.faintText
     }

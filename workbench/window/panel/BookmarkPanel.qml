@@ -20,17 +20,17 @@ Pane {
     signal deleteWanted(var records)
 
     /// Keys and what they do, for the help.
-    readonly property list<QtObject> shortcuts: [
-        ShortcutText { keys: qsTr("Esc, Down"); what: qsTr("clear the search text, go to the list") },
-        ShortcutText { keys: qsTr("Ctrl+PgUp, Ctrl+PgDn"); what: qsTr("previous and next page") },
-        ShortcutText { keys: qsTr("Ctrl+Home, Ctrl+End"); what: qsTr("first and last page") },
-        ShortcutText { keys: qsTr("Up, Down, PgUp, PgDn, Home, End"); what: qsTr("move in the list; with Shift: select") },
-        ShortcutText { keys: qsTr("Space, Ctrl+click"); what: qsTr("select or deselect a bookmark") },
-        ShortcutText { keys: qsTr("Ctrl+A"); what: qsTr("select the whole page as well") },
-        ShortcutText { keys: qsTr("Enter, double-click"); what: qsTr("show the bookmark in a view cell") },
-        ShortcutText { keys: qsTr("F2"); what: qsTr("edit the selected bookmarks") },
-        ShortcutText { keys: qsTr("Del"); what: qsTr("delete the selected bookmarks") },
-        ShortcutText { keys: qsTr("Esc"); what: qsTr("select nothing") }
+    readonly property var shortcuts: [
+        [qsTr("Esc, Down"), qsTr("Clear the search text, go to the list")],
+        [qsTr("Ctrl+PgUp, Ctrl+PgDn"), qsTr("Previous and next page")],
+        [qsTr("Ctrl+Home, Ctrl+End"), qsTr("First and last page")],
+        [qsTr("Up, Down, PgUp, PgDn, Home, End"), qsTr("Move in the list; with Shift: select")],
+        [qsTr("Space, Ctrl+click"), qsTr("Select or deselect a bookmark")],
+        [qsTr("Ctrl+A"), qsTr("Select the whole page as well")],
+        [qsTr("Enter, double-click"), qsTr("Show the bookmark in a view cell")],
+        [qsTr("F2"), qsTr("Edit the selected bookmarks")],
+        [qsTr("Del"), qsTr("Delete the selected bookmarks")],
+        [qsTr("Esc"), qsTr("Select nothing")]
     ]
 
     function focusSearch() {

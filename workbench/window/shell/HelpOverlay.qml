@@ -7,7 +7,7 @@ import Workbench
 Dialog {
     id: help
 
-    /// Maps of title and keys, a list of ShortcutText.
+    /// Maps of title and keys, pairs of keys and what they do.
     required property var sections
 
     title: qsTr("Keys")

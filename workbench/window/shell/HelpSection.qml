@@ -9,7 +9,7 @@ ColumnLayout {
     id: section
 
     required property string title
-    required property var keys ///< list of ShortcutText
+    required property var keys ///< pairs of keys and what they do
 
     spacing: 3
 
@@ -27,14 +27,14 @@ ColumnLayout {
             required property var modelData
 
             Label {
-                text: line.modelData.keys
+                text: line.modelData[0]
                 color: Theme.accent
                 font.pixelSize: Theme.smallText
                 wrapMode: Text.Wrap
                 Layout.preferredWidth: 130
             }
             Label {
-                text: line.modelData.what
+                text: line.modelData[1]
                 font.pixelSize: Theme.smallText
                 wrapMode: Text.Wrap
                 Layout.fillWidth: true

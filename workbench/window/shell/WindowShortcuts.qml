@@ -13,17 +13,17 @@ Item {
     signal treeWanted
     signal cellsWanted
 
-    readonly property list<QtObject> texts: [
-        ShortcutText { keys: "F1, ?"; what: qsTr("this help") },
-        ShortcutText { keys: "F5"; what: qsTr("ask all stations again") },
-        ShortcutText { keys: "Ctrl+F"; what: qsTr("search bookmarks") },
-        ShortcutText { keys: "Ctrl+T"; what: qsTr("find a camera") },
-        ShortcutText { keys: "Ctrl+G"; what: qsTr("go to the view cells") },
-        ShortcutText { keys: "Ctrl+N"; what: qsTr("add a bookmark") },
-        ShortcutText { keys: "F12"; what: qsTr("traffic, log and faults") },
-        ShortcutText { keys: "Ctrl+D"; what: qsTr("light or dark") },
-        ShortcutText { keys: "Tab, Shift+Tab"; what: qsTr("next, previous control") },
-        ShortcutText { keys: "Ctrl+Q"; what: qsTr("quit") }
+    readonly property var texts: [
+        ["F1, ?", qsTr("This help")],
+        ["F5", qsTr("Ask all stations again")],
+        ["Ctrl+F", qsTr("Search bookmarks")],
+        ["Ctrl+T", qsTr("Find a camera")],
+        ["Ctrl+G", qsTr("Go to the view cells")],
+        ["Ctrl+N", qsTr("Add a bookmark")],
+        ["F12", qsTr("Traffic, log and faults")],
+        ["Ctrl+D", qsTr("Light or dark")],
+        ["Tab, Shift+Tab", qsTr("Next, previous control")],
+        ["Ctrl+Q", qsTr("Quit")]
     ]
 
     Shortcut { sequences: ["F1", "?"]; onActivated: shortcuts.helpWanted() }

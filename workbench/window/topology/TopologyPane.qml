@@ -14,12 +14,12 @@ Pane {
     signal recentWanted(var station)
     signal recycleWanted
 
-    readonly property list<QtObject> shortcuts: [
-        ShortcutText { keys: qsTr("Up, Down"); what: qsTr("next row of the tree") },
-        ShortcutText { keys: qsTr("Left, Right"); what: qsTr("fold, unfold a station") },
-        ShortcutText { keys: qsTr("Space"); what: qsTr("show a camera's bookmarks in the panel") },
-        ShortcutText { keys: qsTr("Enter"); what: qsTr("put a camera into a view cell") },
-        ShortcutText { keys: qsTr("Menu, Shift+F10"); what: qsTr("actions of a station") }
+    readonly property var shortcuts: [
+        [qsTr("Up, Down"), qsTr("Next row of the tree")],
+        [qsTr("Left, Right"), qsTr("Fold, unfold a station")],
+        [qsTr("Space"), qsTr("Show a camera's bookmarks in the panel")],
+        [qsTr("Enter"), qsTr("Put a camera into a view cell")],
+        [qsTr("Menu, Shift+F10"), qsTr("Actions of a station")]
     ]
 
     padding: Theme.margin
