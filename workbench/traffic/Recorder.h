@@ -1,7 +1,7 @@
 #pragma once
 
-#include "TrafficEntry.h"
 #include "SignalReceiver.h"
+#include "TrafficEntry.h"
 #include "framework/Traffic.h"
 
 #include <QtCore/QHash>
