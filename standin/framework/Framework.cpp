@@ -21,7 +21,19 @@ PluginBase *pluginBase(QObject *object)
     return plugin ? plugin : dynamic_cast<PluginBase *>(object);
 }
 
+/// Made once for each answer and before it is delivered: of a hundred thousand bookmarks it takes
+/// longer than a window may stand still.
+Answer withDataOfItsOwn(const Answer &answer)
+{
+    return {deepCopy(answer.result), deepCopy(answer.resultCode)};
+}
+
 } // namespace
+
+Framework::~Framework()
+{
+    m_inbox->close();
+}
 
 bool Framework::SendCommand(void *hostHandle, const QString &pluginID, const QString &command,
                             const QVariant &payload, void *context, bool flag,
@@ -41,7 +53,9 @@ bool Framework::SendCommand(void *hostHandle, const QString &pluginID, const QSt
     sent = record(std::move(sent));
     if (!sent.accepted)
         return false;
-    if (const std::optional<Answer> answer = execute(sent, delivery))
+    if (m_asyncServer && !delivery.failureCode)
+        executeElsewhere(sent, delivery);
+    else if (const std::optional<Answer> answer = execute(sent, delivery))
         schedule({sent, *answer}, delivery);
     return true;
 }
@@ -70,7 +84,7 @@ void Framework::setObserver(std::function<void(const Traffic &)> observer)
 void Framework::answer(const SentCommand &command, const QVariant &result,
                        const QString &resultCode)
 {
-    deliver({command, {result, resultCode}});
+    deliver({command, withDataOfItsOwn({result, resultCode})});
 }
 
 QList<SentCommand> Framework::held() const
@@ -157,7 +171,24 @@ std::optional<Answer> Framework::execute(const SentCommand &command, const Deliv
         answer = answer.value_or(Answer());
         answer->result = *delivery.replacedResult;
     }
-    return answer;
+    return answer ? withDataOfItsOwn(*answer) : answer;
+}
+
+void Framework::executeElsewhere(const SentCommand &command, const Delivery &delivery)
+{
+    if (delivery.when == Delivery::When::Reversed)
+        ++m_roundUnderWay;
+    const auto done = [this, inbox = m_inbox, command, delivery](const Answer &answer) {
+        // In the server's thread still; what is posted runs only while the framework lives.
+        const Answer own =
+            withDataOfItsOwn({delivery.replacedResult.value_or(answer.result), answer.resultCode});
+        inbox->post([=] {
+            if (delivery.when == Delivery::When::Reversed)
+                --m_roundUnderWay;
+            schedule({command, own}, delivery);
+        });
+    };
+    m_asyncServer->execute(command.command, command.payload, command.relayPath, done);
 }
 
 void Framework::schedule(const Pending &pending, const Delivery &delivery)
@@ -178,10 +209,9 @@ void Framework::schedule(const Pending &pending, const Delivery &delivery)
             m_held.append(pending);
             break;
         case Delivery::When::Reversed:
-            if (m_round.isEmpty())
-                QMetaObject::invokeMethod(
-                    &m_eventContext, [this] { deliverRound(); }, Qt::QueuedConnection);
             m_round.append(pending);
+            QMetaObject::invokeMethod(
+                &m_eventContext, [this] { deliverRound(); }, Qt::QueuedConnection);
             break;
         case Delivery::When::Never:
         case Delivery::When::Refused:
@@ -204,22 +234,26 @@ void Framework::deliver(const Pending &pending)
     traffic.sequence = ++m_lastSequence;
     traffic.request = command.sequence;
     traffic.name = command.command;
-    traffic.value = deepCopy(pending.answer.result);
+    traffic.value = pending.answer.result;
     traffic.context = command.context;
-    traffic.resultCode = deepCopy(pending.answer.resultCode);
+    traffic.resultCode = pending.answer.resultCode;
     traffic.relayPath = command.relayPath;
     notify(traffic);
 
     ++m_deliveries;
     // The observer may have destroyed the receiver.
     if (PluginBase *plugin = pluginBase(receiver))
-        plugin->CommandProcessor(command.command, deepCopy(pending.answer.result), command.context,
-                                 traffic.resultCode, QString(), false, command.relayPath);
+        plugin->CommandProcessor(command.command, pending.answer.result, command.context,
+                                 pending.answer.resultCode, QString(), false, command.relayPath);
     --m_deliveries;
 }
 
+/// Posted by each answer; the first one finds the whole round, unless the server has yet to answer
+/// for a part of it.
 void Framework::deliverRound()
 {
+    if (m_roundUnderWay > 0)
+        return;
     const QList<Pending> round = std::exchange(m_round, {});
     std::for_each(round.crbegin(), round.crend(),
                   [this](const Pending &pending) { deliver(pending); });

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "AsyncServer.h"
 #include "Delivery.h"
 #include "FrameworkWrapperBase.h"
+#include "Mailbox.h"
 #include "PluginBase.h"
-#include "Server.h"
 #include "Traffic.h"
 
 #include <QtCore/QList>
@@ -12,6 +13,7 @@
 #include <QtCore/QPointer>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace standin {
@@ -23,7 +25,8 @@ class Framework final : public FrameworkWrapperBase
 {
 public:
     Framework() = default;
-    ~Framework() = default;
+    ~Framework();
+    Q_DISABLE_COPY_MOVE(Framework)
 
     // What the plug-ins call.
     bool SendCommand(void *hostHandle, const QString &pluginID, const QString &command,
@@ -39,6 +42,9 @@ public:
     /// Not owned; null stops executing. A command is executed while it is being sent, only its
     /// answer waits.
     void setServer(Server *server) { m_server = server; }
+    /// The same for one that executes elsewhere and answers later; it comes before the other. The
+    /// delivery rule of a command begins to count when the server has answered.
+    void setAsyncServer(AsyncServer *server) { m_asyncServer = server; }
 
     /// The rules for what is sent from now on.
     DeliveryRules &rules() { return m_rules; }
@@ -81,6 +87,7 @@ private:
 
     SentCommand record(SentCommand command);
     std::optional<Answer> execute(const SentCommand &command, const Delivery &delivery);
+    void executeElsewhere(const SentCommand &command, const Delivery &delivery);
     void schedule(const Pending &pending, const Delivery &delivery);
     void deliver(const Pending &pending);
     void deliverRound();
@@ -88,6 +95,7 @@ private:
 
     QMap<QString, QPointer<QObject>> m_plugins;
     Server *m_server = nullptr;
+    AsyncServer *m_asyncServer = nullptr;
     DeliveryRules m_rules;
     std::function<void(const Traffic &)> m_observer;
     quint64 m_lastSequence = 0;
@@ -95,8 +103,10 @@ private:
     bool m_recording = true;
     QList<SentCommand> m_sent;
     QList<Pending> m_held;
-    QList<Pending> m_round; ///< waits for being delivered in reverse
+    QList<Pending> m_round;  ///< waits for being delivered in reverse
+    int m_roundUnderWay = 0; ///< commands of that round that the server has not answered yet
 
+    std::shared_ptr<Mailbox> m_inbox = std::make_shared<Mailbox>();
     QObject m_eventContext; ///< what is on the event loop dies with it, hence the last member
 };
 

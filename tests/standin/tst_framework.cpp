@@ -2,11 +2,13 @@
 #include "framework/Framework.h"
 
 #include <QtCore/QRegularExpression>
+#include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtTest/QTest>
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace standin;
@@ -68,6 +70,32 @@ public:
     }
 };
 
+/// The same in a thread of its own, when it is told to go on.
+class DistantServer : public AsyncServer
+{
+public:
+    EchoServer server;
+
+    void execute(const QString &command, const QVariant &payload, const QString &relayPath,
+                 const Completion &done) override
+    {
+        m_calls.append([=] { done(server.execute(command, payload, relayPath)); });
+    }
+
+    void goOn()
+    {
+        const std::unique_ptr<QThread> thread(QThread::create([this] {
+            for (const auto &call : std::exchange(m_calls, {}))
+                call();
+        }));
+        thread->start();
+        thread->wait();
+    }
+
+private:
+    QList<std::function<void()>> m_calls;
+};
+
 struct Client
 {
     EchoServer server;
@@ -101,6 +129,8 @@ private Q_SLOTS:
 
     void deliversAsTheRuleSays_data();
     void deliversAsTheRuleSays();
+    void deliversFromAnotherThreadAsWell_data() { deliversAsTheRuleSays_data(); }
+    void deliversFromAnotherThreadAsWell();
     void prefersTheMostExactRule();
     void releasesHeldAnswers();
     void pluginMaySendOrGoAwayInsideADelivery_data();
@@ -155,6 +185,25 @@ void TestFramework::deliversAsTheRuleSays()
     QFETCH(const QString, later);
     QVERIFY2(QTest::qWaitFor([&] { return client.plugin->text() == later; }),
              qPrintable(client.plugin->text()));
+}
+
+void TestFramework::deliversFromAnotherThreadAsWell()
+{
+    QFETCH(const Delivery, delivery);
+    QFETCH(const QString, later);
+    DistantServer distant;
+    Client client;
+    client.framework.setAsyncServer(&distant);
+    client.framework.rules().setDefault(delivery);
+    QTEST(client.sendThree(), "taken");
+    // A failing station does not wait for the server.
+    QCoreApplication::processEvents();
+    QCOMPARE(client.plugin->text(), delivery.failureCode ? later : QString());
+    distant.goOn();
+    QTEST(distant.server.executed, "executed");
+    QVERIFY(client.server.executed.isEmpty());
+    QTRY_COMPARE(client.plugin->text(), later);
+    QTRY_COMPARE(client.framework.held().size(), delivery.when == Delivery::When::Held ? 3 : 0);
 }
 
 void TestFramework::prefersTheMostExactRule()
@@ -229,6 +278,7 @@ void TestFramework::dropsWhatIsUnderWayAtItsEnd()
 {
     Plugin plugin;
     EchoServer server;
+    DistantServer distant;
     {
         Framework framework;
         framework.addPlugin(pluginId(), &plugin);
@@ -239,7 +289,14 @@ void TestFramework::dropsWhatIsUnderWayAtItsEnd()
             framework.SendCommand(nullptr, pluginId(), u"A"_s, {}, nullptr, false, {});
         }
         QCOMPARE(server.executed, u"AAAA"_s);
+        framework.setAsyncServer(&distant);
+        for (int i = 0; i < 2; ++i) {
+            framework.SendCommand(nullptr, pluginId(), u"A"_s, {}, nullptr, false, {});
+            if (i == 0)
+                distant.goOn(); // arrived, not delivered; the second one arrives too late
+        }
     }
+    distant.goOn();
     // Fires after all that was posted and after the timer above.
     bool over = false;
     QTimer::singleShot(2, this, [&over] { over = true; });

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Server.h"
+
+#include <functional>
+
+namespace standin {
+
+/// A server that executes commands elsewhere, in a thread or process of its own.
+class AsyncServer
+{
+public:
+    using Completion = std::function<void(const Answer &answer)>;
+
+    virtual ~AsyncServer() = default;
+
+    /// As Server::execute(), but returns at once. @p done is called once, from any thread; answers
+    /// to commands for the same station come in the order of the commands.
+    virtual void execute(const QString &command, const QVariant &payload, const QString &relayPath,
+                         const Completion &done) = 0;
+};
+
+} // namespace standin
