@@ -2,13 +2,14 @@
 
 #include "DemoSite.h"
 #include "PluginBase.h"
-#include "Site.h"
+#include "StationThread.h"
 #include "framework/Framework.h"
 #include "stations/Protocol.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QMetaMethod>
 
+#include <algorithm>
 #include <utility>
 
 namespace workbench {
@@ -34,22 +35,25 @@ QVariantMap describe(const StationConfig &station)
 
 } // namespace
 
-Bench::Bench(PluginBase &plugin, standin::Framework &framework, Site &site, QObject *parent)
+Bench::Bench(PluginBase &plugin, standin::Framework &framework, StationThread &stations,
+             QObject *parent)
     : QObject(parent)
     , m_plugin(plugin)
     , m_framework(framework)
-    , m_site(site)
+    , m_stations(stations)
     , m_now(QDateTime::currentMSecsSinceEpoch())
     , m_recorder(plugin, framework, m_traffic)
 {
-    connect(&m_site, &Site::bookmarkAddedByOther, this,
+    connect(&m_stations, &StationThread::bookmarkAddedByOther, this,
             [this](const QVariantMap &record, const QString &relayPath) {
                 m_framework.sendEvent(protocol::event::BookmarkAdded, record, relayPath);
             });
     connect(&m_stationStates, &StationStates::changed, this, &Bench::stationStatesChanged);
-    const auto stations = m_site.stations();
-    for (const Station *station : stations)
-        m_stationStates.addStation(station->config().relayPath, station->config().name);
+    connect(&m_stations, &StationThread::bookmarkOfOtherRefused, this,
+            &Bench::bookmarkOfOtherRefused);
+    const auto configs = m_stations.stations();
+    for (const StationConfig &station : configs)
+        m_stationStates.addStation(station.relayPath, station.name);
 }
 
 void Bench::noteTraffic(const standin::Traffic &traffic)
@@ -82,7 +86,7 @@ void Bench::noteAnswer(const standin::Traffic &answer)
 QVariantList Bench::stations() const
 {
     QVariantList list;
-    const auto stations = m_site.configs();
+    const auto stations = m_stations.stations();
     for (const StationConfig &station : stations)
         list.append(describe(station));
     return list;
@@ -91,7 +95,7 @@ QVariantList Bench::stations() const
 void Bench::setServerTimeZone(const QString &ianaId)
 {
     m_serverTimeZone = ianaId;
-    m_site.setTimeZone(ianaId.toUtf8());
+    m_stations.setTimeZone(ianaId.toUtf8());
     Q_EMIT serverTimeZoneChanged();
 }
 
@@ -100,6 +104,11 @@ void Bench::connectToServer()
     const double call = m_recorder.beginConnection();
     m_plugin.PluginServerConnected();
     m_recorder.end(call, {});
+}
+
+void Bench::allowSettings(bool allowed)
+{
+    m_stations.setSettingPermission(allowed);
 }
 
 void Bench::failStation(const QString &relayPath, bool fails)
@@ -112,18 +121,23 @@ void Bench::failStation(const QString &relayPath, bool fails)
 bool Bench::addByOtherClient(const QString &relayPath, const QString &cameraID, qint64 start,
                              qint64 end, const QString &description, const QString &group)
 {
-    const Station *const station = m_site.station(relayPath);
-    if (!station)
+    const auto stations = m_stations.stations();
+    const auto station =
+        std::find_if(stations.cbegin(), stations.cend(), [&](const StationConfig &candidate) {
+            return candidate.relayPath == relayPath;
+        });
+    if (station == stations.cend())
         return false;
     Bookmark bookmark;
     bookmark.cameraID = cameraID;
-    bookmark.locationID = station->config().locationID;
+    bookmark.locationID = station->locationID;
     bookmark.start = start;
     bookmark.end = end;
     bookmark.description = description;
     bookmark.creator = QStringLiteral("another client");
     bookmark.group = group;
-    return m_site.addByOtherClient(relayPath, bookmark);
+    m_stations.addByOtherClient(relayPath, bookmark);
+    return true;
 }
 
 QStringList Bench::stationsAsked(const QString &command) const

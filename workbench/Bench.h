@@ -20,7 +20,7 @@ class Framework;
 
 namespace workbench {
 
-class Site;
+class StationThread;
 
 /// What lies around the plug-in, as a QML program sees and moves it: the stations, the connection,
 /// faults and other clients.
@@ -53,7 +53,8 @@ class Bench : public QObject
 
 public:
     /// The four parts are not owned and must outlive the bench.
-    Bench(PluginBase &plugin, standin::Framework &framework, Site &site, QObject *parent = nullptr);
+    Bench(PluginBase &plugin, standin::Framework &framework, StationThread &stations,
+          QObject *parent = nullptr);
 
     /// To be told of everything that passes through the framework.
     void noteTraffic(const standin::Traffic &traffic);
@@ -62,6 +63,8 @@ public:
     qint64 now() const { return m_now; }
     double nowAsNumber() const { return double(m_now); } // QML's tools know no longer integers
     int outstanding() const { return m_outstanding; }
+    /// Whether any station was asked for anything yet.
+    bool hasAsked() const { return !m_asked.isEmpty(); }
     QVariantMap stationStates() const { return m_stationStates.states(); }
     QStringList failedStations() const { return m_stationStates.failedStations(); }
     Recorder *recorder() { return &m_recorder; }
@@ -74,10 +77,15 @@ public:
     /// Tells the plug-in that the connection to the server is up.
     Q_INVOKABLE void connectToServer();
 
+    /// Whether the server lets the client's user change settings; the client hears of it when it
+    /// asks, as it does when it connects.
+    Q_INVOKABLE void allowSettings(bool allowed);
+
     /// Makes a station answer every command with a failure, or work again.
     Q_INVOKABLE void failStation(const QString &relayPath, bool fails);
 
-    /// Has another client of the installation add a bookmark; false when the station refuses it.
+    /// Has another client of the installation add a bookmark; false when there is no such station.
+    /// One that refuses it is told by bookmarkOfOtherRefused().
     Q_INVOKABLE bool addByOtherClient(const QString &relayPath, const QString &cameraID,
                                       qint64 start, qint64 end, const QString &description,
                                       const QString &group);
@@ -106,6 +114,7 @@ Q_SIGNALS:
     void stationStatesChanged();
     void serverTimeZoneChanged();
     void settingPermissionChanged();
+    void bookmarkOfOtherRefused(const QString &relayPath);
     void finished();
 
 private:
@@ -113,7 +122,7 @@ private:
 
     PluginBase &m_plugin;
     standin::Framework &m_framework;
-    Site &m_site;
+    StationThread &m_stations;
     qint64 m_now;
     int m_outstanding = 0;
     StationStates m_stationStates;

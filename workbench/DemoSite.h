@@ -10,8 +10,9 @@ class Topology;
 
 namespace workbench {
 
-/// The stations of the workbench's installation: three sub-stations with four cameras each.
-QList<StationConfig> demoStations();
+/// The stations of the workbench's installation, sub-stations with so many cameras each. The first
+/// ones are the same however many there are.
+QList<StationConfig> demoStations(int stations = 3, int camerasEach = 4);
 
 /// Shows stations and cameras in the device tree, as sub-stations of the connected server.
 void showInTopology(const QList<StationConfig> &stations, standin::Topology &topology);

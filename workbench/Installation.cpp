@@ -2,15 +2,15 @@
 
 #include "DemoSite.h"
 #include "PluginBase.h"
-#include "Site.h"
+#include "StationThread.h"
 
 #include <QtQml/QQmlContext>
 #include <QtQml/QQmlEngine>
 
 namespace workbench {
 
-Installation::Installation(Site &site)
-    : m_site(site)
+Installation::Installation(StationThread &stations)
+    : m_stations(stations)
 {
 }
 
@@ -20,12 +20,12 @@ bool Installation::load(const QString &pluginPath, QString *error)
     if (!m_plugin)
         return false;
 
-    showInTopology(m_site.configs(), m_topology);
+    showInTopology(m_stations.stations(), m_topology);
     m_framework.setRecording(false); // nobody here asks what was sent
-    m_framework.setServer(&m_site);
+    m_framework.setAsyncServer(&m_stations);
     m_framework.addPlugin(standin::Topology::pluginID(), &m_topology);
     m_framework.addPlugin(PluginHost::pluginID(), m_plugin);
-    m_bench.emplace(*m_plugin, m_framework, m_site);
+    m_bench.emplace(*m_plugin, m_framework, m_stations);
     m_framework.setObserver(
         [this](const standin::Traffic &traffic) { m_bench->noteTraffic(traffic); });
     m_bench->setServerTimeZone(QStringLiteral("Europe/Berlin"));
@@ -34,7 +34,7 @@ bool Installation::load(const QString &pluginPath, QString *error)
 
 void Installation::enter(QQmlEngine &engine)
 {
-    engine.addImportPath(QStringLiteral("qrc:/tessaline"));
+    engine.addImportPath(importPath());
     m_plugin->InitialPluginBase(engine.rootContext(), nullptr, &m_framework);
 }
 

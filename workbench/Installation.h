@@ -16,8 +16,8 @@ namespace workbench {
 class Installation
 {
 public:
-    /// @p site is not owned and must outlive the installation.
-    explicit Installation(Site &site);
+    /// @p stations are not owned and must outlive the installation.
+    explicit Installation(StationThread &stations);
     Q_DISABLE_COPY_MOVE(Installation)
 
     /// Loads the plug-in, once. False with @p error when that can't be done; nothing but the
@@ -28,6 +28,9 @@ public:
     standin::Framework &framework() { return m_framework; }
     Bench &bench() { return *m_bench; }
 
+    /// Where QML engines find the workbench's module.
+    static QString importPath() { return QStringLiteral("qrc:/tessaline"); }
+
     /// Hands the engine's context to the plug-in and has the engine find the workbench's module.
     void enter(QQmlEngine &engine);
 
@@ -35,7 +38,7 @@ public:
     QVariantMap initialProperties();
 
 private:
-    Site &m_site;
+    StationThread &m_stations;
     PluginHost m_host;
     PluginBase *m_plugin = nullptr;
     standin::Topology m_topology;

@@ -1,64 +1,149 @@
 #include "Options.h"
 
+#include "ExitCode.h"
 #include "PluginHost.h"
 
 #include <QtCore/QCommandLineParser>
+#include <QtCore/QFileInfo>
+#include <QtCore/QStandardPaths>
 
-#include <cstdio>
 #include <cstdlib>
+#include <limits>
 
 namespace workbench {
 
+namespace {
+
+[[noreturn]] void refuse(const QString &error)
+{
+    std::exit(complain(error + QStringLiteral("\nTry --help.")));
+}
+
+/// A parser whose options are declared and read in one place, the value before its description.
+class Parser
+{
+public:
+    Parser()
+    {
+        m_parser.setApplicationDescription(QStringLiteral(
+            "Loads the bookmark plug-in as the client does and drives it against stations that "
+            "keep bookmarks in SQLite: in a window, or without a display (or with --tour) in a "
+            "tour that is printed to the terminal.\nExit code: 0 when all went well, 1 when a "
+            "check of the tour failed, 2 when the program could not begin."));
+        m_parser.addHelpOption();
+        m_parser.addVersionOption();
+    }
+
+    void add(const char *name, const char *description, const char *value = nullptr,
+             const QString &byDefault = QString())
+    {
+        const QString unit = QString::fromLatin1(value);
+        m_parser.addOption(
+            {QString::fromLatin1(name), QString::fromLatin1(description), unit, byDefault});
+    }
+
+    void process(const QStringList &arguments)
+    {
+        if (!m_parser.parse(arguments))
+            refuse(m_parser.errorText());
+        const QStringList stray = m_parser.positionalArguments();
+        if (!stray.isEmpty())
+            refuse(QStringLiteral("Unexpected argument: ") + stray.constFirst());
+        m_parser.process(arguments);
+    }
+
+    bool isSet(const char *name) const { return m_parser.isSet(QString::fromLatin1(name)); }
+    QString text(const char *name) const { return m_parser.value(QString::fromLatin1(name)); }
+
+    qint64 number(const char *name, qint64 least, qint64 most) const
+    {
+        bool ok = false;
+        const qint64 number = text(name).toLongLong(&ok);
+        if (!ok || number < least || number > most) {
+            refuseValue(name, QStringLiteral("a whole number from %1 to %2").arg(least).arg(most));
+        }
+        return number;
+    }
+
+    /// Empty when the option is not there.
+    QString readableFile(const char *name) const
+    {
+        const QFileInfo file(text(name));
+        if (isSet(name) && !(file.isFile() && file.isReadable()))
+            refuseValue(name, QStringLiteral("a file that can be read"));
+        return text(name);
+    }
+
+private:
+    [[noreturn]] void refuseValue(const char *name, const QString &expected) const
+    {
+        refuse(QStringLiteral("--%1 %2: expected %3")
+                   .arg(QString::fromLatin1(name), text(name), expected));
+    }
+
+    QCommandLineParser m_parser;
+};
+
+} // namespace
+
 Options Options::parse(const QStringList &arguments)
 {
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Loads the bookmark plug-in as the client does and plays a tour of its interface against "
-        "stations that keep bookmarks in SQLite.\nExit code: 0 when every check of the tour held, "
-        "1 when one failed, 2 when the tour could not begin."));
-    parser.addHelpOption();
-    parser.addVersionOption();
-
-    const QCommandLineOption data(QStringLiteral("data"),
-                                  QStringLiteral("Keep the stations' databases in <folder>; "
-                                                 "without it they are gone after the run."),
-                                  QStringLiteral("folder"));
-    const QCommandLineOption import(QStringLiteral("import"),
-                                    QStringLiteral("Load the bookmarks of a CSV <file> first. The "
-                                                   "README names the columns."),
-                                    QStringLiteral("file"));
+    Options options;
+    const auto number = [](qint64 value) { return QString::number(value); };
+    Parser parser;
+    parser.add("stations", "Have <number> stations in the window, 1 to 100.", "number",
+               number(options.stations));
+    parser.add("cameras", "Give each station <number> cameras, 1 to 100.", "number",
+               number(options.cameras));
+    parser.add("bookmarks",
+               "Make <number> bookmarks over the last four weeks, 0 to 1000000 on all stations "
+               "together, when the data folder is empty.",
+               "number", number(options.bookmarks));
+    parser.add("seed", "Make other bookmarks with another <number>, 0 to 4294967295.", "number",
+               number(options.seed));
+    parser.add("data",
+               "Keep the stations' databases in <folder>. Without it the window keeps them in the "
+               "user's data folder, for each number of stations, cameras and bookmarks and each "
+               "seed; the tour's are gone after the run.",
+               "folder");
+    parser.add("import", "Load the bookmarks of a CSV <file> first. The README names the columns.",
+               "file");
+    parser.add("screenshot",
+               "Open the window, write a picture of it (PNG) to <file> when it shows the stations' "
+               "bookmarks, and end; needs no display.",
+               "file");
+    parser.add("tour", "Play the tour in the terminal, without a window.");
     // Not "plugin", which Qt takes for itself.
-    const QCommandLineOption plugin(QStringLiteral("library"),
-                                    QStringLiteral("Load this build of the plug-in."),
-                                    QStringLiteral("file"), PluginHost::defaultPath());
-    const QCommandLineOption log(QStringLiteral("log"),
-                                 QStringLiteral("Append the lines of the host's logging library "
-                                                "to <file> instead of standard error."),
-                                 QStringLiteral("file"));
-    const QCommandLineOption verbose(QStringLiteral("verbose"),
-                                     QStringLiteral("Show payloads and results."));
-    const QCommandLineOption tour(
-        QStringLiteral("tour"), QStringLiteral("Play the tour in the terminal, without a window."));
-    parser.addOptions({data, import, plugin, log, verbose, tour});
-
-    if (!parser.parse(arguments) || !parser.positionalArguments().isEmpty()) {
-        const QString error = parser.positionalArguments().isEmpty()
-                                  ? parser.errorText()
-                                  : QStringLiteral("Unexpected argument: ") +
-                                        parser.positionalArguments().constFirst();
-        std::fprintf(stderr, "%s\nTry --help.\n", qPrintable(error));
-        std::exit(2);
-    }
+    parser.add("library", "Load this build of the plug-in.", "file", PluginHost::defaultPath());
+    parser.add("log",
+               "Append the lines of the host's logging library to <file> instead of standard "
+               "error.",
+               "file");
+    parser.add("verbose", "Show payloads and results in the tour.");
     parser.process(arguments);
 
-    Options options;
-    options.dataFolder = parser.value(data);
-    options.importFile = parser.value(import);
-    options.pluginPath = parser.value(plugin);
-    options.logFile = parser.value(log);
-    options.verbose = parser.isSet(verbose);
-    options.tour = parser.isSet(tour);
+    options.stations = int(parser.number("stations", 1, 100));
+    options.cameras = int(parser.number("cameras", 1, 100));
+    options.bookmarks = int(parser.number("bookmarks", 0, 1'000'000));
+    options.seed = quint32(parser.number("seed", 0, std::numeric_limits<quint32>::max()));
+    options.dataFolder = parser.text("data");
+    options.importFile = parser.readableFile("import");
+    options.screenshotFile = parser.text("screenshot");
+    options.pluginPath = parser.text("library");
+    options.logFile = parser.text("log");
+    options.verbose = parser.isSet("verbose");
+    options.tour = parser.isSet("tour");
     return options;
+}
+
+QString Options::ownDataFolder() const
+{
+    return QStringLiteral("%1/%2-stations-%3-cameras-%4-bookmarks-seed-%5")
+        .arg(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation))
+        .arg(stations)
+        .arg(cameras)
+        .arg(bookmarks)
+        .arg(seed);
 }
 
 } // namespace workbench

@@ -8,16 +8,25 @@ namespace workbench {
 /// What the command line asks for.
 struct Options
 {
-    QString dataFolder; ///< empty: a temporary one
-    QString importFile; ///< empty: nothing is imported
+    int stations = 3;
+    int cameras = 4; ///< of each station
+    int bookmarks = 5'000;
+    quint32 seed = 1;
+    QString dataFolder;     ///< empty: ownDataFolder() for the window, a temporary one for the tour
+    QString importFile;     ///< empty: nothing is imported
+    QString screenshotFile; ///< empty: the window stays open
     QString pluginPath;
     QString logFile; ///< empty: standard error
     bool verbose = false;
     bool tour = false; ///< the tour instead of the window
 
     /// Reads the command line. Answers --help and --version itself, and ends the program with
-    /// exit code 2 on an unknown option or argument.
+    /// exit code 2 on an unknown option or argument and on a value that can't be used.
     static Options parse(const QStringList &arguments);
+
+    /// The user's folder for this set of stations, cameras and bookmarks: another set asked for is
+    /// another folder, as only an empty one is filled.
+    QString ownDataFolder() const;
 };
 
 } // namespace workbench

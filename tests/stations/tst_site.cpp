@@ -189,8 +189,17 @@ void TestSite::openingNamesWhatIsWrong()
 
     const QString file = m_folder->filePath(Site::fileNameOf(u"damaged"_s));
     QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), file));
-    const QString damaged = refusal(m_folder->path(), {u"north"_s, u"damaged"_s});
+    open({u"north"_s, u"damaged"_s});
+    QCOMPARE(m_site->defects().size(), 1);
+    const QString damaged = m_site->defects().constFirst();
     QVERIFY2(damaged.startsWith(file + u": is not"_s), qPrintable(damaged));
+    QCOMPARE(ask(u"AddBookmark@north a@cam"_s).left(2), u"0 "_s);
+    for (const auto &[command, answer] : {std::pair(u"AddBookmark@damaged a@cam"_s, u"4 -"_s),
+                                          std::pair(u"DeleteBookmarks@damaged BookmarkID=a | "
+                                                    "BookmarkID=b"_s,
+                                                    u"4 QStringList a b"_s),
+                                          std::pair(u"QueryAllBookmars@damaged {}"_s, u"4 -"_s)})
+        QCOMPARE(ask(command), answer);
     const QString noFolder = refusal(file, {});
     QVERIFY2(noFolder.startsWith(file + u": cannot"_s), qPrintable(noFolder));
     QCOMPARE(refusal(m_folder->filePath(u"new/folder"_s), {u"x"_s.repeated(5000)}), u"none"_s);

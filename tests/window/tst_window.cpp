@@ -2,8 +2,9 @@
 #include "Installation.h"
 #include "PluginBase.h"
 #include "Protocol.h"
-#include "Site.h"
+#include "StationThread.h"
 
+#include <QtCore/QSemaphore>
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
 #include <QtQml/QQmlContext>
@@ -12,6 +13,7 @@
 #include <QtQuickTest/quicktest.h>
 
 using namespace workbench;
+namespace command = protocol::command;
 using namespace Qt::StringLiterals;
 
 /// What the tests see and do behind the window's back.
@@ -20,8 +22,8 @@ class Lab : public QObject
     Q_OBJECT
 
 public:
-    Lab(Site &site, Bench &bench, standin::Framework &framework)
-        : m_site(site)
+    Lab(StationThread &stations, Bench &bench, standin::Framework &framework)
+        : m_stations(stations)
         , m_bench(bench)
         , m_framework(framework)
     {
@@ -32,47 +34,70 @@ public:
     /// creator and group follow from their position.
     Q_INVOKABLE void reset()
     {
+        m_framework.rules().reset();
+        m_stations.setSettingPermission(true);
+        perform([now = m_bench.now()](Site &site) {
+            const auto stations = site.stations();
+            for (Station *station : stations) {
+                station->execute(command::RemoveAllBookmarks, QVariant());
+                station->insert(bookmarksOf(station->config(), now));
+            }
+        });
+    }
+
+    /// The bookmarks that a station keeps, as the server hands them out.
+    Q_INVOKABLE QVariantList stored(const QString &relayPath)
+    {
+        QVariantList records;
+        perform([&](Site &site) {
+            const standin::Answer answer =
+                site.execute(command::QueryAllBookmarks, QVariantMap(), relayPath);
+            records = answer.result.toMap().value(protocol::key::Bookmarks).toList();
+        });
+        return records;
+    }
+
+    Q_INVOKABLE void setSettingPermission(bool allowed)
+    {
+        m_stations.setSettingPermission(allowed);
+    }
+
+private:
+    static QList<Bookmark> bookmarksOf(const StationConfig &station, qint64 now)
+    {
         constexpr int PerCamera = 30;
         constexpr qint64 Hour = 3'600'000;
         static const QStringList descriptions{u"white van at the gate"_s, u"door left open"_s,
                                               u"delivery"_s};
-        m_framework.rules().reset();
-        m_site.setSettingPermission(true);
-        const auto stations = m_site.stations();
-        for (Station *station : stations) {
-            station->execute(QLatin1String(protocol::command::RemoveAllBookmarks), QVariant());
-            QList<Bookmark> bookmarks;
-            for (const Camera &camera : station->config().cameras) {
-                for (int i = 0; i < PerCamera; ++i) {
-                    Bookmark bookmark;
-                    bookmark.cameraID = camera.cameraID;
-                    bookmark.locationID = station->config().locationID;
-                    bookmark.start = m_bench.now() - (i + 1) * Hour;
-                    bookmark.end = bookmark.start + Hour / 4;
-                    bookmark.description = descriptions.at(i % 3);
-                    bookmark.creator = i % 2 ? u"guard"_s : u"operator"_s;
-                    bookmark.group = i % 5 ? QString() : u"night"_s;
-                    bookmarks.append(bookmark);
-                }
+        QList<Bookmark> bookmarks;
+        for (const Camera &camera : station.cameras) {
+            for (int i = 0; i < PerCamera; ++i) {
+                const qint64 start = now - (i + 1) * Hour;
+                bookmarks.append({{},
+                                  camera.cameraID,
+                                  station.locationID,
+                                  start,
+                                  start + Hour / 4,
+                                  descriptions.at(i % 3),
+                                  i % 2 ? u"guard"_s : u"operator"_s,
+                                  i % 5 ? QString() : u"night"_s});
             }
-            station->insert(bookmarks);
         }
+        return bookmarks;
     }
 
-    /// The bookmarks that a station keeps, as the server hands them out.
-    Q_INVOKABLE QVariantList stored(const QString &relayPath) const
+    /// Waits until the stations have done it.
+    void perform(const std::function<void(Site &)> &job)
     {
-        return m_site.station(relayPath)
-            ->execute(QLatin1String(protocol::command::QueryAllBookmarks), QVariantMap())
-            .result.toMap()
-            .value(protocol::key::Bookmarks)
-            .toList();
+        QSemaphore done;
+        m_stations.perform([&](Site &site) {
+            job(site);
+            done.release();
+        });
+        done.acquire();
     }
 
-    Q_INVOKABLE void setSettingPermission(bool allowed) { m_site.setSettingPermission(allowed); }
-
-private:
-    Site &m_site;
+    StationThread &m_stations;
     Bench &m_bench;
     standin::Framework &m_framework;
 };
@@ -96,14 +121,16 @@ public Q_SLOTS:
         cleanupTestCase();
         QString error;
         m_data.emplace();
-        m_site = Site::open(m_data->path(), demoStations(), &error);
-        if (!m_site)
-            qFatal("%s", qPrintable(error));
-        m_installation.emplace(*m_site);
+        m_stations.emplace(demoStations());
+        m_stations->open(m_data->path(), [](const Site *site, const QString &problem) {
+            if (!site)
+                qFatal("%s", qPrintable(problem));
+        });
+        m_installation.emplace(*m_stations);
         if (!m_installation->load(QStringLiteral(PLUGIN_PATH), &error))
             qFatal("%s", qPrintable(error));
         m_installation->enter(*engine);
-        m_lab.emplace(*m_site, m_installation->bench(), m_installation->framework());
+        m_lab.emplace(*m_stations, m_installation->bench(), m_installation->framework());
         m_lab->reset();
 
         QVariantMap properties = m_installation->initialProperties();
@@ -116,14 +143,14 @@ public Q_SLOTS:
     {
         m_lab.reset();
         m_installation.reset();
-        m_site.reset();
+        m_stations.reset();
         m_data.reset();
     }
 
 private:
     QTemporaryDir m_settings;
     std::optional<QTemporaryDir> m_data;
-    std::unique_ptr<Site> m_site;
+    std::optional<StationThread> m_stations;
     std::optional<Installation> m_installation;
     std::optional<Lab> m_lab;
 };

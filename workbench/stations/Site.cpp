@@ -68,9 +68,12 @@ std::unique_ptr<Site> Site::open(const QString &folder, const QList<StationConfi
                          .arg(QDir::toNativeSeparators(config.filePath), config.relayPath);
             return nullptr;
         }
-        std::unique_ptr<Station> station = Station::open(config, error);
-        if (!station)
-            return nullptr;
+        QString defect;
+        std::unique_ptr<Station> station = Station::open(config, &defect);
+        if (!station) {
+            site->m_defects.append(defect);
+            station = Station::broken(config, defect);
+        }
         site->m_stations.push_back(std::move(station));
     }
     return site;
@@ -116,14 +119,6 @@ QList<Station *> Site::stations() const
     for (const std::unique_ptr<Station> &station : m_stations)
         stations.append(station.get());
     return stations;
-}
-
-QList<StationConfig> Site::configs() const
-{
-    QList<StationConfig> configs;
-    for (const std::unique_ptr<Station> &station : m_stations)
-        configs.append(station->config());
-    return configs;
 }
 
 bool Site::addByOtherClient(const QString &relayPath, const Bookmark &bookmark)

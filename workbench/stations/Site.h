@@ -17,11 +17,14 @@ class Site : public QObject, public standin::Server
     Q_OBJECT
 
 public:
-    /// Opens one file a station in @p folder, which is created when missing. Null with @p error,
-    /// which names the folder or file, when one of them can't be used or two stations share a
-    /// relay path.
+    /// Opens one file a station in @p folder, which is created when missing. Null with @p error
+    /// when the folder can't be used or two stations share a relay path. A station whose file
+    /// can't be used is there all the same, but fails; see defects().
     static std::unique_ptr<Site> open(const QString &folder, const QList<StationConfig> &configs,
                                       QString *error);
+
+    /// What is wrong with the files of the stations that always fail; each names its file.
+    QStringList defects() const { return m_defects; }
 
     /// Name of the file for a relay path: fit for every file system, different for each path.
     static QString fileNameOf(const QString &relayPath);
@@ -33,7 +36,6 @@ public:
     Station *station(const QString &relayPath) const;
     /// In the order of the configuration.
     QList<Station *> stations() const;
-    QList<StationConfig> configs() const;
 
     /// Stores a bookmark as another client of the installation does, and tells everybody. False
     /// when the station refuses it.
@@ -59,6 +61,7 @@ private:
     standin::Answer answerPermission(const QString &command, const QVariant &payload);
 
     std::vector<std::unique_ptr<Station>> m_stations;
+    QStringList m_defects;
     QByteArray m_timeZone;
     bool m_settingPermission = true;
 };

@@ -109,6 +109,13 @@ std::unique_ptr<Station> Station::open(const StationConfig &config, QString *err
     return station;
 }
 
+std::unique_ptr<Station> Station::broken(const StationConfig &config, const QString &defect)
+{
+    std::unique_ptr<Station> station(new Station(config, nullptr));
+    station->m_defect = defect;
+    return station;
+}
+
 Station::Station(const StationConfig &config, std::unique_ptr<BookmarkStore> store)
     : m_config(config)
     , m_store(std::move(store))
@@ -156,6 +163,11 @@ Answer Station::execute(const QString &command, const QVariant &payload)
     });
     if (row == std::cend(rows))
         return failure(code::UnknownCommand);
+    // Without a word in the log: that the station is broken is known.
+    if (!m_store)
+        return failure(code::DatabaseError, command == command::DeleteBookmarks
+                                                ? bookmarkIDsOf(payload).value_or(QStringList())
+                                                : QVariant());
     Answer answer = (this->*row->handler)(payload);
     qCDebug(logStation) << m_config.relayPath << command << answer.resultCode;
     return answer;
@@ -169,13 +181,15 @@ std::optional<QList<Bookmark>> Station::insert(const QList<Bookmark> &bookmarks)
         if (bookmark.locationID.isEmpty())
             bookmark.locationID = m_config.locationID;
     }
-    if (!m_store->add(created))
+    if (!m_store || !m_store->add(created))
         return std::nullopt;
     return created;
 }
 
 bool Station::recycle(qint64 now)
 {
+    if (!m_store)
+        return true;
     const std::optional<RecycleSetting> setting = m_store->recycleSetting();
     if (!setting)
         return false;

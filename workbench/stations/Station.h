@@ -35,6 +35,9 @@ public:
     /// Null with @p error, which names the file, when the file can't be used.
     static std::unique_ptr<Station> open(const StationConfig &config, QString *error);
 
+    /// A station whose file can't be used because of @p defect: whatever it is told, it fails.
+    static std::unique_ptr<Station> broken(const StationConfig &config, const QString &defect);
+
     const StationConfig &config() const { return m_config; }
     bool hasCamera(const QString &cameraID) const;
 
@@ -45,7 +48,7 @@ public:
     /// Stores all or none, under new identifiers, and returns them as stored; nothing on a
     /// failure, see lastError(). Cameras and defects are the caller's business.
     std::optional<QList<Bookmark>> insert(const QList<Bookmark> &bookmarks);
-    QString lastError() const { return m_store->lastError(); }
+    QString lastError() const { return m_store ? m_store->lastError() : m_defect; }
 
     /// Deletes what ended more than the reserve hours before @p now (milliseconds since the
     /// epoch), if recycling is on. False on a database error.
@@ -78,7 +81,8 @@ private:
     QStringList ownCameraIDs(const QStringList &cameraKeys) const;
 
     StationConfig m_config;
-    std::unique_ptr<BookmarkStore> m_store;
+    std::unique_ptr<BookmarkStore> m_store; ///< null for a broken station
+    QString m_defect;
     QByteArray m_timeZone;
     bool m_settingPermission = true;
     QTimer m_recycleTimer;

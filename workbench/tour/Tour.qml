@@ -198,7 +198,7 @@ TourRunner {
         expect(bench.addByOtherClient(otherStation.relayPath, otherStation.cameras[2].cameraID,
                                       now - 2 * minute, now - minute,
                                       "Seen from elsewhere, " + tag, tag),
-               "the other client's bookmark is stored");
+               "the other client's bookmark is on its way");
         yield untilTrue("a new row in cell-2", () => secondCell.count === before + 1);
         expect(secondCell.count === before + 1, "cell-2 has one row more");
         expect(bench.stationsAsked("QueryBookmarkForTimeline").length === 0,

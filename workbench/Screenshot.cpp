@@ -1,0 +1,46 @@
+#include "Screenshot.h"
+
+#include "Bench.h"
+
+#include <QtCore/QDir>
+#include <QtGui/QImage>
+#include <QtQuick/QQuickWindow>
+
+#include <chrono>
+
+namespace workbench {
+
+Screenshot::Screenshot(QQuickWindow &window, const Bench &bench, const QString &file,
+                       QObject *parent)
+    : QObject(parent)
+    , m_window(window)
+    , m_bench(bench)
+    , m_file(file)
+{
+    // Answers come between two frames, and what they change is in the frame after.
+    connect(&m_window, &QQuickWindow::frameSwapped, this, &Screenshot::takeWhenQuiet,
+            Qt::QueuedConnection);
+    connect(&m_bench, &Bench::trafficPassed, &m_window, &QQuickWindow::update);
+    m_patience.setSingleShot(true);
+    connect(&m_patience, &QTimer::timeout, this,
+            [this] { Q_EMIT done(tr("%1: the stations did not answer in time").arg(m_file)); });
+    m_patience.start(std::chrono::minutes(1));
+}
+
+QString Screenshot::write(QQuickWindow &window, const QString &file)
+{
+    const QImage image = window.grabWindow();
+    return !image.isNull() && image.save(file, "PNG")
+               ? QString()
+               : tr("%1: cannot be written").arg(QDir::toNativeSeparators(file));
+}
+
+void Screenshot::takeWhenQuiet()
+{
+    if (!m_patience.isActive() || m_bench.outstanding() > 0 || !m_bench.hasAsked())
+        return;
+    m_patience.stop();
+    Q_EMIT done(write(m_window, m_file));
+}
+
+} // namespace workbench

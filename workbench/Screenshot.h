@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QtCore/QObject>
+#include <QtCore/QTimer>
+
+class QQuickWindow;
+
+namespace workbench {
+
+class Bench;
+
+/// One picture of the window, as soon as it shows the stations' first data.
+class Screenshot : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Window and bench are not owned and must outlive this object.
+    Screenshot(QQuickWindow &window, const Bench &bench, const QString &file, QObject *parent);
+
+    /// Writes what the window shows as PNG; returns what went wrong, or an empty text.
+    static QString write(QQuickWindow &window, const QString &file);
+
+Q_SIGNALS:
+    /// Comes once, with what went wrong or an empty text.
+    void done(const QString &error);
+
+private:
+    void takeWhenQuiet();
+
+    QQuickWindow &m_window;
+    const Bench &m_bench;
+    QString m_file;
+    QTimer m_patience;
+};
+
+} // namespace workbench

@@ -1,0 +1,83 @@
+#include "StationThread.h"
+
+#include "Protocol.h"
+
+namespace workbench {
+
+StationThread::StationThread(const QList<StationConfig> &stations)
+    : m_stations(stations)
+{
+    m_thread.setObjectName(QStringLiteral("stations"));
+    m_worker.moveToThread(&m_thread);
+    m_thread.start();
+}
+
+StationThread::~StationThread()
+{
+    m_ending = true;
+    const auto end = [this] {
+        m_site.reset();
+        m_thread.quit();
+    };
+    QMetaObject::invokeMethod(&m_worker, end, Qt::QueuedConnection);
+    m_thread.wait();
+}
+
+void StationThread::open(const QString &folder, const Opened &opened)
+{
+    post([=] {
+        QString error;
+        m_site = Site::open(folder, m_stations, &error);
+        if (m_site) {
+            connect(m_site.get(), &Site::bookmarkAddedByOther, this,
+                    &StationThread::bookmarkAddedByOther);
+        }
+        opened(m_site.get(), error);
+    });
+}
+
+void StationThread::perform(const std::function<void(Site &)> &job)
+{
+    post([=] {
+        if (m_site)
+            job(*m_site);
+    });
+}
+
+void StationThread::execute(const QString &command, const QVariant &payload,
+                            const QString &relayPath, const Completion &done)
+{
+    post([=] {
+        done(m_site ? m_site->execute(command, payload, relayPath)
+                    : standin::Answer{QVariant(), protocol::code::DatabaseError});
+    });
+}
+
+void StationThread::addByOtherClient(const QString &relayPath, const Bookmark &bookmark)
+{
+    perform([=](Site &site) {
+        if (!site.addByOtherClient(relayPath, bookmark))
+            Q_EMIT bookmarkOfOtherRefused(relayPath);
+    });
+}
+
+void StationThread::setTimeZone(const QByteArray &timeZone)
+{
+    perform([=](Site &site) { site.setTimeZone(timeZone); });
+}
+
+void StationThread::setSettingPermission(bool permission)
+{
+    perform([=](Site &site) { site.setSettingPermission(permission); });
+}
+
+void StationThread::post(const std::function<void()> &job)
+{
+    const auto unlessEnding = [=] {
+        if (!m_ending)
+            job();
+    };
+    QMetaObject::invokeMethod(&m_worker, unlessEnding, Qt::QueuedConnection);
+}
+
+} // namespace workbench

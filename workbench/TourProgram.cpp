@@ -1,0 +1,71 @@
+#include "TourProgram.h"
+
+#include "DemoSite.h"
+#include "ExitCode.h"
+#include "Installation.h"
+#include "StationThread.h"
+#include "Transcript.h"
+#include "preparation/Preparation.h"
+#include "preparation/ProgressLine.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QEventLoop>
+#include <QtCore/QTemporaryDir>
+#include <QtQml/QQmlApplicationEngine>
+
+namespace workbench {
+
+namespace {
+
+/// Returns what keeps the tour from beginning: it needs all of its stations.
+QString prepare(StationThread &stations, const Preparation::Plan &plan)
+{
+    Preparation preparation(stations, plan);
+    const ProgressLine progressLine(preparation);
+    QEventLoop loop;
+    QObject::connect(&preparation, &Preparation::finished, &loop, &QEventLoop::quit);
+    preparation.start();
+    loop.exec();
+    const Preparation::Outcome &outcome = preparation.outcome();
+    return outcome.error.isEmpty() ? outcome.defects.join(QLatin1Char('\n')) : outcome.error;
+}
+
+void play(Installation &installation, Transcript &transcript)
+{
+    QQmlApplicationEngine engine;
+    installation.enter(engine);
+    Bench &bench = installation.bench();
+    QObject::connect(&bench, &Bench::passing, &transcript, &Transcript::printTraffic);
+    QObject::connect(&engine, &QQmlApplicationEngine::objectCreationFailed, &bench, [&] {
+        transcript.printCheck(false, QStringLiteral("the tour's QML can be loaded"));
+        bench.finish();
+    });
+    QObject::connect(&bench, &Bench::finished, QCoreApplication::instance(),
+                     &QCoreApplication::quit, Qt::QueuedConnection);
+
+    QVariantMap properties = installation.initialProperties();
+    properties.insert(QStringLiteral("transcript"), QVariant::fromValue<QObject *>(&transcript));
+    engine.setInitialProperties(properties);
+    engine.load(QUrl(QStringLiteral("qrc:/tessaline/Workbench/tour/Tour.qml")));
+    QCoreApplication::exec();
+}
+
+} // namespace
+
+int playTour(const Options &options)
+{
+    const QTemporaryDir temporary;
+    StationThread stations(demoStations());
+    const QString folder = options.dataFolder.isEmpty() ? temporary.path() : options.dataFolder;
+    QString error = prepare(stations, {folder, 0, 0, options.importFile});
+    Installation installation(stations);
+    if (!error.isEmpty() || !installation.load(options.pluginPath, &error))
+        return complain(error);
+
+    Transcript transcript(stdout, options.verbose);
+    play(installation, transcript);
+    transcript.printSummary();
+    return transcript.failures() == 0 ? exitcode::Done : exitcode::CheckFailed;
+}
+
+} // namespace workbench

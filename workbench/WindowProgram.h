@@ -1,0 +1,44 @@
+#pragma once
+
+#include "Installation.h"
+#include "Options.h"
+#include "StationThread.h"
+#include "preparation/Preparation.h"
+#include "preparation/ProgressLine.h"
+
+#include <QtQml/QQmlApplicationEngine>
+
+class QQuickWindow;
+
+namespace workbench {
+
+/// The workbench with its window: prepares the stations, loads the plug-in and shows what there is
+/// to show, from the first progress bar to an error.
+class WindowProgram : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit WindowProgram(const Options &options);
+
+    /// Returns the exit code, when the window has been closed.
+    int run();
+
+private:
+    void showPreparation();
+    void goOn();
+    void showMain();
+    void fail(const QString &error);
+    QQuickWindow *show(const QString &file, const QVariantMap &properties);
+
+    Options m_options;
+    StationThread m_stations;
+    Preparation m_preparation;
+    ProgressLine m_progressLine;
+    Installation m_installation;
+    QQmlApplicationEngine m_engine;
+    QQuickWindow *m_preparationWindow = nullptr; ///< owned by the engine, as all windows
+    int m_exitCode = 0;
+};
+
+} // namespace workbench

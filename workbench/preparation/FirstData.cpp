@@ -1,0 +1,35 @@
+#include "FirstData.h"
+
+#include "BookmarkMaker.h"
+#include "Site.h"
+
+#include <algorithm>
+
+namespace workbench {
+
+FirstData::Result FirstData::fill(int count, const ProgressCallback &progress) const
+{
+    Result result;
+    const QList<Station *> stations = m_site.stations();
+    for (qsizetype i = 0; i < stations.size(); ++i) {
+        Station *const station = stations.at(i);
+        BookmarkMaker maker(station->config(), m_seed, m_now);
+        // Rounding down at both ends gives every bookmark to one station.
+        const auto share = [&](qsizetype n) { return qint64(count) * n / stations.size(); };
+        for (qint64 left = share(i + 1) - share(i); left > 0; left -= BatchSize) {
+            const QList<Bookmark> batch = maker.make(int(std::min<qint64>(left, BatchSize)));
+            if (!station->insert(batch)) {
+                result.error = station->lastError();
+                return result;
+            }
+            result.made += int(batch.size());
+            if (!progress(result.made, count)) {
+                result.cancelled = true;
+                return result;
+            }
+        }
+    }
+    return result;
+}
+
+} // namespace workbench
