@@ -22,6 +22,15 @@ public:
     /// the client is connected. Must cope with a payload of any shape.
     virtual Answer execute(const QString &command, const QVariant &payload,
                            const QString &relayPath) = 0;
+
+    /// The answer to @p command when it is made to fail with @p resultCode, unexecuted.
+    virtual Answer refuse(const QString &command, const QVariant &payload,
+                          const QString &resultCode)
+    {
+        Q_UNUSED(command)
+        Q_UNUSED(payload)
+        return {{}, resultCode};
+    }
 };
 
 } // namespace standin

@@ -162,8 +162,10 @@ SentCommand Framework::record(SentCommand command)
 /// What comes back for a command; nothing when only the test can tell.
 std::optional<Answer> Framework::execute(const SentCommand &command, const Delivery &delivery)
 {
-    if (delivery.failureCode)
-        return Answer{{}, *delivery.failureCode};
+    if (delivery.failureCode) {
+        return m_server ? m_server->refuse(command.command, command.payload, *delivery.failureCode)
+                        : Answer{{}, *delivery.failureCode};
+    }
     std::optional<Answer> answer;
     if (m_server)
         answer = m_server->execute(command.command, command.payload, command.relayPath);

@@ -24,17 +24,6 @@ bool succeeded(const Answer &answer)
     return answer.resultCode == code::Success;
 }
 
-/// A failed batch delete names what it did not delete, also when no station was reached.
-Answer unknownStation(const QString &command, const QVariant &payload)
-{
-    Answer answer{QVariant(), code::UnknownStation};
-    if (command == command::DeleteBookmarks) {
-        if (const std::optional<QStringList> bookmarkIDs = bookmarkIDsOf(payload))
-            answer.result = *bookmarkIDs;
-    }
-    return answer;
-}
-
 QVariantList sortedByStart(const QVariantList &records)
 {
     QList<std::pair<qint64, QVariant>> keyed;
@@ -102,7 +91,19 @@ Answer Site::execute(const QString &command, const QVariant &payload, const QStr
     if (relayPath.isEmpty())
         return executeAtConnectedServer(command, payload);
     Station *target = station(relayPath);
-    return target ? target->execute(command, payload) : unknownStation(command, payload);
+    return target ? target->execute(command, payload)
+                  : refuse(command, payload, code::UnknownStation);
+}
+
+/// A failed batch delete names what it did not delete, also when no station was reached.
+Answer Site::refuse(const QString &command, const QVariant &payload, const QString &resultCode)
+{
+    Answer answer{QVariant(), resultCode};
+    if (command == command::DeleteBookmarks) {
+        if (const std::optional<QStringList> bookmarkIDs = bookmarkIDsOf(payload))
+            answer.result = *bookmarkIDs;
+    }
+    return answer;
 }
 
 Station *Site::station(const QString &relayPath) const
@@ -164,7 +165,7 @@ Answer Site::executeAtConnectedServer(const QString &command, const QVariant &pa
             return (this->*row.handler)(command, payload);
     }
     Station *own = station(QString());
-    return own ? own->execute(command, payload) : unknownStation(command, payload);
+    return own ? own->execute(command, payload) : refuse(command, payload, code::UnknownStation);
 }
 
 /// A station that fails does not hide the one that has the bookmark.
@@ -208,7 +209,7 @@ Answer Site::updateEverywhere(const QString &command, const QVariant &payload)
 /// The settings are the same everywhere unless a station was set by its own relay path.
 Answer Site::askFirst(const QString &command, const QVariant &payload)
 {
-    return m_stations.empty() ? unknownStation(command, payload)
+    return m_stations.empty() ? refuse(command, payload, code::UnknownStation)
                               : m_stations.front()->execute(command, payload);
 }
 

@@ -31,6 +31,8 @@ public:
 
     standin::Answer execute(const QString &command, const QVariant &payload,
                             const QString &relayPath) override;
+    standin::Answer refuse(const QString &command, const QVariant &payload,
+                           const QString &resultCode) override;
 
     /// The station of that relay path, or null. Owned by the site, as those of stations().
     Station *station(const QString &relayPath) const;
