@@ -18,13 +18,17 @@ TestCase {
         return plugin.getBookmarkListByNodeID("").length;
     }
 
+    function type(text) { for (const letter of text) keyClick(letter); }
+
     when: windowShown
 
     function init() {
         lab.reset();
         window = createTemporaryObject(mainWindow, testCase, { plugin: plugin, bench: bench });
-        waitForRendering(window.contentItem);
+        window.requestActivate();
+        tryCompare(window, "active", true);
         tryCompare(bench, "outstanding", 0);
+        waitForRendering(window.contentItem);
     }
 
     Component {

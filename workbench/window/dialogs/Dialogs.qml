@@ -4,6 +4,7 @@ import Workbench
 /// All dialogs of the window.
 Item {
     id: dialogs
+    objectName: "dialogs"
 
     required property Client client
 

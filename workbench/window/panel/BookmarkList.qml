@@ -22,7 +22,7 @@ ListView {
     activeFocusOnTab: true
     keyNavigationEnabled: false
     boundsBehavior: Flickable.StopAtBounds
-    cacheBuffer: 200
+    cacheBuffer: 0 // rows made ahead would be half done when the next page comes
     reuseItems: true
     Accessible.role: Accessible.List
     Accessible.name: qsTr("Bookmarks")

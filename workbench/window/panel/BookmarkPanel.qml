@@ -7,6 +7,7 @@ import Workbench
 /// bookmarks found.
 Pane {
     id: panel
+    objectName: "bookmarkPanel"
 
     required property Client client
 

@@ -1,0 +1,120 @@
+import QtQuick
+
+/// The dialogs, filled in and sent by keys; the stations tell what came of it.
+WindowTest {
+    name: "Dialogs"
+
+    readonly property var harbour: bench.stations[0]
+    readonly property double noon: Date.parse("2026-03-01T11:00:00Z")
+
+    function dialogs() { return find("dialogs"); }
+    function records(station) { return lab.stored((station ?? harbour).relayPath); }
+    function added() { return records().filter(record => record.StartTimestamp === noon); }
+    function shown() { return plugin.getBookmarkListByNodeID(""); }
+
+    function opened(name) {
+        const dialog = find(name);
+        tryCompare(dialog, "opened", true);
+        return dialog;
+    }
+    function part(dialog, name) {
+        return findChild(dialog.contentItem, name) || findChild(dialog.footer, name);
+    }
+    function retype(field, text) {
+        mouseClick(field);
+        keyClick(Qt.Key_A, Qt.ControlModifier);
+        type(text);
+    }
+
+    function test_addOnCamerasOfManyStations() {
+        dialogs().addFor([harbour.cameras[0]], noon, noon + 60000);
+        const dialog = opened("addDialog");
+        retype(part(dialog, "cameraSearch"), "station hall");
+        mouseClick(part(dialog, "checkShown"));
+        bench.failStation(harbour.relayPath, true);
+        keyClick(Qt.Key_Return);
+        tryVerify(() => part(dialog, "dialogProblem").text.includes("Gate"));
+        compare(records(bench.stations[2]).length, 4 * 30 + 4);
+    }
+
+    function test_addOnOneCameraOnceTheTimesCanBe() {
+        dialogs().addFor([harbour.cameras[1]], noon, noon + 60000); // 12:00 in Berlin
+        const dialog = opened("addDialog");
+        type("Crane stuck");
+        for (const [text, problem] of [["2026-03-01 11:59", "before the start"],
+                                       ["noon", "Not a time"], ["2026-03-01 12:30", ""]]) {
+            retype(part(dialog, "addEndInput"), text);
+            verify(part(dialog, "addEndProblem").text.includes(problem), text);
+            keyClick(Qt.Key_Return);
+            tryCompare(bench, "outstanding", 0);
+            compare(added().length, problem ? 0 : 1);
+        }
+        const record = added()[0];
+        compare([record.CameraID, record.Description, record.EndTimestamp - noon, record.Creator],
+                [harbour.cameras[1].cameraID, "Crane stuck", 30 * 60000, "operator"]);
+    }
+
+    function test_editLeavesWhatIsNotTouched() {
+        for (const [field, text, count] of [["editDescription", "seen", 3], ["editGroup", "seen", 3],
+                                            ["editDescription", "", 1]]) {
+            const chosen = records().slice(0, count);
+            dialogs().edit(shown().filter(
+                record => chosen.some(one => one.BookmarkID === record.bookmarkID)));
+            const dialog = opened("editDialog");
+            retype(part(dialog, field), text || "x");
+            if (text === "")
+                keyClick(Qt.Key_Backspace);
+            keyClick(Qt.Key_Return);
+            tryCompare(dialog, "visible", false);
+            for (const before of chosen) {
+                before[field === "editGroup" ? "Group" : "Description"] = text;
+                compare(records().find(record => record.BookmarkID === before.BookmarkID), before);
+            }
+        }
+    }
+
+    function test_whatCouldNotBeDeletedStays() {
+        const [first, second] = bench.stations;
+        dialogs().remove([first, first, second, second].map(
+            (at, i) => shown().filter(record => record.relayPath === at.relayPath)[i]));
+        const dialog = opened("deleteDialog");
+        bench.failStation(harbour.relayPath, true);
+        keyClick(Qt.Key_Return);
+        tryVerify(() => part(dialog, "dialogProblem").text.startsWith("2 of 4"));
+        compare([records().length, records(second).length], [120, 118]);
+    }
+
+    function test_removeAllOnceTheNameIsTyped() {
+        dialogs().removeAllOf(harbour);
+        opened("removeAllDialog");
+        type("Harbou");
+        keyClick(Qt.Key_Return);
+        verify(!find("removeAllDialog").busy);
+        type("r");
+        keyClick(Qt.Key_Return);
+        tryVerify(() => records().length === 0);
+    }
+
+    function test_recycleSettingIsKept() {
+        for (const round of [1, 2]) {
+            dialogs().recycle();
+            const dialog = opened("recycleDialog");
+            tryCompare(dialog, "known", true);
+            verify(round === 1 || dialog.total === 9999 * 24);
+            part(dialog, "recycleDays").value = 9999;
+            keyClick(Qt.Key_Return);
+            tryCompare(dialog, "visible", false);
+        }
+    }
+
+    function test_recentBookmarkIsShown() {
+        dialogs().recentOf(harbour);
+        const dialog = opened("recentDialog");
+        tryVerify(() => dialog.records.length === 20);
+        let wanted = null;
+        dialog.client.bookmarkWanted.connect(record => wanted = record);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Return);
+        compare(wanted.bookmarkID, dialog.records[1].bookmarkID);
+    }
+}
