@@ -4,7 +4,7 @@ import QtQuick.Layouts
 import Workbench
 
 /// Why the workbench can't begin.
-ApplicationWindow {
+ThemedWindow {
     id: window
 
     required property string message
@@ -15,9 +15,6 @@ ApplicationWindow {
     minimumHeight: 160
     visible: true
     title: qsTr("Tessaline workbench")
-    palette: Theme.palette
-    color: Theme.window
-    font.pixelSize: Theme.normalText
 
     ColumnLayout {
         anchors.fill: parent

@@ -4,7 +4,7 @@ import Workbench
 
 /// What is shown before the window: how far the preparation is, and afterwards what the user should
 /// know about it.
-ApplicationWindow {
+ThemedWindow {
     id: window
 
     required property Preparation preparation
@@ -14,9 +14,6 @@ ApplicationWindow {
     minimumWidth: 400
     minimumHeight: 160
     title: qsTr("Tessaline workbench")
-    palette: Theme.palette
-    color: Theme.window
-    font.pixelSize: Theme.normalText
 
     onClosing: close => {
         close.accepted = false;
