@@ -15,11 +15,7 @@ void CameraMarks::setSource(QAbstractItemModel *source)
     if (m_source)
         m_source->disconnect(this);
     m_source = source;
-    m_roles.clear();
     if (source) {
-        const QHash<int, QByteArray> names = source->roleNames();
-        for (auto it = names.cbegin(); it != names.cend(); ++it)
-            m_roles.insert(it.value(), it.key());
         connect(source, &QAbstractItemModel::rowsInserted, this, &CameraMarks::noteInserted);
         connect(source, &QAbstractItemModel::rowsRemoved, this, &CameraMarks::noteRemoved);
         connect(source, &QAbstractItemModel::dataChanged, this, &CameraMarks::noteChanged);
@@ -87,6 +83,7 @@ const std::vector<Mark> &CameraMarks::marks()
     if (!std::exchange(m_outdated, false))
         return m_marks;
     makeRoom();
+    readRoles();
     m_marks.clear();
     for (int row = 0; row < int(m_entries.size()); ++row) {
         Entry &entry = m_entries[size_t(row)];
@@ -104,6 +101,15 @@ const std::vector<Mark> &CameraMarks::marks()
 QString CameraMarks::text(int mark, const QByteArray &roleName)
 {
     return value(marks().at(size_t(mark)).row, roleName).toString();
+}
+
+/// Some models learn their roles from their first row.
+void CameraMarks::readRoles()
+{
+    m_roles.clear();
+    const auto names = m_source ? m_source->roleNames() : QHash<int, QByteArray>();
+    for (auto it = names.cbegin(); it != names.cend(); ++it)
+        m_roles.insert(it.value(), it.key());
 }
 
 void CameraMarks::read(Entry &entry, int row) const

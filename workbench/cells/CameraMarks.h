@@ -57,6 +57,7 @@ private:
     void noteChanged(const QModelIndex &first, const QModelIndex &last);
     void makeRoom();
     void markOutdated();
+    void readRoles();
     void read(Entry &entry, int row) const;
     QVariant value(int row, const QByteArray &roleName) const;
 

@@ -153,6 +153,7 @@ void MarkLayout::update()
         }
     }
     m_rows.replace(*this, visible);
+    Q_EMIT updated();
 }
 
 void MarkLayout::arrange()

@@ -88,6 +88,8 @@ public:
 
 Q_SIGNALS:
     void changed();
+    /// The rows are up to date.
+    void updated();
 
 private:
     friend class RowList<MarkRow>;

@@ -41,6 +41,7 @@ public:
 
     /// In QML tickX (in pixels), label and kind.
     enum Role { XRole = Qt::UserRole + 1, LabelRole, KindRole };
+    Q_ENUM(Role)
 
     explicit TimeAxis(QObject *parent = nullptr);
 

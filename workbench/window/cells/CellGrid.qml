@@ -7,6 +7,7 @@ import Workbench
 /// The view cells in the middle of the window.
 Pane {
     id: pane
+    objectName: "cellGrid"
 
     required property Client client
 

@@ -1,0 +1,102 @@
+import QtQuick
+import QtTest
+import Workbench
+
+WindowTest {
+    id: test
+
+    readonly property var camera: bench.stations[0].cameras[1]
+    property CellGrid grid
+    property ViewCell cell ///< the one that shows it
+    property TimelineBar bar
+
+    name: "Cells"
+
+    /// A camera in the first cell, paused, with its timeline of a day.
+    function showCamera() {
+        grid = find("cellGrid");
+        cell = grid.showCamera(camera);
+        cell.head.playing = false;
+        cell.forceActiveFocus();
+        bar = findChild(cell, "timelineBar");
+        tryVerify(() => bar.marks.rowCount() > 20);
+    }
+
+    function test_wheelZoomsAndDragPans() {
+        showCamera();
+        const timeAt = x => cell.range.from + x * cell.range.span / bar.width;
+        const pixel = timeAt(1) - timeAt(0);
+        const pointed = timeAt(40);
+        mouseWheel(bar, 40, 5, 0, 240);
+        verify(cell.range.span / bar.width < pixel / 1.5);
+        fuzzyCompare(timeAt(40), pointed, pixel);
+
+        bench.forgetTraffic();
+        const dragged = timeAt(20 - 4 * bar.width / 2);
+        for (let i = 0; i < 4; ++i)
+            mouseDrag(bar, 20, 5, bar.width / 2, 0);
+        fuzzyCompare(timeAt(20), dragged, pixel * 4);
+        tryVerify(() => bench.stationsAsked("QueryBookmarkForTimeline").includes(camera.relayPath));
+    }
+
+    SignalSpy { id: marked; target: test.grid; signalName: "rangeMarked" }
+    function test_shiftDragMarksARange() {
+        showCamera();
+        const from = cell.range.from;
+        mouseDrag(bar, 60, 5, -40, 0, Qt.LeftButton, Qt.ShiftModifier);
+        compare(cell.range.from, from);
+        const [markedCamera, ...times] = marked.signalArguments[0];
+        compare(markedCamera.key, camera.key);
+        compare(times.map(time => Math.round((time - from) / cell.range.span * bar.width)), [20, 60]);
+    }
+
+    function test_doubleClickGoesToTheBookmark() {
+        showCamera();
+        const mark = bar.marks.row(3);
+        mouseDoubleClickSequence(bar, mark.barX + mark.barWidth / 2, mark.lane * bar.laneHeight + 5);
+        compare(cell.head.position, mark.start);
+    }
+
+    function test_keys() {
+        showCamera();
+        keyClick(Qt.Key_B);
+        keyClick(Qt.Key_B);
+        compare(cell.head.position, bench.now - 2 * 3600000, "the last but one bookmark");
+        keyClick(Qt.Key_M);
+        keyClick(Qt.Key_N);
+        keyClick(Qt.Key_M);
+        compare(marked.signalArguments[marked.count - 1][2], bench.now - 3600000);
+        keyClick(Qt.Key_Space);
+        tryVerify(() => cell.head.position > bench.now - 3600000);
+        keyClick(Qt.Key_Right, Qt.ControlModifier);
+        compare(grid.activeIndex, cell.number + 1);
+        keyClick(Qt.Key_Left, Qt.ControlModifier);
+        keyClick(Qt.Key_Delete);
+        verify(!cell.occupied && !findChild(cell, "timelineBar"));
+    }
+
+    function test_failingStationIsNamedAndAskedAgain() {
+        showCamera();
+        const status = findChild(cell, "cellStatus");
+        bench.failStation(camera.relayPath, true);
+        cell.range.moveBy(-9 * cell.range.span);
+        tryCompare(status, "text", "station failed");
+        bench.failStation(camera.relayPath, false);
+        cell.goLive();
+        mouseClick(findChild(cell, "retry"));
+        tryVerify(() => status.text === "live" && bar.marks.rowCount() > 20);
+    }
+
+    function test_stateAndBookmarkComeBack() {
+        showCamera();
+        const start = bench.now - 5 * 24 * 3600000;
+        grid.showBookmark({ cameraID: camera.cameraID, relayPath: camera.relayPath, startTimestamp: start });
+        compare(grid.activeCell, cell, "the camera is shown already");
+        const state = JSON.parse(JSON.stringify(grid.saveState()));
+        cell.clear();
+        grid.restoreState(state);
+        compare(cell.camera.key, camera.key);
+        compare(cell.head.position, start);
+        verify(cell.range.from < start && start < cell.range.to, "it can be seen");
+    }
+}
