@@ -2,7 +2,6 @@ import QtQuick
 import QtTest
 import Workbench
 
-/// Where ticks and bookmarks are drawn on a timeline.
 TestCase {
     id: testCase
 
@@ -66,7 +65,6 @@ TestCase {
 
     function test_bars_data() {
         return [
-            ["overlapping", "0-50 10-60 20-70", "0+50/0 10+50/1 20+50/2"],
             ["no lane is free", "0-50 5-55 10-60 20-70 90-100", "0+50/0 5+50/1 10+60/2*2 90+10/0"],
             ["short ones that touch", "1-2 3-4 6-6", "1+26/0*3"],
             ["no endless bar", "24-24 27-27 30-30 33-33", "23+4/0*2 30+25/0*2"],
