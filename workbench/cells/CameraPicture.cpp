@@ -87,7 +87,7 @@ const QImage &CameraPicture::scenery()
 void CameraPicture::burnIn(QPainter &painter, const QString &text, bool atTop) const
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    font.setPixelSize(std::clamp(int(height() / 14), 9, 28));
+    font.setPixelSize(std::clamp(int(std::min(height() / 14, width() / 14)), 9, 28));
     const QFontMetrics metrics(font);
     const QString shown = metrics.elidedText(text, Qt::ElideRight, int(width()) - 4 * Margin);
     const QRectF box(Margin, atTop ? Margin : height() - Margin - metrics.height(),

@@ -64,7 +64,8 @@ ColumnLayout {
     }
 
     CellHeader {
-        cameraName: content.camera.stationName + " – " + content.camera.name
+        cameraName: content.camera.name
+        stationName: content.camera.stationName
         status: content.status
         failed: feed.failed
         onRetryRequested: feed.reload()

@@ -8,6 +8,7 @@ Control {
     id: header
 
     required property string cameraName
+    required property string stationName
     required property string status
     property bool failed: false
 
@@ -24,7 +25,8 @@ Control {
         spacing: 2
 
         ElidedLabel {
-            text: header.cameraName
+            text: header.width < 260 ? header.cameraName : wholeText
+            wholeText: header.stationName + " – " + header.cameraName
             font.bold: true
             Layout.fillWidth: true
             Layout.minimumWidth: 40

@@ -6,13 +6,15 @@ import Workbench
 Label {
     id: label
 
+    property string wholeText: text ///< may be longer than what is meant to be shown
+
     elide: Text.ElideRight
     color: Theme.text
 
     HoverHandler {
         id: hover
     }
-    ToolTip.visible: hover.hovered && label.truncated
+    ToolTip.visible: hover.hovered && (label.truncated || label.text !== label.wholeText)
     ToolTip.delay: 500
-    ToolTip.text: text
+    ToolTip.text: wholeText
 }
