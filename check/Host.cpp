@@ -1,6 +1,7 @@
 #include "Host.h"
 
 #include "Describe.h"
+#include "Footprints.h"
 #include "timeline/TimelineControl.h"
 
 #include <QtCore/QAbstractItemModel>
@@ -181,6 +182,7 @@ QString Host::play(const QString &steps)
 
 void Host::step(const QString &text)
 {
+    footprint(text);
     const QString word = text.section(u' ', 0, 0);
     const QString target = text.section(u' ', 1, 1);
     if (word == u"grant")
@@ -293,6 +295,7 @@ bool Host::call(const QByteArray &method, QVariantList arguments, QVariant *resu
 
 QVariant Host::callMethod(const QMetaMethod &method, QVariantList arguments)
 {
+    footprint(QString::fromLatin1(method.methodSignature()));
     const bool hasResult = method.returnMetaType().id() != QMetaType::Void;
     QVariant result = hasResult ? QVariant(method.returnMetaType()) : QVariant();
     void *values[11] = {hasResult ? result.data() : nullptr};
@@ -315,6 +318,7 @@ bool Host::hasMethod(const QByteArray &name) const
 void Host::answer(const QString &command, const QVariant &result, const QString &relayPath,
                   void *context, const QString &code)
 {
+    footprint(QStringLiteral("answer to %1@%2, code '%3'").arg(command, relayPath, code));
     m_plugin->CommandProcessor(command, result, context, code, QString(), false, relayPath);
 }
 

@@ -1,6 +1,7 @@
 #include "Runner.h"
 
 #include "Checks.h"
+#include "Footprints.h"
 #include "ProcessProbe.h"
 #include "QtMessages.h"
 #include "Trial.h"
@@ -31,6 +32,11 @@ QStringList lastLines(const QByteArray &output)
 {
     const QStringList lines = QString::fromLocal8Bit(output).split(u'\n', Qt::SkipEmptyParts);
     return lines.mid(std::max<qsizetype>(0, lines.size() - 5));
+}
+
+QString footprintsFor(const QString &resultFile)
+{
+    return resultFile + QStringLiteral(".steps");
 }
 
 Result readResult(const QString &fileName)
@@ -115,6 +121,11 @@ Result runInChild(const Check &check, const Options &options)
                  QStringLiteral("--result"), resultFile, QStringLiteral("--seed"),
                  QString::number(options.seed)});
     Result result = resultOf(child, resultFile, options.timeoutSeconds);
+    if (result.status == Status::Crash || result.status == Status::Timeout) {
+        const QStringList steps = footprintsIn(footprintsFor(resultFile));
+        for (const QString &step : steps)
+            result.more.append(QStringLiteral("step before: ") + step);
+    }
     result.name = QLatin1String(check.name);
     result.level = check.level();
     result.milliseconds = timer.elapsed();
@@ -127,6 +138,7 @@ int runAsChild(const Options &options)
     QFile file(options.resultFile);
     if (!check || options.resultFile.isEmpty())
         return 2;
+    leaveFootprintsIn(footprintsFor(options.resultFile));
     const QByteArray json = QJsonDocument(runHere(*check, options).toJson()).toJson();
     return file.open(QIODevice::WriteOnly) && file.write(json) == json.size() ? 0 : 2;
 }
