@@ -4,6 +4,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QtEndian>
 
+#include <algorithm>
+
 namespace check {
 
 namespace {
@@ -55,6 +57,8 @@ public:
             return 0;
         return qFromLittleEndian<Number>(m_content.constData() + offset);
     }
+
+    quint64 size() const { return quint64(m_content.size()); }
 
     QByteArray textAt(quint64 offset) const
     {
@@ -128,7 +132,7 @@ void readDynamic(ElfFile &file, const Bytes &bytes, const QList<Segment> &segmen
     QList<quint64> needed;
     QList<quint64> folders;
     quint64 strings = ~quint64(0);
-    for (quint64 i = 0; i < dynamic.size / DynamicSize; ++i) {
+    for (quint64 i = 0; i < std::min(dynamic.size, bytes.size()) / DynamicSize; ++i) {
         const auto tag = bytes.at<quint64>(dynamic.offset + i * DynamicSize);
         const auto value = bytes.at<quint64>(dynamic.offset + i * DynamicSize + 8);
         if (tag == TagNull)
@@ -163,8 +167,8 @@ void readSymbols(ElfFile &file, const Bytes &bytes)
         const auto size = bytes.at<quint64>(section + 32);
         const auto link = bytes.at<quint32>(section + 40);
         const auto strings = bytes.at<quint64>(table + link * SectionSize + 24);
-        for (quint64 symbol = symbols; symbol + SymbolSize <= symbols + size;
-             symbol += SymbolSize) {
+        for (quint64 read = 0; read < std::min(size, bytes.size()); read += SymbolSize) {
+            const quint64 symbol = symbols + read;
             const QByteArray name = bytes.textAt(strings + bytes.at<quint32>(symbol));
             const int binding = bytes.at<quint8>(symbol + 4) >> 4;
             const bool isLocal = binding == 0;

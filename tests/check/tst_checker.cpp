@@ -1,0 +1,164 @@
+#include "LibraryFile.h"
+#include "Report.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QProcess>
+#include <QtCore/QTemporaryDir>
+#include <QtCore/QXmlStreamReader>
+#include <QtTest/QTest>
+
+using namespace Qt::StringLiterals;
+using check::Status;
+
+namespace {
+
+check::Result result(const char *name, Status status)
+{
+    check::Result made;
+    made.name = QLatin1String(name);
+    made.level = 4;
+    made.status = status;
+    made.line = u"expected \"a\" & <b>, found \x01"_s;
+    made.more = QStringList{u"one more"_s};
+    return made;
+}
+
+QByteArray contentOf(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// A file of the least that tells what it is.
+QByteArray header(const char *start, int at, QByteArray machine)
+{
+    QByteArray content(start);
+    content.append(QByteArray(at - int(content.size()), '\0')).append(machine);
+    return content.append(QByteArray(32, '\0'));
+}
+
+} // namespace
+
+/// What the checker does around its checks; these prove themselves on the planted faults.
+class TestChecker : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void tellsWhatAFileIs_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QString>("format");
+        const QByteArray pe = header("MZ", 0x3c, QByteArray("\x40\0\0\0PE\0\0\x64\x86", 10));
+        QTest::newRow("PE") << pe << u"PE for x86-64"_s;
+        QTest::newRow("PE cut off") << pe.first(0x40) << u"no library"_s;
+        QTest::newRow("ELF") << header("\x7f"
+                                       "ELF\x02\x01",
+                                       18, QByteArray("\xb7\0", 2))
+                             << u"ELF for ARM64"_s;
+        QTest::newRow("strange ELF") << QByteArray("\x7f"
+                                                   "ELF")
+                                     << u"ELF for another machine"_s;
+        QTest::newRow("text") << QByteArray("#!/bin/sh") << u"no library"_s;
+        QTest::newRow("nothing") << QByteArray() << u"no library"_s;
+    }
+    void tellsWhatAFileIs()
+    {
+        QFETCH(const QByteArray, content);
+        QTEST(check::formatOf(content), "format");
+        check::ElfFile::read(content);
+    }
+
+    void readsDamagedLibraries()
+    {
+        const QByteArray whole = contentOf(QStringLiteral(TESSALINE_PLUGIN_PATH));
+        const auto file = check::ElfFile::read(whole);
+        if (!file)
+            QSKIP("No ELF library is at hand");
+        QVERIFY(file->exported.contains("qt_plugin_instance"));
+        QVERIFY(file->undefined.size() > 10);
+        // Cut off anywhere, or with any byte of its headers turned over, it ends in less.
+        for (qsizetype size = 0; size < whole.size(); size += 1 + size / 8)
+            check::ElfFile::read(whole.first(size));
+        for (qsizetype i = 0; i < 2000; ++i) {
+            for (const qsizetype position : {i, whole.size() - 1 - i}) {
+                QByteArray damaged = whole;
+                damaged[position] = char(~damaged.at(position));
+                check::ElfFile::read(damaged);
+            }
+        }
+    }
+
+    void writesReportsForMachines()
+    {
+        const QTemporaryDir folder;
+        const QString json = folder.filePath(u"report.json"_s);
+        const QString junit = folder.filePath(u"report.xml"_s);
+        const QList<check::Result> results{
+            result("4.a", Status::Pass),    result("4.b", Status::Warning),
+            result("4.c", Status::Fail),    result("4.d", Status::Crash),
+            result("4.e", Status::Timeout), result("4.f", Status::Skipped)};
+        QCOMPARE(check::writeJson(json, u"lib"_s, 7, results), QString());
+        QCOMPARE(check::writeJUnit(junit, u"lib"_s, results), QString());
+
+        const auto report = QJsonDocument::fromJson(contentOf(json)).object();
+        QCOMPARE(report.value(u"seed"_s).toInt(), 7);
+        QCOMPARE(report.value(u"exitCode"_s).toInt(), 1);
+        const QJsonArray list = report.value(u"results"_s).toArray();
+        QCOMPARE(list.size(), results.size());
+        for (qsizetype i = 0; i < list.size(); ++i) {
+            const auto read = check::Result::fromJson(list.at(i).toObject());
+            QCOMPARE(check::textOf(read), check::textOf(results.at(i)));
+            QCOMPARE(read.status, results.at(i).status);
+        }
+
+        QStringList elements;
+        QXmlStreamReader xml(contentOf(junit));
+        while (!xml.atEnd()) {
+            if (xml.readNext() == QXmlStreamReader::StartElement)
+                elements.append(xml.name().toString());
+        }
+        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+        QCOMPARE(elements.join(u' '),
+                 u"testsuite system-out testcase system-out testcase system-out testcase failure "
+                 "testcase error testcase error testcase skipped"_s);
+        QVERIFY(!check::writeJson(u"/nowhere/report"_s, u"lib"_s, 7, results).isEmpty());
+    }
+
+    void endsWithTheRightCode_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<int>("code");
+        const QString library = QStringLiteral(TESSALINE_PLUGIN_PATH);
+        QTest::newRow("list") << QStringList{u"--list"_s} << 0;
+        QTest::newRow("passed") << QStringList{library, u"--include"_s, u"1.format"_s} << 0;
+        QTest::newRow("one in this process")
+            << QStringList{library, u"--in-process"_s, u"--include"_s, u"3.class"_s} << 0;
+        QTest::newRow("several in this process") << QStringList{library, u"--in-process"_s} << 2;
+        QTest::newRow("nothing ran") << QStringList{library, u"--include"_s, u"none"_s} << 1;
+        QTest::newRow("not of this level")
+            << QStringList{library, u"--level"_s, u"2"_s, u"--include"_s, u"3.class"_s} << 1;
+        QTest::newRow("no such file")
+            << QStringList{u"none.so"_s, u"--include"_s, u"1.metadata"_s} << 1;
+        QTest::newRow("no library")
+            << QStringList{QStringLiteral(CHECKER), u"--include"_s, u"3.class"_s} << 1;
+        QTest::newRow("no argument") << QStringList{} << 2;
+        QTest::newRow("bad level") << QStringList{library, u"--level"_s, u"6"_s} << 2;
+        QTest::newRow("bad pattern") << QStringList{library, u"--include"_s, u"("_s} << 2;
+    }
+    void endsWithTheRightCode()
+    {
+        QFETCH(const QStringList, arguments);
+        QProcess process;
+        process.start(QStringLiteral(CHECKER), arguments);
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QTEST(process.exitCode(), "code");
+    }
+};
+
+QTEST_GUILESS_MAIN(TestChecker)
+#include "tst_checker.moc"
