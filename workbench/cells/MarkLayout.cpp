@@ -10,6 +10,14 @@ constexpr double Margin = 8; ///< how far bars are drawn beyond the ends, in pix
 
 } // namespace
 
+QList<int> MarkRow::differsIn(const MarkRow &other) const
+{
+    MarkRow moved = other;
+    moved.x = x;
+    moved.width = width;
+    return moved == *this ? QList<int>{MarkLayout::XRole, MarkLayout::WidthRole} : QList<int>();
+}
+
 MarkLayout::MarkLayout(QObject *parent)
     : QAbstractListModel(parent)
 {

@@ -24,10 +24,15 @@ struct MarkRow
 
     bool operator==(const MarkRow &other) const
     {
-        return x == other.x && width == other.width && lane == other.lane && count == other.count &&
-               start == other.start && end == other.end && bookmarkID == other.bookmarkID &&
-               text == other.text;
+        return x == other.x && width == other.width && lane == other.lane && end == other.end &&
+               text == other.text && isSameAs(other);
     }
+    bool isSameAs(const MarkRow &other) const
+    {
+        return bookmarkID == other.bookmarkID && start == other.start && count == other.count;
+    }
+    /// Empty for all.
+    QList<int> differsIn(const MarkRow &other) const;
 };
 
 /// Where the bookmarks of one camera are drawn on a timeline: a row for each bar that is visible.

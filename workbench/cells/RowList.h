@@ -8,7 +8,8 @@
 namespace workbench {
 
 /// The rows of a list model that are computed anew as a whole. Views keep their delegates: rows
-/// change in place, and only the end grows or shrinks. The model has to be its friend.
+/// come and go at both ends, as panning has it, and change in place between them. The model has to
+/// be its friend; rows tell whether they are for the same thing and which roles of them differ.
 template <typename Row>
 class RowList
 {
@@ -21,6 +22,7 @@ public:
     template <typename Model>
     void replace(Model &model, const QList<Row> &rows)
     {
+        alignFronts(model, rows);
         const qsizetype common = std::min(m_rows.size(), rows.size());
         if (common < m_rows.size()) {
             model.beginRemoveRows({}, int(common), size() - 1);
@@ -30,9 +32,10 @@ public:
         for (qsizetype i = 0; i < common; ++i) {
             if (m_rows.at(i) == rows.at(i))
                 continue;
-            m_rows[i] = rows.at(i);
             const QModelIndex changed = model.index(int(i));
-            Q_EMIT model.dataChanged(changed, changed);
+            const QList<int> roles = rows.at(i).differsIn(m_rows.at(i));
+            m_rows[i] = rows.at(i);
+            Q_EMIT model.dataChanged(changed, changed, roles);
         }
         if (common < rows.size()) {
             model.beginInsertRows({}, int(common), int(rows.size()) - 1);
@@ -42,6 +45,29 @@ public:
     }
 
 private:
+    template <typename Model>
+    void alignFronts(Model &model, const QList<Row> &rows)
+    {
+        if (m_rows.isEmpty() || rows.isEmpty())
+            return;
+        if (const int gone = positionOf(rows.constFirst(), m_rows); gone > 0) {
+            model.beginRemoveRows({}, 0, gone - 1);
+            m_rows.remove(0, gone);
+            model.endRemoveRows();
+        } else if (const int come = positionOf(m_rows.constFirst(), rows); come > 0) {
+            model.beginInsertRows({}, 0, come - 1);
+            m_rows = rows.first(come) + m_rows;
+            model.endInsertRows();
+        }
+    }
+
+    static int positionOf(const Row &row, const QList<Row> &rows)
+    {
+        const auto found = std::find_if(rows.cbegin(), rows.cend(),
+                                        [&](const Row &other) { return row.isSameAs(other); });
+        return found == rows.cend() ? -1 : int(found - rows.cbegin());
+    }
+
     QList<Row> m_rows;
 };
 

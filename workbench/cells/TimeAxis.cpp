@@ -140,6 +140,11 @@ private:
 
 } // namespace
 
+QList<int> Tick::differsIn(const Tick &other) const
+{
+    return isSameAs(other) ? QList<int>{TimeAxis::XRole} : QList<int>();
+}
+
 TimeAxis::TimeAxis(QObject *parent)
     : QAbstractListModel(parent)
 {

@@ -16,10 +16,9 @@ struct Tick
     QString label;
     int kind;
 
-    bool operator==(const Tick &other) const
-    {
-        return x == other.x && label == other.label && kind == other.kind;
-    }
+    bool operator==(const Tick &other) const { return x == other.x && isSameAs(other); }
+    bool isSameAs(const Tick &other) const { return label == other.label && kind == other.kind; }
+    QList<int> differsIn(const Tick &other) const;
 };
 
 /// The ticks of a timeline, at round times of a time zone, as dense as their labels allow. Brought
