@@ -27,8 +27,8 @@ public:
 
     /// First and last millisecond of a preset as startTimestamp and endTimestamp. @p firstDay and
     /// @p lastDay, in any order, are read for Days only; with a text that is no day it means All.
-    Q_INVOKABLE QVariantMap range(Preset preset, qint64 now, const QString &firstDay = {},
-                                  const QString &lastDay = {}) const;
+    Q_INVOKABLE QVariantMap range(workbench::DateRanges::Preset preset, qint64 now,
+                                  const QString &firstDay = {}, const QString &lastDay = {}) const;
 
     /// The day of a moment.
     Q_INVOKABLE QString dayOf(qint64 moment) const;

@@ -8,6 +8,8 @@ void PageModel::setSelection(RecordSelection *selection)
 {
     m_selection = selection;
     connect(selection, &RecordSelection::changed, this, &PageModel::noteSelection);
+    Q_EMIT selectionChanged();
+    noteSelection();
 }
 
 void PageModel::noteSelection()

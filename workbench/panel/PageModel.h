@@ -15,7 +15,8 @@ class PageModel : public QAbstractListModel
     QML_ELEMENT
     Q_PROPERTY(int count READ count NOTIFY countChanged)
     /// Tells which rows are selected; not owned.
-    Q_PROPERTY(workbench::RecordSelection *selection READ selection WRITE setSelection REQUIRED)
+    Q_PROPERTY(workbench::RecordSelection *selection READ selection WRITE setSelection NOTIFY
+                   selectionChanged REQUIRED)
 
 public:
     enum Role {
@@ -45,6 +46,7 @@ public:
 
 Q_SIGNALS:
     void countChanged();
+    void selectionChanged();
 
 private:
     struct Row
