@@ -13,7 +13,9 @@ RowLayout {
     readonly property string gap: client.querying || failedStations.length === 0 ? ""
         : qsTr("Failed or not answered: %1").arg(failedStations.join(", "))
 
-    visible: late.done || gap !== ""
+    readonly property bool slow: late.done && client.querying
+
+    visible: slow || gap !== ""
     spacing: Theme.gap
 
     // Answers that come at once need no progress.
@@ -22,11 +24,11 @@ RowLayout {
         property bool done: false
         interval: 300
         running: progress.client.querying
-        onRunningChanged: if (running || !progress.client.querying) done = false
+        onRunningChanged: if (running) done = false
         onTriggered: done = true
     }
     ProgressBar {
-        visible: late.done
+        visible: progress.slow
         Layout.preferredWidth: 70
         to: progress.client.partsExpected
         value: progress.client.partsReceived
@@ -37,8 +39,8 @@ RowLayout {
         objectName: "queryProgress"
         Layout.fillWidth: true
         elide: Text.ElideRight
-        color: late.done ? Theme.text : Theme.failure
-        text: late.done ? qsTr("%1 of %2 stations").arg(progress.client.partsReceived)
+        color: progress.slow ? Theme.text : Theme.failure
+        text: progress.slow ? qsTr("%1 of %2 stations").arg(progress.client.partsReceived)
                             .arg(progress.client.partsExpected) : progress.gap
         ToolTip.text: text
         ToolTip.visible: truncated && hover.hovered
@@ -48,7 +50,7 @@ RowLayout {
     }
     ToolButton {
         objectName: "stopWaiting"
-        visible: late.done
+        visible: progress.slow
         text: qsTr("Cancel")
         focusPolicy: Qt.StrongFocus
         ToolTip.text: qsTr("Wait no longer; what still comes is shown nevertheless")
