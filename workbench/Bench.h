@@ -45,6 +45,8 @@ class Bench : public QObject
     Q_PROPERTY(workbench::Recorder *recorder READ recorder CONSTANT)
     Q_PROPERTY(workbench::TrafficModel *traffic READ traffic CONSTANT)
     Q_PROPERTY(workbench::LogModel *log READ log CONSTANT)
+    /// What a replay at the start of the program has found, a line each; empty without one.
+    Q_PROPERTY(QStringList replayReport READ replayReport CONSTANT)
     /// IANA identifier that the server gives to the next who asks.
     Q_PROPERTY(QString serverTimeZone READ serverTimeZone WRITE setServerTimeZone NOTIFY
                    serverTimeZoneChanged)
@@ -70,6 +72,9 @@ public:
     Recorder *recorder() { return &m_recorder; }
     TrafficModel *traffic() { return &m_traffic; }
     LogModel *log() { return &m_log; }
+    QStringList replayReport() const { return m_replayReport; }
+    /// Before QML reads it.
+    void setReplayReport(const QStringList &report) { m_replayReport = report; }
     QString serverTimeZone() const { return m_serverTimeZone; }
     void setServerTimeZone(const QString &ianaId);
     bool settingPermission() const { return m_settingPermission; }
@@ -129,6 +134,7 @@ private:
     TrafficModel m_traffic;
     Recorder m_recorder;
     LogModel m_log;
+    QStringList m_replayReport;
     QString m_serverTimeZone;
     bool m_settingPermission = false;
     QHash<QString, QStringList> m_asked; ///< relay paths by command

@@ -113,6 +113,10 @@ Options Options::parse(const QStringList &arguments)
                "bookmarks, and end; needs no display.",
                "file");
     parser.add("tour", "Play the tour in the terminal, without a window.");
+    parser.add("replay",
+               "Play the session recorded in <file> against the plug-in first and tell where it "
+               "behaves differently; exit code 0 where nowhere, 1 where somewhere.",
+               "file");
     // Not "plugin", which Qt takes for itself.
     parser.add("library", "Load this build of the plug-in.", "file", PluginHost::defaultPath());
     parser.add("log",
@@ -129,6 +133,7 @@ Options Options::parse(const QStringList &arguments)
     options.dataFolder = parser.text("data");
     options.importFile = parser.readableFile("import");
     options.screenshotFile = parser.text("screenshot");
+    options.replayFile = parser.text("replay");
     options.pluginPath = parser.text("library");
     options.logFile = parser.text("log");
     options.verbose = parser.isSet("verbose");

@@ -15,6 +15,7 @@ struct Options
     QString dataFolder;     ///< empty: ownDataFolder() for the window, a temporary one for the tour
     QString importFile;     ///< empty: nothing is imported
     QString screenshotFile; ///< empty: the window stays open
+    QString replayFile;     ///< empty: nothing is replayed
     QString pluginPath;
     QString logFile; ///< empty: standard error
     bool verbose = false;

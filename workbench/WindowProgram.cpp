@@ -10,8 +10,9 @@
 
 namespace workbench {
 
-WindowProgram::WindowProgram(const Options &options)
+WindowProgram::WindowProgram(const Options &options, const QStringList &replayReport)
     : m_options(options)
+    , m_replayReport(replayReport)
     , m_stations(demoStations(options.stations, options.cameras))
     , m_preparation(m_stations,
                     {options.dataFolder, options.bookmarks, options.seed, options.importFile})
@@ -59,6 +60,7 @@ void WindowProgram::goOn()
 void WindowProgram::showMain()
 {
     m_installation.enter(m_engine);
+    m_installation.bench().setReplayReport(m_replayReport);
     QQuickWindow *const window =
         show(QStringLiteral("Main.qml"), m_installation.initialProperties());
     if (m_preparationWindow)

@@ -19,7 +19,8 @@ class WindowProgram : public QObject
     Q_OBJECT
 
 public:
-    explicit WindowProgram(const Options &options);
+    /// @param replayReport of a replay that has been made, for the integrators' drawer
+    explicit WindowProgram(const Options &options, const QStringList &replayReport = {});
 
     /// Returns the exit code, when the window has been closed.
     int run();
@@ -32,6 +33,7 @@ private:
     QQuickWindow *show(const QString &file, const QVariantMap &properties);
 
     Options m_options;
+    QStringList m_replayReport;
     StationThread m_stations;
     Preparation m_preparation;
     ProgressLine m_progressLine;

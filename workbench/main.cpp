@@ -1,5 +1,6 @@
 #include "ExitCode.h"
 #include "Options.h"
+#include "ReplayProgram.h"
 #include "TourProgram.h"
 #include "WindowProgram.h"
 #include "logging/LogControl.h"
@@ -25,11 +26,19 @@ int run(Options options)
     if (!options.logFile.isEmpty() && !standin::logging::writeToFile(options.logFile))
         return complain(options.logFile + QStringLiteral(": cannot be written"));
     const bool seen = QGuiApplication::platformName() != QLatin1String("offscreen");
+    replay::Result replay;
+    if (!options.replayFile.isEmpty()) {
+        replay = playRecording(options);
+        if (!seen || !replay.error.isEmpty())
+            return replay.exitCode();
+    }
     if (options.tour || (!seen && options.screenshotFile.isEmpty()))
         return playTour(options);
     if (options.dataFolder.isEmpty())
         options.dataFolder = options.ownDataFolder();
-    return WindowProgram(options).run();
+    const QStringList report = options.replayFile.isEmpty() ? QStringList() : replay.report();
+    const int code = WindowProgram(options, report).run();
+    return code ? code : replay.exitCode();
 }
 
 } // namespace

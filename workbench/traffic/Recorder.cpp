@@ -1,8 +1,11 @@
 #include "Recorder.h"
 
 #include "PluginBase.h"
+#include "Recording.h"
 #include "TrafficModel.h"
 #include "framework/Framework.h"
+
+#include <QtQml/QJSValue>
 
 #include <utility>
 
@@ -11,6 +14,7 @@ namespace workbench {
 Recorder::Recorder(PluginBase &plugin, standin::Framework &framework, TrafficModel &model,
                    QObject *parent)
     : QObject(parent)
+    , m_plugin(plugin)
     , m_framework(framework)
     , m_model(model)
     , m_receiver(&plugin, [this](const QMetaMethod &signal, const QVariantList &arguments) {
@@ -81,6 +85,18 @@ void Recorder::end(double call, const QVariant &result)
     m_model.setResult(static_cast<quint64>(call), notedResult(result));
 }
 
+QString Recorder::save(const QUrl &file) const
+{
+    Recording::Header header = Recording::Header::ofThisProcess();
+    header.pluginName = m_plugin.name;
+    header.start = m_model.startTime();
+    header.complete = m_model.isComplete();
+    if (const auto *topology = qobject_cast<standin::Topology *>(
+            m_framework.FindPlugin(nullptr, standin::Topology::pluginID())))
+        header.topology = topology->nodes();
+    return Recording::write(file.toLocalFile(), header, m_model.entries());
+}
+
 int Recorder::depth() const
 {
     return m_calls + m_framework.deliveries();
@@ -97,9 +113,13 @@ int Recorder::numberOf(const void *context)
 
 QVariant notedResult(const QVariant &result)
 {
-    if (!result.canConvert<QObject *>())
-        return result;
-    return QVariantMap{{QStringLiteral("object"), result.value<QObject *>() != nullptr}};
+    // The engine hands objects and lists on as its own.
+    const QVariant plain = result.metaType() == QMetaType::fromType<QJSValue>()
+                               ? result.value<QJSValue>().toVariant()
+                               : result;
+    if (!plain.canConvert<QObject *>())
+        return plain;
+    return QVariantMap{{QStringLiteral("object"), plain.value<QObject *>() != nullptr}};
 }
 
 } // namespace workbench

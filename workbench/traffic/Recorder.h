@@ -6,6 +6,7 @@
 
 #include <QtCore/QHash>
 #include <QtCore/QObject>
+#include <QtCore/QUrl>
 #include <QtQml/qqmlregistration.h>
 
 class PluginBase;
@@ -19,7 +20,7 @@ namespace workbench {
 class TrafficModel;
 
 /// Notes what passes between QML, plug-in and host: the framework's traffic, the plug-in's signals
-/// and, where QML calls through recorded.js, its calls.
+/// and, where QML calls through recorded.mjs, its calls.
 class Recorder : public QObject
 {
     Q_OBJECT
@@ -41,11 +42,15 @@ public:
     /// The call has returned.
     Q_INVOKABLE void end(double call, const QVariant &result);
 
+    /// Writes all entries to a file, for a replay. Returns what went wrong, or an empty text.
+    Q_INVOKABLE QString save(const QUrl &file) const;
+
 private:
     double begin(TrafficEntry entry);
     int depth() const;
     int numberOf(const void *context);
 
+    PluginBase &m_plugin;
     standin::Framework &m_framework;
     TrafficModel &m_model;
     standin::SignalReceiver m_receiver;

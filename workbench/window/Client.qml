@@ -1,6 +1,6 @@
 import QtQml
 import Workbench
-import "drawer/recorded.js" as Recording
+import "drawer/recorded.mjs" as Recording
 
 /// The client around the plug-in's object: what the window's parts share. It calls the plug-in and
 /// listens to it, and keeps nothing that the plug-in keeps.

@@ -1,0 +1,224 @@
+#include "Bench.h"
+#include "DataTable.h"
+#include "DemoSite.h"
+#include "Describe.h"
+#include "Installation.h"
+#include "PluginBase.h"
+#include "RecordedValue.h"
+#include "Replay.h"
+#include "Site.h"
+#include "StationThread.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QTemporaryDir>
+#include <QtCore/QTimeZone>
+#include <QtQml/QQmlEngine>
+#include <QtTest/QTest>
+
+#include <cmath>
+#include <limits>
+
+using namespace Qt::StringLiterals;
+using namespace workbench;
+
+/// What passed is recorded so that a replay finds what has changed since, and nothing else.
+class TestTraffic : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_folder;
+    QStringList m_lines; ///< of a recorded session
+
+    QString write(const QStringList &lines)
+    {
+        QFile file(m_folder.filePath(u"changed.jsonl"_s));
+        if (!file.open(QIODevice::WriteOnly) || file.write(lines.join(u'\n').toUtf8()) < 0)
+            qFatal("the recording can't be written");
+        return file.fileName();
+    }
+    static replay::Result replayed(const QString &file)
+    {
+        PluginHost host;
+        QString error;
+        PluginBase *const plugin = host.load(QStringLiteral(TESSALINE_PLUGIN_PATH), &error);
+        return plugin ? replay::run(file, *plugin) : replay::Result{file, error, {}, {}, {}};
+    }
+    /// Index of the first line after @p from with all these texts in it.
+    qsizetype lineWith(const QStringList &texts, qsizetype from = 0) const
+    {
+        for (qsizetype i = from; i < m_lines.size(); ++i) {
+            if (std::all_of(texts.cbegin(), texts.cend(),
+                            [&](const QString &text) { return m_lines.at(i).contains(text); }))
+                return i;
+        }
+        qFatal("no line with %s", qPrintable(texts.join(u' ')));
+    }
+
+private Q_SLOTS:
+    void valuesSurvive_data()
+    {
+        QTest::addColumn<QVariant>("value");
+        const QDateTime zoned(QDate(2026, 3, 29), QTime(1, 30, 0, 5), QTimeZone("Asia/Tokyo"));
+        const QString broken = QChar(0xd800) + u"a"_s;
+        QTest::newRow("nothing") << QVariant(
+            QVariantList{QVariant(), QVariant::fromValue(nullptr)});
+        QTest::newRow("texts") << QVariant(QVariantList{QString(), u""_s, u"\u00e4\0\n"_s, broken});
+        QTest::newRow("integers") << QVariant(QVariantList{
+            5, 5U, 5LL, 5ULL, std::numeric_limits<qint64>::min(),
+            std::numeric_limits<quint64>::max(), (1LL << 53) + 1, QVariant::fromValue(uchar(200))});
+        QTest::newRow("doubles") << QVariant(
+            QVariantList{5.0, 0.1, 1e300, -0.0, 1774743000000.0, std::nan(""), -HUGE_VAL});
+        QTest::newRow("bytes") << QVariant(
+            QVariantList{QByteArray(), QByteArray(""), QByteArray("\0\xff", 2)});
+        QTest::newRow("keys") << QVariant(QVariantMap{{u"$type"_s, u"int"_s}, {u"b"_s, 2}});
+        QTest::newRow("broken key") << QVariant(QVariantMap{{broken, QVariantMap()}});
+        QTest::newRow("others") << QVariant(
+            QVariantList{QStringList{u"a"_s}, QVariantHash{{u"a"_s, true}}, QVariantList(), zoned});
+    }
+    void valuesSurvive()
+    {
+        QFETCH(const QVariant, value);
+        const QByteArray text = QJsonDocument(QJsonArray{recordedvalue::toJson(value)}).toJson();
+        const QJsonValue json = QJsonDocument::fromJson(text).array().at(0);
+        QCOMPARE(describe(recordedvalue::fromJson(json).value()), describe(value));
+    }
+
+    void recordsASession()
+    {
+        QString error;
+        const std::unique_ptr<Site> site = Site::open(m_folder.path(), demoStations(), &error);
+        QVERIFY2(site, qPrintable(error));
+        StationThread notOpened(demoStations());
+        Installation installation(notOpened);
+        QVERIFY2(installation.load(QStringLiteral(TESSALINE_PLUGIN_PATH), &error),
+                 qPrintable(error));
+        // Stations without a thread can answer from inside the sending.
+        installation.framework().setAsyncServer(nullptr);
+        installation.framework().setServer(&*site);
+        Bench &bench = installation.bench();
+        QQmlEngine engine;
+        installation.enter(engine);
+        const auto inEngine = [&](QObject *object) {
+            QJSEngine::setObjectOwnership(object, QJSEngine::CppOwnership);
+            return engine.newQObject(object);
+        };
+        engine.globalObject().setProperty(
+            u"bookmarks"_s,
+            engine.importModule(u":/tessaline/Workbench/window/drawer/recorded.mjs"_s)
+                .property(u"recorded"_s)
+                .call({inEngine(&installation.plugin()), inEngine(bench.recorder())}));
+        bench.connectToServer();
+        // The answers of one station come from inside the sending, those of another fail.
+        auto &rules = installation.framework().rules();
+        rules.setForStation(u"relay-1"_s, standin::Delivery::immediate());
+        rules.setForStation(u"relay-3"_s, standin::Delivery::failed(u"4"_s));
+        const QStringList steps{
+            u"bookmarks.queryAllBookmarksResponsed.connect(() => page = bookmarks"
+            ".getFilteredBookmarkList({ startTimestamp: 0, endTimestamp: 9e12, text: ' '.trim() }))"_s,
+            u"bookmarks.addBookmark('camera-11', 'location-1', 'relay-1', 1e12, 1e12 + 5, 'van',"
+            "'me', '')"_s,
+            u"bookmarks.addBookmarks([1, 2, 3].map(n => ({ CameraID: `camera-${n}2`,"
+            "LocationID: `location-${n}`, relayPath: `relay-${n}` })),"
+            "'2026/03/01 08:00:00', '2026/03/01 08:05:00', 'Alarm', 'me', 'night')"_s,
+            u"bookmarks.queryAllBookmarks()"_s,
+            u"bookmarks.updateBookmark(page.bookmarkGroupList[0].bookmarkList[0].bookmarkID, '',"
+            "' '.trim())"_s,
+            u"bookmarks.setTimelineFocusInfo('location-2', 'relay-2', 'cell')"_s,
+            u"bookmarks.getBookmarkModelForTimeline('cell')"_s,
+            u"bookmarks.setTimelineBoundary(0, 2e12, 'cell')"_s,
+            u"try { bookmarks.deleteBookmark() } catch (e) {}"_s,
+            u"bookmarks.removeAllBookmarks('relay-2')"_s,
+        };
+        for (const QString &step : steps) {
+            const QJSValue result = engine.evaluate(step);
+            QVERIFY2(!result.isError(), qPrintable(step + result.toString()));
+            QTRY_COMPARE(bench.outstanding(), 0);
+        }
+        installation.framework().sendEvent(u"AddBookmark"_s, QVariantMap(), u"relay-2"_s);
+
+        const QString path = m_folder.filePath(u"session.jsonl"_s);
+        QCOMPARE(bench.recorder()->save(QUrl::fromLocalFile(path)), QString());
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        m_lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    }
+
+    void replaysTheSame()
+    {
+        const replay::Result result = replayed(m_folder.filePath(u"session.jsonl"_s));
+        QCOMPARE(result.report(),
+                 QStringList{u"%1 inputs given, %2 outputs compared: 0 differences, 0 bad lines."_s
+                                 .arg(result.inputs)
+                                 .arg(result.outputs)});
+        QCOMPARE(result.exitCode(), 0);
+        QCOMPARE(result.inputs + result.outputs, int(m_lines.size()) - 1);
+    }
+
+    void findsDifferences_data()
+    {
+        // With single quotes, as moc stumbles over others in raw strings.
+        addTable({"line", "before", "after", "expected", "found"}, QString(uR"(
+payload   | send',AddBookmark'    | van          | car            | payload.Description is 'car'       | ''van''
+type      | send',AddBookmark'    | 1000000000005 | {'$type':'int','value':7} | payload.EndTimestamp is {'$type':'int','value':7} | 1000000000005
+arguments | addBookmarkResponsed  | [true]       | [false]        | arguments[0] is false              | true
+result    | call',queryAll        | result':true | result':false  | result is false                    | true
+nested    | getFiltered           | value':2     | value':9       | result.totalBookmarkNumber.value is 9 | 2
+station   | send',RemoveAll       | relay-2      | relay-4        | send RemoveAllBookmarks to relay-4 | nothing
+shared    | send',AddBookmarks,y-2 | context':1  | context':9     | a context of its own               | that of an earlier command
+context   | send',AddBookmarks,y-1 | context':1  | context':0     | no context                         | a context
+surplus   | send',QuerySett       | send         | sent           | nothing more like it               | send QuerySettingPermission
+method    | call',addBookmarks    | addBookmarks | noSuchMethod   | result is true                     | ''there is no such method''
+unsent    | answer',RemoveAll     | request':    | request':9     | a command to answer                | RemoveAllBookmarks was not sent)"_s)
+                                                                       .replace(u'\'', u'"'));
+    }
+    void findsDifferences()
+    {
+        QFETCH(const QString, line);
+        QFETCH(const QString, before);
+        QFETCH(const QString, after);
+        QFETCH(const QString, expected);
+        QFETCH(const QString, found);
+
+        const qsizetype index = lineWith(line.split(u',') + QStringList(before));
+        QStringList lines = m_lines;
+        lines[index].replace(lines[index].indexOf(before), before.size(), after);
+        const replay::Result result = replayed(write(lines));
+        QCOMPARE(result.exitCode(), 1);
+        // What is too much is reported with the line of what caused it.
+        const qsizetype reported = result.badLines.isEmpty() ? index : 1;
+        const QString report =
+            u":%1: expected %2, found %3"_s.arg(reported + 1).arg(expected, found);
+        QVERIFY2(result.report().join(u'\n').contains(report),
+                 qPrintable(result.report().join(u'\n')));
+    }
+
+    void reportsBadLines()
+    {
+        const QStringList lines =
+            m_lines.mid(0, 3) +
+            QStringList{u"{\"kind\":"_s, u"7"_s, u""_s, u"{\"kind\":\"dream\"}"_s,
+                        u"{\"kind\":\"signal\",\"value\":{\"$type\":\"x\"}}"_s} +
+            m_lines.mid(3);
+        const replay::Result result = replayed(write(lines));
+        QList<int> numbers;
+        for (const Recording::BadLine &bad : result.badLines)
+            numbers.append(bad.number);
+        QCOMPARE(numbers, (QList<int>{4, 5, 7, 8}));
+        QVERIFY(result.differences.isEmpty());
+        QCOMPARE(result.exitCode(), 1);
+    }
+
+    void refusesOtherFiles()
+    {
+        for (const QString &file : {m_folder.filePath(u"none"_s), write({u"{}"_s})}) {
+            const replay::Result result = replayed(file);
+            QVERIFY2(result.error.startsWith(file), qPrintable(result.error));
+            QCOMPARE(result.exitCode(), 2);
+        }
+    }
+};
+
+QTEST_MAIN(TestTraffic)
+#include "tst_traffic.moc"

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "traffic/Replay.h"
+
+namespace workbench {
+
+struct Options;
+
+/// Replays the recording that the options name, against a plug-in that is loaded for it and gone
+/// afterwards, and prints the report.
+replay::Result playRecording(const Options &options);
+
+} // namespace workbench

@@ -1,0 +1,178 @@
+#include "Recording.h"
+
+#include "RecordedValue.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDateTime>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QLocale>
+#include <QtCore/QSaveFile>
+#include <QtCore/QTimeZone>
+
+namespace workbench {
+
+namespace {
+
+using Kind = TrafficEntry::Kind;
+
+const QLatin1String Format("tessaline-recording");
+constexpr int Version = 1;
+
+QJsonObject toJson(const Recording::Header &header)
+{
+    QJsonArray topology;
+    for (const standin::Topology::Node &node : header.topology)
+        topology.append(QJsonArray{node.id, node.name, recordedvalue::toJson(node.type)});
+    return {{QStringLiteral("format"), Format},
+            {QStringLiteral("formatVersion"), Version},
+            {QStringLiteral("plugin"), header.pluginName},
+            {QStringLiteral("version"), header.version},
+            {QStringLiteral("timeZone"), header.timeZone},
+            {QStringLiteral("locale"), header.locale},
+            {QStringLiteral("start"), header.start},
+            {QStringLiteral("complete"), header.complete},
+            {QStringLiteral("topology"), topology}};
+}
+
+std::optional<Recording::Header> headerFromJson(const QJsonObject &json)
+{
+    if (json.value(QLatin1String("format")).toString() != Format ||
+        json.value(QLatin1String("formatVersion")).toInt() != Version)
+        return std::nullopt;
+    Recording::Header header;
+    header.pluginName = json.value(QLatin1String("plugin")).toString();
+    header.version = json.value(QLatin1String("version")).toString();
+    header.timeZone = json.value(QLatin1String("timeZone")).toString();
+    header.locale = json.value(QLatin1String("locale")).toString();
+    header.start = json.value(QLatin1String("start")).toInteger();
+    header.complete = json.value(QLatin1String("complete")).toBool();
+    const QJsonArray topology = json.value(QLatin1String("topology")).toArray();
+    for (const auto &node : topology) {
+        const QJsonArray parts = node.toArray();
+        header.topology.append({parts.at(0).toString(), parts.at(1).toString(),
+                                recordedvalue::fromJson(parts.at(2)).value_or(QVariant())});
+    }
+    return header;
+}
+
+QJsonObject toJson(const TrafficEntry &entry)
+{
+    QJsonObject json{{QStringLiteral("n"), static_cast<qint64>(entry.sequence)},
+                     {QStringLiteral("ms"), entry.elapsed},
+                     {QStringLiteral("depth"), entry.depth},
+                     {QStringLiteral("kind"), nameOf(entry.kind)},
+                     {QStringLiteral("name"), entry.name}};
+    if (entry.kind != Kind::Connection)
+        json.insert(QStringLiteral("value"), recordedvalue::toJson(entry.value));
+    if (entry.kind == Kind::Call)
+        json.insert(QStringLiteral("result"), recordedvalue::toJson(entry.result));
+    if (entry.kind == Kind::Sent || entry.kind == Kind::Answered) {
+        json.insert(QStringLiteral("request"), static_cast<qint64>(entry.request));
+        json.insert(QStringLiteral("context"), entry.context);
+    }
+    if (entry.kind == Kind::Sent)
+        json.insert(QStringLiteral("accepted"), entry.accepted);
+    if (entry.kind == Kind::Answered)
+        json.insert(QStringLiteral("code"), entry.code);
+    if (entry.kind == Kind::Sent || entry.kind == Kind::Answered || entry.kind == Kind::Event)
+        json.insert(QStringLiteral("relayPath"), entry.relayPath);
+    return json;
+}
+
+/// Returns what is wrong with the line, or an empty text.
+QString readEntry(const QByteArray &line, TrafficEntry *entry)
+{
+    QJsonParseError parsing{};
+    const QJsonDocument document = QJsonDocument::fromJson(line, &parsing);
+    if (!document.isObject())
+        return QStringLiteral("expected a JSON object: %1").arg(parsing.errorString());
+    const QJsonObject json = document.object();
+    const QString kind = json.value(QLatin1String("kind")).toString();
+    if (!kindOf(kind, &entry->kind))
+        return QStringLiteral("unknown kind \"%1\"").arg(kind);
+
+    const bool hasValue = entry->kind != Kind::Connection;
+    const auto value = recordedvalue::fromJson(json.value(QLatin1String("value")));
+    const auto result = recordedvalue::fromJson(json.value(QLatin1String("result")));
+    if (!value || !result || hasValue != json.contains(QLatin1String("value")))
+        return QStringLiteral("unreadable value");
+    entry->value = *value;
+    entry->result = *result;
+    entry->sequence = static_cast<quint64>(json.value(QLatin1String("n")).toInteger());
+    entry->elapsed = json.value(QLatin1String("ms")).toInteger();
+    entry->depth = json.value(QLatin1String("depth")).toInt();
+    entry->name = json.value(QLatin1String("name")).toString();
+    entry->request = static_cast<quint64>(json.value(QLatin1String("request")).toInteger());
+    entry->context = json.value(QLatin1String("context")).toInt();
+    entry->accepted = json.value(QLatin1String("accepted")).toBool(true);
+    entry->code = json.value(QLatin1String("code")).toString();
+    entry->relayPath = json.value(QLatin1String("relayPath")).toString();
+    return {};
+}
+
+QByteArray lineOf(const QJsonObject &json)
+{
+    return QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
+}
+
+} // namespace
+
+Recording::Header Recording::Header::ofThisProcess()
+{
+    Header header;
+    header.version = QCoreApplication::applicationVersion();
+    header.timeZone = QString::fromLatin1(QTimeZone::systemTimeZoneId());
+    header.locale = QLocale::system().name();
+    return header;
+}
+
+std::optional<Recording> Recording::read(const QString &path, QString *error)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), file.errorString());
+        return std::nullopt;
+    }
+    const auto header = headerFromJson(QJsonDocument::fromJson(file.readLine()).object());
+    if (!header) {
+        *error = QStringLiteral("%1:1: expected the format \"%2\", version %3")
+                     .arg(QDir::toNativeSeparators(path), Format)
+                     .arg(Version);
+        return std::nullopt;
+    }
+    Recording recording;
+    recording.header = *header;
+    for (int number = 2; !file.atEnd(); ++number) {
+        const QByteArray text = file.readLine().trimmed();
+        if (text.isEmpty())
+            continue;
+        Line line;
+        line.number = number;
+        const QString defect = readEntry(text, &line.entry);
+        if (defect.isEmpty())
+            recording.lines.append(line);
+        else
+            recording.badLines.append({number, defect});
+    }
+    return recording;
+}
+
+QString Recording::write(const QString &path, const Header &header,
+                         const std::deque<TrafficEntry> &entries)
+{
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(lineOf(toJson(header)));
+        for (const TrafficEntry &entry : entries)
+            file.write(lineOf(toJson(entry)));
+        if (file.commit())
+            return {};
+    }
+    return QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), file.errorString());
+}
+
+} // namespace workbench

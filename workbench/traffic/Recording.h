@@ -1,0 +1,56 @@
+#pragma once
+
+#include "TrafficEntry.h"
+#include "topology/Topology.h"
+
+#include <QtCore/QList>
+#include <QtCore/QStringList>
+
+#include <deque>
+#include <optional>
+
+namespace workbench {
+
+/// A session with the plug-in as a file of JSON lines; docs/recordings.md describes the form.
+struct Recording
+{
+    /// What the session depended on.
+    struct Header
+    {
+        QString pluginName;
+        QString version; ///< of the program that recorded
+        QString timeZone;
+        QString locale;
+        qint64 start = 0;     ///< milliseconds since the epoch
+        bool complete = true; ///< whether it begins with a new plug-in
+        QList<standin::Topology::Node> topology;
+
+        /// With time zone and locale of this process.
+        static Header ofThisProcess();
+    };
+
+    struct Line
+    {
+        int number = 0; ///< counts from 1
+        TrafficEntry entry;
+    };
+
+    struct BadLine
+    {
+        int number = 0;
+        QString reason;
+    };
+
+    Header header;
+    QList<Line> lines;
+    QList<BadLine> badLines;
+
+    /// Nothing with @p error, which names the file, when there is no recording in it. Lines that
+    /// can't be used are noted and left out.
+    static std::optional<Recording> read(const QString &path, QString *error);
+    /// Returns what went wrong, or an empty text.
+    static QString write(const QString &path, const Header &header,
+                         const std::deque<TrafficEntry> &entries);
+};
+
+} // namespace workbench
