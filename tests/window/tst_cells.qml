@@ -59,8 +59,7 @@ WindowTest {
 
     function test_keys() {
         showCamera();
-        keyClick(Qt.Key_B);
-        keyClick(Qt.Key_B);
+        [Qt.Key_B, Qt.Key_B].forEach(key => keyClick(key));
         compare(cell.head.position, bench.now - 2 * 3600000, "the last but one bookmark");
         keyClick(Qt.Key_M);
         keyClick(Qt.Key_N);
