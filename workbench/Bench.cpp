@@ -43,6 +43,7 @@ Bench::Bench(PluginBase &plugin, standin::Framework &framework, StationThread &s
     , m_stations(stations)
     , m_now(QDateTime::currentMSecsSinceEpoch())
     , m_recorder(plugin, framework, m_traffic)
+    , m_faults(framework, m_stationStates)
 {
     connect(&m_stations, &StationThread::bookmarkAddedByOther, this,
             [this](const QVariantMap &record, const QString &relayPath) {
@@ -52,8 +53,10 @@ Bench::Bench(PluginBase &plugin, standin::Framework &framework, StationThread &s
     connect(&m_stations, &StationThread::bookmarkOfOtherRefused, this,
             &Bench::bookmarkOfOtherRefused);
     const auto configs = m_stations.stations();
-    for (const StationConfig &station : configs)
+    for (const StationConfig &station : configs) {
         m_stationStates.addStation(station.relayPath, station.name);
+        m_faults.addStation(station.relayPath, station.name);
+    }
 }
 
 void Bench::noteTraffic(const standin::Traffic &traffic)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/Traffic.h"
+#include "traffic/FaultsModel.h"
 #include "traffic/LogModel.h"
 #include "traffic/Recorder.h"
 #include "traffic/StationStates.h"
@@ -45,6 +46,7 @@ class Bench : public QObject
     Q_PROPERTY(workbench::Recorder *recorder READ recorder CONSTANT)
     Q_PROPERTY(workbench::TrafficModel *traffic READ traffic CONSTANT)
     Q_PROPERTY(workbench::LogModel *log READ log CONSTANT)
+    Q_PROPERTY(workbench::FaultsModel *faults READ faults CONSTANT)
     /// What a replay at the start of the program has found, a line each; empty without one.
     Q_PROPERTY(QStringList replayReport READ replayReport CONSTANT)
     /// IANA identifier that the server gives to the next who asks.
@@ -72,6 +74,7 @@ public:
     Recorder *recorder() { return &m_recorder; }
     TrafficModel *traffic() { return &m_traffic; }
     LogModel *log() { return &m_log; }
+    FaultsModel *faults() { return &m_faults; }
     QStringList replayReport() const { return m_replayReport; }
     /// Before QML reads it.
     void setReplayReport(const QStringList &report) { m_replayReport = report; }
@@ -134,6 +137,7 @@ private:
     TrafficModel m_traffic;
     Recorder m_recorder;
     LogModel m_log;
+    FaultsModel m_faults;
     QStringList m_replayReport;
     QString m_serverTimeZone;
     bool m_settingPermission = false;

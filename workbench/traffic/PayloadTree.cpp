@@ -2,6 +2,8 @@
 
 #include "PayloadText.h"
 
+#include <QtQml/QJSValue>
+
 #include <vector>
 
 namespace workbench {
@@ -69,8 +71,12 @@ QVariant PayloadTree::value() const
     return m_root->value;
 }
 
-void PayloadTree::setValue(const QVariant &value)
+void PayloadTree::setValue(const QVariant &given)
 {
+    // QML hands maps and lists on as its own.
+    const QVariant value = given.metaType() == QMetaType::fromType<QJSValue>()
+                               ? given.value<QJSValue>().toVariant()
+                               : given;
     beginResetModel();
     m_root = std::make_unique<Node>(nullptr, 0, QString(), value);
     if (m_root->children.empty() && value.isValid()) // a bare value is shown as a row of its own

@@ -29,6 +29,8 @@ Pane {
 
             TabButton { text: qsTr("Traffic"); width: implicitWidth }
             TabButton { text: qsTr("Log"); width: implicitWidth }
+            TabButton { text: qsTr("Faults"); width: implicitWidth }
+            TabButton { text: qsTr("Replay"); width: implicitWidth }
         }
         StackLayout {
             currentIndex: tabs.currentIndex
@@ -37,6 +39,8 @@ Pane {
 
             TrafficTab { client: drawer.client }
             LogTab { log: drawer.client.bench.log }
+            FaultsTab { client: drawer.client }
+            ReplayTab { report: drawer.client.bench.replayReport }
         }
     }
 }

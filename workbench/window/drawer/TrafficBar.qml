@@ -12,6 +12,8 @@ Flow {
     readonly property real lineHeight: search.height
     property var hiddenKinds: []
 
+    signal saveWanted()
+
     function focusSearch() {
         search.forceActiveFocus();
     }
@@ -71,6 +73,14 @@ Flow {
         ToolTip.visible: hovered
         ToolTip.delay: 600
         ToolTip.text: qsTr("Nothing is lost: what passes meanwhile appears afterwards")
+    }
+    Button {
+        height: bar.lineHeight
+        text: qsTr("Save…")
+        onClicked: bar.saveWanted()
+        ToolTip.visible: hovered
+        ToolTip.delay: 600
+        ToolTip.text: qsTr("As JSON lines, for --replay")
     }
     Button {
         height: bar.lineHeight

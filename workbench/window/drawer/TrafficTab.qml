@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls
+import QtQuick.Dialogs
 import QtQuick.Layouts
 import Workbench
 
@@ -23,6 +24,7 @@ ColumnLayout {
         id: bar
         traffic: tab.traffic
         shownCount: filter.count
+        onSaveWanted: saveDialog.open()
         Layout.fillWidth: true
     }
     SplitView {
@@ -43,6 +45,23 @@ ColumnLayout {
                 else if (event.text === "/")
                     bar.focusSearch();
             }
+        }
+        PayloadView {
+            payload: tab.traffic.payloadAt(filter.sourceRow(list.currentIndex))
+            SplitView.preferredWidth: 320
+            SplitView.minimumWidth: 120
+        }
+    }
+
+    FileDialog {
+        id: saveDialog
+        title: qsTr("Save the traffic")
+        fileMode: FileDialog.SaveFile
+        defaultSuffix: "jsonl"
+        nameFilters: [qsTr("Recordings (*.jsonl)")]
+        onAccepted: {
+            const problem = tab.client.bench.recorder.save(selectedFile);
+            tab.client.notice(problem || qsTr("Traffic saved."), problem !== "");
         }
     }
 }
