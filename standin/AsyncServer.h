@@ -18,6 +18,15 @@ public:
     /// to commands for the same station come in the order of the commands.
     virtual void execute(const QString &command, const QVariant &payload, const QString &relayPath,
                          const Completion &done) = 0;
+
+    /// As Server::refuse(); called in the framework's thread.
+    virtual Answer refuse(const QString &command, const QVariant &payload,
+                          const QString &resultCode)
+    {
+        Q_UNUSED(command)
+        Q_UNUSED(payload)
+        return {{}, resultCode};
+    }
 };
 
 } // namespace standin

@@ -38,6 +38,11 @@ public:
 
     void execute(const QString &command, const QVariant &payload, const QString &relayPath,
                  const Completion &done) override;
+    standin::Answer refuse(const QString &command, const QVariant &payload,
+                           const QString &resultCode) override
+    {
+        return Site::refusal(command, payload, resultCode);
+    }
 
     // As those of Site.
     void addByOtherClient(const QString &relayPath, const Bookmark &bookmark);

@@ -163,6 +163,8 @@ SentCommand Framework::record(SentCommand command)
 std::optional<Answer> Framework::execute(const SentCommand &command, const Delivery &delivery)
 {
     if (delivery.failureCode) {
+        if (m_asyncServer)
+            return m_asyncServer->refuse(command.command, command.payload, *delivery.failureCode);
         return m_server ? m_server->refuse(command.command, command.payload, *delivery.failureCode)
                         : Answer{{}, *delivery.failureCode};
     }

@@ -10,7 +10,10 @@ WindowTest {
     function dialogs() { return find("dialogs"); }
     function records(station) { return lab.stored((station ?? harbour).relayPath); }
     function added() { return records().filter(record => record.StartTimestamp === noon); }
-    function shown() { return plugin.getBookmarkListByNodeID(""); }
+    function shown() {
+        tryVerify(() => bookmarkCount() === 360);
+        return plugin.getBookmarkListByNodeID("");
+    }
 
     function opened(name) {
         const dialog = find(name);

@@ -96,7 +96,7 @@ Answer Site::execute(const QString &command, const QVariant &payload, const QStr
 }
 
 /// A failed batch delete names what it did not delete, also when no station was reached.
-Answer Site::refuse(const QString &command, const QVariant &payload, const QString &resultCode)
+Answer Site::refusal(const QString &command, const QVariant &payload, const QString &resultCode)
 {
     Answer answer{QVariant(), resultCode};
     if (command == command::DeleteBookmarks) {

@@ -32,7 +32,13 @@ public:
     standin::Answer execute(const QString &command, const QVariant &payload,
                             const QString &relayPath) override;
     standin::Answer refuse(const QString &command, const QVariant &payload,
-                           const QString &resultCode) override;
+                           const QString &resultCode) override
+    {
+        return refusal(command, payload, resultCode);
+    }
+    /// What any site answers; needs none of its stations.
+    static standin::Answer refusal(const QString &command, const QVariant &payload,
+                                   const QString &resultCode);
 
     /// The station of that relay path, or null. Owned by the site, as those of stations().
     Station *station(const QString &relayPath) const;
