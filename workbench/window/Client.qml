@@ -48,10 +48,13 @@ QtObject {
     function refresh() {
         partsReceived = 0;
         partsExpected = bench.stations.length;
-        querying = bookmarks.queryAllBookmarks();
+        querying = true; // before the call, from inside of which answers may come
+        const sent = bookmarks.queryAllBookmarks();
         revision += 1;
-        if (!querying)
+        if (!sent) {
+            querying = false;
             notice(qsTr("No station could be asked for its bookmarks."), true);
+        }
     }
 
     /// What is still to come no longer keeps the window busy; it is shown when it comes.
