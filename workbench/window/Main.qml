@@ -73,7 +73,7 @@ ThemedWindow {
             onAddWanted: window.addBookmark()
             onEditWanted: records => dialogs.edit(records)
             onDeleteWanted: records => dialogs.remove(records)
-            SplitView.preferredWidth: 460
+            SplitView.preferredWidth: 420
             SplitView.minimumWidth: 340
         }
     }
