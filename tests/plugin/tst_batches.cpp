@@ -128,10 +128,6 @@ void TestBatches::gathersFailures_data()
 {
     // Each batch has two entries for A, then one for B and C. Rows go on in indented lines.
     addTable({"script", "trace"}, uR"(
-nothing              | send, 1A, 1B, 1C | A B C true done()
-as sent to a station | send, 1A fails, 1B, 1C | A B C true done(A2,A1)
-the last to answer   | send, 1C, 1B, 1A fails | A B C true done(A2,A1)
-as they have answered | send, 1B fails, 1A fails, 1C fails | A B C true done(B1,A2,A1,C1)
 inside, nothing      | A inside, B inside, C inside, send | A B C done() true
 inside, one          | A inside, B fails inside, C inside, send | A B C done(B1) true
 inside, the first    | A fails inside, send, 1C, 1B | A B C true done(A2,A1)
@@ -145,7 +141,6 @@ refused, all         | A refuses, B refuses, C refuses, send
   | !A refused !B refused !C refused false
 one of each          | A fails inside, C refuses, send, 1B | A B !C refused true done(A2,A1)
 no station asked     | send, 1D fails, 1a fails, 1 fails, 1A, 1B, 1C | A B C true done()
-answered twice       | send, 1B, 1B fails, 1B fails, 1A, 1C, 1A | A B C true done()
 answered when over   | send, 1A, 1B, 1C, send, 1A fails, 1B fails, 1C fails, 2A, 2B, 2C
   | A B C true done() A B C true done()
 two at once          | send, send, 2A fails, 2B, 1A, 1B fails, 2C, 1C

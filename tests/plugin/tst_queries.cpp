@@ -71,10 +71,6 @@ void TestQueries::gathersAnswers_data()
     // In the trace "A" is the command to A, "more" and "done" the signal. Rows go on in indented
     // lines.
     addTable({"script", "trace", "ids"}, uR"(
-as sent          | send, 1A 2 1, 1B 2 1, 1C 3 | A B C true more more done | A/2 A/1 B/2 B/1 C/3
-otherwise        | send, 1C x, 1A y, 1B z     | A B C true more more done | C/x A/y B/z
-the last fails   | send, 1B x, 1A y, 1C fails | A B C true more more C-failed done | B/x A/y
-the first fails  | send, 1B fails, 1A y, 1C z | A B C true B-failed more more done | A/y C/z
 all inside       | A inside, B inside, C inside, send | A more B more C done true | A/i B/i C/i
 all fail inside  | A fails inside, B fails inside, C fails inside, send
   | A A-failed more B B-failed more C C-failed done true |
@@ -88,7 +84,6 @@ two refused      | A inside, B refuses, C refuses, send
   | A more !B refused !C refused done true | A/i
 one of each      | A inside, C refuses, send, 1B x | A more B !C refused true done | A/i B/x
 all refused      | A refuses, B refuses, C refuses, send | !A refused !B refused !C refused false |
-again when over  | send, 1A x, 1B y, 1C z, 1A w | A B C true more more done unknown | A/x B/y C/z
 others and twice | send, 1A x, 1A y, 1a z, 1D fails, 1C, 1B
   | A B C true more more more D-failed more more done | A/x A/y a/z
 superseded       | send, 1A old, send, 1B old, 2A x, 1A old, 1C fails, 1C, 2B y, 2C z, 2C
