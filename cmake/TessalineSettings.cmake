@@ -45,6 +45,13 @@ if(TESSALINE_SANITIZE)
     target_link_options(tessaline_settings INTERFACE -fsanitize=address,undefined)
 endif()
 
+if(TESSALINE_FUZZ)
+    target_compile_options(tessaline_settings INTERFACE
+        -fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all
+        -fno-omit-frame-pointer -Wno-gnu-zero-variadic-macro-arguments)
+    target_link_options(tessaline_settings INTERFACE -fsanitize=address,undefined)
+endif()
+
 if(TESSALINE_COVERAGE)
     target_compile_options(tessaline_settings INTERFACE --coverage -fprofile-update=atomic)
     target_link_options(tessaline_settings INTERFACE --coverage)

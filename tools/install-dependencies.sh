@@ -9,7 +9,7 @@ run=(g++ cmake ninja-build qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite
      qml6-module-qtquick-dialogs qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtquick-window
      tzdata)
 test=("${run[@]}" qml6-module-qttest)
-ci=("${test[@]}" git clang-format-14 clang-tidy-14 clazy qt6-declarative-dev-tools gcovr)
+ci=("${test[@]}" git clang-format-14 clang-tidy-14 clazy clang-14 libclang-rt-14-dev qt6-declarative-dev-tools gcovr)
 
 case "${1:-}" in
     run) wanted=("${run[@]}") ;;

@@ -1,0 +1,224 @@
+#include "Bytes.h"
+#include "Names.h"
+#include "Tessaline.h"
+#include "framework/Framework.h"
+#include "logging/LogControl.h"
+#include "topology/Topology.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QMetaMethod>
+#include <QtCore/QPointer>
+
+#include <cstdlib>
+#include <limits>
+#include <memory>
+
+using namespace tessaline;
+using standin::Delivery;
+
+namespace {
+
+/// The plug-in in a host that does what bytes say.
+class Host
+{
+public:
+    explicit Host(Bytes bytes)
+        : m_bytes(bytes)
+    {
+        m_topology.setStation(heapText("A"), heapText("Station"));
+        m_topology.setCamera(heapText("A/1"), heapText("Camera"));
+        m_framework.addPlugin(identity::TopologyPluginID, &m_topology);
+        m_framework.rules().setDefault(Delivery::never());
+        m_framework.setObserver([this](const standin::Traffic &) { stepInside(); });
+        makePlugin();
+    }
+    ~Host()
+    {
+        m_stepsInside = 0;
+        // No context outlives the input.
+        makePlugin();
+        const auto sent = m_sent;
+        for (const standin::SentCommand &command : sent)
+            answer(command, {}, heapText("-1"));
+        delete m_plugin.data();
+    }
+    Q_DISABLE_COPY_MOVE(Host)
+
+    void run()
+    {
+        while (!m_bytes.isEmpty()) {
+            step();
+            m_sent += m_framework.sent();
+            m_framework.clearSent();
+            if (!m_plugin)
+                makePlugin();
+        }
+        checkPage();
+    }
+
+private:
+    void makePlugin()
+    {
+        delete m_plugin.data();
+        m_plugin = new Tessaline;
+        m_framework.addPlugin(identity::PluginID, m_plugin);
+        m_plugin->InitialPluginBase(nullptr, this, &m_framework);
+        QObject::connect(m_plugin, &Tessaline::addBookmarksResponsed, &m_topology,
+                         [this] { stepInside(); });
+        QObject::connect(m_plugin, &Tessaline::queryAllBookmarksResponsed, &m_topology,
+                         [this] { stepInside(); });
+        QObject::connect(m_plugin, &Tessaline::addBookmarkResponsed, &m_topology,
+                         [this] { stepInside(); });
+    }
+
+    void stepInside()
+    {
+        if (m_stepsInside > 0 && m_plugin && !m_bytes.isEmpty()) {
+            --m_stepsInside;
+            step();
+        }
+    }
+
+    void step()
+    {
+        switch (m_bytes.below(16)) {
+        case 0:
+            m_plugin->EventProcessor(event::AddBookmark, 0, 0, 0, m_bytes.answer(), m_bytes.text());
+            break;
+        case 1:
+            answerAnything();
+            break;
+        case 2:
+            m_stepsInside += m_bytes.below(4);
+            break;
+        case 3:
+            changeHost();
+            break;
+        case 4:
+            answerAnything();
+            m_plugin ? m_plugin->setBookmarkNumberPerPage(int(m_bytes.integer())) : void();
+            break;
+        case 5:
+        case 6:
+        case 7:
+        case 8:
+            answerSent();
+            break;
+        default:
+            callMethod();
+        }
+    }
+
+    void callMethod()
+    {
+        const QMetaObject *const metaObject = m_plugin->metaObject();
+        const int own = metaObject->methodCount() - metaObject->methodOffset();
+        const QMetaMethod method =
+            metaObject->method(metaObject->methodOffset() + m_bytes.below(own));
+        if (method.methodType() == QMetaMethod::Signal)
+            return;
+        QVariantList arguments;
+        for (int i = 0; i < method.parameterCount(); ++i)
+            arguments.append(m_bytes.valueOf(method.parameterMetaType(i)));
+        QVariant result(method.returnMetaType());
+        void *values[11] = {result.data()};
+        for (qsizetype i = 0; i < arguments.size(); ++i)
+            values[i + 1] = arguments[i].data();
+        QMetaObject::metacall(m_plugin, QMetaObject::InvokeMetaMethod, method.methodIndex(),
+                              values);
+    }
+
+    void answer(const standin::SentCommand &command, const QVariant &result, const QString &code)
+    {
+        if (m_plugin)
+            m_plugin->CommandProcessor(command.command, result, command.context, code, QString(),
+                                       false, command.relayPath);
+    }
+
+    void answerSent()
+    {
+        if (m_sent.isEmpty())
+            return;
+        standin::SentCommand command = m_sent.at(m_bytes.below(int(m_sent.size())));
+        const int change = m_bytes.below(8);
+        if (change == 0)
+            command.context = m_sent.at(m_bytes.below(int(m_sent.size()))).context;
+        if (change == 1)
+            command.relayPath = m_bytes.text();
+        answer(command, m_bytes.answer(), change == 2 ? m_bytes.text() : resultCode::Success);
+    }
+
+    void answerAnything()
+    {
+        static const QString commands[] = {command::AddBookmark,
+                                           command::DeleteBookmark,
+                                           command::DeleteBookmarks,
+                                           command::UpdateBookmark,
+                                           command::QueryBookmarkForRecent,
+                                           command::QueryBookmarkForApi,
+                                           command::QuerySevTimezone,
+                                           command::QuerySettingPermission,
+                                           command::GetRecycleSetting,
+                                           command::QueryAllBookmarks,
+                                           command::AddBookmarks};
+        standin::SentCommand command;
+        command.command = commands[m_bytes.below(11)];
+        command.relayPath = m_bytes.text();
+        answer(command, m_bytes.answer(), m_bytes.below(4) ? resultCode::Success : m_bytes.text());
+    }
+
+    void changeHost()
+    {
+        static const Delivery deliveries[] = {Delivery::never(), Delivery::refused(),
+                                              Delivery::immediate().failing(heapText("-1"))};
+        const QString id = m_bytes.text();
+        switch (m_bytes.below(6)) {
+        case 0:
+            m_topology.setNode({id, m_bytes.text(), m_bytes.value()});
+            break;
+        case 1:
+            m_topology.remove(id);
+            break;
+        case 2:
+            m_framework.rules().setForStation(id, deliveries[m_bytes.below(3)]);
+            break;
+        case 3:
+            m_plugin->PluginServerConnected();
+            break;
+        case 4:
+            m_plugin->CommandProcessor(command::QuerySettingPermission, true, nullptr,
+                                       resultCode::Success, {}, false, {});
+            break;
+        default:
+            delete m_plugin.data();
+        }
+    }
+
+    /// List and columns tell the same.
+    void checkPage()
+    {
+        const QVariantMap page = m_plugin->getFilteredBookmarkList(
+            {{filterKey::StartTimestamp, std::numeric_limits<qint64>::min()},
+             {filterKey::EndTimestamp, std::numeric_limits<qint64>::max()}});
+        if (page.value(pageKey::TotalBookmarkNumber) != m_plugin->getBookmarkList().size())
+            std::abort();
+    }
+
+    Bytes m_bytes;
+    standin::Topology m_topology;
+    standin::Framework m_framework;
+    QPointer<Tessaline> m_plugin;
+    QList<standin::SentCommand> m_sent;
+    int m_stepsInside = 0;
+};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    static int argumentCount = 0;
+    static QCoreApplication application(argumentCount, nullptr);
+    standin::logging::writeTo([](const standin::LogLine &) {});
+    Host(Bytes(data, size)).run();
+    return 0;
+}
