@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds the plug-in and the workbench and plays the tour. Arguments go to the workbench; --help
+# Builds the plug-in and the workbench and opens its window; without a display, or with --tour, plays
+# the tour instead and writes pictures of the window to out/. Arguments go to the workbench; --help
 # lists them. With --benchmark first, measures the plug-in instead and writes to out/.
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -11,4 +12,11 @@ if [ "${1:-}" = --benchmark ]; then
     exec build/release/benchmark/tessaline-benchmark "$@"
 fi
 tools/build.sh release tessaline-workbench
-exec build/release/workbench/tessaline-workbench "$@"
+for argument in "$@"; do
+    if [ "$argument" = --tour ]; then
+        unset DISPLAY WAYLAND_DISPLAY
+    fi
+done
+# In software everywhere: it draws the same with and without a graphics card.
+export QT_QUICK_BACKEND=software
+exec build/release/workbench/tessaline-workbench --pictures out "$@"

@@ -117,6 +117,10 @@ Options Options::parse(const QStringList &arguments)
                "Play the session recorded in <file> against the plug-in first and tell where it "
                "behaves differently; exit code 0 where nowhere, 1 where somewhere.",
                "file");
+    parser.add("pictures",
+               "After the tour, write pictures of the window's main states to <folder>, from "
+               "stations of its own.",
+               "folder");
     // Not "plugin", which Qt takes for itself.
     parser.add("library", "Load this build of the plug-in.", "file", PluginHost::defaultPath());
     parser.add("log",
@@ -134,6 +138,7 @@ Options Options::parse(const QStringList &arguments)
     options.importFile = parser.readableFile("import");
     options.screenshotFile = parser.text("screenshot");
     options.replayFile = parser.text("replay");
+    options.picturesFolder = parser.text("pictures");
     options.pluginPath = parser.text("library");
     options.logFile = parser.text("log");
     options.verbose = parser.isSet("verbose");

@@ -16,6 +16,7 @@ struct Options
     QString importFile;     ///< empty: nothing is imported
     QString screenshotFile; ///< empty: the window stays open
     QString replayFile;     ///< empty: nothing is replayed
+    QString picturesFolder; ///< of the tour; empty: no pictures are taken
     QString pluginPath;
     QString logFile; ///< empty: standard error
     bool verbose = false;

@@ -69,6 +69,7 @@ ThemedWindow {
         }
         BookmarkPanel {
             id: panel
+            objectName: "bookmarkPanel"
             client: client
             onAddWanted: window.addBookmark()
             onEditWanted: records => dialogs.edit(records)

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls
 import Workbench
 
 /// What is shown before the window: how far the preparation is, and afterwards what the user should
