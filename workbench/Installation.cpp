@@ -28,12 +28,12 @@ bool Installation::load(const QString &pluginPath, QString *error)
     m_bench.emplace(*m_plugin, m_framework, m_stations);
     m_framework.setObserver(
         [this](const standin::Traffic &traffic) { m_bench->noteTraffic(traffic); });
-    m_bench->setServerTimeZone(QStringLiteral("Europe/Berlin"));
     return true;
 }
 
 void Installation::enter(QQmlEngine &engine)
 {
+    m_bench->setServerTimeZone(QStringLiteral("Europe/Berlin"));
     engine.addImportPath(importPath());
     m_plugin->InitialPluginBase(engine.rootContext(), nullptr, &m_framework);
 }

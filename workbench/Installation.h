@@ -32,6 +32,7 @@ public:
     static QString importPath() { return QStringLiteral("qrc:/tessaline"); }
 
     /// Hands the engine's context to the plug-in and has the engine find the workbench's module.
+    /// The stations must have been told to open.
     void enter(QQmlEngine &engine);
 
     /// The start properties of every QML program of the workbench: plugin and bench.

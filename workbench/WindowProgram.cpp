@@ -27,8 +27,7 @@ int WindowProgram::run()
     m_engine.addImportPath(Installation::importPath());
     connect(&m_preparation, &Preparation::finished, this, &WindowProgram::goOn);
     connect(&m_preparation, &Preparation::acknowledged, this, &WindowProgram::showMain);
-    // The plug-in may be at fault as well, and that should not be learnt after a long preparation.
-    m_preparation.start();
+    // First, as nobody wants to learn after a long preparation that the plug-in is at fault.
     QString error;
     if (m_installation.load(m_options.pluginPath, &error))
         showPreparation();
@@ -40,6 +39,7 @@ int WindowProgram::run()
 
 void WindowProgram::showPreparation()
 {
+    m_preparation.start();
     if (m_options.screenshotFile.isEmpty()) {
         m_preparationWindow =
             show(QStringLiteral("start/PreparationWindow.qml"),
@@ -80,7 +80,6 @@ void WindowProgram::showMain()
 void WindowProgram::fail(const QString &error)
 {
     m_exitCode = complain(error);
-    m_preparation.cancel();
     if (m_preparationWindow)
         m_preparationWindow->deleteLater();
     const bool hasScreen = QGuiApplication::platformName() != QLatin1String("offscreen");
