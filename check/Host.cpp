@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString tessalineID = u"2F6394EE90434A7190D7511370AFAE17"_s;
+constexpr QLatin1String tessalineID("2F6394EE90434A7190D7511370AFAE17");
 
 /// Makes a value one of the type of a parameter; false when it is for another overload.
 bool fit(QVariant &argument, QMetaType type)

@@ -202,18 +202,23 @@ void checkFromTimelines(Trial &trial)
 struct Request
 {
     const char *steps;
-    QStringList signalLines;
+    const char *signalLines;
+
+    QString title() const { return QLatin1String(steps).left(20); }
+    QString allSignals() const { return QLatin1String(signalLines); }
+    QString lastSignal() const { return allSignals().section(u'\n', -1); }
 };
 
-const Request contextRequests[] = {
+constexpr Request contextRequests[] = {
     {"addBookmarks([{'CameraID': '1', 'relayPath': 'A'}, {'CameraID': '1', 'relayPath': 'B'}], 1, 2, '', '', '')",
-     {u"signal addBookmarksResponsed(Camera A1,Camera B1)"_s}},
+     "signal addBookmarksResponsed(Camera A1,Camera B1)"},
     {"deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'BookmarkID': 'y', 'relayPath': 'B'}])",
-     {u"signal deleteBookmarksResponsed(x,x)"_s}},
-    {"setTimelineBoundary(1, 2, 'cell')", {u"signal queryBookmarkForTimelineResponsed(false)"_s}},
+     "signal deleteBookmarksResponsed(x,x)"},
+    {"setTimelineBoundary(1, 2, 'cell')", "signal queryBookmarkForTimelineResponsed(false)"},
     {"queryAllBookmarks()",
-     {u"signal queryAllBookmarksResponsed(false)"_s, u"signal queryAllBookmarksResponsed(false)"_s,
-      u"signal queryAllBookmarksResponsed(true)"_s}},
+     "signal queryAllBookmarksResponsed(false)\n"
+     "signal queryAllBookmarksResponsed(false)\n"
+     "signal queryAllBookmarksResponsed(true)"},
 };
 
 /// Makes a request of a new object.
@@ -232,7 +237,10 @@ QList<standin::SentCommand> sendAgain(Host &host, const char *steps)
     return host.framework.sent();
 }
 
-const QVariant answeredIds = QStringList{u"x"_s};
+QVariant answeredIds()
+{
+    return QStringList{u"x"_s};
+}
 
 QStringList signalsOf(Host &host)
 {
@@ -245,39 +253,38 @@ void checkDoubledAnswers(Trial &trial)
     if (!host)
         return;
     for (const Request &one : contextRequests) {
-        const QString title = QLatin1String(one.steps).left(20);
+        const QString title = one.title();
         // Once more after all are in: by then the context has ended.
         const QList<standin::SentCommand> sent = sendAgain(*host, one.steps);
         for (const standin::SentCommand &command : sent)
-            host->answer(command, answeredIds, u"-1"_s);
-        trial.compare(title + u", answered once"_s, one.signalLines.join(u'\n'),
-                      signalsOf(*host).join(u'\n'));
+            host->answer(command, answeredIds(), u"-1"_s);
+        trial.compare(title + u", answered once"_s, one.allSignals(), signalsOf(*host).join(u'\n'));
         for (int again = 0; again < 3; ++again) {
             for (const standin::SentCommand &command : sent)
-                host->answer(command, answeredIds, again ? u"0"_s : u"-1"_s);
+                host->answer(command, answeredIds(), again ? u"0"_s : u"-1"_s);
         }
         // What is a failure by its code alone is told without a context as well.
-        const QString ending = one.signalLines.constLast().section(u'(', 0, 0);
+        const QString ending = one.lastSignal().section(u'(', 0, 0);
         if (ending.endsWith(u"marksResponsed"_s))
             trial.compare(title + u", answered again"_s, QString(), signalsOf(*host).join(u'\n'));
         host->takeTrace();
 
         // The first answer twice in a row, the others once.
         const QList<standin::SentCommand> next = sendAgain(*host, one.steps);
-        host->answer(next.constFirst(), answeredIds, u"-1"_s);
+        host->answer(next.constFirst(), answeredIds(), u"-1"_s);
         for (const standin::SentCommand &command : next)
-            host->answer(command, answeredIds, u"-1"_s);
+            host->answer(command, answeredIds(), u"-1"_s);
         if (next.size() == 2)
-            trial.compare(title + u", the first answered twice"_s, one.signalLines.join(u'\n'),
+            trial.compare(title + u", the first answered twice"_s, one.allSignals(),
                           signalsOf(*host).join(u'\n'));
         // Nothing of it may reach a request that comes after.
         const QList<standin::SentCommand> later = sendAgain(*host, one.steps);
         for (const standin::SentCommand &command : next)
-            host->answer(command, answeredIds, u"-1"_s);
+            host->answer(command, answeredIds(), u"-1"_s);
         host->takeTrace();
         for (const standin::SentCommand &command : later)
-            host->answer(command, answeredIds, u"-1"_s);
-        trial.compare(title + u", after late answers to another"_s, one.signalLines.join(u'\n'),
+            host->answer(command, answeredIds(), u"-1"_s);
+        trial.compare(title + u", after late answers to another"_s, one.allSignals(),
                       signalsOf(*host).join(u'\n'));
     }
     trial.summarize(u"every context answered twice and more often"_s);
@@ -298,17 +305,17 @@ void checkForeignContexts(Trial &trial)
             if (sent.constFirst().command == QLatin1String(command))
                 continue;
             for (const char *code : {"0", "-1"})
-                host->answer(QLatin1String(command), answeredIds, u"A"_s, context,
+                host->answer(QLatin1String(command), answeredIds(), u"A"_s, context,
                              QLatin1String(code));
-            host->answer(QLatin1String(command), answeredIds, u"A"_s, nullptr);
+            host->answer(QLatin1String(command), answeredIds(), u"A"_s, nullptr);
         }
         // A station that was not asked.
-        host->answer(sent.constFirst().command, answeredIds, u"nowhere"_s, nullptr);
+        host->answer(sent.constFirst().command, answeredIds(), u"nowhere"_s, nullptr);
         host->takeTrace();
         for (const standin::SentCommand &command : sent)
-            host->answer(command, answeredIds, u"-1"_s);
-        trial.compare(QLatin1String(one.steps).left(20) + u", answered at last"_s,
-                      one.signalLines.join(u'\n'), signalsOf(*host).join(u'\n'));
+            host->answer(command, answeredIds(), u"-1"_s);
+        trial.compare(one.title() + u", answered at last"_s, one.allSignals(),
+                      signalsOf(*host).join(u'\n'));
     }
     trial.summarize(u"contexts given back with every other command, and none"_s);
 }
@@ -321,11 +328,11 @@ void checkAnswersInside(Trial &trial)
     for (const Request &one : contextRequests) {
         for (const int copies : {1, 2, 3}) {
             host->setDefaultDelivery(Delivery::immediate().failing(u"-1"_s).times(copies));
-            const QString title = QLatin1String(one.steps).left(20) + u", answered inside"_s;
+            const QString title = one.title() + u", answered inside"_s;
             const QStringList ends = request(*host, one.steps).split(u'\n').filter(u"signal "_s);
             trial.expect(!ends.isEmpty(), title, u"no signal"_s);
             if (copies == 1 && !ends.isEmpty() && !title.startsWith(u"delete"_s))
-                trial.compare(title, one.signalLines.constLast(), ends.constLast());
+                trial.compare(title, one.lastSignal(), ends.constLast());
         }
         // Some inside, some refused, some later.
         host->setDefaultDelivery(Delivery::held());
@@ -349,11 +356,12 @@ void checkOrders(Trial &trial)
             const QList<standin::SentCommand> sent = sendAgain(*host, one.steps);
             for (const qsizetype position : std::as_const(order)) {
                 if (position < sent.size())
-                    host->answer(sent.at(position), answeredIds, u"-1"_s);
+                    host->answer(sent.at(position), answeredIds(), u"-1"_s);
             }
             const QStringList ends = signalsOf(*host);
-            trial.expect(ends.size() == one.signalLines.size(),
-                         u"%1 signals"_s.arg(one.signalLines.size()), ends.join(u", "_s));
+            const qsizetype expected = one.allSignals().count(u'\n') + 1;
+            trial.expect(ends.size() == expected, u"%1 signals"_s.arg(expected),
+                         ends.join(u", "_s));
             ++orders;
         } while (std::next_permutation(order.begin(), order.end()));
     }
@@ -407,7 +415,7 @@ void checkAfterDestruction(Trial &trial)
         host->play(u"grant\nshow cell l A"_s);
         for (int again = 0; again < 2; ++again) {
             for (const standin::SentCommand &command : sent)
-                host->answer(command, answeredIds, again ? u"0"_s : u"-1"_s);
+                host->answer(command, answeredIds(), again ? u"0"_s : u"-1"_s);
         }
         host->takeTrace();
         trial.compare(u"an ordinary request afterwards"_s,

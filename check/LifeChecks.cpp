@@ -256,9 +256,9 @@ void checkSilence(Trial &trial)
 // ---- The logging library ----
 
 /// A failing request, and what a plug-in that logs says about it.
-const QString badRequest = u"addBookmark('', '', '', 1, 2, '', '', '')"_s;
-const QString badRequestLine =
-    u"log Tessaline_Req: %s, Location ID is empty <Tessaline::addBookmark>"_s;
+constexpr QLatin1String badRequest("addBookmark('', '', '', 1, 2, '', '', '')");
+constexpr QLatin1String
+    badRequestLine("log Tessaline_Req: %s, Location ID is empty <Tessaline::addBookmark>");
 
 QString traceWith(LogProbe::Missing missing, Trial &trial, QStringList *registrations)
 {
@@ -296,8 +296,9 @@ void checkLogFunctionsMissing(Trial &trial)
         QStringList registrations;
         const QString trace = traceWith(row.missing, trial, &registrations);
         const QString title = QLatin1String(row.what);
-        trial.compare(title, (row.writes ? badRequestLine + u'\n' : QString()) + u"= bool false"_s,
-                      trace);
+        trial.compare(
+            title, (row.writes ? QString(badRequestLine) + u'\n' : QString()) + u"= bool false"_s,
+            trace);
         trial.compare(title + u", registration"_s,
                       row.registrations ? u"19 Tessaline"_s : QString(),
                       registrations.join(u", "_s));
@@ -315,7 +316,8 @@ void checkLogRefused(Trial &trial)
     trial.expect(host.log().checks() == 1, u"one question whether the line is wanted"_s,
                  QString::number(host.log().checks()));
     host.log().refuseLines(false);
-    trial.compare(u"wanted again"_s, badRequestLine + u"\n= bool false"_s, host->play(badRequest));
+    trial.compare(u"wanted again"_s, QString(badRequestLine) + u"\n= bool false"_s,
+                  host->play(badRequest));
     trial.summarize(u"asks before each line and keeps to the answer"_s);
 }
 

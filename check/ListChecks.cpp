@@ -79,8 +79,8 @@ QList<QVariantMap> recordsOf(Trial &trial, const QVariantMap &page, const QStrin
     const QVariantList groups = page.value(u"bookmarkGroupList"_s).toList();
     for (const QVariant &element : groups) {
         const QVariantMap group = element.toMap();
-        trial.compare(u"keys of a group"_s, u"bookmarkList title"_s,
-                      QStringList(group.keys()).join(u' '));
+        const QStringList keys = group.keys();
+        trial.compare(u"keys of a group"_s, u"bookmarkList title"_s, keys.join(u' '));
         const QString title = textOf(group, u"title"_s);
         trial.expect(!titles.contains(title), u"one group for each title"_s, u"two of "_s + title);
         titles.append(title);
