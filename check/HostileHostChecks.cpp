@@ -215,10 +215,9 @@ constexpr Request contextRequests[] = {
     {"deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'BookmarkID': 'y', 'relayPath': 'B'}])",
      "signal deleteBookmarksResponsed(x,x)"},
     {"setTimelineBoundary(1, 2, 'cell')", "signal queryBookmarkForTimelineResponsed(false)"},
-    {"queryAllBookmarks()",
-     "signal queryAllBookmarksResponsed(false)\n"
-     "signal queryAllBookmarksResponsed(false)\n"
-     "signal queryAllBookmarksResponsed(true)"},
+    {"queryAllBookmarks()", "signal queryAllBookmarksResponsed(false)\n"
+                            "signal queryAllBookmarksResponsed(false)\n"
+                            "signal queryAllBookmarksResponsed(true)"},
 };
 
 /// Makes a request of a new object.
