@@ -2,10 +2,13 @@
 
 #include "logging/LogControl.h"
 
+#include <QtCore/QDir>
+
 LogLines::LogLines()
 {
     standin::logging::writeTo([this](const standin::LogLine &line) {
-        m_lines.append(QString::fromUtf8(line.file + ": " + line.text));
+        m_lines.append(QDir::fromNativeSeparators(QString::fromUtf8(line.file)) +
+                       QString::fromLocal8Bit(": " + line.text));
         if (onLine)
             onLine(m_lines.constLast());
     });

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QtCore/QPluginLoader>
+#include "InMemory.h"
 
-#include <dlfcn.h>
+#include <QtCore/QPluginLoader>
 
 /// The built library, loaded so that it can really leave the process again.
 class LoadedPlugin
@@ -24,14 +24,6 @@ public:
     Q_DISABLE_COPY_MOVE(LoadedPlugin)
 
     QObject *object() { return m_loader.instance(); }
-
-    static bool isInMemory(const char *library)
-    {
-        void *const handle = dlopen(library, RTLD_NOW | RTLD_NOLOAD);
-        if (handle)
-            dlclose(handle);
-        return handle;
-    }
 
 private:
     QPluginLoader m_loader;

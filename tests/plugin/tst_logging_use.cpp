@@ -5,6 +5,8 @@
 #include "PluginBase.h"
 #include "logging/LogControl.h"
 
+#include <QtCore/QDir>
+
 using namespace Qt::StringLiterals;
 using standin::LogPart;
 using standin::LogParts;
@@ -48,7 +50,7 @@ class TestLoggingUse : public QObject
 private Q_SLOTS:
     void init()
     {
-        QVERIFY(!LoadedPlugin::isInMemory(TESSALINE_PLUGIN_PATH));
+        QVERIFY(!isInMemory(TESSALINE_PLUGIN_PATH));
         m_lines.clear();
         logging::reset();
     }
@@ -110,7 +112,11 @@ private Q_SLOTS:
         QStringList lines;
         for (const standin::LogLine &line : std::as_const(m_lines)) {
             QVERIFY(line.line > 0);
-            lines.append(QString::fromLatin1(line.module + ' ' + line.file + ": " + line.format));
+            const QString file = QString::fromLatin1(line.file);
+            QCOMPARE(file, QDir::toNativeSeparators(file));
+            lines.append(QString::fromLatin1(line.module) + u' ' +
+                         QDir::fromNativeSeparators(file) +
+                         QString::fromLatin1(": " + line.format));
         }
         QCOMPARE(lines,
                  QStringList({u"Tessaline src/Tessaline.cpp: %s, remove bookmark failed: %d"_s,

@@ -109,7 +109,9 @@ private Q_SLOTS:
     {
         const QString locale = QLocale::system().name();
         QVERIFY2(locale == "en_US"_L1 || locale == "de_DE"_L1, qPrintable(locale));
-        QCOMPARE(QTimeZone::systemTimeZoneId(), QByteArray("Europe/Berlin"));
+        // The zone by what it does: several go by the same clock.
+        const QDateTime summerTime(QDate(2026, 3, 29), QTime(3, 0));
+        QCOMPARE(summerTime.toMSecsSinceEpoch(), 1'774'746'000'000);
     }
 
     void haveAllFieldsAndNoOthers_data()
@@ -202,7 +204,7 @@ private Q_SLOTS:
         summer there    | America/New_York | 2026-07-15T23:59:50 | 2026-07-15T19:59:50 | 19:59:51
         forward there   | America/New_York | 2026-03-08T06:59:59 | 2026-03-08T01:59:59 | 03:00:00
         back there      | America/New_York | 2026-11-01T05:59:59 | 2026-11-01T01:59:59 | 01:00:00
-        half an hour    | Asia/Kolkata     | 2026-01-15T23:59:50 | 2026-01-16T05:29:50 | 05:29:51
+        half an hour    | Australia/Darwin | 2026-01-15T23:59:50 | 2026-01-16T09:29:50 | 09:29:51
         past midnight   | UTC              | 2026-01-15T23:59:59 | 2026-01-15T23:59:59 | 00:00:00
         long ago        | America/New_York | 1899-12-31T17:00:00 | 1899-12-31T12:00:00 | 12:00:01
         )"_s);

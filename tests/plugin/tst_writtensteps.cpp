@@ -162,7 +162,7 @@ private:
 
 void TestWrittenSteps::haveTheSameResults()
 {
-    for (unsigned seed = 1; seed <= 400; ++seed) {
+    for (unsigned seed = 1; seed <= SEEDS; ++seed) {
         Chance chance(seed);
         compareStores(chance);
         QVERIFY2(!QTest::currentTestFailed(), qPrintable(u"seed %1"_s.arg(seed)));
