@@ -2,6 +2,7 @@
 
 #include "Describe.h"
 #include "Footprints.h"
+#include "LastingType.h"
 #include "timeline/TimelineControl.h"
 
 #include <QtCore/QAbstractItemModel>
@@ -34,7 +35,7 @@ bool fit(QVariantList &arguments, const QMetaMethod &method)
     if (arguments.size() != method.parameterCount())
         return false;
     for (int i = 0; i < method.parameterCount(); ++i) {
-        if (!fit(arguments[i], method.parameterMetaType(i)))
+        if (!fit(arguments[i], lastingType(method.parameterMetaType(i))))
             return false;
     }
     return true;
@@ -296,8 +297,9 @@ bool Host::call(const QByteArray &method, QVariantList arguments, QVariant *resu
 QVariant Host::callMethod(const QMetaMethod &method, QVariantList arguments)
 {
     footprint(QString::fromLatin1(method.methodSignature()));
-    const bool hasResult = method.returnMetaType().id() != QMetaType::Void;
-    QVariant result = hasResult ? QVariant(method.returnMetaType()) : QVariant();
+    const QMetaType type = lastingType(method.returnMetaType());
+    const bool hasResult = type.id() != QMetaType::Void;
+    QVariant result = hasResult ? QVariant(type) : QVariant();
     void *values[11] = {hasResult ? result.data() : nullptr};
     for (qsizetype i = 0; i < arguments.size(); ++i)
         values[i + 1] = arguments[i].data();

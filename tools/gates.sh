@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The gates: what tools can tell about the sources without running them.
-#   tools/gates.sh [format|words|names|shell|qml|tidy|clazy ...]     all of them without an argument
+#   tools/gates.sh [format|words|names|shell|abi|qml|tidy|clazy ...]     all of them without an argument
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -43,6 +43,11 @@ gate_shell() {
     done
 }
 
+# Where no such compiler is: what its build of host/ would look like.
+gate_abi() {
+    tools/check-msvc-abi.sh
+}
+
 gate_qml() {
     tools/build.sh dev
     cmake --build --preset dev --target all_qmllint
@@ -56,7 +61,7 @@ clang_database() {
 }
 
 # In portions of a few files, so that both cores have work to the end.
-each_source() { sources '*.cpp' | grep -v _win.cpp | xargs -P 2 -n 3 "$@"; }
+each_source() { sources '*.cpp' ':!:tools' | grep -v _win.cpp | xargs -P 2 -n 3 "$@"; }
 
 gate_tidy() {
     clang_database
@@ -70,7 +75,7 @@ gate_clazy() {
         --extra-arg=-Wno-gnu-zero-variadic-macro-arguments --extra-arg=-Werror
 }
 
-for gate in "${@:-format words names shell qml tidy clazy}"; do
+for gate in "${@:-format words names shell abi qml tidy clazy}"; do
     for name in $gate; do
         echo "Gate: $name"
         "gate_$name"

@@ -1,0 +1,25 @@
+# cmake --install and CPack: what an integrator gets, in one folder. Qt, the compiler's runtime and the
+# host's libraries are the client's own and not among it.
+install(TARGETS Tessaline LIBRARY DESTINATION .)
+if(MINGW)
+    install(FILES "$<TARGET_FILE:Tessaline>.debug" DESTINATION .)
+elseif(MSVC)
+    install(FILES $<TARGET_PDB_FILE:Tessaline> DESTINATION . OPTIONAL)
+endif()
+install(FILES docs/qml-api.md docs/licences.md DESTINATION docs)
+# The checker, with the replacements for the host's libraries by which it plays the host. The log
+# library is in a folder of its own, so that it is found only when the checker wants that.
+set_target_properties(tessaline-check PROPERTIES INSTALL_RPATH "$ORIGIN")
+install(TARGETS tessaline-check TimeShiftBufferModel
+    RUNTIME DESTINATION check LIBRARY DESTINATION check ARCHIVE DESTINATION check EXCLUDE_FROM_ALL)
+install(TARGETS QarnLogUtl
+    RUNTIME DESTINATION logging LIBRARY DESTINATION logging
+    ARCHIVE DESTINATION logging EXCLUDE_FROM_ALL)
+install(TARGETS tessaline_hollow_log
+    RUNTIME DESTINATION check/hollow LIBRARY DESTINATION check/hollow
+    ARCHIVE DESTINATION check/hollow EXCLUDE_FROM_ALL)
+
+set(CPACK_GENERATOR ZIP)
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_PACKAGE_DIRECTORY "${CMAKE_BINARY_DIR}/package")
+include(CPack)
