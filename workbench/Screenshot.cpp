@@ -17,10 +17,11 @@ Screenshot::Screenshot(QQuickWindow &window, const Bench &bench, const QString &
     , m_bench(bench)
     , m_file(file)
 {
-    // Answers come between two frames, and what they change is in the frame after.
-    connect(&m_window, &QQuickWindow::frameSwapped, this, &Screenshot::takeWhenQuiet,
-            Qt::QueuedConnection);
-    connect(&m_bench, &Bench::trafficPassed, &m_window, &QQuickWindow::update);
+    // Parts of the window gather what came and show it a frame or two later.
+    m_quiet.setSingleShot(true);
+    m_quiet.setInterval(std::chrono::milliseconds(300));
+    connect(&m_quiet, &QTimer::timeout, this, &Screenshot::take);
+    connect(&m_bench, &Bench::trafficPassed, this, &Screenshot::waitForQuiet);
     m_patience.setSingleShot(true);
     connect(&m_patience, &QTimer::timeout, this,
             [this] { Q_EMIT done(tr("%1: the stations did not answer in time").arg(m_file)); });
@@ -35,10 +36,18 @@ QString Screenshot::write(QQuickWindow &window, const QString &file)
                : tr("%1: cannot be written").arg(QDir::toNativeSeparators(file));
 }
 
-void Screenshot::takeWhenQuiet()
+void Screenshot::waitForQuiet()
 {
-    if (!m_patience.isActive() || m_bench.outstanding() > 0 || !m_bench.hasAsked())
+    if (!m_patience.isActive())
         return;
+    if (m_bench.outstanding() == 0 && m_bench.hasAsked())
+        m_quiet.start();
+    else
+        m_quiet.stop();
+}
+
+void Screenshot::take()
+{
     m_patience.stop();
     Q_EMIT done(write(m_window, m_file));
 }

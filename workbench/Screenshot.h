@@ -26,12 +26,14 @@ Q_SIGNALS:
     void done(const QString &error);
 
 private:
-    void takeWhenQuiet();
+    void waitForQuiet();
+    void take();
 
     QQuickWindow &m_window;
     const Bench &m_bench;
     QString m_file;
     QTimer m_patience;
+    QTimer m_quiet; ///< runs while no answer is to come
 };
 
 } // namespace workbench

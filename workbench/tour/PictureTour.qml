@@ -11,6 +11,8 @@ QtObject {
     required property PictureTaker pictures
 
     property int position: 0
+    /// At the last look. A picture waits for one more, as things take their places a frame later.
+    property bool reached: false
 
     readonly property Main window: Main {
         plugin: tour.plugin
@@ -60,7 +62,12 @@ QtObject {
         {
             name: "log",
             enter: () => find("drawerTabs").currentIndex = 1,
-            reached: () => find("logList").visible,
+            reached: () => find("logList").visible
+        },
+        {
+            name: "faults",
+            enter: () => find("drawerTabs").currentIndex = 2,
+            reached: () => !find("logList").visible,
             leave: () => window.toggleDrawer()
         },
         {
@@ -105,8 +112,11 @@ QtObject {
 
     function advance() {
         const state = states[position];
-        if (bench.outstanding > 0 || !state.reached())
+        const settled = reached;
+        reached = bench.outstanding === 0 && state.reached();
+        if (!reached || !settled)
             return;
+        reached = false;
         pictures.take(window, state.name);
         if (state.leave)
             state.leave();
