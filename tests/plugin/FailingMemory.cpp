@@ -29,7 +29,12 @@ int s_countdown = 0;
 bool s_isDouble = false;
 int s_tried = 0;
 int s_pipe[2];
-std::string s_reports;
+
+std::string &reports()
+{
+    static std::string lines;
+    return lines;
+}
 
 // In arrays, as nothing here may allocate.
 std::array<void *, 1 << 14> s_blocks;
@@ -106,10 +111,10 @@ void forkAndWait(Mode mode)
     int status = 0;
     waitpid(child, &status, 0);
     if (status != 0)
-        s_reports += "ended with status " + std::to_string(status) + '\n';
+        reports() += "ended with status " + std::to_string(status) + '\n';
     std::array<char, 4096> text;
     for (ssize_t size = 0; (size = read(s_pipe[0], text.data(), text.size())) > 0;)
-        s_reports.append(text.data(), std::size_t(size));
+        reports().append(text.data(), std::size_t(size));
 }
 
 /// Whether this allocation is to fail, when the plug-in makes it.
@@ -267,7 +272,7 @@ void endDouble(const std::string &report)
 
 std::string takeReports()
 {
-    return std::exchange(s_reports, {});
+    return std::exchange(reports(), {});
 }
 
 int tried()
