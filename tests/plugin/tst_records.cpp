@@ -23,7 +23,13 @@ constexpr qint64 Max = std::numeric_limits<qint64>::max();
 QString localText(const QDateTime &dateTime)
 {
     const bool isGerman = QLocale::system().name() == "de_DE"_L1;
-    return QLocale::c().toString(dateTime, isGerman ? u"dd.MM.yy HH:mm"_s : u"M/d/yy h:mm AP"_s);
+    // Newer locale data has a narrow no-break space there; Windows' own has not.
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0) && !defined(Q_OS_WIN)
+    const QString english = u"M/d/yy h:mm\u202fAP"_s;
+#else
+    const QString english = u"M/d/yy h:mm AP"_s;
+#endif
+    return QLocale::c().toString(dateTime, isGerman ? u"dd.MM.yy HH:mm"_s : english);
 }
 
 void insertDate(QVariantMap &record, const QDateTime &dateTime)
@@ -32,12 +38,10 @@ void insertDate(QVariantMap &record, const QDateTime &dateTime)
     record.insert(u"displayDateTime"_s, localText(dateTime));
 }
 
-/// A missing text may show as null or as empty, QML sees no difference; newer locale data has a
-/// narrow no-break space before "PM".
+/// A missing text may show as null or as empty, QML sees no difference.
 QString describeTexts(const QVariant &values)
 {
-    QString text = describe(values);
-    return text.replace("QString null"_L1, "QString \"\""_L1).replace("\\u202f"_L1, " "_L1);
+    return describe(values).replace("QString null"_L1, "QString \"\""_L1);
 }
 
 /// The timeline item that belongs to a display record: by the number of a role, and for those that

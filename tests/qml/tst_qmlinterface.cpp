@@ -53,6 +53,7 @@ public Q_SLOTS:
     void qmlEngineAvailable(QQmlEngine *engine)
     {
         engine->rootContext()->setContextProperty(QStringLiteral("host"), &m_host);
+        engine->rootContext()->setContextProperty(QStringLiteral("qtMinor"), QT_VERSION_MINOR);
         engine->rootContext()->setContextProperty(QStringLiteral("bookmarks"),
                                                   &m_host.m_harness.plugin());
     }

@@ -18,6 +18,11 @@ TestCase {
         return sent[0];
     }
 
+    // The one of two results that holds for this version of Qt.
+    function sinceQt65(before, after) {
+        return qtMinor < 5 ? before : after;
+    }
+
     // An empty literal is a null text for the JavaScript engine of Qt 6.4, as undefined and null
     // are; an empty text that was made at run time, or typed by the user, is an empty one.
     readonly property string madeEmpty: " ".trim()
@@ -29,7 +34,7 @@ TestCase {
             { args: ["text", "group"], payload: { Description: "text", Group: "group" } },
             { args: [madeEmpty, madeEmpty], payload: { Description: "", Group: "" } },
             { args: [undefined, null], payload: {} },
-            { args: ["", ""], payload: {} }
+            { args: ["", ""], payload: sinceQt65({}, { Description: "", Group: "" }) }
         ].map(row => Object.assign(row, { tag: JSON.stringify(row.args) }));
     }
 
@@ -60,6 +65,42 @@ TestCase {
                 Object.assign({ CameraIDList: ["A/1", 7, { id: "x" }] }, times));
         for (const key in times)
             compare(host.typeInPayload(0, key), "qlonglong");
+    }
+
+    // What is no whole number becomes one on its way or is refused, as the version of Qt has it.
+    function test_timesThatAreNone_data() {
+        const least = -9223372036854775808;
+        const noon = new Date(2026, 0, 31, 12);
+        return [
+            { tag: "undefined", time: undefined, added: sinceQt65("refused", 0) },
+            { tag: "null", time: null, added: sinceQt65("refused", 0) },
+            { tag: "an object", time: {}, added: sinceQt65("refused", 0) },
+            { tag: "Date", time: noon, added: sinceQt65("refused", noon.getTime()) },
+            { tag: "NaN", time: NaN, added: sinceQt65(least, 0), queried: sinceQt65([least], []) },
+            { tag: "1.9", time: 1.9, added: sinceQt65(2, 1), queried: sinceQt65([2], [1]) },
+            { tag: "-1.9", time: -1.9, added: sinceQt65(-2, -1), queried: sinceQt65([-2], [-1]) },
+            { tag: "a number as text", time: "5", added: 5, queried: [] },
+            { tag: "a clock's gap", time: "2026/03/29 02:30:00", added: 0,
+              queried: sinceQt65([], [1774747800000]) },
+            { tag: "a clock's overlap", time: "2026/10/25 02:30:00", added: 0,
+              queried: [1792888200000] }
+        ];
+    }
+
+    function test_timesThatAreNone(row) {
+        const starts = call => {
+            try {
+                call();
+            } catch (error) {
+                return "refused";
+            }
+            return host.takeSent().map(sent => sent.payload.StartTimestamp);
+        };
+        const added = starts(() => bookmarks.addBookmark("1", "l", "A", row.time, 2, "", "", ""));
+        compare(added, row.added === "refused" ? "refused" : [row.added]);
+        const end = typeof row.time === "string" ? "2026/12/31 00:00:00" : 9;
+        const queried = starts(() => bookmarks.queryBookmarkForAPI(["A/1"], row.time, end));
+        compare(queried, row.queried ?? sinceQt65("refused", []));
     }
 
     function test_numbersKeepTheirWidth() {
