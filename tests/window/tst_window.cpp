@@ -29,12 +29,14 @@ public:
     {
     }
 
-    /// Everything as it was at the start: faults gone, settings allowed, and on each camera
-    /// PerCamera bookmarks, one every hour back from now, a quarter of an hour long. Description,
-    /// creator and group follow from their position.
+    /// Everything as it was at the start: faults gone, settings allowed, the last window forgotten,
+    /// and on each camera PerCamera bookmarks, one every hour back from now, a quarter of an hour
+    /// long. Description, creator and group follow from their position.
     Q_INVOKABLE void reset()
     {
+        QSettings().clear();
         m_framework.rules().reset();
+        m_bench.faults()->reset();
         m_stations.setSettingPermission(true);
         perform([now = m_bench.now()](Site &site) {
             const auto stations = site.stations();

@@ -33,7 +33,6 @@ Item {
         settings.splits = splits.map(split => split.saveState());
         settings.cells = JSON.stringify(cells.saveState());
         settings.panel = JSON.stringify(panel.saveState());
-        settings.sync();
     }
 
     Settings {

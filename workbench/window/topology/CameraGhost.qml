@@ -5,6 +5,7 @@ import Workbench
 /// What follows the pointer while a camera is dragged. View cells read its camera.
 Rectangle {
     id: ghost
+    objectName: "cameraGhost"
 
     required property var camera
     required property string text

@@ -5,6 +5,7 @@ import Workbench
 /// What can be done with a station as a whole.
 Menu {
     id: menu
+    objectName: "stationMenu"
 
     required property Client client
     property var station: null

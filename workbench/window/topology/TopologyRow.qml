@@ -97,7 +97,7 @@ ItemDelegate {
         camera: row.camera
         text: row.text
         visible: drag.active
-        parent: row.ListView.view
-        position: row.mapToItem(row.ListView.view, drag.centroid.position)
+        parent: row.ApplicationWindow.contentItem // the tree clips
+        position: row.mapToItem(parent, drag.centroid.position)
     }
 }

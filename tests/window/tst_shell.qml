@@ -1,0 +1,223 @@
+import QtQuick
+import QtTest
+import Workbench
+
+/// Device tree, view cells as a whole, and what concerns the window.
+WindowTest {
+    id: test
+
+    readonly property var harbour: bench.stations[0]
+    readonly property var depot: bench.stations[1]
+
+    name: "Shell"
+
+    function tree() { return find("topologyTree"); }
+    function row(camera) { return find("camera " + camera.key); }
+    function cell(number) { return find("cell" + number); }
+    function treeTexts() {
+        return Array.from({ length: tree().count }, (_, i) => tree().itemAtIndex(i).text);
+    }
+    function focusTree() {
+        keyClick(Qt.Key_T, Qt.ControlModifier);
+        keyClick(Qt.Key_Down);
+    }
+    function showsPage(text) { tryVerify(() => find("pageText").text === text, 5000, text); }
+    function removedModels() {
+        return traffic().filter(entry => entry.name === "removeTimelineModel").length;
+    }
+
+    function test_filter() {
+        keyClick(Qt.Key_T, Qt.ControlModifier);
+        type("gate");
+        compare(treeTexts(), ["Harbour", "Gate"]);
+        keyClick(Qt.Key_Escape);
+        compare(treeTexts().length, 15);
+        type("depot");
+        compare(treeTexts(), ["Depot", "Ramp", "Yard", "Fence east", "Office"]);
+    }
+
+    function test_foldByMouse() {
+        for (const count of [11, 15]) {
+            mouseClick(find("station " + harbour.relayPath));
+            compare(tree().count, count);
+        }
+    }
+
+    function test_foldByKeys() {
+        focusTree();
+        for (const [key, count, index] of [
+                 [Qt.Key_Left, 11, 0], [Qt.Key_Right, 15, 0], [Qt.Key_Down, 15, 1],
+                 [Qt.Key_Left, 11, 0], [Qt.Key_Return, 15, 0]]) {
+            keyClick(key);
+            compare([tree().count, tree().currentIndex], [count, index]);
+        }
+    }
+
+    function test_clickChoosesCamera() {
+        mouseClick(row(depot.cameras[1]));
+        showsPage("1 to 30 of 30");
+        compare(find("bookmarkList").page.recordAt(0).cameraName, "Depot - Yard");
+        mouseClick(row(depot.cameras[1]));
+        showsPage("1 to 50 of 360");
+        focusTree();
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Space);
+        compare(find("bookmarkPanel").client.currentCamera.key, depot.cameras[2].key);
+    }
+
+    function test_intoTheEmptyCellElseTheActive() {
+        cell(2).clear();
+        mouseDoubleClickSequence(row(depot.cameras[0]));
+        compare(cell(2).camera.key, depot.cameras[0].key);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Return);
+        compare(cell(2).camera.key, depot.cameras[1].key);
+    }
+
+    function test_dragIntoCell_data() {
+        return [{ tag: "empty, upwards", number: 1, camera: 4, empty: true },
+                { tag: "another one's", number: 2, camera: 0, empty: false },
+                { tag: "empty, downwards", number: 3, camera: 0, empty: true }];
+    }
+    function test_dragIntoCell(data) {
+        const camera = depot.cameras[data.camera % 4];
+        const whole = window.contentItem;
+        const from = row(camera).mapToItem(whole, 60, 10);
+        const to = cell(data.number).mapToItem(whole, 90, 60);
+        if (data.empty)
+            cell(data.number).clear();
+        mousePress(whole, from.x, from.y);
+        for (let i = 1; i <= 10; ++i)
+            mouseMove(whole, from.x + (to.x - from.x) * i / 10, from.y + (to.y - from.y) * i / 10);
+        const ghost = findChild(row(camera), "cameraGhost");
+        verify(ghost && ghost.visible);
+        for (let over = ghost.parent; over; over = over.parent)
+            verify(!over.clip, "can be seen over the cells");
+        mouseRelease(whole, to.x, to.y);
+        compare(cell(data.number).camera.key, camera.key);
+        verify(cell(data.number).activeFocus && !ghost.visible);
+        compare(find("bookmarkPanel").client.currentCamera, null, "was no click");
+        tryVerify(() => find("cell" + data.number).content.status === "live");
+    }
+
+    function test_dragToNowhere() {
+        mouseDrag(row(depot.cameras[0]), 60, 10, 40, 300);
+        compare([0, 1, 2, 3].map(i => cell(i).camera.key), harbour.cameras.map(one => one.key));
+    }
+
+    function test_stationMenu() {
+        for (const allowed of [true, false]) {
+            lab.setSettingPermission(allowed);
+            bench.connectToServer();
+            tryCompare(bench, "settingPermission", allowed);
+            focusTree();
+            keyClick(Qt.Key_Menu);
+            const menu = find("stationMenu");
+            tryCompare(menu, "opened", true);
+            compare(menu.itemAt(3).enabled, allowed);
+            compare(menu.itemAt(3).text.includes("not allowed"), !allowed);
+            mouseClick(menu.itemAt(3));
+            compare(find("removeAllDialog").visible, allowed);
+            keyClick(Qt.Key_Escape);
+            tryVerify(() => !menu.visible && !find("removeAllDialog").visible);
+        }
+        keyClick(Qt.Key_F10, Qt.ShiftModifier);
+        tryCompare(find("stationMenu"), "opened", true);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Return);
+        tryCompare(find("recycleDialog"), "opened", true);
+    }
+
+    function test_shortcuts_data() {
+        const control = Qt.ControlModifier;
+        return [
+            { tag: "Ctrl+F", key: Qt.Key_F, modifier: control, done: () => find("searchField").activeFocus },
+            { tag: "Ctrl+T", key: Qt.Key_T, modifier: control, done: () => find("topologyFilter").activeFocus },
+            { tag: "Ctrl+G", key: Qt.Key_G, modifier: control, done: () => cell(0).activeFocus },
+            { tag: "Ctrl+N", key: Qt.Key_N, modifier: control, done: () => find("addDialog").opened },
+            { tag: "Ctrl+D", key: Qt.Key_D, modifier: control, done: () => Theme.dark },
+            { tag: "F12", key: Qt.Key_F12, modifier: 0, done: () => find("drawerTabs").visible },
+            { tag: "F5", key: Qt.Key_F5, modifier: 0,
+              done: () => bench.stationsAsked("QueryAllBookmars").length === 3 }
+        ];
+    }
+    function test_shortcuts(data) {
+        find("bookmarkList").forceActiveFocus();
+        bench.forgetTraffic();
+        verify(!data.done());
+        keyClick(data.key, data.modifier);
+        tryVerify(data.done);
+    }
+
+    function test_help() {
+        for (const key of [Qt.Key_F1, "?"]) {
+            keyClick(key);
+            tryCompare(find("help"), "opened", true);
+            const shown = texts(find("help").contentItem);
+            for (const section of ["Window", "Cameras", "View cells", "Bookmarks", "Integration"])
+                verify(shown.includes(section), section);
+            verify(shown.length > 60, "with its keys");
+            keyClick(Qt.Key_Escape);
+            tryCompare(find("help"), "visible", false);
+        }
+    }
+
+    function test_noticeOfAFailure() {
+        bench.faults.setData(bench.faults.index(0, 0), "refused", FaultsModel.OrderRole);
+        keyClick(Qt.Key_F5);
+        const notice = find("notice");
+        tryVerify(() => notice.visible && notice.failure);
+        verify(notice.text.startsWith("No station could be asked"));
+        mouseClick(notice);
+        tryCompare(notice, "visible", false);
+    }
+
+    function test_beginsAsItWasLeft() {
+        mouseClick(find("cells6"));
+        cell(5).show(depot.cameras[3]);
+        cell(1).clear();
+        keyClick(Qt.Key_F, Qt.ControlModifier);
+        type("door");
+        keyClick(Qt.Key_D, Qt.ControlModifier);
+        keyClick(Qt.Key_F12);
+        window.close();
+        window.destroy();
+        tryCompare(test, "window", null);
+        Theme.dark = false;
+        open();
+        compare([0, 1, 4, 5].map(i => cell(i).camera ? cell(i).camera.name : ""),
+                ["Gate", "", "", "Office"]);
+        compare([cell(5).visible, cell(6).visible], [true, false]);
+        compare(find("searchField").text, "door");
+        showsPage("1 to 50 of 120");
+        verify(Theme.dark && find("drawerTabs").visible);
+    }
+
+    function test_cellCount_data() {
+        return [1, 2, 6, 9].map(count => ({ tag: count + " cells", count: count }));
+    }
+    function test_cellCount(data) {
+        mouseClick(find("cells" + data.count));
+        const cells = Array.from({ length: 9 }, (_, i) => cell(i)).filter(one => one.visible);
+        compare(cells.length, data.count);
+        tryVerify(() => cells.every(one => Math.abs(one.width - cell(0).width) <= 1
+                                    && Math.abs(one.height - cell(0).height) <= 1));
+        const grid = find("cellGrid");
+        tryVerify(() => cells.reduce((sum, one) => sum + one.width * one.height, 0)
+                  > 0.8 * grid.width * grid.height);
+        compare(cells.filter(one => one.content).length, Math.min(4, data.count));
+    }
+
+    function test_emptiedCellGivesItsTimelineBack() {
+        tryVerify(() => traffic().length > 0);
+        const before = removedModels();
+        mouseClick(findChild(cell(1), "closeCell"));
+        mouseClick(cell(2), 40, 60);
+        keyClick(Qt.Key_Delete);
+        tryVerify(() => removedModels() === before + 2);
+        verify(!cell(1).occupied && !cell(2).occupied && cell(3).occupied);
+        compare(traffic().filter(entry => entry.name === "removeTimelineModel").slice(-2)
+                .map(entry => entry.payload.arguments[0]), ["view-cell-1", "view-cell-2"]);
+    }
+}
