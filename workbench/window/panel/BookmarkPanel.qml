@@ -92,14 +92,6 @@ Pane {
             client: panel.client
             filter: filter
         }
-        SelectionBar {
-            Layout.fillWidth: true
-            visible: selection.count > 0
-            client: panel.client
-            selection: selection
-            onEditWanted: records => panel.editWanted(records)
-            onDeleteWanted: records => panel.deleteWanted(records)
-        }
         BookmarkList {
             id: list
             objectName: "bookmarkList"
@@ -121,6 +113,15 @@ Pane {
                 anyBookmarks: query.anyBookmarks
                 failedStations: panel.failedStations
             }
+        }
+        // Below the list, whose rows must not move away under a second click.
+        SelectionBar {
+            Layout.fillWidth: true
+            visible: selection.count > 0
+            client: panel.client
+            selection: selection
+            onEditWanted: records => panel.editWanted(records)
+            onDeleteWanted: records => panel.deleteWanted(records)
         }
         QueryProgress {
             Layout.fillWidth: true
