@@ -102,6 +102,14 @@ ColumnLayout {
             checked: list.chosen[modelData.key] !== undefined
             highlighted: view.activeFocus && ListView.isCurrentItem
             onToggled: list.choose([modelData], checked)
+            background: Rectangle {
+                color: row.highlighted ? Theme.selection : "transparent"
+            }
+            contentItem: Label {
+                text: row.text
+                elide: Text.ElideRight
+                rightPadding: row.indicator.width + row.spacing
+            }
         }
     }
     Label {

@@ -65,7 +65,7 @@ FormDialog {
     CheckBox {
         id: changeText
         objectName: "changeText"
-        text: checked ? qsTr("Change the description to") : qsTr("Leave the description as it is")
+        text: qsTr("Change the description")
     }
     TextField {
         id: description
@@ -79,7 +79,7 @@ FormDialog {
     CheckBox {
         id: changeGroup
         objectName: "changeGroup"
-        text: checked ? qsTr("Change the group to") : qsTr("Leave the group as it is")
+        text: qsTr("Change the group")
     }
     GroupField {
         id: group

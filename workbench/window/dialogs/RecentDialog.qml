@@ -92,6 +92,13 @@ FormDialog {
             ToolTip.delay: 500
             onClicked: view.currentIndex = index
             onDoubleClicked: dialog.submit()
+            background: Rectangle {
+                color: row.highlighted ? Theme.selection : "transparent"
+            }
+            contentItem: Label {
+                text: row.text
+                elide: Text.ElideRight
+            }
         }
 
         Label {
