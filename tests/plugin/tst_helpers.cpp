@@ -1,3 +1,4 @@
+#include "BookmarkIndex.h"
 #include "DataTable.h"
 #include "PageSlice.h"
 #include "RequestContexts.h"
@@ -8,6 +9,7 @@
 
 #include <limits>
 #include <set>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using tessaline::ContextRegistry;
@@ -131,6 +133,27 @@ private Q_SLOTS:
         QVERIFY(host.plugin.hasSettingPermission());
         host.plugin.Init(nullptr);
         QVERIFY(!host.plugin.hasSettingPermission());
+    }
+
+    void whatWasForgottenIsNotFound()
+    {
+        const auto described = [](const QString &text) {
+            return QVariant(QVariantMap{{u"description"_s, text}});
+        };
+        QVariantList list{described(u"first"_s)};
+        tessaline::BookmarkIndex index;
+        index.append(list + QVariantList{described(u"forgotten"_s), described(u"forgotten"_s)});
+        index.truncate(1);
+        list.append(described(u"last"_s));
+        index.append(list.mid(1));
+        for (const auto &[text, rows] :
+             {std::pair{u"first"_s, tessaline::Rows{0}}, std::pair{u"last"_s, tessaline::Rows{1}},
+              std::pair{u"forgotten"_s, tessaline::Rows{}}}) {
+            tessaline::Rows found = index.startingBetween(0, 0);
+            QCOMPARE(found.size(), std::size_t(2));
+            index.keepText(found, text, list);
+            QCOMPARE(found, rows);
+        }
     }
 
     void rangeIsAskedForOnDemand()
