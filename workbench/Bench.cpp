@@ -66,10 +66,12 @@ void Bench::noteTraffic(const standin::Traffic &traffic)
     using Kind = standin::Traffic::Kind;
     Q_EMIT passing(traffic);
     if (traffic.kind == Kind::Sent && traffic.accepted) {
-        ++m_outstanding;
-        m_asked[traffic.name].append(traffic.relayPath);
+        m_outstanding.insert(traffic.sequence);
+        m_hasAsked = true;
+        if (m_asked)
+            (*m_asked)[traffic.name].append(traffic.relayPath);
     } else if (traffic.kind == Kind::Answered) {
-        --m_outstanding;
+        m_outstanding.remove(traffic.request);
         noteAnswer(traffic);
     }
     // Traffic is noted before the plug-in gets it, and told about afterwards.
@@ -145,7 +147,7 @@ bool Bench::addByOtherClient(const QString &relayPath, const QString &cameraID, 
 
 QStringList Bench::stationsAsked(const QString &command) const
 {
-    return m_asked.value(command);
+    return m_asked ? m_asked->value(command) : QStringList();
 }
 
 QStringList Bench::signalNames() const

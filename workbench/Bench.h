@@ -9,9 +9,12 @@
 
 #include <QtCore/QHash>
 #include <QtCore/QObject>
+#include <QtCore/QSet>
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
 #include <QtQml/qqmlregistration.h>
+
+#include <optional>
 
 class PluginBase;
 
@@ -66,9 +69,9 @@ public:
     QVariantList stations() const;
     qint64 now() const { return m_now; }
     double nowAsNumber() const { return double(m_now); } // QML's tools know no longer integers
-    int outstanding() const { return m_outstanding; }
+    int outstanding() const { return int(m_outstanding.size()); }
     /// Whether any station was asked for anything yet.
-    bool hasAsked() const { return !m_asked.isEmpty(); }
+    bool hasAsked() const { return m_hasAsked; }
     QVariantMap stationStates() const { return m_stationStates.states(); }
     QStringList failedStations() const { return m_stationStates.failedStations(); }
     Recorder *recorder() { return &m_recorder; }
@@ -98,9 +101,10 @@ public:
                                       qint64 start, qint64 end, const QString &description,
                                       const QString &group);
 
-    /// Relay paths of the stations that got this command since the last forgetTraffic().
+    /// Relay paths of the stations that got this command since the last forgetTraffic(). Before the
+    /// first one nothing is kept, as a session may be long.
     Q_INVOKABLE QStringList stationsAsked(const QString &command) const;
-    Q_INVOKABLE void forgetTraffic() { m_asked.clear(); }
+    Q_INVOKABLE void forgetTraffic() { m_asked.emplace(); }
 
     /// Whether an answer of the station is outstanding. It may change with trafficPassed().
     Q_INVOKABLE bool isAwaited(const QString &relayPath) const
@@ -132,7 +136,8 @@ private:
     standin::Framework &m_framework;
     StationThread &m_stations;
     qint64 m_now;
-    int m_outstanding = 0;
+    QSet<quint64> m_outstanding; ///< sequence numbers of commands; an answer may come twice
+    bool m_hasAsked = false;
     StationStates m_stationStates;
     TrafficModel m_traffic;
     Recorder m_recorder;
@@ -141,7 +146,7 @@ private:
     QStringList m_replayReport;
     QString m_serverTimeZone;
     bool m_settingPermission = false;
-    QHash<QString, QStringList> m_asked; ///< relay paths by command
+    std::optional<QHash<QString, QStringList>> m_asked; ///< relay paths by command
 };
 
 } // namespace workbench

@@ -44,28 +44,28 @@ void makeFirstData(Site &site, const Preparation::Plan &plan, const Report &repo
 void importBookmarks(Site &site, const Preparation::Plan &plan, const Report &report,
                      Preparation::Outcome &outcome)
 {
-    CsvImport import(site, QDate::currentDate());
-    import.setProgressCallback([&](const CsvImport::Progress &progress) {
+    CsvImport csv(site, QDate::currentDate());
+    csv.setProgressCallback([&](const CsvImport::Progress &progress) {
         const double done =
             progress.totalBytes > 0 ? double(progress.bytes) / double(progress.totalBytes) : 0;
-    return report(Preparation::tr("Importing %1").arg(QDir::toNativeSeparators(plan.importFile)),
-                  done);
-});
-const CsvImport::Result result = import.run(plan.importFile);
-outcome.messages.append(result.messages);
-const qint64 more = result.skipped - result.messages.size();
-if (more > 0)
-    outcome.messages.append(Preparation::tr("... and %1 more lines").arg(more));
-if (!result.error.isEmpty())
-    outcome.messages.append(result.error);
-if (result.cancelled)
-    outcome.messages.append(Preparation::tr("The import was cancelled before its end."));
-outcome.summary = Preparation::tr("Imported %1 bookmarks, skipped %2 lines.")
-                      .arg(result.imported)
-                      .arg(result.skipped);
+        return report(
+            Preparation::tr("Importing %1").arg(QDir::toNativeSeparators(plan.importFile)), done);
+    });
+    const CsvImport::Result result = csv.run(plan.importFile);
+    outcome.messages.append(result.messages);
+    const qint64 more = result.skipped - result.messages.size();
+    if (more > 0)
+        outcome.messages.append(Preparation::tr("... and %1 more lines").arg(more));
+    if (!result.error.isEmpty())
+        outcome.messages.append(result.error);
+    if (result.cancelled)
+        outcome.messages.append(Preparation::tr("The import was cancelled before its end."));
+    outcome.summary = Preparation::tr("Imported %1 bookmarks, skipped %2 lines.")
+                          .arg(result.imported)
+                          .arg(result.skipped);
 } // namespace
 
-} // namespace workbench
+} // namespace
 
 Preparation::Preparation(StationThread &stations, const Plan &plan, QObject *parent)
     : QObject(parent)

@@ -104,7 +104,7 @@ QVariant FaultsModel::data(const QModelIndex &index, int role) const
     case RelayPathRole:
         return station.relayPath;
     default:
-        return station.settings.value(role, defaultOf(role));
+        return role < ConnectedRole ? QVariant() : station.settings.value(role, defaultOf(role));
     }
 }
 

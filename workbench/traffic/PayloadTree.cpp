@@ -2,8 +2,6 @@
 
 #include "PayloadText.h"
 
-#include <QtQml/QJSValue>
-
 #include <vector>
 
 namespace workbench {
@@ -66,23 +64,38 @@ PayloadTree::PayloadTree(QObject *parent)
 
 PayloadTree::~PayloadTree() = default;
 
-QVariant PayloadTree::value() const
+void PayloadTree::setTraffic(TrafficModel *traffic)
 {
-    return m_root->value;
+    m_traffic = traffic;
+    Q_EMIT trafficChanged();
+    update();
 }
 
-void PayloadTree::setValue(const QVariant &given)
+void PayloadTree::setRow(int row)
 {
-    // QML hands maps and lists on as its own.
-    const QVariant value = given.metaType() == QMetaType::fromType<QJSValue>()
-                               ? given.value<QJSValue>().toVariant()
-                               : given;
+    m_row = row;
+    Q_EMIT rowChanged();
+    update();
+}
+
+void PayloadTree::update()
+{
+    const QVariant sequence =
+        m_traffic ? m_traffic->index(m_row).data(TrafficModel::SequenceRole) : QVariant();
+    if (sequence == m_sequence)
+        return;
+    m_sequence = sequence;
+    show(sequence.isValid() ? m_traffic->payloadAt(m_row) : QVariant());
+}
+
+void PayloadTree::show(const QVariant &value)
+{
     beginResetModel();
     m_root = std::make_unique<Node>(nullptr, 0, QString(), value);
     if (m_root->children.empty() && value.isValid()) // a bare value is shown as a row of its own
         m_root = std::make_unique<Node>(nullptr, 0, QString(), QVariantList{value});
     endResetModel();
-    Q_EMIT valueChanged();
+    Q_EMIT payloadChanged();
 }
 
 PayloadTree::Node *PayloadTree::nodeAt(const QModelIndex &index) const

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "TrafficModel.h"
+
 #include <QtCore/QAbstractItemModel>
+#include <QtCore/QPointer>
 #include <QtCore/QVariant>
 #include <QtQml/qqmlregistration.h>
 
@@ -8,12 +11,16 @@
 
 namespace workbench {
 
-/// A payload as a tree: key, value and type of each part. Parts are made when they are looked at.
+/// The payload of an entry of the traffic as a tree: key, value and type of each part. Parts are
+/// made when they are looked at. The payload itself does not pass through QML, where an integer
+/// would come out as a double.
 class PayloadTree : public QAbstractItemModel
 {
     Q_OBJECT
     QML_ELEMENT
-    Q_PROPERTY(QVariant value READ value WRITE setValue NOTIFY valueChanged)
+    Q_PROPERTY(workbench::TrafficModel *traffic READ traffic WRITE setTraffic NOTIFY trafficChanged)
+    /// Of the traffic; -1 for an empty tree.
+    Q_PROPERTY(int row READ row WRITE setRow NOTIFY rowChanged)
 
 public:
     enum Column { KeyColumn, ValueColumn, TypeColumn, ColumnCount };
@@ -22,8 +29,12 @@ public:
     ~PayloadTree() override;
     Q_DISABLE_COPY_MOVE(PayloadTree)
 
-    QVariant value() const;
-    void setValue(const QVariant &value);
+    TrafficModel *traffic() const { return m_traffic; }
+    /// Not owned.
+    void setTraffic(TrafficModel *traffic);
+    int row() const { return m_row; }
+    /// The same entry in another row, after older ones were dropped, leaves the tree as it is.
+    void setRow(int row);
 
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
     QModelIndex parent(const QModelIndex &child) const override;
@@ -32,12 +43,20 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
 
 Q_SIGNALS:
-    void valueChanged();
+    void trafficChanged();
+    void rowChanged();
+    /// Another payload is shown.
+    void payloadChanged();
 
 private:
     struct Node;
     Node *nodeAt(const QModelIndex &index) const;
+    void update();
+    void show(const QVariant &value);
 
+    QPointer<TrafficModel> m_traffic;
+    int m_row = -1;
+    QVariant m_sequence;          ///< of the entry
     std::unique_ptr<Node> m_root; ///< its one child is the payload
 };
 

@@ -63,8 +63,9 @@ void TrafficModel::setResult(quint64 sequence, const QVariant &result)
     if (m_entries.empty() || sequence < m_entries.front().sequence)
         return; // dropped meanwhile
     const auto row = static_cast<int>(sequence - m_entries.front().sequence);
-    m_values += payloadtext::countValues(result);
-    m_entries[static_cast<size_t>(row)].result = result;
+    QVariant &stored = m_entries[static_cast<size_t>(row)].result;
+    m_values += payloadtext::countValues(result) - payloadtext::countValues(stored);
+    stored = result;
     if (row < m_rows)
         Q_EMIT dataChanged(index(row), index(row), {SummaryRole});
 }

@@ -2,11 +2,13 @@ import QtQuick
 import QtQuick.Controls
 import Workbench
 
-/// A payload as a tree of keys, values and types.
+/// The payload of an entry of the traffic as a tree of keys, values and types.
 TreeView {
     id: view
 
-    required property var payload
+    required property TrafficModel traffic
+    /// Of the traffic.
+    required property int row
 
     objectName: "payloadTree"
     clip: true
@@ -14,9 +16,12 @@ TreeView {
     boundsBehavior: Flickable.StopAtBounds
     columnSpacing: Theme.gap
     Accessible.name: qsTr("Payload")
-    model: PayloadTree { value: view.payload }
+    model: PayloadTree {
+        traffic: view.traffic
+        row: view.row
+        onPayloadChanged: view.contentY = 0
+    }
     selectionModel: ItemSelectionModel { model: view.model }
-    onPayloadChanged: contentY = 0
     delegate: TreeViewDelegate {
         implicitHeight: Theme.normalText + Theme.gap + 4
         ToolTip.visible: hovered

@@ -47,7 +47,8 @@ ColumnLayout {
             }
         }
         PayloadView {
-            payload: tab.traffic.payloadAt(filter.sourceRow(list.currentIndex))
+            traffic: tab.traffic
+            row: filter.sourceRow(list.currentIndex)
             SplitView.preferredWidth: 320
             SplitView.minimumWidth: 120
         }
