@@ -18,22 +18,15 @@ TestCase {
         return plugin.getBookmarkListByNodeID("").length;
     }
 
+    /// Everything takes its place, as it would with the next frame.
+    function settle() { grabImage(window.contentItem); }
+
     /// Texts that can be read in an item, from its first child to the last.
     function texts(item) {
         if (!item.visible)
             return [];
         const own = typeof item.text === "string" ? [item.text] : [];
         return own.concat(...Array.from(item.children, child => texts(child)));
-    }
-
-    /// Kind, name and payload of what has passed, the oldest first.
-    function traffic() {
-        const model = bench.traffic;
-        return Array.from({ length: model.count }, (_, row) => ({
-            kind: model.data(model.index(row, 0), TrafficModel.KindRole),
-            name: model.data(model.index(row, 0), TrafficModel.NameRole),
-            payload: model.payloadAt(row)
-        }));
     }
 
     function type(text) { for (const letter of text) keyClick(letter); }

@@ -2,8 +2,10 @@
 #include "Installation.h"
 #include "PluginBase.h"
 #include "Protocol.h"
+#include "Replay.h"
 #include "StationThread.h"
 
+#include <QtCore/QFileInfo>
 #include <QtCore/QSemaphore>
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
@@ -37,6 +39,7 @@ public:
         QSettings().clear();
         m_framework.rules().reset();
         m_bench.faults()->reset();
+        m_bench.traffic()->setPaused(false);
         m_stations.setSettingPermission(true);
         perform([now = m_bench.now()](Site &site) {
             const auto stations = site.stations();
@@ -62,6 +65,22 @@ public:
     Q_INVOKABLE void setSettingPermission(bool allowed)
     {
         m_stations.setSettingPermission(allowed);
+    }
+
+    /// Plays what has passed so far against a plug-in of its own, for the next window to tell of.
+    Q_INVOKABLE void replay()
+    {
+        const QTemporaryDir folder;
+        const QString session = folder.filePath(u"session.jsonl"_s);
+        QString error;
+        m_bench.recorder()->save(QUrl::fromLocalFile(session));
+        // A copy, as the library that is loaded already has but one.
+        const QString library = folder.filePath(QFileInfo(QStringLiteral(PLUGIN_PATH)).fileName());
+        QFile::copy(QStringLiteral(PLUGIN_PATH), library);
+        PluginHost host;
+        PluginBase *const plugin = host.load(library, &error);
+        m_bench.setReplayReport(plugin ? replay::run(session, *plugin).report()
+                                       : QStringList(error));
     }
 
 private:

@@ -24,6 +24,7 @@ Flow {
     spacing: Theme.gap
 
     CheckBox {
+        objectName: "connected"
         width: 150
         text: row.name
         font.bold: row.index === 0
@@ -34,6 +35,7 @@ Flow {
         ToolTip.text: qsTr("%1: connected; without the tick its commands are refused").arg(row.name)
     }
     SpinBox {
+        objectName: "delay"
         width: 110
         from: 0
         to: 60000
@@ -63,6 +65,7 @@ Flow {
         Accessible.name: qsTr("Answers of %1 come twice").arg(row.name)
     }
     TextField {
+        objectName: "code"
         width: 90
         placeholderText: qsTr("code")
         text: row.code

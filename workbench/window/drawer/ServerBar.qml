@@ -61,6 +61,7 @@ Flow {
         onClicked: bar.addByOther(count.value)
     }
     Button {
+        objectName: "mend"
         text: qsTr("Mend everything")
         onClicked: bar.client.bench.faults.reset()
     }

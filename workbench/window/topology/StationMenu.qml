@@ -10,6 +10,8 @@ Menu {
     required property Client client
     property var station: null
 
+    contentWidth: Math.max(200, removeAll.implicitWidth)
+
     signal recentWanted(var station)
     signal removeAllWanted(var station)
     signal recycleWanted
@@ -29,11 +31,11 @@ Menu {
     }
     MenuSeparator {}
     MenuItem {
-        text: menu.client.settingAllowed ? qsTr("Remove all bookmarks…")
-                                         : qsTr("Remove all bookmarks (not allowed)")
+        id: removeAll
+        // With the reason, as a disabled item shows no tooltip.
+        text: enabled ? qsTr("Remove all bookmarks…")
+                      : qsTr("Remove all bookmarks…\n%1").arg(menu.client.lockReason)
         enabled: menu.client.settingAllowed
         onTriggered: menu.removeAllWanted(menu.station)
-        ToolTip.visible: hovered && !enabled
-        ToolTip.text: menu.client.lockReason
     }
 }

@@ -1,0 +1,161 @@
+import QtQuick
+import QtQuick.Controls
+import QtTest
+import Workbench
+
+/// The integrators' drawer: what it shows of the traffic, and what its faults do to the window.
+WindowTest {
+    id: test
+
+    readonly property var harbour: bench.stations[0]
+    readonly property var trafficOfAdd: [
+        "call addBookmark", "send AddBookmark", "answer AddBookmark", "signal addBookmarkResponsed"]
+
+    name: "Drawer"
+
+    function list() { return find("trafficList"); }
+    function openTab(number) {
+        keyClick(Qt.Key_F12);
+        settle();
+        mouseClick(find("drawerTabs").itemAt(number));
+        settle();
+    }
+    function fault(name) { return findChild(find("faultsList").itemAtIndex(2), name); }
+    function retype(field, text) {
+        mouseClick(field);
+        keyClick(Qt.Key_A, Qt.ControlModifier);
+        keyClick(Qt.Key_Delete);
+        type(text);
+    }
+    function addByKeys(text) {
+        find("bookmarkPanel").client.currentCamera = harbour.cameras[0];
+        keyClick(Qt.Key_N, Qt.ControlModifier);
+        tryCompare(find("addDialog"), "opened", true);
+        type(text);
+        keyClick(Qt.Key_Return);
+        tryCompare(find("addDialog"), "visible", false);
+        tryCompare(bench, "outstanding", 0);
+    }
+    function showsLast(entries) {
+        const row = i => list().itemAtIndex(list().count - entries.length + i);
+        const says = (entry, i) => row(i) && row(i).kind + " " + row(i).name === entry;
+        tryVerify(() => entries.every(says), 5000, entries.join());
+    }
+    function treeSays(state) {
+        const row = find("station " + harbour.relayPath);
+        tryVerify(() => row.Accessible.name === "Harbour, " + state, 20000, state);
+        compare(texts(row).includes(state), state !== "connected");
+    }
+    function panelNames(station) {
+        tryVerify(() => find("queryProgress").visible === (station !== "")
+                  && find("queryProgress").text.includes(station), 20000, station);
+    }
+
+    /// Searches for the traffic of adds, and adds one.
+    function searchAndAdd(description) {
+        openTab(0);
+        mouseClick(find("trafficSearch"));
+        type("addbookmark");
+        keyClick(Qt.Key_Return);
+        const before = list().count;
+        addByKeys(description);
+        tryVerify(() => list().count === before + trafficOfAdd.length);
+        showsLast(trafficOfAdd);
+    }
+
+    function test_trafficOfAnAdd() {
+        searchAndAdd("Crane stuck");
+        for (const kind of ["send", "answer", "signal", "call"]) {
+            mouseClick(find("show-" + kind));
+            showsLast(trafficOfAdd.filter(entry => !entry.startsWith(kind)));
+            mouseClick(find("show-" + kind));
+            showsLast(trafficOfAdd);
+        }
+    }
+
+    function test_payloadAsTreeAndJson() {
+        searchAndAdd("Rope torn");
+        settle();
+        mouseClick(list().itemAtIndex(list().count - 3));
+        const tree = find("payloadTree");
+        tryVerify(() => texts(tree).includes("\"Rope torn\""));
+        verify(texts(tree).includes("Description"));
+        keyClick(Qt.Key_C, Qt.ControlModifier);
+        retype(find("trafficSearch"), "");
+        keyClick(Qt.Key_V, Qt.ControlModifier);
+        const copied = JSON.parse(find("trafficSearch").text);
+        compare([copied.Description, copied.CameraID], ["Rope torn", harbour.cameras[0].cameraID]);
+    }
+
+    function test_faultOfAStation_data() {
+        return [{ tag: "failing", logged: "(relay-1) failed",
+                  turn: on => {
+                      retype(fault("code"), on ? "9" : "");
+                      keyClick(Qt.Key_Return);
+                  } },
+                { tag: "disconnected", logged: "SendCommand failed",
+                  turn: () => mouseClick(fault("connected")) }];
+    }
+    function test_faultOfAStation(data) {
+        bench.log.clear();
+        for (const on of [true, false]) {
+            openTab(2);
+            data.turn(on);
+            keyClick(Qt.Key_F5);
+            treeSays(on ? data.tag : "connected");
+            panelNames(on ? "Harbour" : "");
+            keyClick(Qt.Key_F12);
+        }
+        openTab(1);
+        tryVerify(() => texts(find("logList")).some(text => text.includes(data.logged)));
+    }
+
+    function test_delayIsSlowUntilMended() {
+        openTab(2);
+        retype(fault("delay"), "2500");
+        keyClick(Qt.Key_Return);
+        keyClick(Qt.Key_F5);
+        tryVerify(() => find("queryProgress").text === "2 of 3 stations");
+        treeSays("slow");
+        mouseClick(find("mend"));
+        compare(fault("delay").value, 0);
+        keyClick(Qt.Key_F5);
+        treeSays("connected");
+    }
+
+    function test_permissionOff() {
+        const button = find("deleteSelected");
+        openTab(2);
+        mouseClick(find("permission"));
+        mouseClick(find("reconnect"));
+        tryCompare(bench, "settingPermission", false);
+        mouseClick(find("row-0"));
+        mouseMove(button, 5, 5);
+        tryVerify(() => button.ToolTip.visible && button.ToolTip.text.includes("does not allow"));
+        mouseClick(button);
+        verify(!find("deleteDialog").visible);
+    }
+
+    function test_bookmarkOfAnotherClient() {
+        const bar = findChild(find("cell0"), "timelineBar");
+        tryVerify(() => bar.marks.rowCount() > 20);
+        const shows = () => Array.from({ length: bar.marks.rowCount() }, (_, i) => bar.marks.row(i))
+            .some(mark => mark.start >= bench.now);
+        verify(!shows());
+        openTab(2);
+        mouseClick(find("addByOther"));
+        tryVerify(shows);
+    }
+
+    function test_replayFindsNoDifference() {
+        addByKeys("Played again");
+        lab.replay();
+        window.destroy();
+        tryCompare(test, "window", null);
+        open();
+        openTab(3);
+        const report = texts(find("replayList"));
+        const same = /^[1-9]\d* inputs given, [1-9]\d* outputs compared: 0 differences, 0 bad/;
+        verify(same.test(report[0]), report.join("\n"));
+    }
+}
