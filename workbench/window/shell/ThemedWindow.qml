@@ -27,5 +27,10 @@ ApplicationWindow {
         dark: Theme.dark ? "#14171b" : "#9aa3ae"
         shadow: Theme.dark ? "#0b0d0f" : "#5f6873"
         link: Theme.accent
+        disabled {
+            windowText: Theme.faintText
+            text: Theme.faintText
+            buttonText: Theme.faintText
+        }
     }
 }

@@ -18,7 +18,7 @@ Menu {
 
     function openFor(station, item) {
         menu.station = station;
-        popup(item);
+        popup(item, Theme.margin, item.height); // the pointer may be elsewhere
     }
 
     MenuItem {
