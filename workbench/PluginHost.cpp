@@ -22,8 +22,10 @@ QString defectOf(const QJsonObject &metaData)
             .arg(QLatin1String(PluginBase_iid), iid);
 
     const QJsonObject own = metaData.value(QLatin1String("MetaData")).toObject();
-    if (!own.value(QLatin1String("ClientOnly")).isBool())
-        return QStringLiteral("expected the key \"ClientOnly\" with true or false");
+    const QJsonValue clientOnly = own.value(QLatin1String("ClientOnly"));
+    if (!clientOnly.isBool())
+        return QStringLiteral("expected the key \"ClientOnly\" with true or false, found \"%1\"")
+            .arg(clientOnly.toVariant().toString());
     const QString id = own.value(QLatin1String("PluginID")).toString();
     if (id != PluginHost::pluginID())
         return QStringLiteral("expected the plug-in ID \"%1\", found \"%2\"")
@@ -61,7 +63,8 @@ PluginBase *PluginHost::load(const QString &path, QString *error)
     if (defect.isEmpty()) {
         plugin = qobject_cast<PluginBase *>(m_loader.instance());
         if (!plugin)
-            defect = m_loader.errorString();
+            defect = QStringLiteral("expected a plug-in that works with Qt %1, found: %2")
+                         .arg(QLatin1String(qVersion()), m_loader.errorString());
     }
     if (!plugin)
         *error = QDir::toNativeSeparators(path) + QLatin1String(": ") + defect;

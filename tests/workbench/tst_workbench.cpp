@@ -91,8 +91,35 @@ private Q_SLOTS:
         row("no plug-in", {u"--library"_s, QStringLiteral(NO_PLUGIN_PATH)},
             u"expected a Qt plug-in"_s);
         row("damaged database", {u"--data"_s, data}, data + "/relay-1"_L1);
-        row("no such import", {u"--import"_s, u"/none.csv"_s}, u"/none.csv"_s);
         row("unwritable log", {u"--log"_s, u"/none/log"_s}, u"/none/log: cannot be written"_s);
+        const auto values = [&](const QString &option, const QStringList &bad,
+                                const QString &expected) {
+            for (const QString &value : bad)
+                row(qPrintable(option + u' ' + value), {u"%1=%2"_s.arg(option, value)},
+                    u"%1 %2: expected %3"_s.arg(option, value, expected));
+        };
+        values(u"--stations"_s, {u"0"_s, u"101"_s, u""_s, u"3.5"_s},
+               u"a whole number from 1 to 100"_s);
+        values(u"--bookmarks"_s, {u"-1"_s, u"1000001"_s, u"1e3"_s},
+               u"a whole number from 0 to 1000000"_s);
+        values(u"--seed"_s, {u"-1"_s, u"4294967296"_s}, u"a whole number from 0 to 4294967295"_s);
+        values(u"--import"_s, {u"/none.csv"_s, u"/"_s}, u"a file that can be read"_s);
+        row("no such recording", {u"--replay=/none.jsonl"_s}, u"/none.jsonl"_s);
+
+        const auto patched = [&](const char *name, const QByteArray &before,
+                                 const QByteArray &after, const QString &complaint) {
+            QFile plugin(QStringLiteral(PLUGIN_PATH));
+            if (!plugin.open(QIODevice::ReadOnly))
+                qFatal("the plug-in can't be read");
+            const QString file =
+                write(QLatin1String(name), plugin.readAll().replace(before, after));
+            row(name, {u"--library"_s, file}, u"%1: expected %2"_s.arg(file, complaint));
+        };
+        patched("newer Qt", QByteArray("qt-project!\0\1\6\4", 15),
+                QByteArray("qt-project!\0\1\6\143", 15),
+                u"a plug-in that works with Qt %1, found: "_s.arg(QLatin1String(qVersion())));
+        patched("key", "ClientOnly\xf4", "ClientOnly\x07",
+                u"the key \"ClientOnly\" with true or false, found \"7\""_s);
         row("unknown option", {u"--nonsense"_s}, u"nonsense"_s);
         row("stray argument", {u"stray"_s}, u"Unexpected argument: stray"_s);
     }
@@ -105,6 +132,56 @@ private Q_SLOTS:
         QCOMPARE(refused.exitCode, 2);
         QCOMPARE(refused.output, QString());
         QVERIFY2(refused.errors.contains(complaint), qPrintable(refused.errors));
+    }
+
+    void helpNamesEveryOption()
+    {
+        const Run help = run({u"--help"_s});
+        QCOMPARE(help.exitCode, 0);
+        for (const char *option :
+             {"stations", "cameras", "bookmarks", "seed", "data", "import", "screenshot", "tour",
+              "replay", "pictures", "library", "log", "verbose", "help", "version"})
+            QVERIFY2(help.output.contains("--"_L1 + QLatin1String(option)), option);
+    }
+
+    void replayTellsByItsExitCode()
+    {
+        const QByteArray session = "{\"format\":\"tessaline-recording\",\"formatVersion\":1}\n"
+                                   "{\"kind\":\"call\",\"name\":\"removeAllBookmarks\","
+                                   "\"value\":[\"\"],\"result\":1}\n";
+        const QString file = write(u"s.jsonl"_s, session);
+        const Run other = run({u"--replay"_s, file});
+        QCOMPARE(other.exitCode, 1);
+        QVERIFY2(other.output.contains(file + ":2: expected"_L1), qPrintable(other.output));
+        write(u"s.jsonl"_s, session.left(session.indexOf('\n') + 1));
+        QCOMPARE(run({u"--replay"_s, file}).exitCode, 0);
+    }
+
+    /// First data goes into an empty folder only, and files that can't be used stay as they are.
+    void takesPicturesOfWhatWorks()
+    {
+        const QString data = m_folder.filePath(u"pictured"_s);
+        const QString picture = m_folder.filePath(u"a.png"_s);
+        const QStringList arguments{u"--data"_s, data, u"--bookmarks=30"_s, u"--screenshot"_s,
+                                    picture};
+        for (const QByteArray &damage : {QByteArray(), QByteArray("garbage"),
+                                         QByteArray("SQLite format 3\0", 16).append(84, 'x')}) {
+            const QStringList databases = QDir(data).entryList({u"relay-1*.sqlite"_s});
+            if (!damage.isEmpty())
+                write(u"pictured/"_s + databases.constFirst(), damage);
+            QFile::remove(picture);
+            const Run window = run(arguments);
+            QVERIFY2(window.exitCode == 0, qPrintable(window.errors));
+            QFile png(picture);
+            QVERIFY(png.open(QIODevice::ReadOnly) && png.readAll().startsWith("\x89PNG"));
+            QCOMPARE(window.errors.contains("Making the first bookmarks"_L1), damage.isEmpty());
+            if (damage.isEmpty())
+                continue;
+            QVERIFY2(window.errors.contains(databases.constFirst()), qPrintable(window.errors));
+            QFile file(data + u'/' + databases.constFirst());
+            QVERIFY(file.open(QIODevice::ReadOnly));
+            QCOMPARE(file.readAll(), damage);
+        }
     }
 };
 
