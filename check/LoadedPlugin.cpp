@@ -3,9 +3,10 @@
 namespace check {
 
 LoadedPlugin::LoadedPlugin(const QString &library)
-    : m_loader(library)
 {
-    m_loader.setLoadHints({}); // by default Qt never unloads a plug-in
+    // By default Qt never unloads a plug-in; once the name is set newer versions can't be told to.
+    m_loader.setLoadHints({});
+    m_loader.setFileName(library);
     if (!m_loader.load())
         m_error = m_loader.errorString();
 }

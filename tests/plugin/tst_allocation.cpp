@@ -260,7 +260,10 @@ void TestAllocation::keepsTheOldStateOrTheNew()
 {
     QFETCH(const QString, before);
     QFETCH(const QString, step);
-    QFETCH(const QString, heard);
+    QFETCH(QString, heard);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
+    heard.remove(u"FAULT: 1 blocks leaked; "_s); // what 6.4 leaves behind, newer versions free
+#endif
     // The first time makes whatever is made but once.
     play(before, step, failingmemory::watch);
     const Run good = play(before, step, failingmemory::watch);
