@@ -197,7 +197,7 @@ private:
         if (!reason.isEmpty())
             return reason;
 
-        const std::optional<Recording> recording = m_plan.recording(name, station);
+        const std::optional<PlacedRecording> recording = m_plan.recording(name, station);
         if (!recording)
             return QStringLiteral("there is no camera for this recording");
         bookmark.cameraID = recording->cameraID;

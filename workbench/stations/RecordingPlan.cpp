@@ -13,7 +13,7 @@ RecordingPlan::RecordingPlan(const Site &site, QDate baseDate)
 {
 }
 
-std::optional<Recording> RecordingPlan::recording(const QString &name, Station *station)
+std::optional<PlacedRecording> RecordingPlan::recording(const QString &name, Station *station)
 {
     const std::pair<Station *, QString> key(station, name);
     const auto known = m_recordings.constFind(key);
@@ -27,7 +27,7 @@ std::optional<Recording> RecordingPlan::recording(const QString &name, Station *
         return std::nullopt;
     const int daysBack = m_daysBack[{place->station, place->cameraID}]++;
     const QDateTime start(m_baseDate.addDays(-daysBack), QTime(8, 0), QTimeZone::utc());
-    const Recording recording{place->station, place->cameraID, start.toMSecsSinceEpoch()};
+    const PlacedRecording recording{place->station, place->cameraID, start.toMSecsSinceEpoch()};
     m_recordings.insert(key, recording);
     return recording;
 }

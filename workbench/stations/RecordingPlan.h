@@ -13,7 +13,7 @@ class Site;
 class Station;
 
 /// Where and when something was recorded.
-struct Recording
+struct PlacedRecording
 {
     Station *station = nullptr;
     QString cameraID;
@@ -35,7 +35,7 @@ public:
 
     /// The recording of that name, always the same one. @p station narrows the choice; null for
     /// the whole site. Nothing when there is no camera to choose from.
-    std::optional<Recording> recording(const QString &name, Station *station);
+    std::optional<PlacedRecording> recording(const QString &name, Station *station);
 
 private:
     struct Place
@@ -50,7 +50,7 @@ private:
 
     const Site &m_site;
     QDate m_baseDate;
-    QHash<std::pair<Station *, QString>, Recording> m_recordings;
+    QHash<std::pair<Station *, QString>, PlacedRecording> m_recordings;
     QHash<std::pair<Station *, QString>, int> m_daysBack;
     QHash<Station *, qsizetype> m_nextCamera;
 };
