@@ -30,7 +30,8 @@ double VisibleRange::askedFrom() const
 
 double VisibleRange::askedTo() const
 {
-    return double((end() / step() + 2) * step());
+    const qint64 stepsBeforeEnd = end() / step();
+    return double((stepsBeforeEnd + 2) * step());
 }
 
 void VisibleRange::show(qint64 from, qint64 to)

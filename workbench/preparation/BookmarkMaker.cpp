@@ -14,8 +14,8 @@ constexpr qint64 Minute = 60 * Second;
 constexpr qint64 Hour = 60 * Minute;
 
 /// How much happens in each hour of a day, where the stations are.
-constexpr int HourWeights[] = {2,  1, 1, 1, 2,  4,  7,  11, 14, 12, 10, 9,
-                               10, 9, 9, 9, 11, 14, 13, 9,  6,  5,  4,  3};
+constexpr std::size_t HourWeights[] = {2,  1, 1, 1, 2,  4,  7,  11, 14, 12, 10, 9,
+                                       10, 9, 9, 9, 11, 14, 13, 9,  6,  5,  4,  3};
 
 /// Two of the 25 are vans, so that a search for "van" finds one in twelve.
 const QStringList &subjects()

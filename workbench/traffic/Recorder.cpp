@@ -114,9 +114,9 @@ int Recorder::numberOf(const void *context)
 QVariant notedResult(const QVariant &result)
 {
     // The engine hands objects and lists on as its own.
-    const QVariant plain = result.metaType() == QMetaType::fromType<QJSValue>()
-                               ? result.value<QJSValue>().toVariant()
-                               : result;
+    QVariant plain = result.metaType() == QMetaType::fromType<QJSValue>()
+                         ? result.value<QJSValue>().toVariant()
+                         : result;
     if (!plain.canConvert<QObject *>())
         return plain;
     return QVariantMap{{QStringLiteral("object"), plain.value<QObject *>() != nullptr}};
