@@ -29,7 +29,7 @@ QVariant resultOf(const QString &command)
     if (command == u"AddBookmark")
         return record(u"x"_s);
     if (command == u"QueryBookmarkForApi")
-        return bookmarks()[u"Bookmarks"_s];
+        return bookmarks().value(u"Bookmarks"_s);
     if (command == u"QuerySevTimezone")
         return QByteArray("Asia/Tokyo");
     if (command == u"GetRecycleSetting")
@@ -300,7 +300,7 @@ void TestAllocation::keepsTheQueryUnderWay()
     failingmemory::stop();
     harness.answer(running, bookmarks());
     QCOMPARE(harness.emitted->take().join(u' '), u"queryAllBookmarksResponsed(true)"_s);
-    QCOMPARE(harness.outcome()[1], u"A/q1 A/q2"_s);
+    QCOMPARE(harness.outcome().at(1), u"A/q1 A/q2"_s);
 }
 
 void TestAllocation::makesAModelLater()

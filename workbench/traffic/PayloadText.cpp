@@ -70,11 +70,13 @@ void write(QString &out, const QVariant &value, qsizetype length)
     case QMetaType::QStringList:
         writeList<QStringList>(out, value, length);
         break;
-    default:
+    default: {
+        const QString text = value.toString();
         if (value.canConvert<QObject *>())
             out += QLatin1String(value.value<QObject *>() ? "object" : "null");
         else
-            out += value.toString().left(length);
+            out += QStringView(text).left(length);
+    }
     }
 }
 
