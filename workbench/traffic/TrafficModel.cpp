@@ -26,7 +26,7 @@ QString summaryOf(const TrafficEntry &entry)
     QString text =
         entry.kind == Kind::Connection ? QString() : payloadtext::brief(entry.value, SummaryLength);
     if (entry.kind == Kind::Call && entry.result.isValid())
-        text += QLatin1String(" \u2192 ") + payloadtext::brief(entry.result, SummaryLength);
+        text += QStringLiteral(" \u2192 ") + payloadtext::brief(entry.result, SummaryLength);
     return text;
 }
 
