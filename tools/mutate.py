@@ -2,27 +2,36 @@
 """Changes src/ in one place at a time, rebuilds, and runs the tests of tests/plugin until one fails.
 
 A mutant that no test notices survives: a line that nothing holds in place. The changes are made in a
-copy of the tree under build/mutate. Not part of CI: a mutant takes some ten seconds.
+copy of the tree under build/mutate, one for each job. Not part of CI: all of them take an hour.
 
-    tools/mutate.py [--file REGEX] [--sample N] [--seed N] [--list]
+    tools/mutate.py [--file REGEX] [--sample N] [--seed N] [--jobs N] [--list]
 """
 
 import argparse
 import os
+import queue
 import random
 import re
 import shutil
 import subprocess
 import sys
 import time
+from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-COPY = ROOT / "build" / "mutate"
+COPIES = ROOT / "build" / "mutate"
 TESTS = ["tst_requests", "tst_dispatch", "tst_interface", "tst_helpers", "tst_batches", "tst_queries",
          "tst_viewcells", "tst_bookmarklists", "tst_records", "tst_logging_use", "tst_unload",
-         "tst_reentrancy", "tst_allocation", "tst_schedules"]
+         "tst_reentrancy", "tst_writtensteps", "tst_allocation", "tst_schedules"]
 TIME_LIMIT = 120  # seconds for a test; one that runs longer has noticed
+COPIED = ["host", "standin", "src", "tests", "cmake", "CMakeLists.txt", "workbench", "benchmark", "check"]
+
+# Of the schedules, those of up to three stations: the others take too long for this.
+ROWS = {"tst_schedules": [f"everyOrder:{kind}, {n}" for kind in ("add", "delete", "query") for n in (1, 2, 3)]
+        + ["atRandom"]}
+ENVIRONMENT = {"TESSALINE_SCHEDULES": "300", "QTEST_DISABLE_STACK_DUMP": "1", "QT_QPA_PLATFORM": "offscreen",
+               "TZ": "Europe/Berlin", "LC_ALL": "en_US.UTF-8"}
 
 OPERATORS = {"==": "!=", "!=": "==", "<=": "<", ">=": ">", "&&": "||", "||": "&&", "++": "--",
              " + ": " - ", " - ": " + ", " < ": " <= ", " > ": " >= ", " ? ": " ? !", "+= ": "-= "}
@@ -73,49 +82,56 @@ def all_mutants(pattern):
                 yield path.relative_to(ROOT), number, kind, line, changed
 
 
-def build():
-    targets = ["Tessaline", "tst_helpers"]
-    return subprocess.run(["cmake", "--build", COPY / "build", "-j1", "--target", *targets],
-                          capture_output=True, text=True)
+class Copy:
+    """A copy of the tree in which a mutant is built and tested."""
 
+    def __init__(self, number):
+        self.root = COPIES / str(number)
+        self.order = list(TESTS)  # the test that noticed the last one goes first
 
-def prepare():
-    """A copy that is built at -O0 and without warnings; a mutant rebuilds the one object it is in."""
-    for name in ("host", "standin", "src", "tests", "cmake", "CMakeLists.txt", "workbench", "benchmark", "check"):
-        copy = shutil.copytree if (ROOT / name).is_dir() else shutil.copy2
-        options = {"dirs_exist_ok": True} if (ROOT / name).is_dir() else {}
-        COPY.mkdir(parents=True, exist_ok=True)
-        copy(ROOT / name, COPY / name, **options)
-    subprocess.run(["cmake", "-S", COPY, "-B", COPY / "build", "-G", "Ninja", "-DCMAKE_BUILD_TYPE=None",
-                    "-DCMAKE_CXX_FLAGS=-O0 -w -DNDEBUG"], check=True, stdout=subprocess.DEVNULL)
-    subprocess.run(["cmake", "--build", COPY / "build", "-j2", "--target", "Tessaline", *TESTS],
-                   check=True, stdout=subprocess.DEVNULL)
+    def prepare(self):
+        """Built at -O0 and without warnings; a mutant rebuilds the one object it is in."""
+        for name in COPIED:
+            copy = shutil.copytree if (ROOT / name).is_dir() else shutil.copy2
+            options = {"dirs_exist_ok": True} if (ROOT / name).is_dir() else {}
+            self.root.mkdir(parents=True, exist_ok=True)
+            copy(ROOT / name, self.root / name, **options)
+        subprocess.run(["cmake", "-S", self.root, "-B", self.root / "build", "-G", "Ninja",
+                        "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0 -w -DNDEBUG -DQT_NO_DEBUG"],
+                       check=True, stdout=subprocess.DEVNULL)
+        self.build(TESTS, check=True)
 
+    def build(self, targets=("tst_helpers",), check=False):
+        return subprocess.run(["cmake", "--build", self.root / "build", "-j1", "--target", "Tessaline", *targets],
+                              check=check, capture_output=True).returncode == 0
 
-def noticed_by(test):
-    limits = {"TESSALINE_SCHEDULES": "300", "QTEST_DISABLE_STACK_DUMP": "1"}
-    environment = os.environ | limits | {"QT_QPA_PLATFORM": "offscreen", "TZ": "Europe/Berlin",
-                                         "LC_ALL": "en_US.UTF-8"}
-    # Of the schedules, those of up to three stations: the others take too long for this.
-    rows = ([f"everyOrder:{kind}, {n}" for kind in ("add", "delete", "query") for n in (1, 2, 3)] + ["atRandom"]
-            if test == "tst_schedules" else [])
-    try:
-        return subprocess.run([COPY / "build" / "tests" / "plugin" / test, *rows], env=environment,
-                              timeout=TIME_LIMIT, capture_output=True).returncode != 0
-    except subprocess.TimeoutExpired:
-        return True
+    def notices(self, test):
+        try:
+            return subprocess.run([self.root / "build" / "tests" / "plugin" / test, *ROWS.get(test, [])],
+                                  env=os.environ | ENVIRONMENT, timeout=TIME_LIMIT,
+                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode != 0
+        except subprocess.TimeoutExpired:
+            return True
 
+    def fate(self):
+        """What becomes of the mutant that the copy holds now."""
+        if not self.build():
+            return "not compiled"
+        for test in list(self.order):
+            if self.notices(test):
+                self.order.remove(test)
+                self.order.insert(0, test)
+                return test
+        return "SURVIVED"
 
-def fate(order):
-    """What becomes of the mutant that the copy holds now. The test that kills most goes first."""
-    if build().returncode != 0:
-        return "not compiled"
-    for test in list(order):
-        if noticed_by(test):
-            order.remove(test)
-            order.insert(0, test)
-            return test
-    return "SURVIVED"
+    def fate_of(self, mutant):
+        path, number, _, _, changed = mutant
+        lines = (ROOT / path).read_text().splitlines()
+        lines[number] = changed
+        (self.root / path).write_text("\n".join(lines) + "\n")
+        result = self.fate()
+        shutil.copyfile(ROOT / path, self.root / path)
+        return result
 
 
 def describe(mutant):
@@ -128,6 +144,7 @@ def main():
     parser.add_argument("--file", default="", help="only files whose name matches")
     parser.add_argument("--sample", type=int, default=0, help="so many, drawn by chance; all without it")
     parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--jobs", type=int, default=2)
     parser.add_argument("--list", action="store_true", help="show the mutants, build nothing")
     options = parser.parse_args()
 
@@ -137,25 +154,31 @@ def main():
     if options.list:
         print("\n".join(map(describe, mutants)))
         return
-    prepare()
-    order = list(TESTS)
-    if fate(order) != "SURVIVED":
-        sys.exit(f"{order[0]} fails without any change")
+    copies = [Copy(number) for number in range(options.jobs)]
+    with ThreadPoolExecutor(options.jobs) as pool:
+        list(pool.map(Copy.prepare, copies))
+        for fate in pool.map(Copy.fate, copies):
+            if fate != "SURVIVED":
+                sys.exit(f"{fate} without any change")
 
-    start, survivors, killed = time.time(), [], 0
-    for count, mutant in enumerate(mutants, 1):
-        path, number, kind, _, changed = mutant
-        lines = (ROOT / path).read_text().splitlines()
-        lines[number] = changed
-        (COPY / path).write_text("\n".join(lines) + "\n")
-        result = fate(order)
-        shutil.copyfile(ROOT / path, COPY / path)
-        killed += result not in ("SURVIVED", "not compiled")
-        if result == "SURVIVED":
-            survivors.append(describe(mutant))
-        print(f"{count}/{len(mutants)} {path}:{number + 1} {kind}: {result}", flush=True)
+        start, free = time.time(), queue.SimpleQueue()
+        for copy in copies:
+            free.put(copy)
 
-    total = killed + len(survivors)
+        def judge(mutant):
+            copy = free.get()
+            fate = copy.fate_of(mutant)
+            free.put(copy)
+            return fate
+
+        fates = []
+        for mutant, fate in zip(mutants, pool.map(judge, mutants)):
+            fates.append(fate)
+            print(f"{len(fates)}/{len(mutants)} {fate}: {describe(mutant)}", flush=True)
+
+    survivors = [describe(mutant) for mutant, fate in zip(mutants, fates) if fate == "SURVIVED"]
+    total = len(fates) - fates.count("not compiled")
+    killed = total - len(survivors)
     print(f"\n{total} mutants compiled, {killed} killed ({100 * killed / max(total, 1):.1f} %), "
           f"{time.time() - start:.0f} s, seed {options.seed}. Survivors:")
     print("\n".join(survivors))
