@@ -1,5 +1,7 @@
 #include "Trial.h"
 
+#include "Footprints.h"
+
 namespace check {
 
 namespace {
@@ -44,6 +46,12 @@ bool Trial::compare(const QString &what, const QString &expected, const QString 
     fail(what + QLatin1String(": ") +
          difference(orNothing(left.value(line)), orNothing(right.value(line))));
     return false;
+}
+
+void Trial::fail(const QString &line)
+{
+    footprint(QStringLiteral("a failure: ") + line);
+    m_failures.append(line);
 }
 
 Result Trial::result() const

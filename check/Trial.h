@@ -28,7 +28,8 @@ public:
     /// The same for two texts. Of texts with several lines the first that differ are shown.
     /// @param what where the difference is, in front of it
     bool compare(const QString &what, const QString &expected, const QString &found);
-    void fail(const QString &line) { m_failures.append(line); }
+    /// Left behind as a footprint too, for the case that the check does not live to tell.
+    void fail(const QString &line);
     void warn(const QString &line) { m_warnings.append(line); }
     /// Ends the check without a verdict; failures noted before still count.
     void skip(const QString &reason) { m_skipped = reason; }
