@@ -34,34 +34,24 @@ QDate dateOf(const QString &day)
 
 } // namespace
 
-void DateRanges::setTimeZone(const QString &ianaId)
-{
-    if (ianaId == m_timeZone)
-        return;
-    m_timeZone = ianaId;
-    const QTimeZone zone(ianaId.toUtf8());
-    m_zone = zone.isValid() ? zone : QTimeZone::utc();
-    Q_EMIT timeZoneChanged();
-}
-
 QVariantMap DateRanges::range(Preset preset, qint64 now, const QString &firstDay,
                               const QString &lastDay) const
 {
-    const QDate today = QDateTime::fromMSecsSinceEpoch(now, m_zone).date();
+    const QDate today = QDateTime::fromMSecsSinceEpoch(now, zone()).date();
     switch (preset) {
     case Today:
-        return daysBetween(today, today, m_zone);
+        return daysBetween(today, today, zone());
     case Yesterday:
-        return daysBetween(today.addDays(-1), today.addDays(-1), m_zone);
+        return daysBetween(today.addDays(-1), today.addDays(-1), zone());
     case ThisWeek: {
         const int sinceWeekBegan = (today.dayOfWeek() - QLocale().firstDayOfWeek() + 7) % 7;
         const QDate first = today.addDays(-sinceWeekBegan);
-        return daysBetween(first, first.addDays(6), m_zone);
+        return daysBetween(first, first.addDays(6), zone());
     }
     case Days: {
         const auto [first, last] = std::minmax({dateOf(firstDay), dateOf(lastDay)});
         if (first.isValid() && last.isValid())
-            return daysBetween(first, last, m_zone);
+            return daysBetween(first, last, zone());
         break;
     }
     case All:
@@ -72,7 +62,7 @@ QVariantMap DateRanges::range(Preset preset, qint64 now, const QString &firstDay
 
 QString DateRanges::dayOf(qint64 moment) const
 {
-    return QDateTime::fromMSecsSinceEpoch(moment, m_zone).date().toString(Qt::ISODate);
+    return QDateTime::fromMSecsSinceEpoch(moment, zone()).date().toString(Qt::ISODate);
 }
 
 QString DateRanges::dayLater(const QString &day, int days, int months)

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <QtCore/QObject>
-#include <QtCore/QTimeZone>
+#include "ZonedObject.h"
+
 #include <QtCore/QVariant>
 #include <QtQml/qqmlregistration.h>
 
@@ -9,21 +9,16 @@ namespace workbench {
 
 /// Ranges of whole days in one time zone, as the bookmark panel filters by them. Days are ISO
 /// texts, `2026-03-29`; they order as texts do. Moments are milliseconds since the epoch.
-class DateRanges : public QObject
+class DateRanges : public workbench::ZonedObject
 {
     Q_OBJECT
     QML_ELEMENT
-    /// IANA identifier; an unknown one means UTC.
-    Q_PROPERTY(QString timeZone READ timeZone WRITE setTimeZone NOTIFY timeZoneChanged)
 
 public:
     enum Preset { All, Today, Yesterday, ThisWeek, Days };
     Q_ENUM(Preset)
 
-    using QObject::QObject;
-
-    QString timeZone() const { return m_timeZone; }
-    void setTimeZone(const QString &ianaId);
+    using ZonedObject::ZonedObject;
 
     /// First and last millisecond of a preset as startTimestamp and endTimestamp. @p firstDay and
     /// @p lastDay, in any order, are read for Days only; with a text that is no day it means All.
@@ -36,13 +31,6 @@ public:
     Q_INVOKABLE static QString dayLater(const QString &day, int days, int months = 0);
     /// A day in the system locale's short format.
     Q_INVOKABLE static QString shortText(const QString &day);
-
-Q_SIGNALS:
-    void timeZoneChanged();
-
-private:
-    QString m_timeZone;
-    QTimeZone m_zone = QTimeZone::utc();
 };
 
 } // namespace workbench

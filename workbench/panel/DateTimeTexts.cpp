@@ -11,19 +11,9 @@ constexpr QStringView ShortFormat = u"yyyy-MM-dd HH:mm";
 
 } // namespace
 
-void DateTimeTexts::setTimeZone(const QString &ianaId)
-{
-    if (ianaId == m_timeZone)
-        return;
-    m_timeZone = ianaId;
-    const QTimeZone zone(ianaId.toUtf8());
-    m_zone = zone.isValid() ? zone : QTimeZone::utc();
-    Q_EMIT timeZoneChanged();
-}
-
 QString DateTimeTexts::textOf(qint64 moment) const
 {
-    return QDateTime::fromMSecsSinceEpoch(moment, m_zone).toString(Format);
+    return QDateTime::fromMSecsSinceEpoch(moment, zone()).toString(Format);
 }
 
 QVariant DateTimeTexts::momentOf(const QString &text) const
@@ -35,7 +25,7 @@ QVariant DateTimeTexts::momentOf(const QString &text) const
     if (!typed.isValid())
         return {};
     // A skipped time is moved by the zone's jump, and no longer reads as it was typed.
-    const QDateTime moment(typed.date(), typed.time(), m_zone);
+    const QDateTime moment(typed.date(), typed.time(), zone());
     const bool same = moment.date() == typed.date() && moment.time() == typed.time();
     return moment.isValid() && same ? QVariant(moment.toMSecsSinceEpoch()) : QVariant();
 }
