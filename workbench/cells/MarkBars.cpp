@@ -34,12 +34,14 @@ public:
         const auto free = std::find_if(m_lanes.begin(), m_lanes.end(), [&](const Lane &lane) {
             return lane.right == Never || lane.right + m_gap <= bar.left;
         });
-        if (free == m_lanes.end()) {
+        bar.over = free == m_lanes.end();
+        Lane &lane = bar.over ? m_lanes.back() : *free;
+        if (bar.over && hides(bar, m_bars[lane.bar])) {
             joinLast(bar);
             return;
         }
-        bar.lane = int(free - m_lanes.begin());
-        *free = {bar.right, m_bars.size()};
+        bar.lane = int(&lane - m_lanes.data());
+        lane = {std::max(lane.right, bar.right), m_bars.size()};
         if (bar.narrow)
             m_lastNarrow = int(m_bars.size());
         m_bars.push_back(std::move(bar));
@@ -50,8 +52,8 @@ public:
 private:
     struct Lane
     {
-        qint64 right = Never; ///< of its last bar
-        size_t bar = 0;
+        qint64 right = Never; ///< of all its bars
+        size_t bar = 0;       ///< the last one
     };
 
     static qint64 toMs(double pixels, double msPerPixel)
@@ -64,7 +66,7 @@ private:
 
     MarkBar barFor(const Mark &mark, int index) const
     {
-        MarkBar bar{mark.start, mark.end, mark.start, mark.end, 0, 1, false, {index}};
+        MarkBar bar{mark.start, mark.end, mark.start, mark.end, 0, 1, false, false, {index}};
         bar.narrow = mark.end - mark.start < m_narrow;
         if (bar.narrow) {
             const qint64 limit = bucketEnd(mark.start) - m_gap;
@@ -83,8 +85,15 @@ private:
             return false;
         join(last, bar);
         last.right = bucketEnd(bar.start) - m_gap;
-        m_lanes[size_t(last.lane)].right = last.right;
+        qint64 &laneRight = m_lanes[size_t(last.lane)].right;
+        laneRight = std::max(laneRight, last.right);
         return true;
+    }
+
+    /// Whether too little of a bar could be seen beside one that lies over it.
+    bool hides(const MarkBar &bar, const MarkBar &below) const
+    {
+        return bar.left - below.left < m_thinnest && below.right - bar.right < m_thinnest;
     }
 
     void joinLast(const MarkBar &bar)
@@ -94,7 +103,7 @@ private:
         join(last, bar);
         last.right = std::max(last.right, bar.right);
         last.narrow = false;
-        lane.right = last.right;
+        lane.right = std::max(lane.right, last.right);
     }
 
     static void join(MarkBar &bar, const MarkBar &added)

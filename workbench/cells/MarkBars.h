@@ -16,12 +16,15 @@ struct MarkBar
     int lane;
     int count;
     bool narrow;
+    bool over; ///< found no lane, and is drawn over the bars before it in the last one
     QVarLengthArray<int, 5> first; ///< indexes of the first few bookmarks
 };
 
-/// Puts bookmarks, which come in order of start, into bars: overlapping ones one over the other
-/// in @p lanes lanes, very short ones that touch and those that find no lane into one bar. The
-/// same bookmarks get the same bars wherever the timeline is panned to; only the scale matters.
+/// Puts bookmarks, which come in order of start, into bars: overlapping ones one above the other in
+/// @p lanes lanes. Those that find no lane lie over the last one, where they start later than what
+/// they cover, or end earlier. Very short ones that touch are one bar, and so are those of which
+/// one would hide the other. The same bookmarks get the same bars wherever the timeline is panned
+/// to; only the scale matters.
 std::vector<MarkBar> arrangeMarks(const std::vector<Mark> &marks, double msPerPixel, int lanes);
 
 } // namespace workbench

@@ -75,8 +75,10 @@ int MarkLayout::rowAt(double x, int lane) const
     const auto hit = [&](const MarkRow &row) {
         return row.lane == lane && x >= row.x && x <= row.x + row.width;
     };
-    const auto found = std::find_if(m_rows.begin(), m_rows.end(), hit);
-    return found == m_rows.end() ? -1 : int(found - m_rows.begin());
+    // The last one lies over the others.
+    const auto found = std::find_if(std::reverse_iterator(m_rows.end()),
+                                    std::reverse_iterator(m_rows.begin()), hit);
+    return int(found.base() - m_rows.begin()) - 1;
 }
 
 QVariantMap MarkLayout::row(int row) const
@@ -123,6 +125,8 @@ QVariant MarkLayout::data(const QModelIndex &index, int role) const
         return row.lane;
     case CountRole:
         return row.count;
+    case OverRole:
+        return row.over;
     case StartRole:
         return row.start;
     case EndRole:
@@ -138,13 +142,10 @@ QVariant MarkLayout::data(const QModelIndex &index, int role) const
 
 QHash<int, QByteArray> MarkLayout::roleNames() const
 {
-    return {{XRole, "barX"},
-            {WidthRole, "barWidth"},
-            {LaneRole, "lane"},
-            {CountRole, "count"},
-            {StartRole, "start"},
-            {EndRole, "end"},
-            {BookmarkIdRole, "bookmarkID"},
+    return {{XRole, "barX"},    {WidthRole, "barWidth"},
+            {LaneRole, "lane"}, {CountRole, "count"},
+            {OverRole, "over"}, {StartRole, "start"},
+            {EndRole, "end"},   {BookmarkIdRole, "bookmarkID"},
             {TextRole, "text"}};
 }
 
@@ -181,13 +182,10 @@ MarkRow MarkLayout::rowFor(const MarkBar &bar)
                           m_width + Margin);
     };
     const double left = x(bar.left);
-    return {left,
-            x(bar.right) - left,
-            bar.lane,
-            bar.count,
-            bar.start,
-            bar.end,
-            m_marks.text(bar.first.front(), "bookmarkIDRole"),
+    return {left,       x(bar.right) - left,
+            bar.lane,   bar.count,
+            bar.over,   bar.start,
+            bar.end,    m_marks.text(bar.first.front(), "bookmarkIDRole"),
             textOf(bar)};
 }
 

@@ -17,6 +17,7 @@ struct MarkRow
     double width;
     int lane;
     int count;
+    bool over;
     qint64 start;
     qint64 end;
     QString bookmarkID;
@@ -24,8 +25,8 @@ struct MarkRow
 
     bool operator==(const MarkRow &other) const
     {
-        return x == other.x && width == other.width && lane == other.lane && end == other.end &&
-               text == other.text && isSameAs(other);
+        return x == other.x && width == other.width && lane == other.lane && over == other.over &&
+               end == other.end && text == other.text && isSameAs(other);
     }
     bool isSameAs(const MarkRow &other) const
     {
@@ -53,13 +54,14 @@ class MarkLayout : public QAbstractListModel
     Q_PROPERTY(QVariantMap camera READ camera WRITE setCamera NOTIFY changed)
 
 public:
-    /// In QML barX and barWidth (in pixels), lane, count, start, end, bookmarkID (of the first
-    /// one), text (of the first few).
+    /// In QML barX and barWidth (in pixels), lane, count, over (an earlier bar), start, end,
+    /// bookmarkID (of the first one), text (of the first few).
     enum Role {
         XRole = Qt::UserRole + 1,
         WidthRole,
         LaneRole,
         CountRole,
+        OverRole,
         StartRole,
         EndRole,
         BookmarkIdRole,
@@ -79,7 +81,7 @@ public:
     QVariantMap camera() const { return m_camera; }
     void setCamera(const QVariantMap &camera);
 
-    /// The row of the bar there, or -1. @p x in pixels.
+    /// The row of the bar that can be seen there, or -1. @p x in pixels.
     Q_INVOKABLE int rowAt(double x, int lane) const;
     /// All roles of a row by their names.
     Q_INVOKABLE QVariantMap row(int row) const;

@@ -9,6 +9,7 @@ Rectangle {
     required property real barWidth
     required property int lane
     required property int count
+    required property bool over
     required property string text
     property real laneHeight: 11
 
@@ -17,6 +18,7 @@ Rectangle {
     width: Math.max(2, barWidth)
     height: laneHeight - 1
     color: count > 1 ? Qt.darker(Theme.mark, 1.25) : Theme.mark
+    border { width: over ? 1 : 0; color: Theme.surface }
     clip: number.visible
 
     Accessible.role: Accessible.StaticText
