@@ -149,8 +149,7 @@ connected        | gone back                     | connected    |   |)"_s);
         // An entry has two values, a call that has returned one of two elements four.
         addTable({"entryLimit", "valueLimit", "appended", "dropped"}, uR"(
 a twentieth more    | 100  | 1000  | 101  | 6
-values for long     | 1000 | 400   | 2000 | 1900
-one bigger than all | 1000 | 3     | 1    | 1)"_s);
+values for long     | 1000 | 400   | 2000 | 1900)"_s);
     }
     void limits()
     {
@@ -175,6 +174,27 @@ one bigger than all | 1000 | 3     | 1    | 1)"_s);
         QCOMPARE(filter.count(), model.count());
         if (model.count() > 0)
             QCOMPARE(model.index(0).data(TrafficModel::SequenceRole).toInt(), dropped + 1);
+    }
+    /// One that is too large all by itself leaves its row with a note.
+    void hugePayload()
+    {
+        const QVariantList large{1, 2, 3, 4, 5};
+        TrafficEntry answer;
+        answer.value = large;
+        TrafficModel model;
+        model.setLimits(10, 6);
+        model.append({});
+        QVERIFY(model.isComplete());
+        model.setResult(1, large);
+        model.append(answer);
+        publish(model);
+        QCOMPARE(model.count(), 2);
+        for (int row = 0; row < 2; ++row) {
+            const QString note = model.index(row).data(TrafficModel::SummaryRole).toString();
+            QVERIFY2(note.startsWith(u"(7 values"_s), qPrintable(note));
+            QCOMPARE(model.payloadAt(row), note);
+        }
+        QVERIFY(!model.isComplete());
     }
     void search_data()
     {

@@ -22,7 +22,7 @@ struct Recording
         QString timeZone;
         QString locale;
         qint64 start = 0;     ///< milliseconds since the epoch
-        bool complete = true; ///< whether it begins with a new plug-in
+        bool complete = true; ///< begins with a new plug-in and lacks no payload
         QList<standin::Topology::Node> topology;
 
         /// With time zone and locale of this process.

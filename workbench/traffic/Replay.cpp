@@ -325,8 +325,8 @@ QStringList notesOn(const Recording::Header &header)
     compareTexts(QStringLiteral("time zone"), header.timeZone, own.timeZone);
     compareTexts(QStringLiteral("locale"), header.locale, own.locale);
     if (!header.complete)
-        notes.append(QStringLiteral("the recording's beginning is missing: the plug-in does not "
-                                    "know what it knew then"));
+        notes.append(QStringLiteral("the recording's beginning or a large payload is missing: the "
+                                    "plug-in does not know what it knew then"));
     return notes;
 }
 

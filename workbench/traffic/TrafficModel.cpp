@@ -6,6 +6,7 @@
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 
+#include <algorithm>
 #include <utility>
 
 namespace workbench {
@@ -23,6 +24,8 @@ qint64 weightOf(const TrafficEntry &entry)
 QString summaryOf(const TrafficEntry &entry)
 {
     using Kind = TrafficEntry::Kind;
+    if (entry.omitted > 0)
+        return TrafficModel::tr("(%L1 values, too many to keep)").arg(entry.omitted);
     QString text =
         entry.kind == Kind::Connection ? QString() : payloadtext::brief(entry.value, SummaryLength);
     if (entry.kind == Kind::Call && entry.result.isValid())
@@ -51,7 +54,7 @@ quint64 TrafficModel::append(TrafficEntry entry)
 {
     entry.sequence = ++m_lastSequence;
     entry.elapsed = QDateTime::currentMSecsSinceEpoch() - m_startTime;
-    m_values += weightOf(entry);
+    weigh(entry);
     m_entries.push_back(std::move(entry));
     if (!m_paused && !m_publishing.isActive())
         m_publishing.start();
@@ -63,11 +66,32 @@ void TrafficModel::setResult(quint64 sequence, const QVariant &result)
     if (m_entries.empty() || sequence < m_entries.front().sequence)
         return; // dropped meanwhile
     const auto row = static_cast<int>(sequence - m_entries.front().sequence);
-    QVariant &stored = m_entries[static_cast<size_t>(row)].result;
-    m_values += payloadtext::countValues(result) - payloadtext::countValues(stored);
-    stored = result;
+    TrafficEntry &entry = m_entries[static_cast<size_t>(row)];
+    m_values -= weightOf(entry);
+    entry.result = result;
+    weigh(entry);
     if (row < m_rows)
         Q_EMIT dataChanged(index(row), index(row), {SummaryRole});
+}
+
+void TrafficModel::weigh(TrafficEntry &entry)
+{
+    qint64 weight = weightOf(entry);
+    if (weight > m_valueLimit) {
+        entry.omitted = weight;
+        entry.value.clear();
+        entry.result.clear();
+        weight = weightOf(entry);
+    }
+    m_values += weight;
+}
+
+bool TrafficModel::isComplete() const
+{
+    return m_entries.empty() ||
+           (m_entries.front().sequence == 1 &&
+            std::none_of(m_entries.cbegin(), m_entries.cend(),
+                         [](const TrafficEntry &entry) { return entry.omitted > 0; }));
 }
 
 void TrafficModel::setPaused(bool paused)
@@ -129,6 +153,8 @@ QVariant TrafficModel::payloadAt(int row) const
     if (row < 0 || row >= m_rows)
         return {};
     const TrafficEntry &entry = at(row);
+    if (entry.omitted > 0)
+        return summaryOf(entry);
     if (entry.kind != TrafficEntry::Kind::Call)
         return entry.value;
     return QVariantMap{{QStringLiteral("arguments"), entry.value},

@@ -12,7 +12,8 @@
 namespace workbench {
 
 /// What passed between QML, plug-in and host, the oldest first. The oldest entries are dropped when
-/// there are too many, or when their payloads take too much memory.
+/// there are too many, or when their payloads take too much memory. Of an entry whose payload takes
+/// too much all by itself the rest is kept.
 ///
 /// Rows appear in portions, some times a second, so that traffic costs its sender little.
 class TrafficModel : public QAbstractListModel, public Searchable
@@ -53,8 +54,8 @@ public:
     void setResult(quint64 sequence, const QVariant &result);
 
     const std::deque<TrafficEntry> &entries() const { return m_entries; }
-    /// Whether nothing has been dropped or cleared.
-    bool isComplete() const { return m_entries.empty() || m_entries.front().sequence == 1; }
+    /// Whether nothing has been dropped, omitted or cleared.
+    bool isComplete() const;
     qint64 startTime() const { return m_startTime; }
 
     static int searchedValues() { return 5000; }
@@ -63,7 +64,8 @@ public:
     int count() const { return rowCount(); }
 
     Q_INVOKABLE void clear();
-    /// What a row's payload is shown as: of a call a map of its arguments and result.
+    /// What a row's payload is shown as: of a call a map of its arguments and result, of one that
+    /// was omitted a text that says so.
     Q_INVOKABLE QVariant payloadAt(int row) const;
     /// Puts the payload of a row onto the clipboard.
     Q_INVOKABLE void copyAsJson(int row) const;
@@ -81,6 +83,7 @@ Q_SIGNALS:
 
 private:
     const TrafficEntry &at(int row) const { return m_entries[static_cast<size_t>(row)]; }
+    void weigh(TrafficEntry &entry);
     void publish();
     void dropOldest();
 
