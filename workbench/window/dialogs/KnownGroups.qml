@@ -7,22 +7,37 @@ QtObject {
 
     required property Client client
 
+    readonly property int patience: 100 ///< milliseconds after which nothing more is looked for
+
     readonly property DateRanges ranges: DateRanges {}
 
-    /// Looks into some pages of all bookmarks in the order of their groups, evenly spread: a group
-    /// that is on none of them is a rare one.
+    /// All of them, unless there are very many. In the order of groups, all pages between two that
+    /// show the same group show it as well; the others are halved, the widest gaps first.
     function names() {
+        const end = Date.now() + patience;
+        const found = new Set();
         const question = Object.assign({ groupKey: "group", ascending: true },
                                        ranges.range(DateRanges.All, 0));
-        const found = new Set();
-        let last = 0;
-        for (let page = 0; page <= last; page += Math.max(1, Math.floor(last / 20))) {
+        let pageCount = 0;
+        function titles(page) {
             const answer = client.bookmarks.getFilteredBookmarkList(
                 Object.assign({ pageNumber: page }, question));
-            last = Math.ceil(answer.totalBookmarkNumber / 50) - 1;
-            answer.bookmarkGroupList.forEach(group => found.add(group.title));
+            pageCount = Math.ceil(answer.totalBookmarkNumber / 50);
+            const list = answer.bookmarkGroupList.map(group => group.title);
+            list.forEach(title => found.add(title));
+            return { page: page, first: list[0], last: list[list.length - 1] };
+        }
+
+        const gaps = [[titles(0), titles(Math.max(0, pageCount - 1))]];
+        for (const [low, high] of gaps) { // which grow meanwhile
+            if (high.page - low.page < 2 || low.last === high.first)
+                continue;
+            if (Date.now() > end)
+                break;
+            const middle = titles(Math.floor((low.page + high.page) / 2));
+            gaps.push([low, middle], [middle, high]);
         }
         found.delete("");
-        return Array.from(found);
+        return Array.from(found).sort((a, b) => a.localeCompare(b));
     }
 }
