@@ -64,6 +64,10 @@ void Bench::noteTraffic(const standin::Traffic &traffic)
     m_recorder.noteTraffic(traffic);
     m_stationStates.noteTraffic(traffic);
     using Kind = standin::Traffic::Kind;
+    if (traffic.kind == Kind::Sent)
+        m_lastRequest = traffic.sequence;
+    else
+        m_answeredRequest = traffic.request;
     Q_EMIT passing(traffic);
     if (traffic.kind == Kind::Sent && traffic.accepted) {
         m_outstanding.insert(traffic.sequence);
@@ -148,6 +152,11 @@ bool Bench::addByOtherClient(const QString &relayPath, const QString &cameraID, 
 QStringList Bench::stationsAsked(const QString &command) const
 {
     return m_asked ? m_asked->value(command) : QStringList();
+}
+
+double Bench::answeredRequest() const
+{
+    return m_framework.deliveries() > 0 ? double(m_answeredRequest) : 0;
 }
 
 QStringList Bench::signalNames() const

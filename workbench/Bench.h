@@ -112,6 +112,11 @@ public:
         return m_stationStates.isAwaited(relayPath);
     }
 
+    /// Number of the last command that was sent; a later one has a greater number.
+    Q_INVOKABLE double lastRequest() const { return double(m_lastRequest); }
+    /// While the plug-in takes an answer: the number of its command. 0 otherwise.
+    Q_INVOKABLE double answeredRequest() const;
+
     /// Names of all signals of the plug-in's object.
     Q_INVOKABLE QStringList signalNames() const;
 
@@ -138,6 +143,8 @@ private:
     qint64 m_now;
     QSet<quint64> m_outstanding; ///< sequence numbers of commands; an answer may come twice
     bool m_hasAsked = false;
+    quint64 m_lastRequest = 0;
+    quint64 m_answeredRequest = 0; ///< of the last answer or event; an event has none
     StationStates m_stationStates;
     TrafficModel m_traffic;
     Recorder m_recorder;

@@ -58,11 +58,11 @@ FormDialog {
         target: dialog.client.plugin
         enabled: dialog.busy
         function onAddBookmarkResponsed(success) {
-            dialog.settle(success ? "" : qsTr("The bookmark was not added, or a view cell of its "
-                                              + "camera could not show it."));
+            dialog.noteOutcome(success ? "" : qsTr("The bookmark was not added, or a view cell of "
+                                                   + "its camera could not show it."));
         }
         function onAddBookmarksResponsed(failCamNameList) {
-            dialog.settle(failCamNameList.length === 0 ? ""
+            dialog.noteOutcome(failCamNameList.length === 0 ? ""
                 : qsTr("Not added on: %1").arg(failCamNameList.join(", ")));
         }
     }

@@ -31,7 +31,7 @@ FormDialog {
     }
 
     /// Those that could not be deleted stay in the dialog.
-    function noteOutcome(left) {
+    function keep(left) {
         const count = records.length;
         removed(records.filter(record => !left.includes(record)));
         if (left.length > 0)
@@ -55,11 +55,13 @@ FormDialog {
         target: dialog.client.plugin
         enabled: dialog.busy
         function onDeleteBookmarkResponsed(success) {
-            dialog.noteOutcome(success ? [] : dialog.records);
+            if (dialog.isOwn())
+                dialog.keep(success ? [] : dialog.records);
         }
         function onDeleteBookmarksResponsed(failBookmarkIdList) {
             const failed = new Set(failBookmarkIdList);
-            dialog.noteOutcome(dialog.records.filter(record => failed.has(record.bookmarkID)));
+            if (dialog.isOwn())
+                dialog.keep(dialog.records.filter(record => failed.has(record.bookmarkID)));
         }
     }
 

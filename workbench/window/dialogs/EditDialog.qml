@@ -41,11 +41,11 @@ FormDialog {
         failed = 0;
         for (const record of records) {
             if (!client.bookmarks.updateBookmark(record.bookmarkID, text, groupText))
-                noteOutcome(false);
+                count(false);
         }
     }
 
-    function noteOutcome(success) {
+    function count(success) {
         awaited -= 1;
         failed += success ? 0 : 1;
         if (awaited > 0)
@@ -58,7 +58,8 @@ FormDialog {
         target: dialog.client.plugin
         enabled: dialog.busy
         function onUpdateBookmarkResponsed(success) {
-            dialog.noteOutcome(success);
+            if (dialog.isOwn())
+                dialog.count(success);
         }
     }
 

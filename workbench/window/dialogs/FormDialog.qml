@@ -16,6 +16,8 @@ Dialog {
     property Item firstField: null
     property bool busy: false  ///< an outcome is to come
     property string error: ""
+    property real lastBefore: 0 ///< number of the last command before those of this dialog
+    property var answered: new Set() ///< numbers of those whose outcome has come
     readonly property bool ready: valid && !busy && (!gated || client.settingAllowed)
 
     /// To be sent. The outcome goes to settle().
@@ -24,15 +26,39 @@ Dialog {
     function submit() {
         if (!ready)
             return;
+        begin();
+        submitted();
+    }
+
+    /// From now on outcomes are awaited.
+    function begin() {
         error = "";
         busy = true;
-        submitted();
+        lastBefore = client.bench.lastRequest();
+        answered.clear();
+    }
+
+    /// Whether the outcome that has just come is one of this dialog's. The plug-in's signals don't
+    /// tell: it may be that of a dialog that was left before, or the same once more.
+    function isOwn() {
+        const request = client.bench.answeredRequest();
+        if (request === 0) // refused on the way
+            return true;
+        const own = request > lastBefore && !answered.has(request);
+        answered.add(request);
+        return own;
     }
 
     /// What the request returned. Its outcome may have come already.
     function noteSent(accepted) {
         if (!accepted && busy)
             settle(qsTr("The request could not be sent."));
+    }
+
+    /// An outcome has come, with a text when it is a failure.
+    function noteOutcome(problem) {
+        if (isOwn())
+            settle(problem);
     }
 
     /// The outcome: an empty text closes the dialog.

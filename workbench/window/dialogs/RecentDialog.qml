@@ -26,8 +26,7 @@ FormDialog {
 
     function ask() {
         records = [];
-        error = "";
-        busy = true;
+        begin();
         noteSent(client.bookmarks.queryBookmarkForRecent(station.locationID, station.relayPath,
                                                          amount.value));
     }
@@ -41,6 +40,8 @@ FormDialog {
         target: dialog.client.plugin
         enabled: dialog.busy
         function onQueryBookmarkForRecentResponsed(success) {
+            if (!dialog.isOwn())
+                return;
             dialog.busy = false;
             dialog.error = success ? "" : qsTr("The station has not told its bookmarks.");
             dialog.records = success ? dialog.client.bookmarks.getBookmarkListForRecent() : [];

@@ -18,7 +18,7 @@ FormDialog {
     function openSetting() {
         known = false;
         open();
-        busy = true;
+        begin();
         patience.restart();
         client.bookmarks.getRecycleSetting();
     }
@@ -42,6 +42,8 @@ FormDialog {
         target: dialog.client.plugin
         enabled: dialog.busy
         function onGetRecycleSettingResponse(reserveHour, enableRecycle) {
+            if (!dialog.isOwn())
+                return;
             days.value = Math.floor(reserveHour / 24);
             hours.value = reserveHour % 24;
             enableBox.checked = enableRecycle;
@@ -50,7 +52,7 @@ FormDialog {
             enableBox.forceActiveFocus(Qt.TabFocusReason);
         }
         function onUpdateRecycleSettingResponse(success) {
-            dialog.settle(success ? "" : qsTr("The setting was not changed."));
+            dialog.noteOutcome(success ? "" : qsTr("The setting was not changed."));
         }
     }
 

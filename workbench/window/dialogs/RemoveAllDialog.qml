@@ -29,7 +29,7 @@ FormDialog {
         target: dialog.client.plugin
         enabled: dialog.busy
         function onRemoveAllBookmarksResponsed(success) {
-            dialog.settle(success ? "" : qsTr("The station's bookmarks were not removed."));
+            dialog.noteOutcome(success ? "" : qsTr("The station's bookmarks were not removed."));
         }
     }
 
