@@ -30,6 +30,8 @@ QtObject {
     /// Counts the changes of the plug-in's list of all bookmarks. A page depends on it.
     property int revision: 0
 
+    property int deletedTogether: 0 ///< how many bookmarks were last to be deleted at once
+
     property bool querying: false ///< a query of all bookmarks has answers to come
     property int partsReceived: 0 ///< stations that have answered it
     property int partsExpected: 0
@@ -73,17 +75,6 @@ QtObject {
         return null;
     }
 
-    readonly property Timer refreshSoon: Timer {
-        interval: 30 // one query after the answers to many requests
-        onTriggered: {
-            client.refresh();
-            if (client.timelinesWait)
-                client.timelinesOutdated();
-            client.timelinesWait = false;
-        }
-    }
-    property bool timelinesWait: false ///< for the same
-
     readonly property Connections answers: Connections {
         target: client.plugin
 
@@ -93,33 +84,5 @@ QtObject {
             if (done)
                 client.querying = false;
         }
-        function onAddBookmarkResponsed(success) {
-            client.report(success, qsTr("Bookmark added."), qsTr("The bookmark was not added."));
-        }
-        function onAddBookmarksResponsed(failCamNameList) {
-            client.report(failCamNameList.length === 0, qsTr("Bookmarks added."),
-                          qsTr("Not added on: %1").arg(failCamNameList.join(", ")));
-        }
-        function onUpdateBookmarkResponsed(success) {
-            client.report(success, qsTr("Bookmark changed."), qsTr("The bookmark was not changed."));
-            client.timelinesWait = true;
-        }
-        function onDeleteBookmarkResponsed(success) {
-            client.report(success, qsTr("Bookmark deleted."), qsTr("The bookmark was not deleted."));
-        }
-        function onDeleteBookmarksResponsed(failBookmarkIdList) {
-            client.report(failBookmarkIdList.length === 0, qsTr("Bookmarks deleted."),
-                          qsTr("%1 bookmarks were not deleted.").arg(failBookmarkIdList.length));
-        }
-        function onRemoveAllBookmarksResponsed(success) {
-            client.report(success, qsTr("All bookmarks of the station removed."),
-                          qsTr("The station's bookmarks were not removed."));
-            client.timelinesWait = true;
-        }
-    }
-
-    function report(success, done, failed) {
-        notice(success ? done : failed, !success);
-        refreshSoon.restart();
     }
 }

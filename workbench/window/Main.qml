@@ -24,6 +24,9 @@ ThemedWindow {
         bench: window.bench
         onNotice: (text, failure) => notice.show(text, failure)
     }
+    Outcomes {
+        client: client
+    }
 
     header: WindowBar {
         client: client

@@ -44,6 +44,7 @@ FormDialog {
         if (records.length === 1) {
             noteSent(client.bookmarks.deleteBookmark(records[0].bookmarkID, records[0].relayPath));
         } else {
+            client.deletedTogether = records.length;
             noteSent(client.bookmarks.deleteBookmarks(records.map(record => ({
                         BookmarkID: record.bookmarkID,
                         relayPath: record.relayPath
