@@ -7,11 +7,13 @@ import Workbench
 ListView {
     id: list
 
-    required property PageModel page
+    required property PageQuery query
+    readonly property PageModel page: query.model
     required property RecordSelection selection
     required property bool byDate ///< grouped by date: rows need not repeat it
 
-    property int anchor: 0 ///< where a range of rows began
+    property int anchor: 0 ///< where a range of bookmarks began: a place in the whole result
+    readonly property int longestRange: 1000 ///< pages of bookmarks; more would take too long
 
     signal showWanted(var record)
     signal editWanted(var records)
@@ -50,13 +52,27 @@ ListView {
 
     /// Makes a row the current one; @p extending: selects from the anchor to it.
     function moveTo(row, extending, adds) {
+        if (count === 0)
+            return;
         currentIndex = Math.min(Math.max(row, 0), count - 1);
+        const place = query.firstShown - 1 + currentIndex;
         if (!extending)
-            anchor = currentIndex;
+            anchor = place;
+        else if (Math.abs(place - anchor) >= longestRange)
+            query.client.notice(qsTr("At most %L1 bookmarks can be selected with Shift.")
+                                .arg(longestRange), true);
         else if (adds)
-            selection.add(page.recordsBetween(anchor, currentIndex));
+            selection.add(query.recordsBetween(anchor, place));
         else
-            selection.setRecords(page.recordsBetween(anchor, currentIndex));
+            selection.setRecords(query.recordsBetween(anchor, place));
+    }
+
+    /// Begins with the first row of another page. A range that was begun goes on there.
+    function turn(page, anew) {
+        currentIndex = 0;
+        if (anew || selection.count === 0)
+            anchor = page * query.pageSize;
+        positionViewAtBeginning();
     }
 
     /// What an action is for: the selected bookmarks, or else the current one.

@@ -27,6 +27,7 @@ Pane {
         [qsTr("Ctrl+Home, Ctrl+End"), qsTr("First and last page")],
         [qsTr("Up, Down, PgUp, PgDn, Home, End"), qsTr("Move in the list; with Shift: select")],
         [qsTr("Space, Ctrl+click"), qsTr("Select or deselect a bookmark")],
+        [qsTr("Shift+click"), qsTr("Select all up to here, from another page too")],
         [qsTr("Ctrl+A"), qsTr("Select the whole page as well")],
         [qsTr("Enter, double-click"), qsTr("Show the bookmark in a view cell")],
         [qsTr("F2"), qsTr("Edit the selected bookmarks")],
@@ -65,11 +66,7 @@ Pane {
         client: panel.client
         filter: filter
         model: page
-        onTurned: {
-            list.currentIndex = 0;
-            list.anchor = 0;
-            list.positionViewAtBeginning();
-        }
+        onTurned: anew => list.turn(query.pageNumber, anew)
     }
 
     ColumnLayout {
@@ -97,7 +94,7 @@ Pane {
             objectName: "bookmarkList"
             Layout.fillWidth: true
             Layout.fillHeight: true
-            page: page
+            query: query
             selection: selection
             byDate: filter.groupKey === "displayDate"
             onShowWanted: record => panel.client.bookmarkWanted(record)

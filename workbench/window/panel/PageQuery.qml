@@ -19,8 +19,8 @@ FrameUpdate {
     readonly property int firstShown: total === 0 ? 0 : shownPage * pageSize + 1
     readonly property int lastShown: Math.min(total, (shownPage + 1) * pageSize)
 
-    /// The page is not what it was before, but another one.
-    signal turned()
+    /// The page is not what it was before, but another one; of another result when @p anew.
+    signal turned(bool anew)
 
     function goTo(page) {
         pageNumber = Math.min(Math.max(page, 0), pageCount - 1);
@@ -29,7 +29,7 @@ FrameUpdate {
     onPageNumberChanged: {
         patience.stop();
         request();
-        turned();
+        turned(false);
     }
     onDue: {
         if (!patience.running)
@@ -47,13 +47,34 @@ FrameUpdate {
             pageNumber = Math.min(pageNumber, pageCount - 1);
     }
 
+    /// The bookmarks from one place in the result to another, counted from 0, in any order and on
+    /// whatever pages they are.
+    function recordsBetween(first, last) {
+        const from = Math.min(first, last);
+        const to = Math.max(first, last);
+        const records = [];
+        for (let page = Math.floor(from / pageSize); page * pageSize <= to; ++page) {
+            const start = page * pageSize;
+            records.push(...recordsOf(page).slice(Math.max(0, from - start), to - start + 1));
+        }
+        return records;
+    }
+
+    function recordsOf(page) {
+        if (page === shownPage)
+            return model.recordsBetween(0, pageSize - 1);
+        const groups = client.bookmarks.getFilteredBookmarkList(filter.pageWanted(page))
+            .bookmarkGroupList;
+        return [].concat(...groups.map(group => group.bookmarkList));
+    }
+
     Connections {
         target: query.filter
         function onCriteriaChanged() {
             patience.stop();
             query.pageNumber = 0;
             query.request();
-            query.turned();
+            query.turned(true);
         }
     }
     Connections {
