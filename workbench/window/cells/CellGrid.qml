@@ -1,20 +1,18 @@
-pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 import Workbench
 
-/// The view cells in the middle of the window.
+/// The view cells in the middle of the window: what is shown in them, and what is kept of it.
 Pane {
     id: pane
     objectName: "cellGrid"
 
     required property Client client
 
-    property int cellCount: 4
-    property int activeIndex: 0
-    /// Null until there are cells.
-    readonly property ViewCell activeCell: cells.count > 0 ? cellAt(activeIndex) : null
+    property alias cellCount: cells.shownCount
+    property alias activeIndex: cells.activeIndex
+    readonly property alias activeCell: cells.activeCell
 
     /// For the list of keys: pairs of keys and what they do.
     readonly property var shortcuts: [
@@ -36,31 +34,10 @@ Pane {
     /// A range for a new bookmark, in milliseconds since the epoch.
     signal rangeMarked(var camera, real start, real end)
 
-    function cellAt(index) {
-        return cells.itemAt(index) as ViewCell;
-    }
-
-    /// The first empty cell, else the active one.
-    function cellForNew() {
-        for (let i = 0; i < cellCount; ++i) {
-            if (!cellAt(i).occupied)
-                return i;
-        }
-        return Math.min(activeIndex, cellCount - 1);
-    }
-
-    function indexShowing(camera) {
-        for (let i = 0; i < cellCount; ++i) {
-            if (cellAt(i).occupied && cellAt(i).camera.key === camera.key)
-                return i;
-        }
-        return -1;
-    }
-
     /// Shows a camera and returns its cell.
     function showCamera(camera) {
-        const shown = indexShowing(camera);
-        activeIndex = shown >= 0 ? shown : cellForNew();
+        const shown = cells.indexShowing(camera);
+        activeIndex = shown >= 0 ? shown : cells.indexForNew();
         if (shown < 0)
             activeCell.show(camera);
         return activeCell;
@@ -79,7 +56,7 @@ Pane {
     function saveState() {
         const states = [];
         for (let i = 0; i < cells.count; ++i)
-            states.push(cellAt(i).save());
+            states.push(cells.at(i).save());
         return { cellCount: cellCount, activeIndex: activeIndex, cells: states };
     }
 
@@ -91,7 +68,7 @@ Pane {
         }
         cellCount = [1, 2, 4, 6, 9].includes(state.cellCount) ? state.cellCount : 4;
         activeIndex = Math.min(state.activeIndex, cellCount - 1);
-        state.cells.slice(0, cells.count).forEach((saved, i) => cellAt(i).restore(saved));
+        state.cells.slice(0, cells.count).forEach((saved, i) => cells.at(i).restore(saved));
     }
 
     function showFirstCameras() {
@@ -99,12 +76,10 @@ Pane {
         for (const station of client.bench.stations) {
             for (const camera of station.cameras) {
                 if (next < cellCount)
-                    cellAt(next++).show(camera);
+                    cells.at(next++).show(camera);
             }
         }
     }
-
-    onCellCountChanged: activeIndex = Math.min(activeIndex, cellCount - 1)
 
     padding: Theme.gap
 
@@ -134,46 +109,13 @@ Pane {
             onLiveRequested: pane.activeCell.goLive()
             Layout.fillWidth: true
         }
-        GridLayout {
-            id: grid
-            columns: Math.ceil(Math.sqrt(pane.cellCount))
-            rowSpacing: 4
-            columnSpacing: 4
+        ViewCells {
+            id: cells
+            client: pane.client
+            clock: playClock
+            onRangeMarked: (camera, start, end) => pane.rangeMarked(camera, start, end)
             Layout.fillWidth: true
             Layout.fillHeight: true
-
-            Repeater {
-                id: cells
-                model: 9
-                ViewCell {
-                    required property int index
-                    objectName: "cell" + index
-                    client: pane.client
-                    clock: playClock
-                    number: index
-                    visible: index < pane.cellCount
-                    active: index === pane.activeIndex
-                    onActiveFocusChanged: if (activeFocus) pane.activeIndex = index
-                    onRangeMarked: (camera, start, end) => pane.rangeMarked(camera, start, end)
-                    Layout.fillWidth: true
-                    Layout.fillHeight: true
-                    Layout.preferredWidth: 1 // all alike
-                    Layout.preferredHeight: 1
-                }
-            }
         }
-    }
-
-    Keys.onPressed: event => {
-        if (!(event.modifiers & Qt.ControlModifier))
-            return;
-        const step = {
-            [Qt.Key_Left]: -1, [Qt.Key_Right]: 1,
-            [Qt.Key_Up]: -grid.columns, [Qt.Key_Down]: grid.columns
-        }[event.key] ?? 0;
-        const next = activeIndex + step;
-        if (step !== 0 && next >= 0 && next < cellCount)
-            cellAt(next).forceActiveFocus();
-        event.accepted = step !== 0;
     }
 }

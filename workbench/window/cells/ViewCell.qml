@@ -1,6 +1,5 @@
 pragma ComponentBehavior: Bound
 import QtQuick
-import QtQuick.Controls
 import Workbench
 
 /// One cell of the grid: empty, or with a camera. It keeps what it showed while it is hidden.
@@ -84,20 +83,9 @@ FocusScope {
         onClearRequested: cell.clear()
     }
 
-    Rectangle {
+    EmptyCell {
         anchors.fill: parent
-        color: Theme.surface
-        border.color: Theme.line
-    }
-    Label {
-        anchors.fill: parent
-        anchors.margins: Theme.margin
-        visible: !cell.occupied
-        text: qsTr("Drag a camera here, or double-click one in the list.")
-        color: Theme.faintText
-        wrapMode: Text.Wrap
-        horizontalAlignment: Text.AlignHCenter
-        verticalAlignment: Text.AlignVCenter
+        hinting: !cell.occupied
     }
     // Not a Loader: in Qt 6.4 it can't make components that are bound to their ids.
     Repeater {
@@ -115,22 +103,14 @@ FocusScope {
             onCloseRequested: cell.clear()
         }
     }
-    DropArea {
-        id: drop
+    CellFrame {
         anchors.fill: parent
-        keys: ["camera"]
-        onDropped: event => {
-            cell.show(event.source.camera);
-            event.accept();
+        active: cell.active
+        focused: cell.activeFocus
+        onCameraDropped: camera => {
+            cell.show(camera);
             cell.forceActiveFocus();
         }
-    }
-    Rectangle {
-        anchors.fill: parent
-        visible: cell.active || drop.containsDrag
-        color: "transparent"
-        border.color: cell.activeFocus || drop.containsDrag ? Theme.accent : Theme.faintText
-        border.width: 2
     }
     TapHandler {
         onPressedChanged: {
