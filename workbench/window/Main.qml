@@ -37,48 +37,48 @@ ThemedWindow {
     }
 
     SplitView {
-        id: columns
+        id: rows
         anchors.fill: parent
+        orientation: Qt.Vertical
 
-        TopologyPane {
-            id: topology
-            client: client
-            onRemoveAllWanted: station => dialogs.removeAllOf(station)
-            onRecentWanted: station => dialogs.recentOf(station)
-            onRecycleWanted: dialogs.recycle()
-            SplitView.preferredWidth: 220
-            SplitView.minimumWidth: 160
-        }
         SplitView {
-            id: rows
-            orientation: Qt.Vertical
-            SplitView.fillWidth: true
-            SplitView.minimumWidth: 360
+            id: columns
+            SplitView.fillHeight: true
+            SplitView.minimumHeight: 260
 
+            TopologyPane {
+                id: topology
+                client: client
+                onRemoveAllWanted: station => dialogs.removeAllOf(station)
+                onRecentWanted: station => dialogs.recentOf(station)
+                onRecycleWanted: dialogs.recycle()
+                SplitView.preferredWidth: 220
+                SplitView.minimumWidth: 160
+            }
             CellGrid {
                 id: cells
                 client: client
                 onRangeMarked: (camera, start, end) => dialogs.addFor([camera], start, end)
-                SplitView.fillHeight: true
-                SplitView.minimumHeight: 240
+                SplitView.fillWidth: true
+                SplitView.minimumWidth: 360
             }
-            IntegratorDrawer {
-                id: drawer
+            BookmarkPanel {
+                id: panel
+                objectName: "bookmarkPanel"
                 client: client
-                visible: false
-                SplitView.preferredHeight: 300
-                SplitView.minimumHeight: 140
+                onAddWanted: window.addBookmark()
+                onEditWanted: records => dialogs.edit(records)
+                onDeleteWanted: records => dialogs.remove(records)
+                SplitView.preferredWidth: 420
+                SplitView.minimumWidth: 340
             }
         }
-        BookmarkPanel {
-            id: panel
-            objectName: "bookmarkPanel"
+        IntegratorDrawer {
+            id: drawer
             client: client
-            onAddWanted: window.addBookmark()
-            onEditWanted: records => dialogs.edit(records)
-            onDeleteWanted: records => dialogs.remove(records)
-            SplitView.preferredWidth: 420
-            SplitView.minimumWidth: 340
+            visible: false
+            SplitView.preferredHeight: 300
+            SplitView.minimumHeight: 140
         }
     }
 
