@@ -127,6 +127,46 @@ WindowTest {
         }
     }
 
+    function test_actionsOfAStation_data() {
+        return [{ tag: "recent", item: 0, dialog: "recentDialog" },
+                { tag: "recycle", item: 1, dialog: "recycleDialog" }];
+    }
+    function test_actionsOfAStation(data) {
+        focusTree();
+        keyClick(Qt.Key_Menu);
+        const menu = find("stationMenu");
+        tryCompare(menu, "opened", true);
+        for (let i = 0; i <= data.item; ++i)
+            keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Return);
+        tryCompare(find(data.dialog), "opened", true);
+        keyClick(Qt.Key_Escape);
+        tryCompare(find(data.dialog), "visible", false);
+        tryVerify(() => tree().activeFocus);
+    }
+
+    /// Relative luminance, as the guidelines for contrast define it.
+    function luminance(color) {
+        const [r, g, b] = [color.r, color.g, color.b].map(
+            part => part <= 0.04045 ? part / 12.92 : Math.pow((part + 0.055) / 1.055, 2.4));
+        return 0.2126 * r + 0.7152 * g + 0.0722 * b;
+    }
+    function test_textCanBeRead_data() {
+        return [["text", ["window", "surface", "raised", "selection"]],
+                ["faintText", ["window", "surface"]], ["failure", ["window", "surface"]],
+                ["warning", ["window"]], ["accent", ["surface"]], ["accentText", ["accent"]]]
+            .map(([tag, grounds]) => ({ tag, grounds }));
+    }
+    function test_textCanBeRead(data) {
+        for (const dark of [false, true]) {
+            Theme.dark = dark;
+            for (const ground of data.grounds) {
+                const [low, high] = [Theme[data.tag], Theme[ground]].map(luminance).sort();
+                verify((high + 0.05) / (low + 0.05) >= 4.5, `on ${ground}, ${dark ? "dark" : "light"}`);
+            }
+        }
+    }
+
     function test_shortcuts_data() {
         const control = Qt.ControlModifier;
         return [

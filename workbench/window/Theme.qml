@@ -14,7 +14,7 @@ QtObject {
     readonly property color text: dark ? "#e6e9ed" : "#1d2126"
     readonly property color faintText: dark ? "#a3acb8" : "#5a6370"
     readonly property color accent: dark ? "#5aa9f5" : "#1565c0"
-    readonly property color onAccent: dark ? "#10161d" : "#ffffff"
+    readonly property color accentText: dark ? "#10161d" : "#ffffff"
     readonly property color selection: dark ? "#2b4a6b" : "#cfe3fa"
     readonly property color good: dark ? "#63c37c" : "#23803d"
     readonly property color warning: dark ? "#e6b450" : "#946200"

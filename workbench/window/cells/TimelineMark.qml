@@ -29,7 +29,7 @@ Rectangle {
         anchors.centerIn: parent
         visible: mark.count > 1 && mark.width >= 10
         text: mark.count
-        color: Theme.onAccent
+        color: Theme.accentText
         font.pixelSize: Theme.smallText - 2
     }
 }

@@ -10,7 +10,7 @@ Label {
 
     height: row.height
     verticalAlignment: Text.AlignVCenter
-    color: row.highlighted ? Theme.onAccent : alarming ? Theme.failure : Theme.text
+    color: row.highlighted ? Theme.accentText : alarming ? Theme.failure : Theme.text
     font.family: mono ? "monospace" : row.font.family
     font.pixelSize: Theme.smallText
     elide: Text.ElideRight

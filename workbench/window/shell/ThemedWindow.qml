@@ -17,7 +17,7 @@ ApplicationWindow {
         buttonText: Theme.text
         brightText: Theme.text
         highlight: Theme.accent
-        highlightedText: Theme.onAccent
+        highlightedText: Theme.accentText
         placeholderText: Theme.faintText
         toolTipBase: Theme.surface
         toolTipText: Theme.text
