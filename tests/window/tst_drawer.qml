@@ -73,14 +73,18 @@ WindowTest {
         }
     }
 
-    function test_payloadAsTreeAndJson() {
+    function test_payloadAsTreeAndJson_data() {
+        return [{ tag: "by key", copy: () => keyClick(Qt.Key_C, Qt.ControlModifier) },
+                { tag: "by mouse", copy: () => mouseClick(find("copyPayload")) }];
+    }
+    function test_payloadAsTreeAndJson(data) {
         searchAndAdd("Rope torn");
         settle();
         mouseClick(list().itemAtIndex(list().count - 3));
         const tree = find("payloadTree");
         tryVerify(() => texts(tree).includes("\"Rope torn\""));
         verify(texts(tree).includes("Description"));
-        keyClick(Qt.Key_C, Qt.ControlModifier);
+        data.copy();
         retype(find("trafficSearch"), "");
         keyClick(Qt.Key_V, Qt.ControlModifier);
         const copied = JSON.parse(find("trafficSearch").text);
@@ -145,6 +149,41 @@ WindowTest {
         openTab(2);
         mouseClick(find("addByOther"));
         tryVerify(shows);
+    }
+
+    function test_searchByKey_data() {
+        return [{ tag: "traffic", tab: 0, list: "trafficList", field: "trafficSearch" },
+                { tag: "log", tab: 1, list: "logList", field: "logSearch" }];
+    }
+    function test_searchByKey(data) {
+        openTab(data.tab);
+        find(data.list).forceActiveFocus();
+        keyClick("/");
+        verify(find(data.field).activeFocus);
+        type("nothing like it");
+        tryCompare(find(data.list), "count", 0);
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => find(data.field).settledText === "");
+    }
+
+    /// Chosen by keys, and what becomes of the query.
+    function test_answersThatGoWrong_data() {
+        return [{ tag: "refused", fault: "order", choice: 3, panel: "Harbour", state: "failing" },
+                { tag: "wrong payload", fault: "payload", choice: 1, panel: "", state: "connected" }];
+    }
+    function test_answersThatGoWrong(data) {
+        openTab(2);
+        fault(data.fault).forceActiveFocus();
+        for (let i = 0; i < data.choice; ++i)
+            keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_F5);
+        treeSays(data.state);
+        panelNames(data.panel);
+        tryVerify(() => bookmarkCount() === 240);
+        find("mend").forceActiveFocus();
+        keyClick(Qt.Key_Space);
+        keyClick(Qt.Key_F5);
+        tryVerify(() => bookmarkCount() === 360);
     }
 
     function test_replayFindsNoDifference() {

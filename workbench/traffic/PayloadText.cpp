@@ -3,6 +3,7 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+#include <QtCore/QLocale>
 
 namespace workbench::payloadtext {
 
@@ -54,6 +55,9 @@ void write(QString &out, const QVariant &value, qsizetype length)
         break;
     case QMetaType::Nullptr:
         out += QLatin1String("null");
+        break;
+    case QMetaType::Double: // as which QML hands on times and counts: all their digits
+        out += QString::number(value.toDouble(), 'f', QLocale::FloatingPointShortest);
         break;
     case QMetaType::QString:
         out += QLatin1Char('"') + inside<QString>(value).left(length) + QLatin1Char('"');

@@ -29,6 +29,13 @@ TreeView {
         ToolTip.text: text
     }
 
+    Label {
+        anchors.centerIn: parent
+        visible: view.row < 0
+        color: Theme.faintText
+        text: qsTr("Choose an entry to see its payload.")
+    }
+
     ScrollBar.vertical: ScrollBar { }
     ScrollBar.horizontal: ScrollBar { }
 }

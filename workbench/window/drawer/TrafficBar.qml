@@ -11,7 +11,9 @@ Flow {
     readonly property string text: search.settledText
     readonly property real lineHeight: search.height
     property var hiddenKinds: []
+    property bool canCopy: false ///< an entry is chosen
 
+    signal copyWanted()
     signal saveWanted()
 
     function focusSearch() {
@@ -63,29 +65,34 @@ Flow {
         height: bar.lineHeight
         onWanted: (kinds, shown) => bar.show(kinds, shown)
     }
-    Button {
+    BarButton {
         objectName: "pauseTraffic"
         height: bar.lineHeight
         text: qsTr("Pause")
         checkable: true
         checked: bar.traffic.paused
         onToggled: bar.traffic.paused = checked
-        ToolTip.visible: hovered
-        ToolTip.delay: 600
-        ToolTip.text: qsTr("Nothing is lost: what passes meanwhile appears afterwards")
+        hint: qsTr("Nothing is lost: what passes meanwhile appears afterwards")
     }
-    Button {
+    BarButton {
+        objectName: "copyPayload"
+        height: bar.lineHeight
+        text: qsTr("Copy")
+        enabled: bar.canCopy
+        onClicked: bar.copyWanted()
+        hint: qsTr("The payload of the chosen entry as JSON (Ctrl+C)")
+    }
+    BarButton {
         height: bar.lineHeight
         text: qsTr("Save…")
         onClicked: bar.saveWanted()
-        ToolTip.visible: hovered
-        ToolTip.delay: 600
-        ToolTip.text: qsTr("As JSON lines, for --replay")
+        hint: qsTr("As JSON lines, for --replay")
     }
-    Button {
+    BarButton {
         height: bar.lineHeight
         text: qsTr("Clear")
         onClicked: bar.traffic.clear()
+        hint: qsTr("Forget the traffic so far")
     }
     Label {
         height: bar.lineHeight

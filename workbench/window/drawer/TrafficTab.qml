@@ -11,6 +11,10 @@ ColumnLayout {
     required property Client client
     readonly property TrafficModel traffic: client.bench.traffic
 
+    function copyPayload() {
+        traffic.copyAsJson(filter.sourceRow(list.currentIndex));
+    }
+
     spacing: Theme.gap
 
     SearchFilter {
@@ -24,6 +28,8 @@ ColumnLayout {
         id: bar
         traffic: tab.traffic
         shownCount: filter.count
+        canCopy: list.currentIndex >= 0
+        onCopyWanted: tab.copyPayload()
         onSaveWanted: saveDialog.open()
         Layout.fillWidth: true
     }
@@ -41,7 +47,7 @@ ColumnLayout {
             delegate: TrafficRow { }
             Keys.onPressed: event => {
                 if (event.matches(StandardKey.Copy) && currentIndex >= 0)
-                    tab.traffic.copyAsJson(filter.sourceRow(currentIndex));
+                    tab.copyPayload();
                 else if (event.text === "/")
                     bar.focusSearch();
             }
