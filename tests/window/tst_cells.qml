@@ -15,6 +15,7 @@ WindowTest {
     /// A camera in the first cell, paused, with its timeline of a day.
     function showCamera() {
         grid = find("cellGrid");
+        marked.clear();
         cell = grid.showCamera(camera);
         cell.head.playing = false;
         cell.forceActiveFocus();
@@ -74,6 +75,51 @@ WindowTest {
         keyClick(Qt.Key_Left, Qt.ControlModifier);
         keyClick(Qt.Key_Delete);
         verify(!cell.occupied && !findChild(cell, "timelineBar"));
+    }
+
+    function test_keysMoveTheTimeline() {
+        showCamera();
+        const { from, span } = cell.range;
+        for (const [key, movedTo, factor] of [
+                 [Qt.Key_Left, -0.1, 1], [Qt.Key_PageUp, -1.1, 1], [Qt.Key_PageDown, -0.1, 1],
+                 [Qt.Key_Right, 0, 1], [Qt.Key_Minus, null, 1.25], [Qt.Key_Plus, 0, 1]]) {
+            keyClick(key);
+            fuzzyCompare(cell.range.span, factor * span, 2);
+            if (movedTo !== null)
+                fuzzyCompare(cell.range.from, from + movedTo * span, 2);
+        }
+        keyClick(Qt.Key_PageUp);
+        keyClick(Qt.Key_Home);
+        verify(cell.head.live && cell.range.to >= cell.head.position - 1);
+    }
+
+    function test_toolBarPlaysTheActiveCell() {
+        showCamera();
+        cell.head.seek(bench.now - 3600000);
+        find("speed").forceActiveFocus();
+        keyClick(Qt.Key_Down);
+        compare(cell.head.speed, 2);
+        mouseClick(find("play"));
+        tryVerify(() => cell.head.position > bench.now - 3600000);
+        find("now").forceActiveFocus();
+        keyClick(Qt.Key_Space);
+        verify(cell.head.live);
+    }
+
+    /// Under the mouse, the bookmark's text; at the play head, by key, the dialog for a new one.
+    function test_hoverTellsTheBookmark() {
+        showCamera();
+        const mark = bar.marks.row(2);
+        mouseMove(bar, mark.barX + mark.barWidth / 2, mark.lane * bar.laneHeight + 5);
+        const tip = findChild(bar, "timelineTip");
+        tryVerify(() => tip.visible && tip.text.endsWith("\n" + mark.text));
+        verify(mark.text.length > 5);
+        cell.head.seek(mark.start);
+        keyClick(Qt.Key_A);
+        tryCompare(find("addDialog"), "opened", true);
+        const part = name => findChild(find("addDialog").contentItem, name);
+        compare(part("addStart").moment, mark.start);
+        compare(part("chosenCameras").text, "Harbour - Quay north");
     }
 
     function test_failingStationIsNamedAndAskedAgain() {

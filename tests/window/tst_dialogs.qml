@@ -1,4 +1,5 @@
 import QtQuick
+import Workbench
 
 /// The dialogs, filled in and sent by keys; the stations tell what came of it.
 WindowTest {
@@ -55,6 +56,56 @@ WindowTest {
         const record = added()[0];
         compare([record.CameraID, record.Description, record.EndTimestamp - noon, record.Creator],
                 [harbour.cameras[1].cameraID, "Crane stuck", 30 * 60000, "operator"]);
+    }
+
+    /// Left with Esc while its answer was on the way, and opened again for another camera.
+    function test_lateOutcomeOfADialogThatWasLeft_data() {
+        return [{ tag: "late", first: "300", second: "1500" }, { tag: "early", first: "1500", second: "300" }];
+    }
+    function test_lateOutcomeOfADialogThatWasLeft(data) {
+        const depot = bench.stations[1];
+        for (const [row, station, delay] of [[2, harbour, data.first], [3, depot, data.second]]) {
+            bench.faults.setData(bench.faults.index(row, 0), delay, FaultsModel.DelayRole);
+            dialogs().addFor([station.cameras[0]], noon, noon + 60000);
+            opened("addDialog");
+            type(station.name);
+            keyClick(Qt.Key_Return);
+            verify(find("addDialog").busy);
+            if (station === harbour)
+                keyClick(Qt.Key_Escape);
+            tryCompare(find("addDialog"), "visible", station === depot);
+        }
+        const has = station => records(station).some(record => record.Description === station.name);
+        tryVerify(() => find("notice").visible); // of the one that came first
+        compare(find("addDialog").visible, data.tag === "late");
+        tryCompare(find("addDialog"), "visible", false);
+        verify(has(depot));
+        tryVerify(() => has(harbour) && bench.outstanding === 0);
+    }
+
+    function test_manyChangesAreOneNotice() {
+        const told = [];
+        dialogs().client.notice.connect(text => told.push(text));
+        for (const [name, key, text] of [["editDialog", "edit", "7 bookmarks changed."],
+                                         ["deleteDialog", "remove", "7 bookmarks deleted."]]) {
+            dialogs()[key](shown().filter(record => record.relayPath === harbour.relayPath).slice(0, 7));
+            opened(name);
+            type("x");
+            keyClick(Qt.Key_Return);
+            tryVerify(() => told.length > 0);
+            wait(200);
+            compare(told.splice(0), [text]);
+        }
+    }
+
+    function test_everyGroupIsSuggested() {
+        lab.fill(1600, "a");
+        lab.fill(1, "rare");
+        lab.fill(1600, "z");
+        keyClick(Qt.Key_F5);
+        tryVerify(() => bookmarkCount() === 360 + 3201);
+        keyClick(Qt.Key_N, Qt.ControlModifier);
+        compare(part(opened("addDialog"), "addGroup").model, ["a", "night", "rare", "z"]);
     }
 
     function test_editLeavesWhatIsNotTouched() {

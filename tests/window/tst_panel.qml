@@ -1,4 +1,5 @@
 import QtQuick
+import Workbench
 
 /// The bookmark panel, used with mouse and keys. 360 bookmarks: 30 on each of 12 cameras.
 WindowTest {
@@ -76,6 +77,99 @@ WindowTest {
         keyClick(Qt.Key_Return);
         tryVerify(() => stored() === 357);
         tryVerify(() => !find("selectedCount").visible);
+    }
+
+    function test_shiftSelectsOverPages() {
+        mouseClick(row(2));
+        for (const text of ["51 to 100", "101 to 150"]) {
+            mouseClick(find("nextPage"));
+            showsPage(text + " of 360");
+        }
+        mouseClick(row(1), 50, 10, Qt.LeftButton, Qt.ShiftModifier);
+        compare(find("selectedCount").text, "100 selected");
+        const whole = plugin.getFilteredBookmarkList(panel().filter.pageWanted(1)).bookmarkGroupList;
+        panel().selection.remove(whole[0].bookmarkList);
+        compare(find("selectedCount").text, (100 - whole[0].bookmarkList.length) + " selected");
+        keyClick(Qt.Key_Down, Qt.ShiftModifier);
+        compare(find("selectedCount").text, "101 selected");
+        keyClick(Qt.Key_Home, Qt.ControlModifier); // and back beyond where it began
+        showsPage("1 to 50 of 360");
+        keyClick(Qt.Key_Home, Qt.ShiftModifier);
+        compare(find("selectedCount").text, "3 selected");
+        keyClick(Qt.Key_Escape);
+        keyClick(Qt.Key_PageDown, Qt.ControlModifier);
+        showsPage("51 to 100 of 360");
+        keyClick(Qt.Key_Down, Qt.ShiftModifier);
+        compare(find("selectedCount").text, "2 selected");
+    }
+
+    function test_keysOfTheList() {
+        searchFor("van");
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_A, Qt.ControlModifier);
+        compare(find("selectedCount").text, "50 selected");
+        keyClick(Qt.Key_Escape);
+        verify(!find("selectedCount").visible);
+        keyClick(Qt.Key_End);
+        keyClick(Qt.Key_F2);
+        tryVerify(() => find("editDialog").opened && find("editDialog").records.length === 1);
+        compare(find("editDialog").records[0], record(49));
+    }
+
+    function test_bookmarkIsShownInACell() {
+        const wanted = record(4);
+        mouseClick(row(4));
+        keyClick(Qt.Key_Return);
+        const cell = find("cellGrid").activeCell;
+        compare(cell.camera.cameraID, wanted.cameraID);
+        fuzzyCompare(cell.head.position, wanted.startTimestamp, 5000); // it plays on
+        verify(cell.range.from <= cell.head.position && cell.head.position <= cell.range.to);
+    }
+
+    /// Shows what begins between two moments.
+    function showsRange({ startTimestamp, endTimestamp }) {
+        const count = plugin.getBookmarkListByNodeID("").filter(
+            one => one.startTimestamp >= startTimestamp && one.startTimestamp <= endTimestamp).length;
+        tryVerify(() => panel().query.total === count, 3000, count + " shown");
+    }
+
+    function test_days_data() {
+        const mouse = days => days.forEach(day => mouseClick(find("day-" + day)));
+        const keys = () => [Qt.Key_Left, Qt.Key_Return, Qt.Key_Right, Qt.Key_Return]
+            .forEach(key => keyClick(key));
+        return [{ tag: "by mouse", choose: mouse }, { tag: "by key", choose: keys }];
+    }
+    function test_days(data) {
+        const ranges = panel().filter.ranges;
+        const today = ranges.dayOf(Date.now());
+        const days = [ranges.dayLater(today, -1), today];
+        mouseClick(find("presetDays"));
+        tryVerify(() => find("monthGrid").activeFocus);
+        data.choose(days);
+        compare([panel().filter.firstDay, panel().filter.lastDay], days);
+        showsRange(ranges.range(DateRanges.Days, 0, ...days));
+        compare(find("presetDays").text, days.map(day => ranges.shortText(day)).join(" to "));
+    }
+
+    function test_presets() {
+        const { Today, Yesterday, ThisWeek } = DateRanges;
+        for (const [name, preset] of [["Today", Today], ["Yesterday", Yesterday], ["Week", ThisWeek]]) {
+            mouseClick(find("preset" + name));
+            showsRange(panel().filter.ranges.range(preset, Date.now()));
+        }
+        find("presetAll").forceActiveFocus();
+        keyClick(Qt.Key_Space);
+        showsPage("1 to 50 of 360");
+    }
+
+    function test_waitingIsCancelled() {
+        bench.faults.setData(bench.faults.index(2, 0), 3000, FaultsModel.DelayRole);
+        keyClick(Qt.Key_F5);
+        tryVerify(() => find("stopWaiting").visible);
+        compare(find("queryProgress").text, "2 of 3 stations");
+        mouseClick(find("stopWaiting"));
+        showsPage("1 to 50 of 240");
+        compare(find("queryProgress").text, "Failed or not answered: Harbour");
     }
 
     function test_refreshKeepsPlace() {

@@ -60,12 +60,15 @@ TestCase {
     /// The bars as "x+width/lane", with "*count" where it is not 1.
     function bars(layout, shift = 0) {
         return Array.from({ length: layout.rowCount() }, (_, i) => layout.row(i)).map(bar =>
-            `${bar.barX + shift}+${bar.barWidth}/${bar.lane}` + (bar.count > 1 ? "*" + bar.count : "")).join(" ");
+            `${bar.barX + shift}+${bar.barWidth}/${bar.lane}` + (bar.count > 1 ? "*" + bar.count : "")
+                + (bar.over ? "o" : "")).join(" ");
     }
 
     function test_bars_data() {
         return [
-            ["no lane is free", "0-50 5-55 10-60 20-70 90-100", "0+50/0 5+50/1 10+60/2*2 90+10/0"],
+            ["no lane is free", "0-50 5-55 10-60 20-70 90-100", "0+50/0 5+50/1 10+50/2 20+50/2o 90+10/0"],
+            ["one would hide the other", "0-50 5-55 10-60 11-62 12-59", "0+50/0 5+50/1 10+52/2*3"],
+            ["short ones over long ones", "0-90 0-91 0-92 20-21 22-23 40-70 95-99", "0+90/0 0+91/1 0+92/2 20+7/2*2o 40+30/2o 95+4/0"],
             ["short ones that touch", "1-2 3-4 6-6", "1+26/0*3"],
             ["no endless bar", "24-24 27-27 30-30 33-33", "23+4/0*2 30+25/0*2"],
             ["over a long one", "0-90 10-11 12-13", "0+90/0 10+17/1*2"],
@@ -85,6 +88,16 @@ TestCase {
         compare(bars(layout), data.bars);
         layout.range.moveBy(-14 * msPerPixel);
         tryVerify(() => bars(layout, -14) === data.bars || data.tag === "from end to end");
+    }
+
+    function test_theBarThatCanBeSeenIsHit() {
+        const source = createTemporaryObject(sourceComponent, testCase);
+        for (const end of [90, 91, 92])
+            source.put(source.count, 0, end);
+        source.put(3, 20, 40);
+        const layout = createTemporaryObject(layoutComponent, testCase, { source: source });
+        tryVerify(() => layout.rowCount() === 4);
+        compare([19, 30, 41, 93].map(x => layout.rowAt(x, 2)), [2, 3, 2, -1]);
     }
 
     /// A layout that has seen the changes shows what a new one shows.

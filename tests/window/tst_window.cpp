@@ -1,6 +1,7 @@
 #include "DemoSite.h"
 #include "Installation.h"
 #include "PluginBase.h"
+#include "Preparation.h"
 #include "Protocol.h"
 #include "Replay.h"
 #include "StationThread.h"
@@ -67,6 +68,45 @@ public:
         m_stations.setSettingPermission(allowed);
     }
 
+    /// More bookmarks on the first station's first camera, in its list of groups as named.
+    Q_INVOKABLE void fill(int count, const QString &group)
+    {
+        perform([=, now = m_bench.now()](Site &site) {
+            const Station *const station = site.stations().constFirst();
+            const StationConfig &config = station->config();
+            const Bookmark bookmark{{},
+                                    config.cameras.constFirst().cameraID,
+                                    config.locationID,
+                                    now,
+                                    now + 1000,
+                                    {},
+                                    {},
+                                    group};
+            site.stations().constFirst()->insert(QList<Bookmark>(count, bookmark));
+        });
+    }
+
+    /// Begins to prepare another installation: with bookmarks that are made up, or from a file.
+    Q_INVOKABLE QObject *prepare(int bookmarks, int linesOfFile)
+    {
+        m_preparation.reset();
+        m_otherStations.reset();
+        m_otherFolder.emplace();
+        Preparation::Plan plan{m_otherFolder->filePath(u"data"_s), bookmarks, 1, {}};
+        if (linesOfFile > 0) {
+            plan.importFile = m_otherFolder->filePath(u"much.csv"_s);
+            QFile file(plan.importFile);
+            if (!file.open(QIODevice::WriteOnly))
+                qFatal("%s can't be written", qPrintable(plan.importFile));
+            file.write("camera,start,end\n" + QByteArray("camera-11,1,2\n").repeated(linesOfFile));
+        }
+        m_otherStations.emplace(demoStations());
+        m_preparation.emplace(*m_otherStations, plan);
+        m_preparation->start();
+        QJSEngine::setObjectOwnership(&*m_preparation, QJSEngine::CppOwnership);
+        return &*m_preparation;
+    }
+
     /// Plays what has passed so far against a plug-in of its own, for the next window to tell of.
     Q_INVOKABLE void replay()
     {
@@ -121,6 +161,9 @@ private:
     StationThread &m_stations;
     Bench &m_bench;
     standin::Framework &m_framework;
+    std::optional<QTemporaryDir> m_otherFolder;
+    std::optional<StationThread> m_otherStations;
+    std::optional<Preparation> m_preparation;
 };
 
 /// Gives each test file an installation of its own: no list or fault of one reaches the next.

@@ -2,6 +2,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
+#include <QtSql/QSqlDatabase>
+#include <QtSql/QSqlQuery>
 #include <QtTest/QTest>
 
 using namespace Qt::StringLiterals;
@@ -35,6 +37,19 @@ class TestWorkbench : public QObject
         if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
             qFatal("%s can't be written", qPrintable(name));
         return file.fileName();
+    }
+
+    QByteArray databaseOfAnotherProgram()
+    {
+        QFile file(m_folder.filePath(u"notes.sqlite"_s));
+        {
+            QSqlDatabase notes = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"notes"_s);
+            notes.setDatabaseName(file.fileName());
+            if (!notes.open() || !QSqlQuery(notes).exec(u"CREATE TABLE note (words)"_s))
+                qFatal("%s can't be made", qPrintable(file.fileName()));
+        }
+        QSqlDatabase::removeDatabase(u"notes"_s);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
 private Q_SLOTS:
@@ -164,8 +179,9 @@ private Q_SLOTS:
         const QString picture = m_folder.filePath(u"a.png"_s);
         const QStringList arguments{u"--data"_s, data, u"--bookmarks=30"_s, u"--screenshot"_s,
                                     picture};
-        for (const QByteArray &damage : {QByteArray(), QByteArray("garbage"),
-                                         QByteArray("SQLite format 3\0", 16).append(84, 'x')}) {
+        for (const QByteArray &damage :
+             {QByteArray(), QByteArray("garbage"),
+              QByteArray("SQLite format 3\0", 16).append(84, 'x'), databaseOfAnotherProgram()}) {
             const QStringList databases = QDir(data).entryList({u"relay-1*.sqlite"_s});
             if (!damage.isEmpty())
                 write(u"pictured/"_s + databases.constFirst(), damage);

@@ -5,6 +5,7 @@ import Workbench
 /// What is under the mouse on a timeline: a bookmark's text, or those of several, and the time.
 ToolTip {
     id: tip
+    objectName: "timelineTip"
 
     required property TimeAxis axis
     required property TimelineMouse mouse
