@@ -22,6 +22,8 @@ QtObject {
     readonly property color mark: dark ? "#e0a83c" : "#d98a00" ///< a bookmark on a timeline
     readonly property color playHead: dark ? "#f07f78" : "#d0342c"
 
+    readonly property color veil: dark ? "#a0000000" : "#60000000" ///< over what waits for a dialog
+
     readonly property int gap: 6        ///< between controls, in device-independent pixels
     readonly property int margin: 10    ///< between panes and their content
     readonly property int radius: 4

@@ -75,6 +75,9 @@ Dialog {
     modal: true
     focus: true
     padding: Theme.margin
+    Overlay.modal: Rectangle {
+        color: Theme.veil
+    }
     onAboutToShow: {
         error = "";
         busy = false;

@@ -16,6 +16,9 @@ Dialog {
     anchors.centerIn: Overlay.overlay
     width: Math.min(parent.width - 80, 860)
     height: Math.min(parent.height - 80, 640)
+    Overlay.modal: Rectangle {
+        color: Theme.veil
+    }
 
     ScrollView {
         id: scroller
