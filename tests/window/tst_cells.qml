@@ -53,9 +53,13 @@ WindowTest {
 
     function test_doubleClickGoesToTheBookmark() {
         showCamera();
+        find("searchField").forceActiveFocus();
         const mark = bar.marks.row(3);
         mouseDoubleClickSequence(bar, mark.barX + mark.barWidth / 2, mark.lane * bar.laneHeight + 5);
         compare(cell.head.position, mark.start);
+        const from = cell.range.from;
+        keyClick(Qt.Key_PageUp); // goes there as well now
+        verify(cell.range.from < from);
     }
 
     function test_keys() {

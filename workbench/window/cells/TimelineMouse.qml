@@ -40,6 +40,7 @@ MouseArea {
                                                                : Qt.ArrowCursor
 
     onPressed: event => {
+        forceActiveFocus(Qt.MouseFocusReason); // the press does not reach the cell
         if (event.modifiers & Qt.ShiftModifier)
             markedFrom = timeAt(event.x);
         pressedX = event.x;
