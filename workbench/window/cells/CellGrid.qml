@@ -19,6 +19,7 @@ Pane {
         [qsTr("Tab, Ctrl+Arrows"), qsTr("Next cell, cell beside it")],
         [qsTr("Left, Right"), qsTr("Pan the timeline")],
         [qsTr("Page Up, Page Down"), qsTr("Pan by the whole timeline")],
+        [qsTr("Shift+Left, Right"), qsTr("Move the play head")],
         [qsTr("+, −"), qsTr("Zoom the timeline")],
         [qsTr("Space"), qsTr("Play or pause")],
         [qsTr("Home"), qsTr("Go to the present")],

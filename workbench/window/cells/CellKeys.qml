@@ -30,9 +30,20 @@ QtObject {
         [Qt.Key_Escape]: () => keys.content.markedFrom = NaN,
         [Qt.Key_Delete]: () => keys.clearRequested()
     })
+    /// The same with Shift.
+    readonly property var shiftedActions: ({
+        [Qt.Key_Left]: () => keys.step(-0.02),
+        [Qt.Key_Right]: () => keys.step(0.02)
+    })
 
     function pan(share) {
         range.moveBy(share * range.span);
+    }
+
+    /// Moves the play head by a share of what is visible.
+    function step(share) {
+        head.seek(head.position + share * range.span);
+        range.reveal(head.position);
     }
 
     /// About the play head where it can be seen, about the middle where not.
@@ -44,7 +55,8 @@ QtObject {
     /// True when the key was one of these.
     function handle(event) {
         const foreign = Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier;
-        const action = actions[event.key];
+        const shifted = event.modifiers & Qt.ShiftModifier ? shiftedActions[event.key] : undefined;
+        const action = shifted ?? actions[event.key];
         if (!action || !content || event.modifiers & foreign)
             return false;
         if (event.key === Qt.Key_Escape && isNaN(content.markedFrom))
