@@ -92,6 +92,14 @@ WindowTest {
             if (movedTo !== null)
                 fuzzyCompare(cell.range.from, from + movedTo * span, 2);
         }
+        const before = cell.head.position;
+        keyClick(Qt.Key_M);
+        keyClick(Qt.Key_Left, Qt.ShiftModifier);
+        keyClick(Qt.Key_M); // a range without the mouse
+        fuzzyCompare(marked.signalArguments[0][1], before - span / 50, 2);
+        compare(marked.signalArguments[0][2], before);
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => cell.activeFocus);
         keyClick(Qt.Key_PageUp);
         keyClick(Qt.Key_Home);
         verify(cell.head.live && cell.range.to >= cell.head.position - 1);
@@ -117,7 +125,7 @@ WindowTest {
         mouseMove(bar, mark.barX + mark.barWidth / 2, mark.lane * bar.laneHeight + 5);
         const tip = findChild(bar, "timelineTip");
         tryVerify(() => tip.visible && tip.text.endsWith("\n" + mark.text));
-        verify(mark.text.length > 5);
+        verify(mark.text.length > 5 && tip.width < 300, "no wider than its longest line");
         cell.head.seek(mark.start);
         keyClick(Qt.Key_A);
         tryCompare(find("addDialog"), "opened", true);

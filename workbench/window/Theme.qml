@@ -27,6 +27,7 @@ QtObject {
     readonly property int gap: 6        ///< between controls, in device-independent pixels
     readonly property int margin: 10    ///< between panes and their content
     readonly property int radius: 4
+    readonly property int tipWidth: 420 ///< of the widest tooltip
     readonly property int smallText: 11 ///< in pixels, as the two below
     readonly property int normalText: 13
     readonly property int largeText: 16

@@ -26,4 +26,12 @@ ToolTip {
     x: Math.min(mouse.mouseX + 12, mouse.width - width)
     y: -height - 4
     delay: 0
+    contentWidth: Math.min(longestLine.implicitWidth, Theme.tipWidth)
+
+    Text {
+        id: longestLine
+        visible: false
+        text: tip.text
+        font: tip.font
+    }
 }

@@ -33,4 +33,6 @@ ApplicationWindow {
             buttonText: Theme.faintText
         }
     }
+
+    TipWidth {}
 }
