@@ -30,6 +30,7 @@ TreeView {
     }
 
     Label {
+        parent: view // not what is scrolled
         anchors.centerIn: parent
         visible: view.row < 0
         color: Theme.faintText
