@@ -62,7 +62,7 @@ Flow {
         id: calendar
         parent: days
         y: days.height
-        x: Math.min(0, days.width - width)
+        x: Math.min(0, days.width - implicitWidth)
         ranges: bar.filter.ranges
         onChosen: (first, last) => bar.filter.chooseDays(first, last)
     }
