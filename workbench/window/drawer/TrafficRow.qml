@@ -41,7 +41,7 @@ ItemDelegate {
         RowCell { row: row; width: 58; text: (row.elapsed / 1000).toFixed(3); mono: true
                   horizontalAlignment: Text.AlignRight }
         RowCell { row: row; width: 80; text: row.marks[row.kind] + " " + row.kind }
-        RowCell { row: row; width: 180; text: row.name; font.bold: true }
+        RowCell { row: row; width: row.width < 900 ? 180 : 250; text: row.name; font.bold: true }
         RowCell { row: row; width: 64; text: row.relayPath }
         RowCell { row: row; width: 30; text: row.context > 0 ? "#" + row.context : "" }
         RowCell { row: row; width: 52; text: row.accepted ? row.code : qsTr("refused")
