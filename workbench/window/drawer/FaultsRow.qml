@@ -60,6 +60,7 @@ Flow {
         ToolTip.text: qsTr("Order of answers, or whether they or the commands are lost")
     }
     CheckBox {
+        width: 70
         text: qsTr("twice")
         checked: row.doubled
         onToggled: row.set(FaultsModel.DoubledRole, checked)

@@ -24,6 +24,7 @@ ColumnLayout {
         Accessible.name: qsTr("Faults")
         Layout.fillWidth: true
         Layout.fillHeight: true
+        header: FaultsHeading { }
         delegate: FaultsRow { }
 
         ScrollBar.vertical: ScrollBar { }

@@ -48,17 +48,17 @@ Flow {
         text: qsTr("Reconnect")
         onClicked: bar.client.bench.connectToServer()
     }
+    Button {
+        objectName: "addByOther"
+        text: qsTr("Another client adds")
+        onClicked: bar.addByOther(count.value)
+    }
     SpinBox {
         id: count
         from: 1
         to: 1000
         editable: true
         Accessible.name: qsTr("How many bookmarks another client adds")
-    }
-    Button {
-        objectName: "addByOther"
-        text: qsTr("Another client adds")
-        onClicked: bar.addByOther(count.value)
     }
     Button {
         objectName: "mend"
