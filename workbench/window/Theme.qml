@@ -7,8 +7,8 @@ QtObject {
 
     property bool dark: false
 
-    readonly property color window: dark ? "#1e2227" : "#f2f3f5"
-    readonly property color surface: dark ? "#272c33" : "#ffffff"
+    readonly property color window: dark ? "#181b1f" : "#f2f3f5"
+    readonly property color surface: dark ? "#2c323a" : "#ffffff"
     readonly property color raised: dark ? "#323942" : "#e7eaee"
     readonly property color line: dark ? "#434b56" : "#c9ced6"
     readonly property color text: dark ? "#e6e9ed" : "#1d2126"
