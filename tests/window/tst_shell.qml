@@ -211,6 +211,7 @@ WindowTest {
     }
 
     function test_beginsAsItWasLeft() {
+        window.width = 1240;
         mouseClick(find("cells6"));
         cell(5).show(depot.cameras[3]);
         cell(1).clear();
@@ -226,6 +227,7 @@ WindowTest {
         compare([0, 1, 5].map(i => cell(i).camera?.name ?? ""), ["Gate", "", "Office"]);
         verify(cell(5).visible && !cell(6).visible);
         showsPage("1 to 50 of 120");
+        compare([window.width, window.height], [1240, 860]);
         verify(Theme.dark && find("drawerTabs").visible);
     }
 

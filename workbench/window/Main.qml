@@ -118,6 +118,7 @@ ThemedWindow {
 
     WindowMemory {
         id: memory
+        window: window
         cells: cells
         panel: panel
         drawer: drawer

@@ -6,6 +6,7 @@ import Workbench
 Item {
     id: memory
 
+    required property Window window
     required property CellGrid cells
     required property BookmarkPanel panel
     required property IntegratorDrawer drawer
@@ -13,6 +14,8 @@ Item {
 
     function restore() {
         Theme.dark = settings.dark;
+        window.width = settings.width || window.width;
+        window.height = settings.height || window.height;
         drawer.visible = settings.drawer;
         splits.forEach((split, i) => {
             if (settings.splits[i])
@@ -29,6 +32,8 @@ Item {
 
     function save() {
         settings.dark = Theme.dark;
+        settings.width = window.width;
+        settings.height = window.height;
         settings.drawer = drawer.visible;
         settings.splits = splits.map(split => split.saveState());
         settings.cells = JSON.stringify(cells.saveState());
@@ -40,6 +45,8 @@ Item {
         category: "window"
 
         property bool dark: false
+        property int width: 0 ///< as height: 0 when none was kept
+        property int height: 0
         property bool drawer: false
         property var splits: []
         property string cells: ""
