@@ -139,7 +139,7 @@ private Q_SLOTS:
         installation.framework().sendEvent(u"AddBookmark"_s, QVariantMap(), u"relay-2"_s);
 
         const QString path = m_folder.filePath(u"session.jsonl"_s);
-        QCOMPARE(bench.recorder()->save(QUrl::fromLocalFile(path)), QString());
+        QCOMPARE(bench.recorder()->save(path), QString());
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
         m_lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);

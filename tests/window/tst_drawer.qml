@@ -186,8 +186,22 @@ WindowTest {
         tryVerify(() => bookmarkCount() === 360);
     }
 
-    function test_replayFindsNoDifference() {
+    function test_savedSessionIsReplayed() {
         addByKeys("Played again");
+        openTab(0);
+        const [button, dialog] = [find("saveTraffic"), find("saveDialog")];
+        const part = name => findChild(dialog.contentItem, name) || findChild(dialog.footer, name);
+        for (const [file, problem] of [["/none/s.jsonl", "/none/s.jsonl: "], [lab.sessionFile(), ""]]) {
+            button.forceActiveFocus();
+            keyClick(Qt.Key_Space);
+            tryCompare(dialog, "opened", true);
+            verify(part("savePath").text.endsWith(".jsonl"));
+            part("savePath").text = file;
+            keyClick(Qt.Key_Return);
+            compare(dialog.error.startsWith(problem) && dialog.opened, problem !== "");
+            keyClick(Qt.Key_Escape);
+            tryCompare(dialog, "visible", false);
+        }
         lab.replay();
         window.destroy();
         tryCompare(test, "window", null);

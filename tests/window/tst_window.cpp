@@ -107,19 +107,19 @@ public:
         return &*m_preparation;
     }
 
-    /// Plays what has passed so far against a plug-in of its own, for the next window to tell of.
+    Q_INVOKABLE QString sessionFile() const { return m_folder.filePath(u"session.jsonl"_s); }
+    /// Plays the session that was saved there against a plug-in of its own, for the next window to
+    /// tell of.
     Q_INVOKABLE void replay()
     {
-        const QTemporaryDir folder;
-        const QString session = folder.filePath(u"session.jsonl"_s);
         QString error;
-        m_bench.recorder()->save(QUrl::fromLocalFile(session));
         // A copy, as the library that is loaded already has but one.
-        const QString library = folder.filePath(QFileInfo(QStringLiteral(PLUGIN_PATH)).fileName());
+        const QString library =
+            m_folder.filePath(QFileInfo(QStringLiteral(PLUGIN_PATH)).fileName());
         QFile::copy(QStringLiteral(PLUGIN_PATH), library);
         PluginHost host;
         PluginBase *const plugin = host.load(library, &error);
-        m_bench.setReplayReport(plugin ? replay::run(session, *plugin).report()
+        m_bench.setReplayReport(plugin ? replay::run(sessionFile(), *plugin).report()
                                        : QStringList(error));
     }
 
@@ -161,6 +161,7 @@ private:
     StationThread &m_stations;
     Bench &m_bench;
     standin::Framework &m_framework;
+    QTemporaryDir m_folder;
     std::optional<QTemporaryDir> m_otherFolder;
     std::optional<StationThread> m_otherStations;
     std::optional<Preparation> m_preparation;

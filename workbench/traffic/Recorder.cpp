@@ -5,6 +5,8 @@
 #include "TrafficModel.h"
 #include "framework/Framework.h"
 
+#include <QtCore/QDateTime>
+#include <QtCore/QDir>
 #include <QtQml/QJSValue>
 
 #include <utility>
@@ -85,7 +87,7 @@ void Recorder::end(double call, const QVariant &result)
     m_model.setResult(static_cast<quint64>(call), notedResult(result));
 }
 
-QString Recorder::save(const QUrl &file) const
+QString Recorder::save(const QString &path) const
 {
     Recording::Header header = Recording::Header::ofThisProcess();
     header.pluginName = m_plugin.name;
@@ -94,7 +96,19 @@ QString Recorder::save(const QUrl &file) const
     if (const auto *topology = qobject_cast<standin::Topology *>(
             m_framework.FindPlugin(nullptr, standin::Topology::pluginID())))
         header.topology = topology->nodes();
-    return Recording::write(file.toLocalFile(), header, m_model.entries());
+    return Recording::write(path, header, m_model.entries());
+}
+
+QString Recorder::newFile()
+{
+    const QString now = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    return QDir::toNativeSeparators(
+        QDir::home().filePath(QStringLiteral("tessaline-%1.jsonl").arg(now)));
+}
+
+bool Recorder::exists(const QString &path)
+{
+    return QFileInfo::exists(path);
 }
 
 int Recorder::depth() const

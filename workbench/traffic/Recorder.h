@@ -6,7 +6,6 @@
 
 #include <QtCore/QHash>
 #include <QtCore/QObject>
-#include <QtCore/QUrl>
 #include <QtQml/qqmlregistration.h>
 
 class PluginBase;
@@ -43,7 +42,10 @@ public:
     Q_INVOKABLE void end(double call, const QVariant &result);
 
     /// Writes all entries to a file, for a replay. Returns what went wrong, or an empty text.
-    Q_INVOKABLE QString save(const QUrl &file) const;
+    Q_INVOKABLE QString save(const QString &path) const;
+    /// The path of a new file of the user.
+    Q_INVOKABLE static QString newFile();
+    Q_INVOKABLE static bool exists(const QString &path);
 
 private:
     double begin(TrafficEntry entry);

@@ -83,6 +83,7 @@ Flow {
         hint: qsTr("The payload of the chosen entry as JSON (Ctrl+C)")
     }
     BarButton {
+        objectName: "saveTraffic"
         height: bar.lineHeight
         text: qsTr("Save…")
         onClicked: bar.saveWanted()

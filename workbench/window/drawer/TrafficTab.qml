@@ -1,6 +1,5 @@
 import QtQuick
 import QtQuick.Controls
-import QtQuick.Dialogs
 import QtQuick.Layouts
 import Workbench
 
@@ -30,7 +29,7 @@ ColumnLayout {
         shownCount: filter.count
         canCopy: list.currentIndex >= 0
         onCopyWanted: tab.copyPayload()
-        onSaveWanted: saveDialog.open()
+        onSaveWanted: saveDialog.openNew()
         Layout.fillWidth: true
     }
     SplitView {
@@ -60,15 +59,8 @@ ColumnLayout {
         }
     }
 
-    FileDialog {
+    SaveDialog {
         id: saveDialog
-        title: qsTr("Save the traffic")
-        fileMode: FileDialog.SaveFile
-        defaultSuffix: "jsonl"
-        nameFilters: [qsTr("Recordings (*.jsonl)")]
-        onAccepted: {
-            const problem = tab.client.bench.recorder.save(selectedFile);
-            tab.client.notice(problem || qsTr("Traffic saved."), problem !== "");
-        }
+        client: tab.client
     }
 }
