@@ -175,7 +175,7 @@ WindowTest {
             ["Ctrl+G", Qt.Key_G, control, () => cell(0).activeFocus],
             ["Ctrl+N", Qt.Key_N, control, () => find("addDialog").opened],
             ["Ctrl+D", Qt.Key_D, control, () => Theme.dark],
-            ["F12", Qt.Key_F12, 0, () => find("drawerTabs").visible],
+            ["F12", Qt.Key_F12, 0, () => find("drawerTabs").currentItem.activeFocus],
             ["F5", Qt.Key_F5, 0, () => bench.stationsAsked("QueryAllBookmars").length === 3]
         ].map(([tag, key, modifier, done]) => ({ tag, key, modifier, done }));
     }

@@ -131,6 +131,8 @@ ThemedWindow {
 
     function toggleDrawer() {
         drawer.visible = !drawer.visible;
+        if (drawer.visible)
+            drawer.focusTabs();
     }
 
     onClosing: {

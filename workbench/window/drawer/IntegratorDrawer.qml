@@ -18,6 +18,16 @@ Pane {
 
     padding: Theme.gap
 
+    function focusTabs() {
+        tabs.currentItem.forceActiveFocus(Qt.ShortcutFocusReason);
+    }
+
+    component Tab: TabButton {
+        id: tab
+        width: implicitWidth
+        FocusFrame { shown: tab.activeFocus }
+    }
+
     ColumnLayout {
         anchors.fill: parent
         spacing: Theme.gap
@@ -27,10 +37,10 @@ Pane {
             objectName: "drawerTabs"
             Layout.fillWidth: true
 
-            TabButton { text: qsTr("Traffic"); width: implicitWidth }
-            TabButton { text: qsTr("Log"); width: implicitWidth }
-            TabButton { text: qsTr("Faults"); width: implicitWidth }
-            TabButton { text: qsTr("Replay"); width: implicitWidth }
+            Tab { text: qsTr("Traffic") }
+            Tab { text: qsTr("Log") }
+            Tab { text: qsTr("Faults") }
+            Tab { text: qsTr("Replay") }
         }
         StackLayout {
             currentIndex: tabs.currentIndex
