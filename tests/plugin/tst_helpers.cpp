@@ -85,8 +85,8 @@ private Q_SLOTS:
                      page);
         }
         // More pages than can be counted.
-        QCOMPARE(tessaline::pageSlice(std::size_t(1) << 33, 1, number(u"max"_s)),
-                 tessaline::Slice(0, 1));
+        for (const int bits : {31, 33})
+            QCOMPARE(tessaline::pageSlice(std::size_t(1) << bits, 1, 5), tessaline::Slice(5, 6));
     }
 
     void pageSizeIsWhatWasSet()
@@ -142,10 +142,13 @@ private Q_SLOTS:
         };
         QVariantList list{described(u"first"_s)};
         tessaline::BookmarkIndex index;
-        index.append(list + QVariantList{described(u"forgotten"_s), described(u"forgotten"_s)});
+        for (const QVariant &record :
+             list + QVariantList{described(u"forgotten"_s), described(u"forgotten"_s)})
+            index.append(record.toMap());
         index.truncate(1);
         list.append(described(u"last"_s));
-        index.append(list.mid(1));
+        for (const QVariant &record : list.mid(1))
+            index.append(record.toMap());
         for (const auto &[text, rows] :
              {std::pair{u"first"_s, tessaline::Rows{0}}, std::pair{u"last"_s, tessaline::Rows{1}},
               std::pair{u"forgotten"_s, tessaline::Rows{}}}) {
