@@ -14,6 +14,7 @@ enum class Job {
     TextOfAll,     ///< a text that all have
     OneMoreLetter, ///< the first letters of a word, as it is typed
     OneCamera,     ///< the bookmarks of one camera
+    ForgetAll,     ///< drop the bookmarks of the query before
     StoreAnswer,   ///< take in the answer to a query of all
     ManyAnswers,   ///< take in as many answers of one bookmark each
     GroupBatch,    ///< split a batch by station, every entry once
@@ -22,8 +23,8 @@ enum class Job {
 
 constexpr Job allJobs[] = {Job::PanelByDate, Job::PanelByCamera, Job::NextPage,
                            Job::TextOfFew,   Job::TextOfAll,     Job::OneMoreLetter,
-                           Job::OneCamera,   Job::StoreAnswer,   Job::ManyAnswers,
-                           Job::GroupBatch,  Job::TimelineItems};
+                           Job::OneCamera,   Job::ForgetAll,     Job::StoreAnswer,
+                           Job::ManyAnswers, Job::GroupBatch,    Job::TimelineItems};
 
 const char *nameOf(Job job);
 
@@ -41,6 +42,10 @@ public:
     /// The work of a job, to be called any number of times; empty for a job that is not its own,
     /// or that it would take too long for.
     virtual std::function<void()> work(Job job) = 0;
+
+    /// Makes ready for the work of a job, which is not measured: all bookmarks are there,
+    /// or none where they are to be stored.
+    virtual void prepare(Job /*job*/) {}
 };
 
 std::unique_ptr<Contestant> makePlugin(int count);         ///< the loaded library

@@ -44,9 +44,9 @@ public:
                     qFatal("There is no such byte");
             };
         case Job::StoreAnswer:
-            return [this] { makeMaps(13); };
+            return [this] { m_maps = maps(13); };
         case Job::GroupBatch:
-            return [this] { makeMaps(7); };
+            return [this] { maps(7); };
         case Job::TimelineItems:
             return [this] { makeItems(); };
         default:
@@ -54,8 +54,14 @@ public:
         }
     }
 
+    void prepare(Job job) override
+    {
+        if (job == Job::StoreAnswer)
+            m_maps.clear();
+    }
+
 private:
-    void makeMaps(int entries)
+    QVariantList maps(int entries) const
     {
         QStringList keys;
         for (int i = 0; i < entries; ++i)
@@ -69,6 +75,7 @@ private:
                 map.insert(map.cend(), key, value);
             list.append(map);
         }
+        return list;
     }
 
     void makeItems() const
@@ -87,6 +94,7 @@ private:
 
     int m_count;
     QByteArray m_text;
+    QVariantList m_maps;
 };
 
 } // namespace

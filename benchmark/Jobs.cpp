@@ -23,6 +23,8 @@ const char *nameOf(Job job)
         return "two letters";
     case Job::OneCamera:
         return "one camera";
+    case Job::ForgetAll:
+        return "forget all";
     case Job::StoreAnswer:
         return "store an answer";
     case Job::ManyAnswers:

@@ -41,6 +41,7 @@ public:
         m_plugin->InitialPluginBase(nullptr, nullptr, &m_host);
         answer(u"QuerySevTimezone"_s, data::timeZone(), nullptr, {});
         m_answer = QVariantMap{{u"Bookmarks"_s, data::serverRecords(count)}};
+        queryAll();
         storeAnswer();
     }
     ~Plugin() override { delete m_object; }
@@ -51,6 +52,8 @@ public:
     std::function<void()> work(Job job) override
     {
         switch (job) {
+        case Job::ForgetAll:
+            return [this] { queryAll(); };
         case Job::StoreAnswer:
             return [this] { storeAnswer(); };
         case Job::ManyAnswers:
@@ -62,6 +65,14 @@ public:
         default:
             return [this, question = questionOf(job)] { ask(question); };
         }
+    }
+
+    void prepare(Job job) override
+    {
+        if (job == Job::StoreAnswer)
+            queryAll();
+        else if (m_isEmpty)
+            storeAnswer();
     }
 
 private:
@@ -92,12 +103,20 @@ private:
         m_plugin->CommandProcessor(command, result, context, u"0"_s, {}, false, relayPath);
     }
 
-    void storeAnswer()
+    /// With this the plug-in drops what it has.
+    void queryAll()
     {
         m_host.accepts = true;
         QMetaObject::invokeMethod(m_object, "queryAllBookmarks");
-        answer(u"QueryAllBookmars"_s, m_answer, m_host.lastContext, u"A"_s);
-        answer(u"QueryAllBookmars"_s, QVariant(), m_host.lastContext, u"B"_s);
+        m_query = m_host.lastContext;
+        m_isEmpty = true;
+    }
+
+    void storeAnswer()
+    {
+        answer(u"QueryAllBookmars"_s, m_answer, m_query, u"A"_s);
+        answer(u"QueryAllBookmars"_s, QVariant(), m_query, u"B"_s);
+        m_isEmpty = false;
     }
 
     QVariantList answersOfOne() const
@@ -112,11 +131,11 @@ private:
     /// The second station answers last, so that the query goes on.
     void storeAnswers(const QVariantList &answers)
     {
-        m_host.accepts = true;
-        QMetaObject::invokeMethod(m_object, "queryAllBookmarks");
+        queryAll();
         for (const QVariant &one : answers)
-            answer(u"QueryAllBookmars"_s, one, m_host.lastContext, u"A"_s);
-        answer(u"QueryAllBookmars"_s, QVariant(), m_host.lastContext, u"B"_s);
+            answer(u"QueryAllBookmars"_s, one, m_query, u"A"_s);
+        answer(u"QueryAllBookmars"_s, QVariant(), m_query, u"B"_s);
+        m_isEmpty = false;
     }
 
     void groupBatch(const QVariantList &targets)
@@ -158,6 +177,8 @@ private:
     QObject *m_object;
     PluginBase *m_plugin;
     QVariant m_answer;
+    void *m_query = nullptr; ///< context of the newest query of all
+    bool m_isEmpty = true;
 };
 
 } // namespace

@@ -81,7 +81,7 @@ public:
 
     std::function<void()> work(Job job) override
     {
-        if (job >= Job::StoreAnswer)
+        if (job >= Job::ForgetAll)
             return {};
         return [this, question = questionOf(job)] { ask(question); };
     }

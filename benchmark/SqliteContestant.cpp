@@ -90,6 +90,8 @@ public:
             return [this, question = questionOf(job)] { askFullText(question); };
         }
         switch (job) {
+        case Job::ForgetAll:
+            return [this] { deleteAll(); };
         case Job::StoreAnswer:
             return [this] { insertAll(); };
         case Job::GroupBatch:
@@ -100,6 +102,14 @@ public:
         default:
             return [this, question = questionOf(job)] { ask(question); };
         }
+    }
+
+    void prepare(Job job) override
+    {
+        if (job == Job::StoreAnswer)
+            deleteAll();
+        else if (m_isEmpty)
+            insertAll();
     }
 
 private:
@@ -121,7 +131,7 @@ private:
                 m_rows.append(writtensteps::displayRecord(record.toMap(), u"A"_s, names, zone));
             }
         }
-        execute("BEGIN; DELETE FROM bookmark");
+        execute("BEGIN");
         Statement insert(m_database,
                          "INSERT INTO bookmark VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)");
         for (const QVariantMap &row : std::as_const(m_rows)) {
@@ -142,6 +152,13 @@ private:
                 .run();
         }
         execute("COMMIT");
+        m_isEmpty = false;
+    }
+
+    void deleteAll()
+    {
+        execute("DELETE FROM bookmark");
+        m_isEmpty = true;
     }
 
     void groupBatch(const QVariantList &targets)
@@ -210,6 +227,7 @@ private:
     bool m_fullText;
     sqlite3 *m_database = nullptr;
     QList<QVariantMap> m_rows;
+    bool m_isEmpty = true;
 };
 
 } // namespace

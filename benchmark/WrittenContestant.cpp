@@ -28,6 +28,8 @@ public:
     std::function<void()> work(Job job) override
     {
         switch (job) {
+        case Job::ForgetAll:
+            return [this] { m_list.clear(); };
         case Job::StoreAnswer:
             return [this] { m_list = displayRecords(); };
         case Job::GroupBatch:
@@ -47,6 +49,14 @@ public:
                 writtensteps::filteredPage(m_list, question);
             };
         }
+    }
+
+    void prepare(Job job) override
+    {
+        if (job == Job::StoreAnswer)
+            m_list.clear();
+        else if (m_list.isEmpty())
+            m_list = displayRecords();
     }
 
 private:

@@ -63,7 +63,8 @@ double bytesOfColumns(int size)
     }
     const auto before = mallinfo2();
     tessaline::BookmarkIndex index;
-    index.append(list);
+    for (const QVariant &record : std::as_const(list))
+        index.append(record.toMap());
     for (const QString &key : {u"displayDate"_s, u"cameraName"_s}) {
         tessaline::Rows rows(1);
         index.sort(rows, key, true, {0, 1}, list);
@@ -88,10 +89,18 @@ void measure(int size, Report &report)
             if (!work)
                 continue;
             const std::string name = nameOf(job) + std::string("/") + contestant->name();
-            auto *const registered =
-                benchmark::RegisterBenchmark(name.c_str(), [work](benchmark::State &state) {
-                    for (auto _ : state)
+            auto *const registered = benchmark::RegisterBenchmark(
+                name.c_str(), [work, job, &contestant](benchmark::State &state) {
+                    contestant->prepare(job);
+                    for (auto _ : state) {
                         work();
+                        // To pause takes longer than some of the other jobs.
+                        if (job == Job::ForgetAll || job == Job::StoreAnswer) {
+                            state.PauseTiming();
+                            contestant->prepare(job);
+                            state.ResumeTiming();
+                        }
+                    }
                 });
             registered->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
             // What takes seconds is measured once.
