@@ -21,12 +21,6 @@ namespace {
 constexpr char FieldEnd = '\xff';
 constexpr std::size_t MostColumns = 16;
 
-/// What is read of a display record, in ascending order.
-const std::array indexedKeys{&displayKey::CameraID,         &displayKey::CameraName,
-                             &displayKey::Creator,          &displayKey::Description,
-                             &displayKey::DisplayTimeRange, &displayKey::RelayPath,
-                             &displayKey::StartTimestamp};
-
 const std::array searchedKeys{&displayKey::CameraName, &displayKey::Creator,
                               &displayKey::Description, &displayKey::DisplayTimeRange};
 
@@ -85,18 +79,6 @@ void BookmarkIndex::clear()
     m_columns = std::move(columns);
 }
 
-void BookmarkIndex::append(const QVariantList &records)
-{
-    const std::size_t known = m_starts.size();
-    try {
-        for (const QVariant &record : records)
-            append(record.toMap());
-    } catch (...) {
-        truncate(known);
-        throw;
-    }
-}
-
 // Texts and cameras that have got a number keep it; that no row has it does no harm.
 void BookmarkIndex::truncate(std::size_t count)
 {
@@ -110,8 +92,9 @@ void BookmarkIndex::truncate(std::size_t count)
 
 void BookmarkIndex::append(const QVariantMap &record)
 {
-    const auto [cameraID, cameraName, creator, description, timeRange, relayPath, start] =
-        valuesOf(record, indexedKeys);
+    // All fields are named, so that none needs to be skipped by comparing.
+    const auto [bookmarkID, cameraID, cameraName, creator, description, date, dateTime, timeRange,
+                end, group, locationID, relayPath, start] = valuesOf(record, displayRecordKeys);
     m_starts.push_back(start->toLongLong());
 
     const auto nextNumber = static_cast<quint32>(m_cameraNumbers.size());

@@ -30,9 +30,9 @@ public:
     /// columns are filled as that comes.
     void clear();
 
-    /// Takes in the next records of the list, which must have the keys of a display record: all of
-    /// them or, when that throws, none.
-    void append(const QVariantList &records);
+    /// Takes in the next record of the list, which must have the keys of a display record. When
+    /// that throws, the index is of no use before truncate().
+    void append(const QVariantMap &record);
 
     /// Forgets all but the first @p count records. Takes no memory.
     void truncate(std::size_t count);
@@ -64,7 +64,6 @@ private:
         void append(const QString &text);
     };
 
-    void append(const QVariantMap &record);
     void appendText(const QString &text);
     std::size_t textStart(quint32 row) const;
     const Column &column(const QString &key, const QVariantList &list);

@@ -7,7 +7,8 @@ namespace tessaline {
 
 namespace {
 
-constexpr qint64 MsPerDay = 86'400'000;
+constexpr int SecondsPerDay = 86'400;
+constexpr qint64 MsPerDay = qint64(1000) * SecondsPerDay;
 constexpr qint64 JulianDayOfEpoch = 2'440'588;
 
 /// Beyond some seventy years around the present nothing is assumed of zones.
@@ -70,6 +71,7 @@ DisplayTexts::DisplayTexts(const QTimeZone &zone)
     , m_timeFormat(m_locale.timeFormat(QLocale::ShortFormat))
     , m_isSplittable(zone.isValid() && isSplittable(m_locale, zone))
     , m_timeStep(showsSeconds(m_locale) ? 1 : 60)
+    , m_timeTexts(static_cast<std::size_t>(SecondsPerDay / m_timeStep))
 {
 }
 
@@ -133,7 +135,7 @@ QString DisplayTexts::dayText(qint64 day)
 QString DisplayTexts::timeText(int secondOfDay)
 {
     const int step = secondOfDay / m_timeStep;
-    QString &text = m_timeTexts[step];
+    QString &text = m_timeTexts[static_cast<std::size_t>(step)];
     if (text.isNull())
         text = shortText(m_locale, QTime::fromMSecsSinceStartOfDay(1000 * step * m_timeStep));
     return text;

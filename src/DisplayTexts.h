@@ -67,7 +67,7 @@ private:
     int m_timeStep;      ///< for how many seconds the text of a time stays the same
     std::vector<Span> m_spans;
     std::unordered_map<qint64, QString> m_dayTexts;
-    std::unordered_map<int, QString> m_timeTexts; ///< by number of the step
+    std::vector<QString> m_timeTexts; ///< by number of the step; null until asked for
 };
 
 } // namespace tessaline

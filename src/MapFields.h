@@ -4,11 +4,10 @@
 
 #include <array>
 #include <cstddef>
-#include <map>
 #include <utility>
 
 // Records are maps, and a site has hundreds of thousands of them. Reading several fields in one
-// walk, and writing them in the order of their keys, takes half the time of looking up each.
+// walk takes half the time of looking up each.
 
 namespace tessaline {
 
@@ -23,26 +22,39 @@ std::array<const QVariant *, Count> valuesOf(const QVariantMap &map,
     auto entry = map.cbegin();
     for (std::size_t i = 0; i < Count; ++i) {
         // Equality first: it is cheaper, and nearly always what is found.
-        while (entry != map.cend() && entry.key() != *keys[i] && entry.key() < *keys[i])
+        bool found = false;
+        while (entry != map.cend() && !(found = entry.key() == *keys[i]) && entry.key() < *keys[i])
             ++entry;
-        values[i] = entry != map.cend() && entry.key() == *keys[i] ? &*entry : &missing;
+        values[i] = found ? &*entry : &missing;
     }
     return values;
 }
 
-/// Makes a map of entries that come in ascending order of their keys.
-class MapInOrder
+/// Makes maps that have the same keys: to copy a map takes a third of the time of inserting its
+/// entries one by one.
+template <std::size_t Count>
+class MapShape
 {
 public:
-    void append(const QString &key, QVariant value)
+    /// @param keys ascending
+    explicit MapShape(const std::array<const QString *, Count> &keys)
     {
-        m_entries.emplace_hint(m_entries.cend(), key, std::move(value));
+        for (const QString *key : keys)
+            m_shape.insert(*key, QVariant());
     }
 
-    QVariantMap take() { return QVariantMap(std::move(m_entries)); }
+    /// A map of these values, which come in the order of the keys.
+    QVariantMap filled(std::array<QVariant, Count> values) const
+    {
+        QVariantMap map = m_shape;
+        auto value = values.begin();
+        for (QVariant &entry : map)
+            entry = std::move(*value++);
+        return map;
+    }
 
 private:
-    std::map<QString, QVariant> m_entries;
+    QVariantMap m_shape;
 };
 
 } // namespace tessaline

@@ -194,8 +194,6 @@ private:
                                                                   tessaline::DisplayTexts &texts);
     /// What makes the texts of an answer's times, in the server's zone.
     tessaline::DisplayTexts &displayTexts();
-    /// The display records of a query's answer.
-    QVariantList CreateBookmarkItems(const QVariant &data, const QString &relayPath);
 
     QObject *findTopologyPlugin() const;
     /// Names by camera key and relay path, fetched from the topology plug-in at this moment.
@@ -242,7 +240,7 @@ private:
                                             void *context);
     void HandleQueryAllBookmarksResp(const QString &resultCode, const QVariant &data, void *context,
                                      const QString &relayPath);
-    void storeBookmarks(const QVariantList &items);
+    void storeBookmarks(const QVariantList &records, tessaline::CameraNames &camNames);
     void settleQueryAllAnswer(void *context, const QString &relayPath);
     void HandleQueryBookmarkForRecentResp(const QVariant &data, const QString &relayPath);
     void HandleQueryBookmarkForAPIResp(const QVariant &data, const QString &resultCode);

@@ -39,6 +39,36 @@ const std::array serverRecordKeys{&serverKey::BookmarkID,   &serverKey::CameraID
                                   &serverKey::EndTimestamp, &serverKey::Group,
                                   &serverKey::LocationID,   &serverKey::StartTimestamp};
 
+/// A timeline item with 0 for each role: in a copy of it the values are replaced, where those
+/// of a new item would have to be moved again and again as they become more.
+std::unique_ptr<QStandardItem> timelineItemShape()
+{
+    auto item = std::make_unique<QStandardItem>();
+    for (const int role :
+         {TimeShiftBufferModel::ItemIdRole, TimeShiftBufferModel::ChannelIdRole,
+          TimeShiftBufferModel::StartTimestampRole, TimeShiftBufferModel::EndTimestampRole})
+        item->setData(0, role);
+    for (int role = BookmarkIdRole; role <= DispTimeRangeRole; ++role)
+        item->setData(0, role);
+    for (const int role : UnusedTimelineRoles)
+        item->setData(0, role);
+    return item;
+}
+
+/// Reaches the assignment that a QStandardItem keeps to its heirs. No item is of this class, as it
+/// would leave its virtual functions behind when the library goes; nor made by clone(), as that
+/// leaks when memory is short.
+struct CopiedItem : QStandardItem
+{
+    using QStandardItem::operator=;
+
+    static void assign(QStandardItem &item, const QStandardItem &other)
+    {
+        using Assignment = QStandardItem &(QStandardItem::*)(const QStandardItem &);
+        (item.*static_cast<Assignment>(&CopiedItem::operator=))(other);
+    }
+};
+
 QString textOf(const QVariantMap &record, const QString &key)
 {
     return record.value(key).toString();
@@ -61,23 +91,13 @@ QVariantMap Tessaline::CreateBookmarkItem(const QVariantMap &record, CameraNames
     const QString cameraID = camera->toString();
     const qint64 start = startTimestamp->toLongLong();
     const qint64 end = endTimestamp->toLongLong();
-    DisplayTexts::Texts shown = texts.of(start, end);
+    const DisplayTexts::Texts shown = texts.of(start, end);
 
-    MapInOrder item;
-    item.append(displayKey::BookmarkID, bookmarkID->toString());
-    item.append(displayKey::CameraID, cameraID);
-    item.append(displayKey::CameraName, camNames.withStation(cameraID));
-    item.append(displayKey::Creator, creator->toString());
-    item.append(displayKey::Description, description->toString());
-    item.append(displayKey::DisplayDate, shown.date);
-    item.append(displayKey::DisplayDateTime, shown.dateTime);
-    item.append(displayKey::DisplayTimeRange, shown.timeRange);
-    item.append(displayKey::EndTimestamp, end);
-    item.append(displayKey::Group, group->toString());
-    item.append(displayKey::LocationID, locationID->toString());
-    item.append(displayKey::RelayPath, camNames.relayPath());
-    item.append(displayKey::StartTimestamp, start);
-    return item.take();
+    static const MapShape display(displayRecordKeys);
+    return display.filled({bookmarkID->toString(), cameraID, camNames.withStation(cameraID),
+                           creator->toString(), description->toString(), shown.date, shown.dateTime,
+                           shown.timeRange, end, group->toString(), locationID->toString(),
+                           camNames.relayPath(), start});
 }
 
 DisplayTexts &Tessaline::displayTexts()
@@ -85,21 +105,6 @@ DisplayTexts &Tessaline::displayTexts()
     if (!m_displayTexts || !m_displayTexts->holdFor(m_serverTimeZone))
         m_displayTexts.emplace(m_serverTimeZone);
     return *m_displayTexts;
-}
-
-QVariantList Tessaline::CreateBookmarkItems(const QVariant &data, const QString &relayPath)
-{
-    const QPointer<Tessaline> self(this);
-    CameraNames camNames(GetAllCamNames(), relayPath);
-    if (!self)
-        return {};
-    DisplayTexts &texts = displayTexts();
-    const QVariantList records = data.toMap().value(serverKey::Bookmarks).toList();
-    QVariantList items;
-    items.reserve(records.size());
-    for (const QVariant &record : records)
-        items.append(CreateBookmarkItem(record.toMap(), camNames, texts));
-    return items;
 }
 
 std::unique_ptr<QStandardItem> Tessaline::CreateBookmarkModelItem(const QVariantMap &record,
@@ -115,13 +120,13 @@ std::unique_ptr<QStandardItem> Tessaline::CreateBookmarkModelItem(const QVariant
         const qint64 end = endTimestamp->toLongLong();
         const DisplayTexts::Texts shown = texts.of(start, end);
 
+        static const std::unique_ptr<QStandardItem> shape = timelineItemShape();
         auto item = std::make_unique<QStandardItem>();
+        CopiedItem::assign(*item, *shape);
         item->setData(bookmarkID, TimeShiftBufferModel::ItemIdRole);
         item->setData(cameraID, TimeShiftBufferModel::ChannelIdRole);
         item->setData(start, TimeShiftBufferModel::StartTimestampRole);
         item->setData(end, TimeShiftBufferModel::EndTimestampRole);
-        for (const int role : UnusedTimelineRoles)
-            item->setData(0, role);
         item->setData(bookmarkID, BookmarkIdRole);
         item->setData(cameraID, CameraIdRole);
         item->setData(camNames.relayPath(), RelayPathRole);

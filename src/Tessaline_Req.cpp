@@ -31,19 +31,19 @@ std::optional<qint64> parseDateTime(const QString &text)
     return dateTime.toMSecsSinceEpoch();
 }
 
+/// Keys of a bookmark that is to be made, in ascending order.
+const std::array payloadKeys{&serverKey::CameraID,      &serverKey::Creator,
+                             &serverKey::Description,   &serverKey::EndTimestamp,
+                             &serverKey::Group,         &serverKey::LocationID,
+                             &serverKey::StartTimestamp};
+
 QVariantMap bookmarkPayload(const QString &cameraID, const QString &locationID,
                             qint64 startTimestamp, qint64 endTimestamp, const QString &desc,
                             const QString &creator, const QString &group)
 {
-    MapInOrder payload;
-    payload.append(serverKey::CameraID, cameraID);
-    payload.append(serverKey::Creator, creator);
-    payload.append(serverKey::Description, desc);
-    payload.append(serverKey::EndTimestamp, endTimestamp);
-    payload.append(serverKey::Group, group);
-    payload.append(serverKey::LocationID, locationID);
-    payload.append(serverKey::StartTimestamp, startTimestamp);
-    return payload.take();
+    static const MapShape payload(payloadKeys);
+    return payload.filled(
+        {cameraID, creator, desc, endTimestamp, group, locationID, startTimestamp});
 }
 
 /// What tells one entry of a batch from another: the relay path and the identifiers.

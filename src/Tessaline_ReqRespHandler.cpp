@@ -173,23 +173,29 @@ void Tessaline::HandleQueryAllBookmarksResp(const QString &resultCode, const QVa
                   "Tessaline::HandleQueryAllBookmarksResp", qPrintable(relayPath));
     } else if (query->generation >= m_queryAllGeneration) {
         const quint64 generation = m_queryAllGeneration;
-        const QVariantList items = CreateBookmarkItems(data, relayPath);
+        CameraNames camNames(GetAllCamNames(), relayPath);
         if (self && generation == m_queryAllGeneration)
-            storeBookmarks(items);
+            storeBookmarks(data.toMap().value(serverKey::Bookmarks).toList(), camNames);
     }
     if (self)
         settleQueryAllAnswer(context, relayPath);
 }
 
-void Tessaline::storeBookmarks(const QVariantList &items)
+/// Takes in an answer: into list and index, and the whole of it or nothing. Record by record, as
+/// one that has just been made is still in the processor's cache.
+void Tessaline::storeBookmarks(const QVariantList &records, CameraNames &camNames)
 {
-    // List and index grow together or not at all.
-    const auto known = static_cast<std::size_t>(m_allBookmarks.size());
-    m_allBookmarksIndex.append(items);
+    const qsizetype known = m_allBookmarks.size();
+    DisplayTexts &texts = displayTexts();
     try {
-        m_allBookmarks.append(items);
+        for (const QVariant &record : records) {
+            const QVariantMap item = CreateBookmarkItem(record.toMap(), camNames, texts);
+            m_allBookmarks.append(item);
+            m_allBookmarksIndex.append(item);
+        }
     } catch (...) {
-        m_allBookmarksIndex.truncate(known);
+        m_allBookmarks.remove(known, m_allBookmarks.size() - known);
+        m_allBookmarksIndex.truncate(static_cast<std::size_t>(known));
         throw;
     }
 }
@@ -214,9 +220,14 @@ void Tessaline::settleQueryAllAnswer(void *context, const QString &relayPath)
 void Tessaline::HandleQueryBookmarkForRecentResp(const QVariant &data, const QString &relayPath)
 {
     const QPointer<Tessaline> self(this);
-    const QVariantList items = CreateBookmarkItems(data, relayPath);
+    CameraNames camNames(GetAllCamNames(), relayPath);
     if (!self)
         return;
+    DisplayTexts &texts = displayTexts();
+    const QVariantList records = data.toMap().value(serverKey::Bookmarks).toList();
+    QVariantList items;
+    for (const QVariant &record : records)
+        items.append(CreateBookmarkItem(record.toMap(), camNames, texts));
     m_recentBookmarks.append(items);
     Q_EMIT queryBookmarkForRecentResponsed(true);
 }
