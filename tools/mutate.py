@@ -65,7 +65,7 @@ def line_mutants(line):
     if re.match(r"\s+[\w:>.\-*\[\]()]+.*;$", code) and not re.match(
             r"\s+(const |auto |static |return\b|using |[\w:<>, *&]+ \w+(\{.*\}| =.*)?;)", code):
         yield "statement", re.match(r"\s*", line)[0] + ";"
-    if re.match(r"\s+return .*;$", code) and not re.search(r"return (\{\}|false|true|nullptr);", code):
+    if re.match(r"\s+return .*;$", code) and not re.search(r"return (\{\}|false|true|nullptr|std::nullopt);", code):
         yield "statement", re.match(r"\s*", line)[0] + "return {};"
     # Neighbouring plain arguments change places.
     for match in re.finditer(r"(?<=[(, ])([\w:.*&]+), ([\w:.*&]+)(?=[,)])", code):
@@ -96,7 +96,9 @@ class Copy:
             options = {"dirs_exist_ok": True} if (ROOT / name).is_dir() else {}
             self.root.mkdir(parents=True, exist_ok=True)
             copy(ROOT / name, self.root / name, **options)
-        subprocess.run(["cmake", "-S", self.root, "-B", self.root / "build", "-G", "Ninja",
+        # With ccache, what is restored after a mutant need not be compiled again.
+        launcher = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
+        subprocess.run(["cmake", "-S", self.root, "-B", self.root / "build", "-G", "Ninja", *launcher,
                         "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O0 -w -DNDEBUG -DQT_NO_DEBUG"],
                        check=True, stdout=subprocess.DEVNULL)
         self.build(TESTS, check=True)
