@@ -113,14 +113,21 @@ Options Options::parse(const QStringList &arguments)
                "bookmarks, and end; needs no display.",
                "file");
     parser.add("tour", "Play the tour in the terminal, without a window.");
+    parser.add("frame-times",
+               "Open the window, use it as its users do, by key and mouse, and print how soon a "
+               "frame shows what was put in and what frames cost. With 100000 bookmarks unless "
+               "told otherwise, from stations of its own unless --data names others.");
+    parser.add("rounds", "Do everything of --frame-times <number> times, 1 to 100.", "number",
+               number(options.rounds));
     parser.add("replay",
                "Play the session recorded in <file> against the plug-in first and tell where it "
                "behaves differently; exit code 0 where nowhere, 1 where somewhere.",
                "file");
-    parser.add("pictures",
-               "After the tour, write pictures of the window's main states to <folder>, from "
-               "stations of its own.",
-               "folder");
+    parser.add(
+        "pictures",
+        "After the tour, write pictures of the window's main states to <folder>, from "
+        "stations of its own; with --frame-times, write its figures there as frame-times.json.",
+        "folder");
     // Not "plugin", which Qt takes for itself.
     parser.add("library", "Load this build of the plug-in.", "file", PluginHost::defaultPath());
     parser.add("log",
@@ -132,7 +139,11 @@ Options Options::parse(const QStringList &arguments)
 
     options.stations = int(parser.number("stations", 1, 100));
     options.cameras = int(parser.number("cameras", 1, 100));
-    options.bookmarks = int(parser.number("bookmarks", 0, 1'000'000));
+    options.frameTimes = parser.isSet("frame-times");
+    options.rounds = int(parser.number("rounds", 1, 100));
+    options.bookmarks = options.frameTimes && !parser.isSet("bookmarks")
+                            ? 100'000
+                            : int(parser.number("bookmarks", 0, 1'000'000));
     options.seed = quint32(parser.number("seed", 0, std::numeric_limits<quint32>::max()));
     options.dataFolder = parser.text("data");
     options.importFile = parser.readableFile("import");

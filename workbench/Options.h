@@ -20,7 +20,9 @@ struct Options
     QString pluginPath;
     QString logFile; ///< empty: standard error
     bool verbose = false;
-    bool tour = false; ///< the tour instead of the window
+    bool tour = false;       ///< the tour instead of the window
+    bool frameTimes = false; ///< measure the window
+    int rounds = 5;          ///< of that
 
     /// Reads the command line. Answers --help and --version itself, and ends the program with
     /// exit code 2 on an unknown option or argument and on a value that can't be used.

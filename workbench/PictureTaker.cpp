@@ -2,27 +2,9 @@
 
 #include "Screenshot.h"
 #include "Transcript.h"
-
-#include <QtQuick/QQuickItem>
+#include "WindowItems.h"
 
 namespace workbench {
-
-namespace {
-
-/// What a view makes for its rows has a parent among the items, and often none among the objects.
-QObject *findItem(QQuickItem *item, const QString &objectName)
-{
-    if (item->objectName() == objectName)
-        return item;
-    const QList<QQuickItem *> children = item->childItems();
-    for (QQuickItem *child : children) {
-        if (QObject *const found = findItem(child, objectName))
-            return found;
-    }
-    return nullptr;
-}
-
-} // namespace
 
 PictureTaker::PictureTaker(const QString &folder, Transcript &transcript, QObject *parent)
     : QObject(parent)
@@ -34,8 +16,7 @@ PictureTaker::PictureTaker(const QString &folder, Transcript &transcript, QObjec
 
 QObject *PictureTaker::find(QQuickWindow *window, const QString &objectName) const
 {
-    QObject *const object = window->findChild<QObject *>(objectName);
-    return object ? object : findItem(window->contentItem(), objectName);
+    return findInWindow(*window, objectName);
 }
 
 void PictureTaker::take(QQuickWindow *window, const QString &name)

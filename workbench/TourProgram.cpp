@@ -6,8 +6,7 @@
 #include "PictureTaker.h"
 #include "StationThread.h"
 #include "Transcript.h"
-#include "preparation/Preparation.h"
-#include "preparation/ProgressLine.h"
+#include "preparation/ReadyStations.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QEventLoop>
@@ -18,19 +17,6 @@
 namespace workbench {
 
 namespace {
-
-/// Returns what keeps the tour from beginning: it needs all of its stations.
-QString prepare(StationThread &stations, const Preparation::Plan &plan)
-{
-    Preparation preparation(stations, plan);
-    const ProgressLine progressLine(preparation);
-    QEventLoop loop;
-    QObject::connect(&preparation, &Preparation::finished, &loop, &QEventLoop::quit);
-    preparation.start();
-    loop.exec();
-    const Preparation::Outcome &outcome = preparation.outcome();
-    return outcome.error.isEmpty() ? outcome.defects.join(QLatin1Char('\n')) : outcome.error;
-}
 
 void play(Installation &installation, Transcript &transcript)
 {
@@ -58,7 +44,7 @@ void takePictures(const Options &options, Transcript &transcript)
     constexpr int Bookmarks = 5'000;
     const QTemporaryDir folder;
     StationThread stations(demoStations());
-    QString error = prepare(stations, {folder.path(), Bookmarks, options.seed, QString()});
+    QString error = makeReady(stations, {folder.path(), Bookmarks, options.seed, QString()});
     Installation installation(stations);
     if (!error.isEmpty() || !installation.load(options.pluginPath, &error)) {
         transcript.printCheck(false, error);
@@ -93,7 +79,7 @@ int playTour(const Options &options)
         const QTemporaryDir temporary;
         const QString folder = options.dataFolder.isEmpty() ? temporary.path() : options.dataFolder;
         StationThread stations(demoStations());
-        QString error = prepare(stations, {folder, 0, 0, options.importFile});
+        QString error = makeReady(stations, {folder, 0, 0, options.importFile});
         Installation installation(stations);
         if (!error.isEmpty() || !installation.load(options.pluginPath, &error))
             return complain(error);

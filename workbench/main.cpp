@@ -1,4 +1,5 @@
 #include "ExitCode.h"
+#include "FrameTimesProgram.h"
 #include "Options.h"
 #include "ReplayProgram.h"
 #include "TourProgram.h"
@@ -26,6 +27,8 @@ int run(Options options)
     if (!options.logFile.isEmpty() && !standin::logging::writeToFile(options.logFile))
         return complain(options.logFile + QStringLiteral(": cannot be written"));
     const bool seen = QGuiApplication::platformName() != QLatin1String("offscreen");
+    if (options.frameTimes)
+        return measureFrameTimes(options);
     replay::Result replay;
     if (!options.replayFile.isEmpty()) {
         replay = playRecording(options);

@@ -1,5 +1,8 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 #include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
 #include <QtSql/QSqlDatabase>
@@ -153,9 +156,9 @@ private Q_SLOTS:
     {
         const Run help = run({u"--help"_s});
         QCOMPARE(help.exitCode, 0);
-        for (const char *option :
-             {"stations", "cameras", "bookmarks", "seed", "data", "import", "screenshot", "tour",
-              "replay", "pictures", "library", "log", "verbose", "help", "version"})
+        for (const char *option : {"stations", "cameras", "bookmarks", "seed", "data", "import",
+                                   "screenshot", "tour", "replay", "pictures", "library", "log",
+                                   "verbose", "frame-times", "rounds", "help", "version"})
             QVERIFY2(help.output.contains("--"_L1 + QLatin1String(option)), option);
     }
 
@@ -170,6 +173,38 @@ private Q_SLOTS:
         QVERIFY2(other.output.contains(file + ":2: expected"_L1), qPrintable(other.output));
         write(u"s.jsonl"_s, session.left(session.indexOf('\n') + 1));
         QCOMPARE(run({u"--replay"_s, file}).exitCode, 0);
+    }
+
+    /// Every input reaches what it is meant for, and a frame shows it.
+    void measuresTheWindow()
+    {
+        const QString folder = m_folder.filePath(u"figures"_s);
+        const Run measured = run(
+            {u"--frame-times"_s, u"--rounds=1"_s, u"--bookmarks=3000"_s, u"--pictures"_s, folder});
+        QVERIFY2(measured.exitCode == 0, qPrintable(measured.errors));
+        QFile file(folder + u"/frame-times.json"_s);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QJsonObject figures = QJsonDocument::fromJson(file.readAll()).object();
+        QCOMPARE(figures.value("bookmarks"_L1), 3000);
+
+        QList<QPair<QString, int>> inputs;
+        const QJsonArray rows = figures.value("rows"_L1).toArray();
+        for (const QJsonValue &row : rows) {
+            const QString doing = row["doing"_L1].toString();
+            inputs.append({doing, row["inputToFrame"_L1]["count"_L1].toInt()});
+            QCOMPARE(row["inputsWithoutFrame"_L1], 0);
+            QVERIFY(row["frameWork"_L1]["median"_L1].toDouble() > 0);
+            QVERIFY2(measured.output.contains(u"| %1 | "_s.arg(doing)), qPrintable(doing));
+        }
+        const QList<QPair<QString, int>> expected{{u"moving pictures alone"_s, 0},
+                                                  {u"search text, by letter"_s, 23},
+                                                  {u"turn pages"_s, 20},
+                                                  {u"change group and order"_s, 10},
+                                                  {u"pan to unknown times"_s, 59},
+                                                  {u"pan over known times"_s, 118},
+                                                  {u"zoom"_s, 28},
+                                                  {u"ask all stations again"_s, 1}};
+        QCOMPARE(inputs, expected);
     }
 
     /// First data goes into an empty folder only, and files that can't be used stay as they are.

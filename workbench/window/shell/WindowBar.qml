@@ -43,6 +43,7 @@ ToolBar {
             onClicked: bar.addWanted()
         }
         BarButton {
+            objectName: "refresh"
             text: qsTr("Refresh")
             hint: qsTr("Ask all stations for their bookmarks again (F5)")
             onClicked: bar.client.refresh()

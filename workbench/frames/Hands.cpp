@@ -1,0 +1,74 @@
+#include "Hands.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QDateTime>
+#include <QtQuick/QQuickItem>
+#include <QtQuick/QQuickWindow>
+
+namespace workbench {
+
+namespace {
+
+constexpr int NotchAngle = 120;
+
+/// With the time, which tells two clicks from a double click.
+void send(QQuickWindow &window, QInputEvent &event)
+{
+    event.setTimestamp(quint64(QDateTime::currentMSecsSinceEpoch()));
+    QCoreApplication::sendEvent(&window, &event);
+}
+
+} // namespace
+
+QPointF Hands::placeIn(const QQuickItem &item, double x, double y)
+{
+    return item.mapToScene({x * item.width(), y * item.height()});
+}
+
+void Hands::type(int key, const QString &text)
+{
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+        QKeyEvent event(type, key, Qt::NoModifier, text);
+        send(m_window, event);
+    }
+}
+
+void Hands::moveTo(QPointF place)
+{
+    m_place = place;
+    sendMouse(QEvent::MouseMove, Qt::NoButton);
+}
+
+void Hands::press()
+{
+    m_pressed = Qt::LeftButton;
+    sendMouse(QEvent::MouseButtonPress, Qt::LeftButton);
+}
+
+void Hands::release()
+{
+    m_pressed = Qt::NoButton;
+    sendMouse(QEvent::MouseButtonRelease, Qt::LeftButton);
+}
+
+void Hands::click()
+{
+    press();
+    release();
+}
+
+void Hands::turnWheel(int notches)
+{
+    QWheelEvent event(m_place, m_window.mapToGlobal(m_place), {}, {0, notches * NotchAngle},
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    send(m_window, event);
+}
+
+void Hands::sendMouse(int type, Qt::MouseButton button)
+{
+    QMouseEvent event(QEvent::Type(type), m_place, m_window.mapToGlobal(m_place), button, m_pressed,
+                      Qt::NoModifier);
+    send(m_window, event);
+}
+
+} // namespace workbench

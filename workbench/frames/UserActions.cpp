@@ -1,0 +1,187 @@
+#include "UserActions.h"
+
+#include "Bench.h"
+#include "FrameReport.h"
+#include "MarkLayout.h"
+#include "PageModel.h"
+#include "WindowItems.h"
+
+#include <QtCore/QEventLoop>
+#include <QtQuick/QQuickItem>
+#include <QtQuick/QQuickWindow>
+
+namespace workbench {
+
+namespace {
+
+// Not in step with each other, nor with the pictures, which change ten times a second.
+constexpr int KeyMs = 93;
+constexpr int ClickMs = 137;
+constexpr int MoveMs = 16;
+constexpr int NotchMs = 47;
+constexpr int IdleMs = 1'000;
+
+constexpr int RestMs = 300;
+constexpr int PatienceMs = 5'000;
+
+template <typename Inputs>
+Inputs operator+(Inputs first, const Inputs &second)
+{
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
+} // namespace
+
+UserActions::UserActions(QQuickWindow &window, const Bench &bench)
+    : m_window(window)
+    , m_bench(bench)
+    , m_meter(window)
+    , m_hands(window)
+    , m_timeline(*qobject_cast<QQuickItem *>(findInWindow(window, QStringLiteral("timelineBar"))))
+{
+    const auto note = [this] { m_meter.noteChange(); };
+    const auto *const page = window.findChild<PageModel *>();
+    QObject::connect(page, &PageModel::dataChanged, &m_meter, note);
+    QObject::connect(page, &PageModel::rowsInserted, &m_meter, note);
+    QObject::connect(page, &PageModel::rowsRemoved, &m_meter, note);
+    QObject::connect(m_timeline.property("marks").value<MarkLayout *>(), &MarkLayout::updated,
+                     &m_meter, note);
+}
+
+void UserActions::perform(FrameReport &report)
+{
+    measure(report, QStringLiteral("moving pictures alone"), 0, {});
+    measure(report, QStringLiteral("search text, by letter"), KeyMs, searches());
+    measure(report, QStringLiteral("turn pages"), ClickMs, turnedPages());
+    measure(report, QStringLiteral("change group and order"), ClickMs, groupsAndOrders());
+    measure(report, QStringLiteral("pan to unknown times"), MoveMs, drag(-1));
+    measure(report, QStringLiteral("pan over known times"), MoveMs, drag(1) + drag(-1));
+    measure(report, QStringLiteral("zoom"), NotchMs, zooms());
+    measure(report, QStringLiteral("ask all stations again"), 0, clicks("refresh", 1));
+}
+
+void UserActions::measure(FrameReport &report, const QString &doing, int intervalMs,
+                          const Inputs &inputs)
+{
+    waitForQuiet();
+    m_meter.begin();
+    double due = m_meter.now();
+    for (const auto &input : inputs) {
+        waitUntil(due);
+        m_meter.noteInput(due);
+        input();
+        due += intervalMs;
+    }
+    const double patience = m_meter.now() + PatienceMs;
+    while (m_meter.isWaiting() && m_meter.now() < patience)
+        waitUntil(m_meter.now() + 1);
+    if (inputs.empty())
+        waitUntil(due + IdleMs);
+    report.add(doing, m_meter.take());
+}
+
+/// Does not let the event loop run when it is late, as a user would not wait either.
+void UserActions::waitUntil(double time) const
+{
+    const double left = time - m_meter.now();
+    if (left <= 0)
+        return;
+    QEventLoop loop;
+    QTimer::singleShot(int(left), Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void UserActions::waitForQuiet() const
+{
+    const double patience = m_meter.now() + PatienceMs;
+    do
+        waitUntil(m_meter.now() + RestMs);
+    while (m_bench.outstanding() > 0 && m_meter.now() < patience);
+}
+
+UserActions::Inputs UserActions::searches()
+{
+    item("searchField").forceActiveFocus();
+    Inputs inputs;
+    for (const QString &text : {QStringLiteral("white van p"), QStringLiteral("police inf")}) {
+        for (const QChar letter : text)
+            inputs.emplace_back([=] { m_hands.type(letter.toUpper().unicode(), letter); });
+        inputs.emplace_back([=] { m_hands.type(Qt::Key_Escape); });
+    }
+    return inputs;
+}
+
+UserActions::Inputs UserActions::turnedPages()
+{
+    return clicks("nextPage", 12) + clicks("lastPage", 1) + clicks("previousPage", 6) +
+           clicks("firstPage", 1);
+}
+
+UserActions::Inputs UserActions::groupsAndOrders()
+{
+    return keys("groupBox", Qt::Key_Down, 3) + clicks("orderButton", 2) +
+           keys("groupBox", Qt::Key_Up, 3) + clicks("orderButton", 2);
+}
+
+UserActions::Inputs UserActions::drag(int direction)
+{
+    constexpr int Moves = 60;
+    const auto place = [=](int move) {
+        const double share = double(move + 1) / (Moves + 2); // its last pixel lies beside it
+        return Hands::placeIn(m_timeline, direction < 0 ? share : 1 - share);
+    };
+    Inputs inputs;
+    for (int move = 1; move < Moves; ++move) {
+        inputs.emplace_back([=] {
+            if (move == 1) {
+                m_hands.moveTo(place(0));
+                m_hands.press();
+            }
+            m_hands.moveTo(place(move));
+            if (move == Moves - 1)
+                m_hands.release();
+        });
+    }
+    return inputs;
+}
+
+UserActions::Inputs UserActions::zooms()
+{
+    Inputs inputs;
+    for (const auto &[notches, direction] : {std::pair(8, 1), {14, -1}, {6, 1}}) {
+        for (int i = 0; i < notches; ++i) {
+            inputs.emplace_back([=, direction = direction] {
+                m_hands.moveTo(Hands::placeIn(m_timeline));
+                m_hands.turnWheel(direction);
+            });
+        }
+    }
+    return inputs;
+}
+
+UserActions::Inputs UserActions::clicks(const char *objectName, int count)
+{
+    return Inputs(size_t(count), [=] {
+        m_hands.moveTo(Hands::placeIn(item(objectName)));
+        m_hands.click();
+    });
+}
+
+UserActions::Inputs UserActions::keys(const char *objectName, int key, int count)
+{
+    return Inputs(size_t(count), [=] {
+        item(objectName).forceActiveFocus();
+        m_hands.type(key);
+    });
+}
+
+QQuickItem &UserActions::item(const char *objectName) const
+{
+    auto *const item =
+        qobject_cast<QQuickItem *>(findInWindow(m_window, QString::fromLatin1(objectName)));
+    Q_ASSERT(item);
+    return *item;
+}
+
+} // namespace workbench

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "FrameMeter.h"
+#include "Hands.h"
+
+#include <functional>
+#include <vector>
+
+class QQuickItem;
+class QQuickWindow;
+
+namespace workbench {
+
+class Bench;
+class FrameReport;
+
+/// Does with the window what its users do most, and has each doing measured.
+class UserActions
+{
+public:
+    /// Neither is owned; both must outlive this object. The window shows cameras and bookmarks.
+    UserActions(QQuickWindow &window, const Bench &bench);
+
+    /// Everything once.
+    void perform(FrameReport &report);
+
+private:
+    using Inputs = std::vector<std::function<void()>>;
+
+    void measure(FrameReport &report, const QString &doing, int intervalMs, const Inputs &inputs);
+    void waitUntil(double time) const;
+    void waitForQuiet() const;
+
+    Inputs searches();
+    Inputs turnedPages();
+    Inputs groupsAndOrders();
+    /// The timeline is dragged from one of its ends to the other; 1: to later times, -1: to
+    /// earlier.
+    Inputs drag(int direction);
+    Inputs zooms();
+    Inputs clicks(const char *objectName, int count);
+    Inputs keys(const char *objectName, int key, int count);
+
+    QQuickItem &item(const char *objectName) const;
+
+    QQuickWindow &m_window;
+    const Bench &m_bench;
+    FrameMeter m_meter;
+    Hands m_hands;
+    QQuickItem &m_timeline; ///< of the first cell
+};
+
+} // namespace workbench
