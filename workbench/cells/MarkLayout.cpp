@@ -23,10 +23,9 @@ MarkLayout::MarkLayout(QObject *parent)
 {
     connect(&m_marks, &CameraMarks::outdated, this, [this] {
         m_arrangedScale = 0;
-        m_gate.schedule();
+        Q_EMIT outdated();
     });
-    connect(this, &MarkLayout::changed, &m_gate, &FrameGate::schedule);
-    connect(&m_gate, &FrameGate::due, this, &MarkLayout::update);
+    connect(this, &MarkLayout::changed, this, &MarkLayout::outdated);
 }
 
 void MarkLayout::setSource(QAbstractItemModel *source)
@@ -42,10 +41,10 @@ void MarkLayout::setRange(VisibleRange *range)
     if (range == m_range)
         return;
     if (m_range)
-        m_range->disconnect(&m_gate);
+        m_range->disconnect(this);
     m_range = range;
     if (range)
-        connect(range, &VisibleRange::changed, &m_gate, &FrameGate::schedule);
+        connect(range, &VisibleRange::changed, this, &MarkLayout::outdated);
     Q_EMIT changed();
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "CameraMarks.h"
-#include "FrameGate.h"
 #include "MarkBars.h"
 #include "RowList.h"
 #include "VisibleRange.h"
@@ -37,7 +36,7 @@ struct MarkRow
 };
 
 /// Where the bookmarks of one camera are drawn on a timeline: a row for each bar that is visible.
-/// Brought up to date once a frame, however many rows of the source change.
+/// The rows are those of the last update(), however many rows of the source have changed since.
 class MarkLayout : public QAbstractListModel
 {
     Q_OBJECT
@@ -81,6 +80,9 @@ public:
     QVariantMap camera() const { return m_camera; }
     void setCamera(const QVariantMap &camera);
 
+    /// To be called before the next frame after outdated().
+    Q_INVOKABLE void update();
+
     /// The row of the bar that can be seen there, or -1. @p x in pixels.
     Q_INVOKABLE int rowAt(double x, int lane) const;
     /// All roles of a row by their names.
@@ -95,13 +97,14 @@ public:
 
 Q_SIGNALS:
     void changed();
+    /// Emitted for every change of a row of the source, too.
+    void outdated();
     /// The rows are up to date.
     void updated();
 
 private:
     friend class RowList<MarkRow>;
 
-    void update();
     void arrange();
     MarkRow rowFor(const MarkBar &bar);
     QString textOf(const MarkBar &bar);
@@ -111,7 +114,6 @@ private:
     double m_width = 0;
     int m_lanes = 1;
     QVariantMap m_camera;
-    FrameGate m_gate;
     RowList<MarkRow> m_rows;
 
     std::vector<MarkBar> m_bars; ///< of all bookmarks, visible or not

@@ -148,8 +148,7 @@ QList<int> Tick::differsIn(const Tick &other) const
 TimeAxis::TimeAxis(QObject *parent)
     : QAbstractListModel(parent)
 {
-    connect(this, &TimeAxis::changed, &m_gate, &FrameGate::schedule);
-    connect(&m_gate, &FrameGate::due, this, &TimeAxis::update);
+    connect(this, &TimeAxis::changed, this, &TimeAxis::outdated);
 }
 
 void TimeAxis::setRange(VisibleRange *range)
@@ -160,7 +159,7 @@ void TimeAxis::setRange(VisibleRange *range)
         m_range->disconnect(this);
     m_range = range;
     if (range)
-        connect(range, &VisibleRange::changed, &m_gate, &FrameGate::schedule);
+        connect(range, &VisibleRange::changed, this, &TimeAxis::outdated);
     Q_EMIT changed();
 }
 

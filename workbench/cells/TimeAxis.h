@@ -1,6 +1,5 @@
 #pragma once
 
-#include "FrameGate.h"
 #include "RowList.h"
 #include "VisibleRange.h"
 
@@ -21,8 +20,8 @@ struct Tick
     QList<int> differsIn(const Tick &other) const;
 };
 
-/// The ticks of a timeline, at round times of a time zone, as dense as their labels allow. Brought
-/// up to date once a frame.
+/// The ticks of a timeline, at round times of a time zone, as dense as their labels allow. They are
+/// those of the last update().
 class TimeAxis : public QAbstractListModel
 {
     Q_OBJECT
@@ -51,6 +50,9 @@ public:
     QString timeZone() const { return m_timeZone; }
     void setTimeZone(const QString &ianaId);
 
+    /// To be called before the next frame after outdated().
+    Q_INVOKABLE void update();
+
     /// Date and time of day in the axis's zone.
     Q_INVOKABLE QString timeText(qint64 time) const;
 
@@ -60,17 +62,15 @@ public:
 
 Q_SIGNALS:
     void changed();
+    void outdated();
 
 private:
     friend class RowList<Tick>;
-
-    void update();
 
     QPointer<VisibleRange> m_range;
     double m_width = 0;
     QString m_timeZone;
     QTimeZone m_zone = QTimeZone::utc();
-    FrameGate m_gate;
     RowList<Tick> m_rows;
 };
 

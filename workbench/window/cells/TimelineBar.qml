@@ -28,6 +28,21 @@ Item {
     Accessible.name: qsTr("Timeline, %1 to %2").arg(axis.timeText(range.from))
                                                .arg(axis.timeText(range.to))
 
+    // Not sooner: a range moves and answers come many times between two frames.
+    FrameUpdate {
+        id: frame
+        onDue: {
+            axis.update();
+            bar.marks.update();
+        }
+    }
+    Connections {
+        target: bar.marks
+        function onOutdated() {
+            frame.request();
+        }
+    }
+
     Rectangle {
         anchors.fill: parent
         color: Theme.surface
@@ -39,6 +54,7 @@ Item {
             range: bar.range
             width: bar.width
             timeZone: bar.timeZone
+            onOutdated: frame.request()
         }
         TimelineTick {
             axisHeight: bar.axisHeight
