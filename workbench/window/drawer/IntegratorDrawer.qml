@@ -47,7 +47,7 @@ Pane {
             Layout.fillWidth: true
             Layout.fillHeight: true
 
-            TrafficTab { client: drawer.client }
+            TrafficTab { client: drawer.client; shown: drawer.visible }
             LogTab { log: drawer.client.bench.log }
             FaultsTab { client: drawer.client }
             ReplayTab { report: drawer.client.bench.replayReport }

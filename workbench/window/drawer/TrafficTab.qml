@@ -8,6 +8,7 @@ ColumnLayout {
     id: tab
 
     required property Client client
+    required property bool shown ///< rows that nobody sees would be made all the same
     readonly property TrafficModel traffic: client.bench.traffic
 
     function copyPayload() {
@@ -18,7 +19,7 @@ ColumnLayout {
 
     SearchFilter {
         id: filter
-        source: tab.traffic
+        source: tab.shown ? tab.traffic : null
         text: bar.text
         hiddenKinds: bar.hiddenKinds
     }

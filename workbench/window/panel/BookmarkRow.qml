@@ -15,6 +15,8 @@ Column {
     required property bool focused ///< the keys go to the list
 
     readonly property bool current: ListView.isCurrentItem
+    readonly property string wholeText: [record.displayDateTime, record.displayTimeRange,
+        record.cameraName, record.description, people.text].join("\n")
 
     signal pressed(int modifiers)
     signal showWanted()
@@ -36,7 +38,7 @@ Column {
         border.width: row.current && row.focused ? 1 : 0
         border.color: Theme.accent
         Accessible.role: Accessible.ListItem
-        Accessible.name: whole.text
+        Accessible.name: row.wholeText
         Accessible.selected: row.selected
 
         // Anchors and no layouts: rows change their texts with every letter typed.
@@ -77,16 +79,10 @@ Column {
             color: Theme.faintText
             font.pixelSize: Theme.smallText
         }
-        Text {
-            id: whole
-            visible: false
-            text: [row.record.displayDateTime, row.record.displayTimeRange, row.record.cameraName,
-                   row.record.description, people.text].join("\n")
-        }
         HoverHandler {
             id: hover
         }
-        ToolTip.text: whole.text
+        ToolTip.text: row.wholeText
         ToolTip.visible: hover.hovered
                          && (camera.truncated || description.truncated || people.truncated)
         ToolTip.delay: 500
