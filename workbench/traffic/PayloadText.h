@@ -13,7 +13,7 @@ QString brief(const QVariant &value, qsizetype length);
 /// @p valueCount values only.
 bool contains(const QVariant &value, const QString &text, int valueCount);
 
-/// How many values a payload holds, containers included; a measure of the memory it takes.
+/// About how many values a payload holds, containers included; a measure of the memory it takes.
 qint64 countValues(const QVariant &value);
 
 /// The value as indented JSON, for reading; types that JSON lacks become texts.

@@ -3,6 +3,7 @@
 #include "PayloadText.h"
 
 #include <QtCore/QDateTime>
+#include <QtCore/QThreadPool>
 #include <QtGui/QClipboard>
 #include <QtGui/QGuiApplication>
 
@@ -31,6 +32,20 @@ QString summaryOf(const TrafficEntry &entry)
     if (entry.kind == Kind::Call && entry.result.isValid())
         text += QStringLiteral(" \u2192 ") + payloadtext::brief(entry.result, SummaryLength);
     return text;
+}
+
+/// To free the bookmarks of a whole station takes longer than some frames, so another thread does.
+/// What QML handed over stays out of it: that has to be freed in the thread of QML.
+template <typename Entry>
+void freeAnswers(Entry first, Entry last)
+{
+    QVariantList values;
+    for (; first != last; ++first) {
+        if (first->kind == TrafficEntry::Kind::Answered)
+            values.append(std::exchange(first->value, QVariant()));
+    }
+    if (!values.isEmpty())
+        QThreadPool::globalInstance()->start([values = std::move(values)] {});
 }
 
 } // namespace
@@ -142,6 +157,7 @@ void TrafficModel::dropOldest()
     if (count == 0)
         return;
     beginRemoveRows({}, 0, count - 1);
+    freeAnswers(m_entries.begin(), m_entries.begin() + count);
     m_entries.erase(m_entries.begin(), m_entries.begin() + count);
     m_rows -= count;
     m_values = values;
