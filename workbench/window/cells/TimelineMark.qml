@@ -17,7 +17,7 @@ Rectangle {
     y: lane * laneHeight + 1
     width: Math.max(2, barWidth)
     height: laneHeight - 1
-    color: count > 1 ? Qt.darker(Theme.mark, 1.25) : Theme.mark
+    color: count > 1 ? Qt.darker(Theme.mark, 1.25) : over ? Qt.lighter(Theme.mark, 1.3) : Theme.mark
     border { width: over ? 1 : 0; color: Theme.surface }
     clip: number.visible
 
