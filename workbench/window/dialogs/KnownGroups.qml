@@ -7,14 +7,13 @@ QtObject {
 
     required property Client client
 
-    readonly property int patience: 100 ///< milliseconds after which nothing more is looked for
+    readonly property int patience: 150 ///< milliseconds after which nothing more is looked for
 
     readonly property DateRanges ranges: DateRanges {}
 
     /// All of them, unless there are very many. In the order of groups, all pages between two that
     /// show the same group show it as well; the others are halved, the widest gaps first.
     function names() {
-        const end = Date.now() + patience;
         const found = new Set();
         const question = Object.assign({ groupKey: "group", ascending: true },
                                        ranges.range(DateRanges.All, 0));
@@ -28,7 +27,9 @@ QtObject {
             return { page: page, first: list[0], last: list[list.length - 1] };
         }
 
-        const gaps = [[titles(0), titles(Math.max(0, pageCount - 1))]];
+        const firstPage = titles(0); // for which the plug-in orders all bookmarks
+        const end = Date.now() + patience;
+        const gaps = [[firstPage, titles(Math.max(0, pageCount - 1))]];
         for (const [low, high] of gaps) { // which grow meanwhile
             if (high.page - low.page < 2 || low.last === high.first)
                 continue;
