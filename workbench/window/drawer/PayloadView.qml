@@ -23,10 +23,17 @@ TreeView {
     }
     selectionModel: ItemSelectionModel { model: view.model }
     delegate: TreeViewDelegate {
+        id: part
+        text: model.display
         implicitHeight: Theme.normalText + Theme.gap + 4
         ToolTip.visible: hovered
         ToolTip.delay: 600
         ToolTip.text: text
+        contentItem: Label {
+            text: part.text
+            elide: Text.ElideRight
+            color: part.highlighted ? Theme.accentText : Theme.text
+        }
     }
 
     Label {
