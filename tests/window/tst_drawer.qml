@@ -189,6 +189,7 @@ WindowTest {
     function test_savedSessionIsReplayed() {
         addByKeys("Played again");
         openTab(0);
+        verify(list().atYEnd && list().count > 20, "shows the latest");
         const [button, dialog] = [find("saveTraffic"), find("saveDialog")];
         const part = name => findChild(dialog.contentItem, name) || findChild(dialog.footer, name);
         for (const [file, problem] of [["/none/s.jsonl", "/none/s.jsonl: "], [lab.sessionFile(), ""]]) {

@@ -20,11 +20,14 @@ ListView {
     ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
 
     onMovementEnded: following = atYEnd
-    onCountChanged: {
+    onCountChanged: follow()
+    onHeightChanged: follow()
+    onCurrentIndexChanged: following = currentIndex < 0 || currentIndex === count - 1
+
+    function follow() {
         if (following)
             positionViewAtEnd();
     }
-    onCurrentIndexChanged: following = currentIndex < 0 || currentIndex === count - 1
 
     Keys.onPressed: event => {
         if (event.key === Qt.Key_Home)
