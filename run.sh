@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the plug-in and the workbench and opens its window; without a display, or with --tour, plays
 # the tour instead and writes pictures of the window to out/. Arguments go to the workbench; --help
-# lists them. With --benchmark first, measures the plug-in instead and writes to out/.
+# lists them. With --frame-times, measures how fluid the window is, and with --benchmark first, the
+# plug-in instead; both write to out/.
 set -euo pipefail
 cd "$(dirname "$0")"
 
