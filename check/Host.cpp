@@ -353,16 +353,6 @@ LoggingHost::LoggingHost(Trial &trial, Host::Start start)
 
 LoggingHost::~LoggingHost() = default;
 
-QVariantMap serverRecord(const QString &bookmarkID, const QString &cameraID,
-                         const QString &locationID, qint64 start, qint64 end,
-                         const QString &description, const QString &creator, const QString &group)
-{
-    return {{u"BookmarkID"_s, bookmarkID}, {u"CameraID"_s, cameraID},
-            {u"LocationID"_s, locationID}, {u"StartTimestamp"_s, start},
-            {u"EndTimestamp"_s, end},      {u"Description"_s, description},
-            {u"Creator"_s, creator},       {u"Group"_s, group}};
-}
-
 QVariant valueOf(QString json)
 {
     json.replace(u'\'', u'"');

@@ -3,6 +3,7 @@
 #include "LoadedPlugin.h"
 #include "LogProbe.h"
 #include "PluginBase.h"
+#include "ServerRecord.h"
 #include "SignalLines.h"
 #include "Trial.h"
 #include "framework/Framework.h"
@@ -137,11 +138,7 @@ private:
     std::unique_ptr<Host> m_host;
 };
 
-/// A server record with the eight keys.
-QVariantMap serverRecord(const QString &bookmarkID, const QString &cameraID,
-                         const QString &locationID, qint64 start, qint64 end,
-                         const QString &description = {}, const QString &creator = {},
-                         const QString &group = {});
+using standin::serverRecord;
 
 /// The value of a text in JSON with single quotes for double ones; numbers are whole numbers.
 QVariant valueOf(QString json);

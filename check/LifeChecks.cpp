@@ -2,6 +2,7 @@
 #include "Describe.h"
 #include "Host.h"
 #include "ProcessProbe.h"
+#include "framework/KeepingFramework.h"
 
 #include <QtCore/QAbstractItemModel>
 #include <QtCore/QDir>
@@ -119,28 +120,9 @@ void checkUnloadCycles(Trial &trial)
         u"%1 times loaded, used and unloaded, %2 bytes more"_s.arg(WarmUp + Cycles).arg(grown));
 }
 
-/// Keeps the very values that the plug-in has passed; a copy would hide where they live.
-class KeepingFramework final : public FrameworkWrapperBase
-{
-public:
-    bool SendCommand(void *, const QString &pluginID, const QString &command,
-                     const QVariant &payload, void *context, bool,
-                     const QString &relayPath) override
-    {
-        kept += {pluginID, command, payload, relayPath};
-        sent.append({0, nullptr, pluginID, command, payload, context, false, relayPath, true});
-        return true;
-    }
-    QObject *FindPlugin(void *, const QString &) override { return topology; }
-
-    QObject *topology = nullptr;
-    QVariantList kept;
-    QList<standin::SentCommand> sent;
-};
-
 QVariantList keptOfWork(Trial &trial)
 {
-    KeepingFramework framework;
+    standin::KeepingFramework framework;
     Host host(trial.library());
     if (!host.error().isEmpty())
         return {};

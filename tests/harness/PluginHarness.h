@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LogLines.h"
+#include "ServerRecord.h"
 #include "SignalLines.h"
 #include "framework/Framework.h"
 #include "topology/Topology.h"
@@ -106,11 +107,7 @@ private:
     QStringList m_trace;
 };
 
-/// A server record with the eight keys.
-QVariantMap serverRecord(const QString &bookmarkID, const QString &cameraID,
-                         const QString &locationID, qint64 start, qint64 end,
-                         const QString &description = {}, const QString &creator = {},
-                         const QString &group = {});
+using standin::serverRecord;
 
 /// The answer to a query: records with these identifiers, all of camera "1" at location "l".
 QVariant queryAnswer(const QStringList &ids);

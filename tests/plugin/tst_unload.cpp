@@ -1,8 +1,8 @@
 #include "Describe.h"
 #include "LoadedPlugin.h"
 #include "PluginHarness.h"
+#include "framework/KeepingFramework.h"
 
-#include "FrameworkWrapperBase.h"
 #include "PluginBase.h"
 
 #include <QtCore/QAbstractItemModel>
@@ -13,31 +13,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Keeps the very values that the plug-in has passed: a deep copy, as hosts make it, would hide
-/// values that live in the library's own memory.
-class KeepingFramework final : public FrameworkWrapperBase
-{
-public:
-    bool SendCommand(void *, const QString &pluginID, const QString &command,
-                     const QVariant &payload, void *context, bool,
-                     const QString &relayPath) override
-    {
-        kept += {pluginID, command, payload, relayPath};
-        sent.append({0, nullptr, pluginID, command, payload, context, false, relayPath, true});
-        return true;
-    }
-    QObject *FindPlugin(void *, const QString &) override { return topology; }
-
-    QObject *topology = nullptr;
-    QVariantList kept;
-    QList<standin::SentCommand> sent;
-};
-
 /// Uses every command once, answers it, the batches with a failure, and returns all that has left
 /// the library. One timeline query stays without an answer.
 QVariantList work()
 {
-    KeepingFramework framework;
+    standin::KeepingFramework framework;
     PluginHarness harness;
     framework.topology = &harness.topology;
     PluginBase &plugin = harness.plugin();

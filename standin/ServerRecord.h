@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QtCore/QVariant>
+
+namespace standin {
+
+/// A bookmark as servers send it, with all eight keys.
+inline QVariantMap serverRecord(const QString &bookmarkID, const QString &cameraID,
+                                const QString &locationID, qint64 start, qint64 end,
+                                const QString &description = {}, const QString &creator = {},
+                                const QString &group = {})
+{
+    const auto key = [](const char *name) { return QString::fromLatin1(name); };
+    return {{key("BookmarkID"), bookmarkID}, {key("CameraID"), cameraID},
+            {key("LocationID"), locationID}, {key("StartTimestamp"), start},
+            {key("EndTimestamp"), end},      {key("Description"), description},
+            {key("Creator"), creator},       {key("Group"), group}};
+}
+
+} // namespace standin
