@@ -152,8 +152,7 @@ private:
         m_host.accepts = true;
         QObject *model = nullptr;
         QMetaObject::invokeMethod(m_object, "getBookmarkModelForTimeline",
-                                  Q_RETURN_ARG(QObject *, model),
-                                  Q_ARG(QString, u"cell"_s));
+                                  Q_RETURN_ARG(QObject *, model), Q_ARG(QString, u"cell"_s));
         QMetaObject::invokeMethod(m_object, "setTimelineFocusInfo", Q_ARG(QString, u"location-1"_s),
                                   Q_ARG(QString, u"A"_s), Q_ARG(QString, u"cell"_s));
         QMetaObject::invokeMethod(m_object, "setTimelineBoundary", Q_ARG(qlonglong, 1),
