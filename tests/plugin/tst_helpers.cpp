@@ -146,14 +146,15 @@ private Q_SLOTS:
              list + QVariantList{described(u"forgotten"_s), described(u"forgotten"_s)})
             index.append(record.toMap());
         index.truncate(1);
-        list.append(described(u"last"_s));
+        list += {described(u"second"_s), described(u"last"_s)};
         for (const QVariant &record : list.mid(1))
             index.append(record.toMap());
         for (const auto &[text, rows] :
-             {std::pair{u"first"_s, tessaline::Rows{0}}, std::pair{u"last"_s, tessaline::Rows{1}},
+             {std::pair{u"first"_s, tessaline::Rows{0}}, std::pair{u"second"_s, tessaline::Rows{1}},
+              std::pair{u"last"_s, tessaline::Rows{2}},
               std::pair{u"forgotten"_s, tessaline::Rows{}}}) {
             tessaline::Rows found = index.startingBetween(0, 0);
-            QCOMPARE(found.size(), std::size_t(2));
+            QCOMPARE(found.size(), std::size_t(3));
             index.keepText(found, text, list);
             QCOMPARE(found, rows);
         }

@@ -253,8 +253,11 @@ private Q_SLOTS:
 
     void showWhatTheCalendarShowsAtAnyTime()
     {
-        // The ends of 64 bits, years of five digits, and anything from 1779 to 2160.
-        QList<qint64> moments{Min, Min + 3'600'000, Max, Max - 3'600'000, 253402300800000, -1};
+        // The ends of 64 bits, years of five digits, the moment before a clock goes forward and
+        // that itself, and anything from 1779 to 2160.
+        constexpr qint64 Forward = 1'774'746'000'000;
+        QList<qint64> moments{Min, Min + 3'600'000, Max,    Max - 3'600'000, 253402300800000,
+                              -1,  Forward - 1,     Forward};
         QRandomGenerator random(1);
         while (moments.size() < 300)
             moments.append(qint64(random.bounded(12e12)) - qint64(6e12));
