@@ -49,7 +49,6 @@ Flow {
         ToolTip.text: qsTr("Delay of answers in order, in milliseconds")
     }
     ComboBox {
-        objectName: "order"
         width: 110
         model: row.faults.orders()
         currentIndex: model.indexOf(row.order)
@@ -78,7 +77,6 @@ Flow {
         ToolTip.text: qsTr("Every command fails with this code; empty: none does")
     }
     ComboBox {
-        objectName: "payload"
         width: 130
         model: row.faults.payloads()
         currentIndex: model.indexOf(row.payload)

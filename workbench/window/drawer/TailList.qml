@@ -20,13 +20,17 @@ ListView {
     ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
 
     onMovementEnded: following = atYEnd
-    onCountChanged: follow()
-    onHeightChanged: follow()
+    onCountChanged: later.restart()
+    onHeightChanged: later.restart()
     onCurrentIndexChanged: following = currentIndex < 0 || currentIndex === count - 1
 
-    function follow() {
-        if (following)
-            positionViewAtEnd();
+    Timer {
+        id: later
+        interval: 0 // once the view has taken in its rows and its height
+        onTriggered: {
+            if (list.following)
+                list.positionViewAtEnd();
+        }
     }
 
     Keys.onPressed: event => {
