@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace workbench {
 
@@ -78,8 +79,10 @@ void FrameReport::add(const QString &doing, const FrameTimes &times)
 {
     auto row = std::find_if(m_rows.begin(), m_rows.end(),
                             [&](const Row &candidate) { return candidate.doing == doing; });
-    if (row == m_rows.end())
-        row = m_rows.insert(m_rows.end(), {doing, {}});
+    if (row == m_rows.end()) {
+        m_rows.append({doing, {}});
+        row = std::prev(m_rows.end());
+    }
     for (const Measure &measure : Measures)
         row->times.*measure.times += times.*measure.times;
     row->times.unseen += times.unseen;
