@@ -7,7 +7,9 @@ namespace workbench {
 namespace {
 
 constexpr QStringView Format = u"yyyy-MM-dd HH:mm:ss";
-constexpr QStringView ShortFormat = u"yyyy-MM-dd HH:mm";
+constexpr QStringView DateFormat = u"yyyy-MM-dd";
+constexpr QStringView TimeFormat = u"HH:mm:ss";
+constexpr QStringView ShortTimeFormat = u"HH:mm";
 
 } // namespace
 
@@ -19,14 +21,17 @@ QString DateTimeTexts::textOf(qint64 moment) const
 QVariant DateTimeTexts::momentOf(const QString &text) const
 {
     const QString trimmed = text.trimmed();
-    QDateTime typed = QDateTime::fromString(trimmed, Format);
-    if (!typed.isValid())
-        typed = QDateTime::fromString(trimmed, ShortFormat);
-    if (!typed.isValid())
+    // One by one: a date and time together would be read by the clock of this computer, which may
+    // skip what the station's does not.
+    const QDate date = QDate::fromString(trimmed.section(u' ', 0, 0), DateFormat);
+    QTime time = QTime::fromString(trimmed.section(u' ', 1), TimeFormat);
+    if (!time.isValid())
+        time = QTime::fromString(trimmed.section(u' ', 1), ShortTimeFormat);
+    if (!date.isValid() || !time.isValid())
         return {};
     // A skipped time is moved by the zone's jump, and no longer reads as it was typed.
-    const QDateTime moment(typed.date(), typed.time(), zone());
-    const bool same = moment.date() == typed.date() && moment.time() == typed.time();
+    const QDateTime moment(date, time, zone());
+    const bool same = moment.date() == date && moment.time() == time;
     return moment.isValid() && same ? QVariant(moment.toMSecsSinceEpoch()) : QVariant();
 }
 
