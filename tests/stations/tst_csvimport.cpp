@@ -103,8 +103,12 @@ void TestCsvImport::importsFiles_data()
     good("texts", "camera,start,end,event,description,creator,group\n1,1,2,e,d,c,g\n1,3,4,e,,c,\n",
          u"A 1 1 2 d c g, A 1 3 4 e c"_s);
     good("ISO 8601 with and without zone",
-         "camera,start,end\n1,1970-01-01T00:00:01,1970-01-01T02:00:02.500+02:00\n",
-         u"A 1 1000 2500"_s);
+         "camera,start,end\n1,1970-01-01T00:00:01,1970-01-01T02:00:02.500+02:00\n"
+         "1,1970-01-01,1970-01-01T00:00:00.007Z\n",
+         u"A 1 1000 2500, A 1 0 7"_s);
+    good("a time of day that is skipped where the machine is",
+         "camera,start,end\n1,2026-03-29T02:30:00,2026-03-29T02:30:00.001\n",
+         u"A 1 1774751400000 1774751400001"_s);
     good("ends of the range", "camera,start,end\n1,0,9223372036854775807\n",
          u"A 1 0 9223372036854775807"_s);
     // From 2024-01-01T08:00:00Z on, and a day before when each camera has a recording.

@@ -95,11 +95,14 @@ std::optional<qint64> timeOf(const QString &text)
 {
     if (const std::optional<qint64> milliseconds = millisecondsOf(text))
         return milliseconds;
-    QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
+    // The same file must give the same times on every machine: without a zone it is UTC, also where
+    // the machine's own zone skips that time.
+    QDateTime time = QDateTime::fromString(text + QLatin1Char('Z'), Qt::ISODateWithMs);
+    if (!time.isValid())
+        time = QDateTime::fromString(text, Qt::ISODateWithMs);
     if (!time.isValid())
         return std::nullopt;
-    // The same file must give the same times on every machine.
-    if (time.timeSpec() == Qt::LocalTime)
+    if (time.timeSpec() == Qt::LocalTime) // a day alone
         time = QDateTime(time.date(), time.time(), QTimeZone::utc());
     const qint64 milliseconds = time.toMSecsSinceEpoch();
     return milliseconds >= 0 ? std::optional<qint64>(milliseconds) : std::nullopt;
