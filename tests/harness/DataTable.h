@@ -25,6 +25,12 @@ inline void addTable(std::initializer_list<const char *> columns, const QString 
     }
 }
 
+/// A cell of the present row of such a table.
+inline qint64 numberIn(const char *column)
+{
+    return static_cast<QString *>(QTest::qData(column, QMetaType::QString))->toLongLong();
+}
+
 /// A map as QML writes it; numbers become qlonglong, or double when they are not whole.
 inline QVariantMap mapOf(const QString &json)
 {
