@@ -13,6 +13,13 @@ constexpr double NarrowPixels = 8;   ///< below that, neighbours are hard to tel
 constexpr double BucketPixels = 28;  ///< widest bar of narrow ones; has room for a count
 constexpr int FirstFew = 5;
 constexpr qint64 Never = std::numeric_limits<qint64>::min();
+/// Bookmarks may last to the end of 64 bits. Bars do not, so that sums of times stay in range.
+constexpr qint64 Farthest = std::numeric_limits<qint64>::max() / 4;
+
+qint64 drawn(qint64 time)
+{
+    return std::clamp(time, -Farthest, Farthest);
+}
 
 class Arrangement
 {
@@ -66,12 +73,13 @@ private:
 
     MarkBar barFor(const Mark &mark, int index) const
     {
-        MarkBar bar{mark.start, mark.end, mark.start, mark.end, 0, 1, false, false, {index}};
-        bar.narrow = mark.end - mark.start < m_narrow;
+        MarkBar bar{
+            drawn(mark.start), drawn(mark.end), mark.start, mark.end, 0, 1, false, false, {index}};
+        bar.narrow = bar.right - bar.left < m_narrow;
         if (bar.narrow) {
-            const qint64 limit = bucketEnd(mark.start) - m_gap;
-            bar.left = std::min(mark.start, limit - m_thinnest);
-            bar.right = std::clamp(mark.end, bar.left + m_thinnest, limit);
+            const qint64 limit = bucketEnd(bar.left) - m_gap;
+            bar.left = std::min(bar.left, limit - m_thinnest);
+            bar.right = std::clamp(bar.right, bar.left + m_thinnest, limit);
         }
         return bar;
     }
@@ -81,10 +89,10 @@ private:
         if (m_lastNarrow < 0)
             return false;
         MarkBar &last = m_bars[size_t(m_lastNarrow)];
-        if (bucketEnd(last.start) != bucketEnd(bar.start) || bar.left > last.right + m_gap)
+        if (bucketEnd(last.left) != bucketEnd(bar.left) || bar.left > last.right + m_gap)
             return false;
         join(last, bar);
-        last.right = bucketEnd(bar.start) - m_gap;
+        last.right = bucketEnd(bar.left) - m_gap;
         qint64 &laneRight = m_lanes[size_t(last.lane)].right;
         laneRight = std::max(laneRight, last.right);
         return true;
