@@ -20,9 +20,16 @@ QString difference(const QString &expected, const QString &found)
     return QStringLiteral("expected %1, found %2").arg(shortened(expected), shortened(found));
 }
 
-QString orNothing(const QString &line)
+QStringList linesOf(const QString &text)
 {
-    return line.isEmpty() ? QStringLiteral("nothing") : line;
+    return text.isEmpty() ? QStringList() : text.split(u'\n');
+}
+
+QString lineOf(const QStringList &lines, qsizetype line)
+{
+    if (line >= lines.size())
+        return QStringLiteral("nothing");
+    return lines.at(line).isEmpty() ? QStringLiteral("an empty line") : lines.at(line);
 }
 
 } // namespace
@@ -38,13 +45,12 @@ bool Trial::compare(const QString &what, const QString &expected, const QString 
 {
     if (expected == found)
         return true;
-    const QStringList left = expected.split(u'\n');
-    const QStringList right = found.split(u'\n');
+    const QStringList left = linesOf(expected);
+    const QStringList right = linesOf(found);
     qsizetype line = 0;
-    while (left.value(line) == right.value(line) && line < qMax(left.size(), right.size()))
+    while (line < qMin(left.size(), right.size()) && left.at(line) == right.at(line))
         ++line;
-    fail(what + QLatin1String(": ") +
-         difference(orNothing(left.value(line)), orNothing(right.value(line))));
+    fail(what + QLatin1String(": ") + difference(lineOf(left, line), lineOf(right, line)));
     return false;
 }
 

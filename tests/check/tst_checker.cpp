@@ -1,5 +1,8 @@
+#include "DataTable.h"
 #include "LibraryFile.h"
+#include "Options.h"
 #include "Report.h"
+#include "Trial.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
@@ -126,6 +129,82 @@ private Q_SLOTS:
                  u"testsuite system-out testcase system-out testcase system-out testcase failure "
                  "testcase error testcase error testcase skipped"_s);
         QVERIFY(!check::writeJson(u"/nowhere/report"_s, u"lib"_s, 7, results).isEmpty());
+    }
+
+    void judges_data()
+    {
+        // "fail", "warn" and "skip" with a text, or "compare" with two; "/" ends a line.
+        addTable({"steps", "verdict"}, uR"(
+nothing to say     |                         | pass 1 looked at
+warned             | warn w; warn v          | warning w, v
+skipped            | warn w; skip s          | skipped s, w
+failed             | warn w; fail a; fail b  | fail a, b, w
+failed before      | fail a; skip s          | fail a
+equal              | compare a/b a/b         | pass 1 looked at
+another line       | compare a/b/c a/x/y     | fail what: expected b, found x
+the only line      | compare  a              | fail what: expected nothing, found a
+a line more        | compare a a/b           | fail what: expected nothing, found b
+a line less        | compare a/b a           | fail what: expected b, found nothing
+an empty line more | compare a a/            | fail what: expected nothing, found an empty line)"_s);
+    }
+    void judges()
+    {
+        QFETCH(const QString, steps);
+        check::Trial trial(u"lib"_s, 1);
+        trial.summarize(u"1 looked at"_s);
+        for (const QString &step : steps.split(u"; "_s)) {
+            QStringList words = QString(step).replace(u'/', u'\n').split(u' ');
+            if (words.at(0) == u"fail")
+                trial.fail(words.at(1));
+            else if (words.at(0) == u"warn")
+                trial.warn(words.at(1));
+            else if (words.at(0) == u"skip")
+                trial.skip(words.at(1));
+            else if (words.at(0) == u"compare")
+                trial.compare(u"what"_s, words.at(1), words.at(2));
+        }
+        const check::Result found = trial.result();
+        const QStringList lines = QStringList(found.line) + found.more;
+        QTEST(check::wordFor(found.status) + u' ' + lines.join(u", "_s), "verdict");
+    }
+
+    void exitCodes_data()
+    {
+        addTable({"statuses", "code", "summary"}, uR"(
+none           |                  | 1 | no check ran
+some passed    | skipped pass     | 0 | 2 checks: 1 pass, 1 skipped
+all skipped    | skipped skipped  | 1 | 2 checks: 2 skipped
+failed         | pass fail        | 1 | 2 checks: 1 pass, 1 fail
+crashed        | crash pass       | 1 | 2 checks: 1 pass, 1 crash
+never ended    | timeout pass     | 1 | 2 checks: 1 pass, 1 timeout)"_s);
+    }
+    void exitCodes()
+    {
+        QFETCH(const QString, statuses);
+        QList<check::Result> results;
+        for (const QString &word : statuses.split(u' ', Qt::SkipEmptyParts))
+            results.append(check::Result::fromJson({{u"status"_s, word}}));
+        QTEST(QString::number(check::exitCodeFor(results)), "code");
+        QTEST(check::summaryOf(results), "summary");
+    }
+
+    void numbersOfOptions_data()
+    {
+        addTable({"arguments", "error"}, uR"(
+lowest          | lib --level=1 --seed=0 --timeout=1 |
+highest         | lib --level=5 --seed=4294967295 --timeout=86400 |
+level below     | lib --level=0          | --level takes a number from 1 to 5
+seed above      | lib --seed=4294967296  | --seed takes a number from 0 to 4294967295
+no time         | lib --timeout=0        | --timeout takes a number from 1 to 86400
+two libraries   | lib other              | one library is needed; see --help)"_s);
+    }
+    void numbersOfOptions()
+    {
+        QFETCH(const QString, arguments);
+        QString error;
+        const auto options = check::Options::parse((u"check "_s + arguments).split(u' '), error);
+        QTEST(error, "error");
+        QCOMPARE(options.has_value(), error.isEmpty());
     }
 
     void endsWithTheRightCode_data()
