@@ -338,14 +338,14 @@ end before start  | 30-10:a                    | id-a 30..30 a)"_s);
     void ticks_data()
     {
         // A label needs 62 pixels.
-        addTable({"zone", "from", "seconds", "width", "ticks"}, uR"(
-room for each     | UTC | 2026-07-01T12:00:00Z     | 60    | 745 | 13: 12:00:00@0 12:01:00@745
-too little room   | UTC | 2026-07-01T12:00:00Z     | 60    | 743 | 7: 12:00:00@0 12:01:00@743
-one just before   | UTC | 2026-07-01T12:00:00.001Z | 60    | 745 | 12: 12:00:05@62 12:01:00@745
-the first day     | UTC | 1970-01-01T00:00:00Z     | 3600  | 130 | 3: Thu 1 Jan@0 01:00@130
-the last minute   | UTC | 9999-12-31T23:58:59.999Z | 60    | 745 | 12: 23:59:00@0 23:59:55@683
-an hour twice, in minutes | Europe/Berlin | 2026-10-25T00:55:00Z | 600 | 130 | 3: 02:55@0 02:05@130
-a skipped hour, in minutes | Europe/Berlin | 2026-03-29T00:55:00Z | 600 | 130 | 3: 01:55@0 03:05@130)"_s);
+        addTable({"zone", "from", "seconds", "width", "ticks", "time"}, uR"(
+room for each     | UTC | 2026-07-01T12:00:00Z     | 60    | 745 | 13: 12:00:00@0 12:01:00@745 | Wed 1 Jul 2026 12:00:00
+too little room   | UTC | 2026-07-01T12:00:00Z     | 60    | 743 | 7: 12:00:00@0 12:01:00@743 | Wed 1 Jul 2026 12:00:00
+one just before   | UTC | 2026-07-01T12:00:00.001Z | 60    | 745 | 12: 12:00:05@62 12:01:00@745 | Wed 1 Jul 2026 12:00:00
+the first day     | UTC | 1970-01-01T00:00:00Z     | 3600  | 130 | 3: Thu 1 Jan@0 01:00@130 | Thu 1 Jan 1970 00:00:00
+the last minute   | UTC | 9999-12-31T23:58:59.999Z | 60    | 745 | 12: 23:59:00@0 23:59:55@683 | Fri 31 Dec 9999 23:58:59
+an hour twice, in minutes | Europe/Berlin | 2026-10-25T00:55:00Z | 600 | 130 | 3: 02:55@0 02:05@130 | Sun 25 Oct 2026 02:55:00
+a skipped hour, in minutes | Europe/Berlin | 2026-03-29T00:55:00Z | 600 | 130 | 3: 01:55@0 03:05@130 | Sun 29 Mar 2026 01:55:00)"_s);
     }
     void ticks()
     {
@@ -367,6 +367,7 @@ a skipped hour, in minutes | Europe/Berlin | 2026-03-29T00:55:00Z | 600 | 130 | 
             QTEST(u"%1: %2 %3"_s.arg(axis.rowCount()).arg(tick(0), tick(axis.rowCount() - 1)),
                   "ticks");
         }
+        QTEST(axis.timeText(timeOf(from)), "time");
         axis.update(); // the range is gone
         QCOMPARE(axis.rowCount(), 0);
     }
