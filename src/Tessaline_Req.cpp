@@ -156,6 +156,7 @@ bool Tessaline::addBookmarks(const QVariantList &targetList, qint64 startTimesta
         BatchRequestContext batch;
         const std::array keys{&serverKey::CameraID, &serverKey::LocationID, &displayKey::RelayPath};
         EntryKeys known;
+        known.reserve(static_cast<std::size_t>(targetList.size()));
         for (const QVariant &element : targetList) {
             const QVariantMap target = element.toMap();
             const auto [cameraID, locationID, relayPath] = valuesOf(target, keys);
