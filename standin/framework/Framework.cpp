@@ -2,6 +2,7 @@
 
 #include "DeepCopy.h"
 
+#include <QtCore/QDeadlineTimer>
 #include <QtCore/QLoggingCategory>
 #include <QtCore/QTimer>
 
@@ -204,7 +205,8 @@ void Framework::schedule(const Pending &pending, const Delivery &delivery)
             QMetaObject::invokeMethod(&m_eventContext, deliverLater, Qt::QueuedConnection);
             break;
         case Delivery::When::Delayed:
-            QTimer::singleShot(delivery.delayMs, &m_eventContext, deliverLater);
+            m_delayed.emplace(QDeadlineTimer(delivery.delayMs).deadlineNSecs(), pending);
+            QTimer::singleShot(delivery.delayMs, &m_eventContext, [this] { deliverNextDelayed(); });
             break;
         case Delivery::When::Immediate:
             deliver(pending);
@@ -250,6 +252,12 @@ void Framework::deliver(const Pending &pending)
         plugin->CommandProcessor(command.command, pending.answer.result, command.context,
                                  pending.answer.resultCode, QString(), false, command.relayPath);
     --m_deliveries;
+}
+
+/// Called once for each that is delayed; timers that end together do so in any order.
+void Framework::deliverNextDelayed()
+{
+    deliver(m_delayed.extract(m_delayed.begin()).mapped());
 }
 
 /// Posted by each answer; the first one finds the whole round, unless the server has yet to answer

@@ -13,6 +13,7 @@
 #include <QtCore/QPointer>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 
@@ -90,6 +91,7 @@ private:
     void executeElsewhere(const SentCommand &command, const Delivery &delivery);
     void schedule(const Pending &pending, const Delivery &delivery);
     void deliver(const Pending &pending);
+    void deliverNextDelayed();
     void deliverRound();
     void notify(const Traffic &traffic);
 
@@ -103,7 +105,8 @@ private:
     bool m_recording = true;
     QList<SentCommand> m_sent;
     QList<Pending> m_held;
-    QList<Pending> m_round;  ///< waits for being delivered in reverse
+    std::multimap<qint64, Pending> m_delayed; ///< by the moment when it is due
+    QList<Pending> m_round;                   ///< waits for being delivered in reverse
     int m_roundUnderWay = 0; ///< commands of that round that the server has not answered yet
 
     std::shared_ptr<Mailbox> m_inbox = std::make_shared<Mailbox>();
