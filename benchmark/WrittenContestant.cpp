@@ -29,7 +29,7 @@ public:
     {
         switch (job) {
         case Job::ForgetAll:
-            return [this] { m_list.clear(); };
+            return [this] { m_list = {}; }; // clear() keeps its memory
         case Job::StoreAnswer:
             return [this] { m_list = displayRecords(); };
         case Job::GroupBatch:
@@ -54,7 +54,7 @@ public:
     void prepare(Job job) override
     {
         if (job == Job::StoreAnswer)
-            m_list.clear();
+            m_list = {};
         else if (m_list.isEmpty())
             m_list = displayRecords();
     }
