@@ -151,8 +151,11 @@ private:
     {
         m_host.accepts = true;
         QObject *model = nullptr;
+        // The name of a type has no blank in it here.
+        // clang-format off
         QMetaObject::invokeMethod(m_object, "getBookmarkModelForTimeline",
-                                  Q_RETURN_ARG(QObject *, model), Q_ARG(QString, u"cell"_s));
+                                  Q_RETURN_ARG(QObject*, model), Q_ARG(QString, u"cell"_s));
+        // clang-format on
         QMetaObject::invokeMethod(m_object, "setTimelineFocusInfo", Q_ARG(QString, u"location-1"_s),
                                   Q_ARG(QString, u"A"_s), Q_ARG(QString, u"cell"_s));
         QMetaObject::invokeMethod(m_object, "setTimelineBoundary", Q_ARG(qlonglong, 1),
