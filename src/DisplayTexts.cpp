@@ -114,11 +114,12 @@ qint64 DisplayTexts::offsetAt(qint64 moment)
 
     const QDateTime dateTime = QDateTime::fromMSecsSinceEpoch(moment, QTimeZone::utc());
     const qint64 offset = qint64(1000) * m_zone.offsetFromUtc(dateTime);
-    // Invalid where the zone has none on that side.
-    const QDateTime before = m_zone.previousTransition(dateTime.addMSecs(1)).atUtc;
-    const QDateTime after = m_zone.nextTransition(dateTime).atUtc;
-    if (before.isValid() && after.isValid())
-        m_spans.push_back({before.toMSecsSinceEpoch(), after.toMSecsSinceEpoch(), offset});
+    if (m_zone.hasTransitions()) { // not asked of others for each bookmark
+        const QDateTime before = m_zone.previousTransition(dateTime.addMSecs(1)).atUtc;
+        const QDateTime after = m_zone.nextTransition(dateTime).atUtc;
+        if (before.isValid() && after.isValid())
+            m_spans.push_back({before.toMSecsSinceEpoch(), after.toMSecsSinceEpoch(), offset});
+    }
     return offset;
 }
 
