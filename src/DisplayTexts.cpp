@@ -21,19 +21,14 @@ QString shortText(const QLocale &locale, QTime time)
 
 bool isSplittable(const QLocale &locale, const QTimeZone &zone)
 {
-    // One moment before noon and one after; the parts must not depend on each other.
-    const QDate date(2001, 11, 23);
-    const QTime times[] = {QTime(9, 5, 7), QTime(21, 45, 6)};
-    return std::all_of(std::begin(times), std::end(times), [&](QTime time) {
-        return locale.toString(QDateTime(date, time, zone), QLocale::ShortFormat) ==
-               locale.toString(date, QLocale::ShortFormat) + QLatin1Char(' ') +
-                   shortText(locale, time);
+    // Half a day apart: one moment before noon and one after.
+    const qint64 moments[] = {0, MsPerDay / 2};
+    return std::all_of(std::begin(moments), std::end(moments), [&](qint64 moment) {
+        const QDateTime dateTime = QDateTime::fromMSecsSinceEpoch(moment, zone);
+        return locale.toString(dateTime, QLocale::ShortFormat) ==
+               locale.toString(dateTime.date(), QLocale::ShortFormat) + QLatin1Char(' ') +
+                   shortText(locale, dateTime.time());
     });
-}
-
-bool showsSeconds(const QLocale &locale)
-{
-    return shortText(locale, QTime(9, 5, 7)) != shortText(locale, QTime(9, 5, 8));
 }
 
 void writeTwoDigits(QChar *&out, int number)
@@ -70,7 +65,7 @@ DisplayTexts::DisplayTexts(const QTimeZone &zone)
     , m_dateFormat(m_locale.dateFormat(QLocale::ShortFormat))
     , m_timeFormat(m_locale.timeFormat(QLocale::ShortFormat))
     , m_isSplittable(zone.isValid() && isSplittable(m_locale, zone))
-    , m_timeStep(showsSeconds(m_locale) ? 1 : 60)
+    , m_timeStep(m_timeFormat.contains(u's') ? 1 : 60)
     , m_timeTexts(static_cast<std::size_t>(SecondsPerDay / m_timeStep))
 {
 }
@@ -96,7 +91,7 @@ DisplayTexts::Texts DisplayTexts::of(qint64 start, qint64 end)
 /// What the clock shows; nothing where that has to be left to QDateTime.
 std::optional<DisplayTexts::LocalTime> DisplayTexts::localTime(qint64 moment)
 {
-    if (!m_isSplittable || moment < -Farthest || moment > Farthest)
+    if (!m_isSplittable || moment < -Farthest || moment >= Farthest)
         return std::nullopt;
     const qint64 local = moment + offsetAt(moment);
     const qint64 day = local / MsPerDay - (local % MsPerDay < 0 ? 1 : 0);
@@ -114,12 +109,13 @@ qint64 DisplayTexts::offsetAt(qint64 moment)
 
     const QDateTime dateTime = QDateTime::fromMSecsSinceEpoch(moment, QTimeZone::utc());
     const qint64 offset = qint64(1000) * m_zone.offsetFromUtc(dateTime);
-    if (m_zone.hasTransitions()) { // not asked of others for each bookmark
-        const QDateTime before = m_zone.previousTransition(dateTime.addMSecs(1)).atUtc;
-        const QDateTime after = m_zone.nextTransition(dateTime).atUtc;
-        if (before.isValid() && after.isValid())
-            m_spans.push_back({before.toMSecsSinceEpoch(), after.toMSecsSinceEpoch(), offset});
-    }
+    const QDateTime begin = m_zone.previousTransition(dateTime.addMSecs(1)).atUtc;
+    QDateTime end = m_zone.nextTransition(dateTime).atUtc;
+    // At the last moment of its tables Qt 6.4 does not see the transitions that follow by rule.
+    if (!end.isValid())
+        end = m_zone.nextTransition(dateTime.addMSecs(1)).atUtc;
+    m_spans.push_back({begin.isValid() ? begin.toMSecsSinceEpoch() : -Farthest,
+                       end.isValid() ? end.toMSecsSinceEpoch() : Farthest, offset});
     return offset;
 }
 

@@ -254,10 +254,11 @@ private Q_SLOTS:
     void showWhatTheCalendarShowsAtAnyTime()
     {
         // The ends of 64 bits, years of five digits, the moment before a clock goes forward and
-        // that itself, and anything from 1779 to 2160.
+        // that itself, the last such moments that zones are listed with, and anything from 1779 to
+        // 2160.
         constexpr qint64 Forward = 1'774'746'000'000;
-        QList<qint64> moments{Min, Min + 3'600'000, Max,    Max - 3'600'000, 253402300800000,
-                              -1,  Forward - 1,     Forward};
+        QList<qint64> moments{Min, Min + 3'600'000, Max,     Max - 3'600'000,   253402300800000,
+                              -1,  Forward - 1,     Forward, 2'140'045'200'000, 2'140'668'000'000};
         QRandomGenerator random(1);
         while (moments.size() < 300)
             moments.append(qint64(random.bounded(12e12)) - qint64(6e12));
@@ -267,7 +268,7 @@ private Q_SLOTS:
 
         const QLocale locale = QLocale::system();
         for (const char *zone :
-             {"Europe/Berlin", "America/New_York", "Pacific/Kiritimati", "UTC"}) {
+             {"Europe/Berlin", "America/New_York", "Asia/Tokyo", "Pacific/Kiritimati", "UTC"}) {
             Records records;
             records.setServerTimeZone(zone);
             const QVariantList shown = records.shown(sent);
