@@ -12,6 +12,7 @@
 #include <iterator>
 #include <numeric>
 #include <string_view>
+#include <tuple>
 #include <utility>
 
 namespace tessaline {
@@ -24,24 +25,23 @@ constexpr std::size_t MostColumns = 16;
 const std::array searchedKeys{&displayKey::CameraName, &displayKey::Creator,
                               &displayKey::Description, &displayKey::DisplayTimeRange};
 
-/// The text as a case-insensitive search compares it: each code point folded to one other. Not by
-/// QString::toCaseFolded(), which may learn to fold a sharp s to two letters; the search will not.
+/// The text, valid UTF-16, as a case-insensitive search compares it: each code point folded to one
+/// other. Not by QString::toCaseFolded(), which may learn to fold a sharp s to two letters; the
+/// search will not.
 QString folded(QStringView text)
 {
     QString result;
-    result.reserve(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        char32_t codePoint = text[i].unicode();
-        if (i + 1 < text.size() && text[i].isHighSurrogate() && text[i + 1].isLowSurrogate()) {
-            codePoint = QChar::surrogateToUcs4(text[i], text[i + 1]);
-            ++i;
-        }
+    for (auto letter = text.begin(); letter != text.end(); ++letter) {
+        const QChar first = *letter;
+        const char32_t codePoint =
+            first.isHighSurrogate() ? QChar::surrogateToUcs4(first, *++letter) : first.unicode();
         result += QStringView(QChar::fromUcs4(QChar::toCaseFolded(codePoint)));
     }
     return result;
 }
 
-/// Appends the text folded and in UTF-8. False for a text that has no UTF-8 form.
+/// Appends the text folded and in UTF-8. False, and nothing is appended, for a text that has no
+/// UTF-8 form.
 bool appendFolded(std::string &bytes, QStringView text)
 {
     // Nearly all texts are of ASCII characters alone; those are written directly.
@@ -57,8 +57,10 @@ bool appendFolded(std::string &bytes, QStringView text)
     if (seen < 0x80)
         return true;
     bytes.resize(begin);
+    if (!text.isValidUtf16())
+        return false;
     bytes += folded(text).toStdString();
-    return text.isValidUtf16();
+    return true;
 }
 
 bool containsText(const QVariantMap &record, const QString &text)
@@ -274,13 +276,9 @@ void BookmarkIndex::sort(Rows &rows, const QString &key, bool ascending, Slice s
 
     const auto at = [&](std::size_t place) { return rows.begin() + std::ptrdiff_t(place); };
     const auto goesBefore = [&](quint32 left, quint32 right) {
-        const quint32 leftRank = rankOf[column.textOf[left]];
-        const quint32 rightRank = rankOf[column.textOf[right]];
-        if (leftRank != rightRank)
-            return leftRank < rightRank;
-        if (m_starts[left] != m_starts[right])
-            return m_starts[left] > m_starts[right];
-        return left < right;
+        // By rank; of one rank, the one that starts later.
+        return std::tuple(rankOf[column.textOf[left]], m_starts[right], left) <
+               std::tuple(rankOf[column.textOf[right]], m_starts[left], right);
     };
     if (slice.first > touchedBegin)
         std::nth_element(at(touchedBegin), at(slice.first), at(touchedEnd), goesBefore);
