@@ -136,6 +136,8 @@ private Q_SLOTS:
     void keepsTheOldStateOrTheNew_data();
     void keepsTheOldStateOrTheNew();
     void keepsTheQueryUnderWay();
+    void keepsNothingOfAHalfAnswer();
+    void keepsColumnsOfAFewKeys();
     void makesAModelLater();
 };
 
@@ -301,6 +303,63 @@ void TestAllocation::keepsTheQueryUnderWay()
     harness.answer(running, bookmarks());
     QCOMPARE(harness.emitted->take().join(u' '), u"queryAllBookmarksResponsed(true)"_s);
     QCOMPARE(harness.outcome().at(1), u"A/q1 A/q2"_s);
+}
+
+void TestAllocation::keepsNothingOfAHalfAnswer()
+{
+    // By camera, by text, and by a column of each group key; asked before the answers, too, so that
+    // these reach all columns.
+    const QStringList questions{
+        u"getFilteredBookmarkList({'nodeID': 'A/1', 'endTimestamp': 9, 'groupKey': 'creator'})"_s,
+        u"getFilteredBookmarkList({'nodeID': 'B/1', 'endTimestamp': 9, 'groupKey': 'creator'})"_s,
+        u"getFilteredBookmarkList({'text': 'B - ', 'endTimestamp': 9, 'groupKey': 'cameraName'})"_s,
+        u"getFilteredBookmarkList({'endTimestamp': 9, 'groupKey': 'relayPath'})"_s};
+    struct Asked
+    {
+        QString pages;
+        bool hasFailed;
+    };
+    const auto askAfter = [&](const QString &code, int failing) {
+        ShortOfMemory harness;
+        harness.topology.setStation(u"B"_s, u"Station B"_s);
+        harness.topology.setCamera(u"B/1"_s, u"Camera B1"_s);
+        harness.call<bool>("queryAllBookmarks");
+        const auto queries = harness.sent().last(2);
+        for (const QString &question : questions)
+            harness.run(question);
+        if (failing >= 0)
+            failingmemory::failAt(failing);
+        harness.answer(queries[0], bookmarks(), code);
+        failingmemory::stop();
+        const bool hasFailed = !harness.log.takeTexts().isEmpty();
+        harness.answer(queries[1], bookmarks());
+        QStringList pages;
+        for (const QString &question : questions)
+            pages.append(describe(harness.run(question)));
+        return Asked{pages.join(u'\n'), hasFailed};
+    };
+
+    const QString both = askAfter(u"0"_s, -1).pages, second = askAfter(u"-1"_s, -1).pages;
+    QVERIFY(both != second);
+    int failed = 0;
+    for (Asked asked{{}, true}; asked.hasFailed; failed += asked.hasFailed) {
+        asked = askAfter(u"0"_s, failed);
+        if (asked.pages != second)
+            QCOMPARE(asked.pages, both);
+    }
+    QVERIFY(failed > 10);
+}
+
+void TestAllocation::keepsColumnsOfAFewKeys()
+{
+    ShortOfMemory harness;
+    harness.play(u"queryAllBookmarks(); all answer 0"_s);
+    failingmemory::watch();
+    const std::size_t before = failingmemory::blocks();
+    for (int i = 0; i < 1000; ++i)
+        harness.run(u"getFilteredBookmarkList({'endTimestamp': 9, 'groupKey': '%1'})"_s.arg(i));
+    failingmemory::stop();
+    QVERIFY(failingmemory::blocks() - before < 500);
 }
 
 void TestAllocation::makesAModelLater()
