@@ -224,8 +224,8 @@ std::vector<quint32> BookmarkIndex::ranks(const Column &column,
         };
         std::stable_sort(order.begin(), order.end(), goesBefore);
         quint32 rank = 0;
-        for (std::size_t i = 0; i < order.size(); ++i) {
-            if (i > 0 && goesBefore(order[i - 1], order[i]))
+        for (std::size_t i = 1; i < order.size(); ++i) { // the first has rank 0 already
+            if (goesBefore(order[i - 1], order[i]))
                 ++rank;
             rankOf[order[i]] = rank;
         }

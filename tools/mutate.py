@@ -47,7 +47,7 @@ CONSTANTS = {"true": "false", "false": "true"}
 
 def code_part(line):
     """The line with texts, comments and template brackets blanked, at the same places."""
-    line = re.sub(r'"(\\.|[^"\\])*"|\'(\\.|[^\'\\])+\'', lambda m: "\0" * len(m[0]), line)
+    line = re.sub(r'"(\\.|[^"\\])*"|(?<!\d)\'(\\.|[^\'\\])+\'', lambda m: "\0" * len(m[0]), line)
     return re.sub(r"//.*", lambda m: "\0" * len(m[0]), line)
 
 
@@ -74,7 +74,9 @@ def line_mutants(line):
         yield "statement", re.match(r"\s*", line)[0] + ";"
     if re.match(r"\s+return .*;$", code) and not re.search(r"return (\{\}|false|true|nullptr|std::nullopt);", code):
         yield "statement", re.match(r"\s*", line)[0] + "return {};"
-    # Neighbouring plain arguments change places.
+    # Neighbouring plain arguments change places; names of a structured binding are none.
+    if "auto [" in code or "] = " in code:
+        return
     for match in re.finditer(r"(?<=[(, ])([\w:.*&]+), ([\w:.*&]+)(?=[,)])", code):
         if match[1] != match[2]:
             yield "arguments", line[:match.start()] + match[2] + ", " + match[1] + line[match.end():]
