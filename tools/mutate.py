@@ -24,7 +24,8 @@ ROOT = Path(__file__).resolve().parent.parent
 COPIES = ROOT / "build" / "mutate"
 # Those of a second or less go first.
 TESTS = ["tst_requests", "tst_dispatch", "tst_interface", "tst_helpers", "tst_batches", "tst_queries",
-         "tst_viewcells", "tst_bookmarklists", "tst_records", "tst_logging_use", "tst_unload"]
+         "tst_viewcells", "tst_bookmarklists", "tst_records", "tst_logging_use", "tst_logging_absent",
+         "tst_unload"]
 SLOW_TESTS = ["tst_writtensteps", "tst_reentrancy", "tst_allocation", "tst_schedules", "tessaline-check"]
 LIBRARY = "plugins/Tessaline.so"
 # A test that needs more has noticed.
@@ -39,6 +40,7 @@ ARGUMENTS = {
     "tessaline-check": ["--include", "^[2-5]", LIBRARY]}
 ENVIRONMENT = {"TESSALINE_SCHEDULES": "300", "QTEST_DISABLE_STACK_DUMP": "1", "QT_QPA_PLATFORM": "offscreen",
                "TZ": "Europe/Berlin", "LC_ALL": "en_US.UTF-8"}
+VARIABLES = {"tst_logging_absent": {"LOG_LIBRARY_ON_PATH": "1", "LD_LIBRARY_PATH": "logging"}}
 
 OPERATORS = {"==": "!=", "!=": "==", "<=": "<", ">=": ">", "&&": "||", "||": "&&", "++": "--",
              " + ": " - ", " - ": " + ", " < ": " <= ", " > ": " >= ", " ? ": " ? !", "+= ": "-= "}
@@ -128,7 +130,8 @@ class Copy:
         folder = "check" if test == "tessaline-check" else "tests/plugin"
         try:
             return subprocess.run([self.root / "build" / folder / test, *ARGUMENTS.get(test, [])],
-                                  cwd=self.root / "build", env=os.environ | ENVIRONMENT, timeout=TIME_LIMIT,
+                                  cwd=self.root / "build", timeout=TIME_LIMIT,
+                                  env=os.environ | ENVIRONMENT | VARIABLES.get(test, {}),
                                   preexec_fn=limit_memory, stdout=subprocess.DEVNULL,
                                   stderr=subprocess.DEVNULL).returncode != 0
         except subprocess.TimeoutExpired:

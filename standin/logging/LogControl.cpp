@@ -198,10 +198,11 @@ void logging::reset()
 
 } // namespace standin
 
-void LogTrace_GetGlobalObject(int, LogObject **object)
+void LogTrace_GetGlobalObject(int argument, LogObject **object)
 {
     standin::State &log = standin::state();
     ++log.calls.getGlobalObject;
+    log.calls.withWrongArgument += argument != 0 ? 1 : 0;
     if (object)
         *object = &log.object;
 }

@@ -44,6 +44,7 @@ struct LogRegistration
 struct LogCalls
 {
     int getGlobalObject = 0;
+    int withWrongArgument = 0; ///< those of them whose first argument was not 0, the only one known
     int registerModule = 0;
     int checkLine = 0;
     int writeLine = 0;

@@ -66,6 +66,7 @@ private Q_SLOTS:
             QCOMPARE(m_lines.constLast().severityWord, number << 8 | 2U);
         }
         QCOMPARE(logging::calls().getGlobalObject, 3);
+        QCOMPARE(logging::calls().withWrongArgument, 0);
         QCOMPARE(logging::calls().withWrongHandle, 0);
     }
 
