@@ -54,6 +54,7 @@ private Q_SLOTS:
         before the first      | 5 | 2   | -1 -2 min      |
         none a page           | 5 | 0   | min -1 0 3 max |
         no records            | 0 | 2   | min -1 0 3 max |
+        no records, none      | 0 | 0   | min -1 0 3 max |
         no records, negative  | 0 | -5  | min -1 0 3 max |
         negative takes all    | 5 | -5  | -1 0 3 max     | 0 1 2 3 4
         negative, one before  | 5 | -1  | -5             | 0 1 2 3 4
