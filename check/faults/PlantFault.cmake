@@ -1,13 +1,13 @@
-# plant_fault(NAME FILE file CAUGHT_BY check [AS status] [FIND text REPLACE text] [INCLUDE header]
+# plant_fault(NAME FILE file CAUGHT_BY check... [AS status] [FIND text REPLACE text] [INCLUDE header]
 #             [LINK_OPTIONS option...])
 #
 # Builds a variant of the plug-in with one defect: FILE of src/ with one place replaced, and what
-# else the plug-in is made of as it is. Adds the test check_fault_NAME, which demands that the
-# checker reports the defect by that check, and as that status ("fail" where nothing else is said).
+# else the plug-in is made of as it is. Adds a test check_fault_NAME_CHECK for each check, which
+# demands that it reports the defect, and as that status ("fail" where nothing else is said).
 #
 # A text that is not found exactly once is an error: a fault that has lost its place proves nothing.
 function(plant_fault name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "FILE;CAUGHT_BY;AS;FIND;REPLACE;INCLUDE" "LINK_OPTIONS")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "FILE;AS;FIND;REPLACE;INCLUDE" "CAUGHT_BY;LINK_OPTIONS")
     set(target "fault_${name}")
     set(folder "${CMAKE_CURRENT_BINARY_DIR}/${name}")
     set(exports "${PROJECT_SOURCE_DIR}/src/Tessaline.map")
@@ -63,13 +63,16 @@ function(plant_fault name)
     if(NOT arg_AS)
         set(arg_AS fail)
     endif()
-    string(REPLACE "." "\\." check "${arg_CAUGHT_BY}")
-    add_test(NAME check_fault_${name} COMMAND tessaline-check --timeout 10 --include "^${check}$"
-        "$<TARGET_FILE:${target}>")
-    tessaline_set_test_environment(check_fault_${name})
-    set_tests_properties(check_fault_${name} PROPERTIES
-        FIXTURES_REQUIRED check_faults
-        PASS_REGULAR_EXPRESSION "(^|\n)${arg_AS} +${check} ")
+    foreach(check IN LISTS arg_CAUGHT_BY)
+        set(test "check_fault_${name}_${check}")
+        string(REPLACE "." "\\." pattern "${check}")
+        add_test(NAME ${test} COMMAND tessaline-check --timeout 10 --include "^${pattern}$"
+            "$<TARGET_FILE:${target}>")
+        tessaline_set_test_environment(${test})
+        set_tests_properties(${test} PROPERTIES
+            FIXTURES_REQUIRED check_faults
+            PASS_REGULAR_EXPRESSION "(^|\n)${arg_AS} +${pattern} ")
+    endforeach()
 endfunction()
 
 # Puts a file of src/ into a folder, with one place replaced unless there is nothing to find.
