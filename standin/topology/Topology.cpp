@@ -57,9 +57,11 @@ bool Topology::remove(const QString &id)
     return m_nodes.remove(id) > 0;
 }
 
-QVariantMap Topology::getValuesFromModel(int, const QString &keyRole, const QString &valueRole)
+QVariantMap Topology::getValuesFromModel(int tree, const QString &keyRole, const QString &valueRole)
 {
     ++m_callCount;
+    if (tree != 0)
+        return {};
     QVariantMap values;
     for (const Node &node : std::as_const(m_nodes)) {
         const QVariant key = valueOf(node, keyRole);

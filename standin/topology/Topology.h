@@ -50,8 +50,9 @@ public:
     int callCount() const { return m_callCount; }
 
     /// Maps, for every node, the value of one role to the value of another. Roles are "idRole",
-    /// "nodeIDRole", "nameRole" and "nodeTypeRole"; an unknown one gives an empty map.
-    Q_INVOKABLE QVariantMap getValuesFromModel(int, const QString &keyRole,
+    /// "nodeIDRole", "nameRole" and "nodeTypeRole"; an unknown one gives an empty map. So does
+    /// any tree but 0, the only one that is asked for.
+    Q_INVOKABLE QVariantMap getValuesFromModel(int tree, const QString &keyRole,
                                                const QString &valueRole);
 
 private:

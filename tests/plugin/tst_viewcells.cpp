@@ -76,6 +76,8 @@ private:
             answer(m_query.command, result, name, nullptr);
         else if (verb == "batch"_L1)
             answer(u"AddBookmarks"_s, records, name, m_query.context);
+        else if (verb == "update"_L1)
+            answer(u"UpdateBookmark"_s, {}, name, m_query.context, u"-1"_s);
         else if (verb == "fail"_L1)
             answer(m_query.command, result, name, m_query.context, words.value(0));
         else if (verb == "refuse"_L1)
@@ -146,6 +148,9 @@ private Q_SLOTS:
         asked("a context of another kind", "batch A b", "c[] d[]");
         asked("answered twice", "answer A b; clear c; answer A b", "responsed(true) c[] d[]");
         asked("removed meanwhile", "remove c; answer A b", "d[]");
+        asked("a failure of another kind", "update A; answer A b",
+              "updateBookmarkResponsed(false) responsed(true) Tessaline::CommandProcessor, update "
+              "bookmark failed c[b] d[]");
         const char *const failed = "responsed(false) "
                                    "Tessaline::CommandProcessor, query bookmarks failed c[] d[]";
         asked("failed", "fail A 1; answer A b", failed);
