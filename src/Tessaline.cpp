@@ -190,8 +190,6 @@ QSharedPointer<TimeShiftBufferModel> Tessaline::CreateTimelineModel(const QStrin
 {
     try {
         QHash<int, QByteArray> roleNames = TimeShiftBufferModel::defaultRoleHash();
-        // A hash that runs out of memory while it grows loses what it holds.
-        roleNames.reserve(roleNames.size() + timelineRoleNames.size());
         for (const auto &[role, roleName] : std::as_const(timelineRoleNames))
             roleNames.insert(role, roleName);
 

@@ -30,8 +30,13 @@ constexpr int SubStationType = 1;
 /// The selector of the topology plug-in's query that gives the whole tree.
 constexpr int WholeTree = 0;
 
-/// Roles of a timeline's default set that have no meaning for bookmarks; they hold 0.
-constexpr int UnusedTimelineRoles[] = {Qt::UserRole + 6, Qt::UserRole + 7, Qt::UserRole + 9};
+constexpr int timelineItemRoles[] = {
+    TimeShiftBufferModel::ItemIdRole, TimeShiftBufferModel::ChannelIdRole,
+    TimeShiftBufferModel::StartTimestampRole, TimeShiftBufferModel::EndTimestampRole,
+    BookmarkIdRole, CameraIdRole, RelayPathRole, DescRole, CreatorRole, GroupRole, CameraNameRole,
+    DispDateRole, DispDateTimeRole, LocationIdRole, DispTimeRangeRole,
+    // Without a meaning for bookmarks; they hold 0.
+    Qt::UserRole + 6, Qt::UserRole + 7, Qt::UserRole + 9};
 
 /// Keys of a server's bookmark record, in ascending order.
 const std::array serverRecordKeys{&serverKey::BookmarkID,   &serverKey::CameraID,
@@ -44,13 +49,7 @@ const std::array serverRecordKeys{&serverKey::BookmarkID,   &serverKey::CameraID
 std::unique_ptr<QStandardItem> timelineItemShape()
 {
     auto item = std::make_unique<QStandardItem>();
-    for (const int role :
-         {TimeShiftBufferModel::ItemIdRole, TimeShiftBufferModel::ChannelIdRole,
-          TimeShiftBufferModel::StartTimestampRole, TimeShiftBufferModel::EndTimestampRole})
-        item->setData(0, role);
-    for (int role = BookmarkIdRole; role <= DispTimeRangeRole; ++role)
-        item->setData(0, role);
-    for (const int role : UnusedTimelineRoles)
+    for (const int role : timelineItemRoles)
         item->setData(0, role);
     return item;
 }
