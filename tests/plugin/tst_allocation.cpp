@@ -324,7 +324,7 @@ void TestAllocation::keepsNothingOfAHalfAnswer()
         harness.topology.setStation(u"B"_s, u"Station B"_s);
         harness.topology.setCamera(u"B/1"_s, u"Camera B1"_s);
         harness.call<bool>("queryAllBookmarks");
-        const auto queries = harness.sent().last(2);
+        const QList<standin::SentCommand> queries = harness.sent().mid(harness.sent().size() - 2);
         for (const QString &question : questions)
             harness.run(question);
         if (failing >= 0)
