@@ -148,6 +148,7 @@ struct Run
     Outcome old;
     Outcome first;
     Outcome second;
+    QStringList sent; ///< in the first
     QStringList logged;
     bool letOut = false;
     std::size_t leftOver = 0;
@@ -161,6 +162,7 @@ Run play(const QString &before, const QString &step, void (*arm)())
         ShortOfMemory harness;
         harness.play(before);
         run.old = harness.outcome();
+        const qsizetype sentBefore = harness.sent().size();
         arm();
         try {
             harness.play(step);
@@ -169,6 +171,7 @@ Run play(const QString &before, const QString &step, void (*arm)())
         }
         failingmemory::stop();
         run.logged = harness.log.takeTexts();
+        run.sent = harness.describeSent().mid(sentBefore);
         run.first = harness.outcome();
         harness.play(step);
         run.second = harness.outcome();
@@ -189,6 +192,8 @@ QStringList faults(const Run &run, const Run &good, bool maySayNothing)
     check(!run.letOut, u"an exception came out"_s);
     check(run.leftOver <= good.leftOver, u"%1 blocks leaked"_s.arg(run.leftOver - good.leftOver));
     check(maySayNothing || run.first == good.first || !run.logged.isEmpty(), u"silence"_s);
+    check(!run.first[0].startsWith(u"bool true"_s) || run.sent == good.sent,
+          u"true for "_s + run.sent.join(u' '));
     const auto checkState = [&](const Outcome &now, const Outcome &before, const Outcome &after) {
         const auto lists = [](const Outcome &outcome) { return outcome.mid(1, 4); };
         check(lists(now) == lists(before) || lists(now) == lists(after),
