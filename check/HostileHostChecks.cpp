@@ -72,9 +72,9 @@ updateRecycleSetting(1, true)
 setTimelineFocusInfo('l', 'A', 'cell')
 )";
 
-QVariant recordX()
+QVariant recordOf(const QString &id)
 {
-    return serverRecord(u"x"_s, u"1"_s, u"l"_s, 1000, 2000);
+    return serverRecord(id, u"1"_s, u"l"_s, 1000, 2000);
 }
 
 /// A server that says what is expected of it.
@@ -84,14 +84,14 @@ public:
     standin::Answer execute(const QString &command, const QVariant &, const QString &) override
     {
         if (command == u"AddBookmark")
-            return {recordX()};
+            return {recordOf(u"x"_s)};
         if (command == u"AddBookmarks" || command == u"QueryBookmarkForApi")
-            return {QVariantList{recordX(), QVariantMap()}};
+            return {QVariantList{recordOf(u"y"_s), QVariantMap(), recordOf(u"x"_s)}};
         if (command.startsWith(u"Delete"_s))
             return {QStringList{u"x"_s}};
         if (command == u"QuerySettingPermission")
             return {true};
-        return {QVariantMap{{u"Bookmarks"_s, QVariantList{recordX()}}}};
+        return {QVariantMap{{u"Bookmarks"_s, QVariantList{recordOf(u"x"_s)}}}};
     }
 };
 
@@ -372,7 +372,7 @@ void checkDeadViewCells(Trial &trial)
     LoggingHost host(trial);
     if (!host)
         return;
-    const QVariant found = QVariantMap{{u"Bookmarks"_s, QVariantList{recordX()}}};
+    const QVariant found = QVariantMap{{u"Bookmarks"_s, QVariantList{recordOf(u"x"_s)}}};
     const auto query = [&] {
         host->renewObject();
         host->play(u"show cell l A\nsetTimelineBoundary(1, 2, 'cell')"_s);
