@@ -24,9 +24,10 @@ ROOT = Path(__file__).resolve().parent.parent
 COPIES = ROOT / "build" / "mutate"
 # Those of a second or less go first.
 TESTS = ["tst_requests", "tst_dispatch", "tst_interface", "tst_helpers", "tst_batches", "tst_queries",
-         "tst_viewcells", "tst_bookmarklists", "tst_records", "tst_logging_use", "tst_logging_absent",
-         "tst_unload"]
+         "tst_viewcells", "tst_bookmarklists", "tst_records", "tst_records_de", "tst_logging_use",
+         "tst_logging_absent", "tst_unload"]
 SLOW_TESTS = ["tst_writtensteps", "tst_reentrancy", "tst_allocation", "tst_schedules", "tessaline-check"]
+PROGRAMS = {"tst_records_de": "tst_records"}
 LIBRARY = "plugins/Tessaline.so"
 # A test that needs more has noticed.
 TIME_LIMIT = 15  # seconds
@@ -41,7 +42,8 @@ ARGUMENTS = {
     "tessaline-check": ["--include", "^[2-5]", LIBRARY]}
 ENVIRONMENT = {"TESSALINE_SCHEDULES": "300", "QTEST_DISABLE_STACK_DUMP": "1", "QT_QPA_PLATFORM": "offscreen",
                "TZ": "Europe/Berlin", "LC_ALL": "en_US.UTF-8"}
-VARIABLES = {"tst_logging_absent": {"LOG_LIBRARY_ON_PATH": "1", "LD_LIBRARY_PATH": "logging"}}
+VARIABLES = {"tst_records_de": {"LC_ALL": "de_DE.UTF-8"},
+             "tst_logging_absent": {"LOG_LIBRARY_ON_PATH": "1", "LD_LIBRARY_PATH": "logging"}}
 
 OPERATORS = {"==": "!=", "!=": "==", "<=": "<", ">=": ">", "&&": "||", "||": "&&", "++": "--",
              " + ": " - ", " - ": " + ", " < ": " <= ", " > ": " >= ", " ? ": " ? !", "+= ": "-= "}
@@ -121,7 +123,7 @@ class Copy:
         subprocess.run(["cmake", "-S", self.root, "-B", self.root / "build", "-G", "Ninja", *launcher,
                         "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O1 -w -DNDEBUG -DQT_NO_DEBUG"],
                        check=True, stdout=subprocess.DEVNULL)
-        self.build(TESTS + SLOW_TESTS, check=True)
+        self.build([PROGRAMS.get(test, test) for test in TESTS + SLOW_TESTS], check=True)
 
     def build(self, targets=("tst_helpers",), check=False):
         return subprocess.run(["cmake", "--build", self.root / "build", "-j1", "--target", "Tessaline", *targets],
@@ -129,8 +131,9 @@ class Copy:
 
     def notices(self, test):
         folder = "check" if test == "tessaline-check" else "tests/plugin"
+        program = self.root / "build" / folder / PROGRAMS.get(test, test)
         try:
-            return subprocess.run([self.root / "build" / folder / test, *ARGUMENTS.get(test, [])],
+            return subprocess.run([program, *ARGUMENTS.get(test, [])],
                                   cwd=self.root / "build",
                                   timeout=SLOW_TIME_LIMIT if test in SLOW_TESTS else TIME_LIMIT,
                                   env=os.environ | ENVIRONMENT | VARIABLES.get(test, {}),
