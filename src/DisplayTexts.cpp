@@ -19,6 +19,7 @@ QString shortText(const QLocale &locale, QTime time)
     return locale.toString(time, QLocale::ShortFormat);
 }
 
+/// Not in an invalid zone, in which all texts are empty.
 bool isSplittable(const QLocale &locale, const QTimeZone &zone)
 {
     // Half a day apart: one moment before noon and one after.
@@ -64,7 +65,7 @@ DisplayTexts::DisplayTexts(const QTimeZone &zone)
     , m_locale(QLocale::system())
     , m_dateFormat(m_locale.dateFormat(QLocale::ShortFormat))
     , m_timeFormat(m_locale.timeFormat(QLocale::ShortFormat))
-    , m_isSplittable(zone.isValid() && isSplittable(m_locale, zone))
+    , m_isSplittable(isSplittable(m_locale, zone))
     , m_timeStep(m_timeFormat.contains(u's') ? 1 : 60)
     , m_timeTexts(static_cast<std::size_t>(SecondsPerDay / m_timeStep))
 {

@@ -280,9 +280,7 @@ bool Tessaline::addBookmarkToTimelineModel(const QVariantMap &record, const QStr
     DisplayTexts &texts = displayTexts();
     bool added = true;
     for (const QString &viewCellUID : viewCells) {
-        if (!self)
-            return false;
-        if (!addBookmarkToViewCell(viewCellUID, record, camNames, texts))
+        if (self && !addBookmarkToViewCell(viewCellUID, record, camNames, texts))
             added = false;
     }
     return added;

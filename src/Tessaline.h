@@ -44,7 +44,6 @@ class Tessaline : public PluginBase
     Q_INTERFACES(PluginBase)
 
 public:
-    Tessaline() = default;
     ~Tessaline() override = default;
 
     // ---- Tessaline.cpp: calls from the host ----

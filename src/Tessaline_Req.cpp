@@ -53,7 +53,7 @@ struct EntryKeyHash
 {
     std::size_t operator()(const EntryKey &key) const
     {
-        return qHashMulti(0, key[0], key[1], key[2]);
+        return qHashRange(key.cbegin(), key.cend());
     }
 };
 

@@ -103,6 +103,7 @@ private Q_SLOTS:
         across fields  | {"text": "camera a1ann"}                        | 0:
         no pattern     | {"text": "."}                                   | 0:
         a mark         | {"text": "?"}                                   | 0:
+        half a letter  | {"text": "\u0080\u0080"}                      | 0:
         a replacement  | {"text": "\uFFFD"}                              | 0:
         number as text | {"text": 100}                                   | 1: odd
         list as text   | {"text": [1]}                                   | 5: a1 a2 direct odd zero
@@ -127,7 +128,7 @@ private Q_SLOTS:
         for (const QString &note : {QString(), QString(QChar(0xd800))}) {
             const QMap<QString, QVariantList> records{
                 {QString(), {record(u"zero"_s, 0, u"1"_s, note), record(u"direct"_s, 1000)}},
-                {u"%1"_s, {record(u"odd"_s, 2000, u"%2"_s, u"100 %1 Östen"_s, u"Zoë"_s)}},
+                {u"%1"_s, {record(u"odd"_s, 2000, u"%2"_s, u"100 %1 Östen \u1000"_s, u"Zoë"_s)}},
                 {u"A"_s,
                  {record(u"a1"_s, 3000, u"1"_s, u"xABCZx"_s, u"ann"_s),
                   record(u"a2"_s, -5, u"1/2"_s)}}};

@@ -161,13 +161,15 @@ a batch until a month 13 | addBookmarks([1], GOOD, MONTH13, 'd', 'c', 'g') | boo
 void TestRequests::refuses()
 {
     QFETCH(const QString, call);
-    PluginHarness harness;
-    harness.startTrace();
-    QTEST(describe(harness.run(call)), "result");
-    QString trace = harness.takeTrace().join(u"; ");
-    trace.replace(u"src/Tessaline_Req.cpp: Tessaline::addBookmark, Location ID is empty"_s,
-                  u"no camera"_s);
-    QTEST(trace.replace(u"queryBookmarkForApiFinished(false)"_s, u"failed"_s), "trace");
+    for (const auto start : {PluginHarness::Initialised, PluginHarness::Bare}) {
+        PluginHarness harness(start);
+        harness.startTrace();
+        QTEST(describe(harness.run(call)), "result");
+        QString trace = harness.takeTrace().join(u"; ");
+        trace.replace(u"src/Tessaline_Req.cpp: Tessaline::addBookmark, Location ID is empty"_s,
+                      u"no camera"_s);
+        QTEST(trace.replace(u"queryBookmarkForApiFinished(false)"_s, u"failed"_s), "trace");
+    }
 }
 
 void TestRequests::keepsWhatTheOldConnectionTold()
