@@ -19,9 +19,12 @@ QString shortText(const QLocale &locale, QTime time)
     return locale.toString(time, QLocale::ShortFormat);
 }
 
-/// Not in an invalid zone, in which all texts are empty.
+/// Whether the text of date and time is that of the date, a blank, that of the minute. Not so in an
+/// invalid zone, in which all texts are empty.
 bool isSplittable(const QLocale &locale, const QTimeZone &zone)
 {
+    if (locale.timeFormat(QLocale::ShortFormat).contains(u's'))
+        return false;
     // Half a day apart: one moment before noon and one after.
     const qint64 moments[] = {0, MsPerDay / 2};
     return std::all_of(std::begin(moments), std::end(moments), [&](qint64 moment) {
@@ -66,8 +69,7 @@ DisplayTexts::DisplayTexts(const QTimeZone &zone)
     , m_dateFormat(m_locale.dateFormat(QLocale::ShortFormat))
     , m_timeFormat(m_locale.timeFormat(QLocale::ShortFormat))
     , m_isSplittable(isSplittable(m_locale, zone))
-    , m_timeStep(m_timeFormat.contains(u's') ? 1 : 60)
-    , m_timeTexts(static_cast<std::size_t>(SecondsPerDay / m_timeStep))
+    , m_timeTexts(SecondsPerDay / 60)
 {
 }
 
@@ -85,7 +87,7 @@ DisplayTexts::Texts DisplayTexts::of(qint64 start, qint64 end)
     if (!from || !to)
         return slowly(start, end);
     const QString date = dayText(from->day);
-    return {date, date + QLatin1Char(' ') + timeText(from->secondOfDay),
+    return {date, date + QLatin1Char(' ') + timeText(from->secondOfDay / 60),
             rangeText(from->secondOfDay, to->secondOfDay)};
 }
 
@@ -129,12 +131,11 @@ QString DisplayTexts::dayText(qint64 day)
     return text;
 }
 
-QString DisplayTexts::timeText(int secondOfDay)
+QString DisplayTexts::timeText(int minuteOfDay)
 {
-    const int step = secondOfDay / m_timeStep;
-    QString &text = m_timeTexts[static_cast<std::size_t>(step)];
+    QString &text = m_timeTexts[static_cast<std::size_t>(minuteOfDay)];
     if (text.isNull())
-        text = shortText(m_locale, QTime::fromMSecsSinceStartOfDay(1000 * step * m_timeStep));
+        text = shortText(m_locale, QTime(minuteOfDay / 60, minuteOfDay % 60));
     return text;
 }
 

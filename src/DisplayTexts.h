@@ -55,7 +55,7 @@ private:
     std::optional<LocalTime> localTime(qint64 moment);
     qint64 offsetAt(qint64 moment);
     QString dayText(qint64 day);
-    QString timeText(int secondOfDay);
+    QString timeText(int minuteOfDay);
     Texts slowly(qint64 start, qint64 end) const;
 
     QTimeZone m_zone;
@@ -63,11 +63,10 @@ private:
     QString m_dateFormat;
     QString m_timeFormat;
     bool m_isSplittable; ///< the text of date and time is that of the date, a blank, that of the
-                         ///< time
-    int m_timeStep;      ///< for how many seconds the text of a time stays the same
+                         ///< minute
     std::vector<Span> m_spans;
     std::unordered_map<qint64, QString> m_dayTexts;
-    std::vector<QString> m_timeTexts; ///< by number of the step; null until asked for
+    std::vector<QString> m_timeTexts; ///< by minute of the day; null until asked for
 };
 
 } // namespace tessaline

@@ -79,8 +79,8 @@ def line_mutants(line):
         yield "statement", re.match(r"\s*", line)[0] + ";"
     if re.match(r"\s+return .*;$", code) and not re.search(r"return (\{\}|false|true|nullptr|std::nullopt);", code):
         yield "statement", re.match(r"\s*", line)[0] + "return {};"
-    # Neighbouring plain arguments change places; names of a structured binding are none.
-    if "auto [" in code or "] = " in code:
+    # Neighbouring plain arguments change places; names of a structured binding and lists are none.
+    if "(" not in code or "auto [" in code or "] = " in code:
         return
     for match in re.finditer(r"(?<=[(, ])([\w:.*&]+), ([\w:.*&]+)(?=[,)])", code):
         if match[1] != match[2]:

@@ -1,10 +1,8 @@
 #include "DataTable.h"
 #include "Describe.h"
 #include "PluginHarness.h"
+#include "ShortestTime.h"
 
-#include <QtCore/QElapsedTimer>
-
-#include <algorithm>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -41,20 +39,6 @@ QVariantMap filterOf(const QString &json)
                        {u"ascending"_s, true}};
     filter.insert(mapOf(json));
     return filter;
-}
-
-/// In nanoseconds, undisturbed by whatever else the machine does.
-template <typename Work>
-qint64 shortestTime(const Work &work)
-{
-    qint64 shortest = std::numeric_limits<qint64>::max();
-    for (int i = 0; i < 7; ++i) {
-        QElapsedTimer timer;
-        timer.start();
-        work();
-        shortest = std::min(shortest, timer.nsecsElapsed());
-    }
-    return shortest;
 }
 
 /// The answer as "4: title[b1 b2] other title[b3] b4"; the last is a group titled like itself.
@@ -222,16 +206,18 @@ private Q_SLOTS:
                 return text.contains(u"nowhere"_s, Qt::CaseInsensitive);
             });
         });
-        // The group keys take turns: none shall be looked up once more.
+        // The last has few rows, each of a title of its own. And the group keys take turns: none
+        // shall be looked up once more.
         QList<QVariantMap> questions{filterOf(u"{\"text\": \"nowhere\"}"_s),
-                                     filterOf(u"{\"text\": \"Ä\"}"_s)};
+                                     filterOf(u"{\"text\": \"Ä\"}"_s),
+                                     filterOf(u"{\"text\": \"Gate 42\"}"_s)};
         for (const auto &key : {u"description"_s, u"displayDate"_s})
             questions.append(filterOf(u"{\"groupKey\": \"%1\", \"pageNumber\": 3}"_s.arg(key)));
         const qint64 time = shortestTime([&] {
             for (const QVariantMap &question : questions)
                 filtered(harness, question);
         });
-        QVERIFY2(time * 4 < visits, qPrintable(u"%1 ns, %2 for visits"_s.arg(time).arg(visits)));
+        QVERIFY2(time * 8 < visits, qPrintable(u"%1 ns, %2 for visits"_s.arg(time).arg(visits)));
     }
 
     void haveValuesOfTheseTypes()

@@ -1,7 +1,9 @@
 #include "BookmarkIndex.h"
 #include "DataTable.h"
+#include "DisplayTexts.h"
 #include "PageSlice.h"
 #include "RequestContexts.h"
+#include "ShortestTime.h"
 #include "Tessaline.h"
 
 #include "framework/Framework.h"
@@ -158,6 +160,32 @@ private Q_SLOTS:
             QCOMPARE(found.size(), std::size_t(3));
             index.keepText(found, text, list);
             QCOMPARE(found, rows);
+        }
+    }
+
+    void textsOfTimesAreKept()
+    {
+#ifndef __OPTIMIZE__
+        QSKIP("What is not optimized has other times.");
+#endif
+        constexpr int Count = 2000;
+        constexpr qint64 Begin = 1'770'000'000'000;
+        const QLocale locale = QLocale::system();
+        for (const char *zone : {"Europe/Berlin", "Asia/Tokyo", "UTC"}) {
+            tessaline::DisplayTexts texts{QTimeZone(zone)};
+            const qint64 kept = shortestTime([&] {
+                for (int i = 0; i < Count; ++i)
+                    texts.of(Begin + i * 60'000, Begin + i * 60'000);
+            });
+            const qint64 made = shortestTime([&] {
+                for (int i = 0; i < Count; ++i) {
+                    const auto moment =
+                        QDateTime::fromMSecsSinceEpoch(Begin + i * 60'000, QTimeZone(zone));
+                    locale.toString(moment, QLocale::ShortFormat);
+                    locale.toString(moment.date(), QLocale::ShortFormat);
+                }
+            });
+            QVERIFY2(kept * 5 < made, qPrintable(u"%1 ns, %2 anew"_s.arg(kept).arg(made)));
         }
     }
 
