@@ -23,11 +23,10 @@ QString shortText(const QLocale &locale, QTime time)
 /// invalid zone, in which all texts are empty.
 bool isSplittable(const QLocale &locale, const QTimeZone &zone)
 {
-    if (locale.timeFormat(QLocale::ShortFormat).contains(u's'))
-        return false;
+    const bool showsSeconds = locale.timeFormat(QLocale::ShortFormat).contains(u's');
     // Half a day apart: one moment before noon and one after.
     const qint64 moments[] = {0, MsPerDay / 2};
-    return std::all_of(std::begin(moments), std::end(moments), [&](qint64 moment) {
+    return !showsSeconds && std::all_of(std::begin(moments), std::end(moments), [&](qint64 moment) {
         const QDateTime dateTime = QDateTime::fromMSecsSinceEpoch(moment, zone);
         return locale.toString(dateTime, QLocale::ShortFormat) ==
                locale.toString(dateTime.date(), QLocale::ShortFormat) + QLatin1Char(' ') +

@@ -71,6 +71,11 @@ public:
     QVariantList getBookmarkList();
     /// Lets the view cell's model ask for the items from @p start to @p end.
     void queryBookmarkForTimeline(qint64 start, qint64 end, const QString &viewCellUID);
+    /// Asks a station for the bookmarks of a location in a range, for a view cell. Whether the host
+    /// has taken the command.
+    bool queryBookmarkForTimeline(const QString &locationID, const QString &relayPath,
+                                  qint64 startTimestamp, qint64 endTimestamp,
+                                  const QString &viewCellUID);
 
 Q_SIGNALS:
     void addBookmarkResponsed(bool success);
@@ -221,9 +226,6 @@ private:
     bool sendCommand(const QString &command, const QVariant &payload, void *context,
                      const QString &relayPath);
     bool sendBatch(const BatchRequest &request, tessaline::BatchRequestContext batch);
-    bool queryBookmarkForTimeline(const QString &locationID, const QString &relayPath,
-                                  qint64 startTimestamp, qint64 endTimestamp,
-                                  const QString &viewCellUID);
 
     // ---- Tessaline_ReqRespHandler.cpp ----
 

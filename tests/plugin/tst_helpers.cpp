@@ -196,6 +196,15 @@ private Q_SLOTS:
         QVERIFY(host.framework.sent().isEmpty());
         QVERIFY(host.plugin.children().isEmpty());
 
+        const auto ask = [&] {
+            return host.plugin.queryBookmarkForTimeline(u"l"_s, u"A"_s, 1, 2, u"cell"_s);
+        };
+        QVERIFY(ask());
+        host.framework.rules().setDefault(standin::Delivery::refused());
+        QVERIFY(!ask());
+        host.framework.rules().setDefault(standin::Delivery::held());
+        host.framework.clearSent();
+
         host.plugin.getBookmarkModelForTimeline(u"cell"_s);
         for (int i = 0; i < 2; ++i) // even for what has been asked for before
             host.plugin.queryBookmarkForTimeline(2, 1, u"cell"_s);
