@@ -165,9 +165,8 @@ private Q_SLOTS:
 
     void textsOfTimesAreKept()
     {
-#ifndef __OPTIMIZE__
-        QSKIP("What is not optimized has other times.");
-#endif
+        if (!timesTell)
+            QSKIP("Times say nothing here.");
         constexpr int Count = 2000;
         constexpr qint64 Begin = 1'770'000'000'000;
         const QLocale locale = QLocale::system();
