@@ -3,6 +3,7 @@
 #include "PluginHarness.h"
 #include "ShortestTime.h"
 
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::StringLiterals;
