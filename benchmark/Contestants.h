@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/QMap>
+#include <QtCore/QString>
 #include <QtCore/QVariant>
 
 #include <functional>
@@ -13,7 +15,9 @@ enum class Job {
     TextOfFew,     ///< a text that eight in a hundred have
     TextOfAll,     ///< a text that all have
     OneMoreLetter, ///< the first letters of a word, as it is typed
-    OneCamera,     ///< the bookmarks of one camera
+    OneCamera,     ///< a page of the bookmarks of one camera
+    ListOfCamera,  ///< all bookmarks of one camera, as a list
+    ListOfAll,     ///< all bookmarks, as a list
     ForgetAll,     ///< drop the bookmarks of the query before
     StoreAnswer,   ///< take in the answer to a query of all
     ManyAnswers,   ///< take in as many answers of one bookmark each
@@ -21,10 +25,10 @@ enum class Job {
     TimelineItems, ///< fill a view cell's timeline
 };
 
-constexpr Job allJobs[] = {Job::PanelByDate, Job::PanelByCamera, Job::NextPage,
-                           Job::TextOfFew,   Job::TextOfAll,     Job::OneMoreLetter,
-                           Job::OneCamera,   Job::ForgetAll,     Job::StoreAnswer,
-                           Job::ManyAnswers, Job::GroupBatch,    Job::TimelineItems};
+constexpr Job allJobs[] = {
+    Job::PanelByDate,   Job::PanelByCamera, Job::NextPage,     Job::TextOfFew,    Job::TextOfAll,
+    Job::OneMoreLetter, Job::OneCamera,     Job::ListOfCamera, Job::ListOfAll,    Job::ForgetAll,
+    Job::StoreAnswer,   Job::ManyAnswers,   Job::GroupBatch,   Job::TimelineItems};
 
 const char *nameOf(Job job);
 
@@ -47,6 +51,19 @@ public:
     /// or none where they are to be stored.
     virtual void prepare(Job /*job*/) {}
 };
+
+/// What is measured of the library alone.
+struct PluginFigures
+{
+    double bytesPerBookmark = 0; ///< heap that it allocates to store an answer
+    QMap<QString, double>
+        firstUse; ///< by group key: time of its first use, divided by the second's
+};
+
+PluginFigures measurePlugin(int count);
+
+/// The library that makePlugin() and measurePlugin() load; the built one by default.
+void setLibrary(const QString &path);
 
 std::unique_ptr<Contestant> makePlugin(int count);         ///< the loaded library
 std::unique_ptr<Contestant> makeWrittenSteps(int count);   ///< WrittenSteps.h

@@ -23,6 +23,10 @@ const char *nameOf(Job job)
         return "two letters";
     case Job::OneCamera:
         return "one camera";
+    case Job::ListOfCamera:
+        return "list of one camera";
+    case Job::ListOfAll:
+        return "list of all";
     case Job::ForgetAll:
         return "forget all";
     case Job::StoreAnswer:
@@ -62,6 +66,7 @@ QVariantMap questionOf(Job job)
         question[u"text"_s] = u"fo"_s;
         break;
     case Job::OneCamera:
+    case Job::ListOfCamera:
         question[u"nodeID"_s] = u"A/camera-7"_s;
         break;
     default:

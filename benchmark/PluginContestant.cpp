@@ -4,11 +4,23 @@
 #include "FrameworkWrapperBase.h"
 #include "PluginBase.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QPluginLoader>
+
+#include <malloc.h>
+
+#include <algorithm>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+QString &library()
+{
+    static QString path = QStringLiteral(TESSALINE_PLUGIN_PATH);
+    return path;
+}
 
 /// The names and stations of the device tree at no cost: the walk through the tree is the host's.
 class Directory : public QObject
@@ -32,7 +44,7 @@ class Plugin : public Contestant
 public:
     explicit Plugin(int count)
         : m_count(count)
-        , m_loader(QStringLiteral(TESSALINE_PLUGIN_PATH))
+        , m_loader(library())
         , m_object(m_loader.instance())
         , m_plugin(qobject_cast<PluginBase *>(m_object))
     {
@@ -62,6 +74,9 @@ public:
             return [this, targets = data::batchTargets(m_count)] { groupBatch(targets); };
         case Job::TimelineItems:
             return [this] { fillTimeline(); };
+        case Job::ListOfCamera:
+        case Job::ListOfAll:
+            return [this, camera = questionOf(job).value(u"nodeID"_s).toString()] { list(camera); };
         default:
             return [this, question = questionOf(job)] { ask(question); };
         }
@@ -73,6 +88,36 @@ public:
             queryAll();
         else if (m_isEmpty)
             storeAnswer();
+    }
+
+    double bytesPerBookmark()
+    {
+        queryAll();
+        const auto before = mallinfo2();
+        storeAnswer();
+        const auto after = mallinfo2();
+        const auto used = [](const auto &info) { return double(info.uordblks + info.hblkhd); };
+        return (used(after) - used(before)) / m_count;
+    }
+
+    /// The shortest of several times, so that a slow moment of the machine does not count.
+    double firstUse(const QString &groupKey)
+    {
+        QVariantMap question = questionOf(Job::PanelByDate);
+        question[u"groupKey"_s] = groupKey;
+        qint64 shortest[2] = {std::numeric_limits<qint64>::max(),
+                              std::numeric_limits<qint64>::max()};
+        for (int i = 0; i < 5; ++i) {
+            queryAll();
+            storeAnswer();
+            for (qint64 &time : shortest) {
+                QElapsedTimer timer;
+                timer.start();
+                ask(question);
+                time = std::min(time, timer.nsecsElapsed());
+            }
+        }
+        return double(shortest[0]) / double(shortest[1]);
     }
 
 private:
@@ -173,6 +218,15 @@ private:
             qFatal("The plug-in did not answer");
     }
 
+    void list(const QString &camera)
+    {
+        QVariantList bookmarks;
+        QMetaObject::invokeMethod(m_object, "getBookmarkListByNodeID",
+                                  Q_RETURN_ARG(QVariantList, bookmarks), Q_ARG(QString, camera));
+        if (bookmarks.isEmpty() && camera.isEmpty())
+            qFatal("The plug-in did not answer");
+    }
+
     int m_count;
     Host m_host;
     QPluginLoader m_loader;
@@ -184,6 +238,22 @@ private:
 };
 
 } // namespace
+
+void setLibrary(const QString &path)
+{
+    library() = path;
+}
+
+PluginFigures measurePlugin(int count)
+{
+    Plugin plugin(count);
+    PluginFigures figures;
+    figures.bytesPerBookmark = plugin.bytesPerBookmark();
+    for (const QString &key : {u"cameraName"_s, u"creator"_s, u"group"_s, u"displayDate"_s,
+                               u"locID"_s, u"relayPath"_s, u"description"_s})
+        figures.firstUse[key] = plugin.firstUse(key);
+    return figures;
+}
 
 std::unique_ptr<Contestant> makePlugin(int count)
 {

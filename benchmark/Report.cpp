@@ -41,10 +41,9 @@ QString Report::tables() const
     const QString own = m_contestants.constFirst();
     QString text;
     QTextStream out(&text);
-    for (auto bytes = m_bytes.cbegin(); bytes != m_bytes.cend(); ++bytes) {
-        const int size = bytes.key();
-        out << "\n### " << size << " bookmarks, " << number(*bytes) << " bytes of columns each\n\n"
-            << "| job | " << own << ", ms |";
+    for (auto figures = m_figures.cbegin(); figures != m_figures.cend(); ++figures) {
+        const int size = figures.key();
+        out << "\n### " << size << " bookmarks\n\n| job | " << own << ", ms |";
         for (const QString &contestant : m_contestants.mid(1))
             out << " x " << contestant << " |";
         out << "\n|---" << u"|---:"_s.repeated(m_contestants.size()) << "|\n";
@@ -57,24 +56,13 @@ QString Report::tables() const
             }
             out << '\n';
         }
-    }
-    return text;
-}
-
-QString Report::growth() const
-{
-    QString text;
-    QTextStream out(&text);
-    const QString own = m_contestants.constFirst();
-    for (auto bytes = m_bytes.cbegin(); bytes != m_bytes.cend(); ++bytes) {
-        const int size = bytes.key();
-        if (!m_bytes.contains(2 * size))
-            continue;
-        out << "\nFrom " << size << " to " << 2 * size << " bookmarks:";
-        for (const QString &job : m_jobs) {
-            const QMap<int, double> times = this->times(job, own);
-            out << ' ' << job << " x " << number(times.value(2 * size) / times.value(size)) << ';';
-        }
+        out << "\nHeap for each bookmark: " << number(figures->bytesPerBookmark)
+            << " bytes. An answer in pieces takes "
+            << number(times(QString::fromUtf8(nameOf(Job::ManyAnswers)), own).value(size) /
+                      times(QString::fromUtf8(nameOf(Job::StoreAnswer)), own).value(size))
+            << " x one answer. The first use of a group key takes, compared to the second:";
+        for (auto key = figures->firstUse.cbegin(); key != figures->firstUse.cend(); ++key)
+            out << ' ' << key.key() << " x " << number(*key) << ';';
         out << '\n';
     }
     return text;
@@ -95,9 +83,9 @@ bool Report::write(const QString &folder) const
         }
     }
     QJsonObject bytes;
-    for (auto it = m_bytes.cbegin(); it != m_bytes.cend(); ++it)
-        bytes.insert(QString::number(it.key()), *it);
-    const QJsonObject document{{u"medians"_s, rows}, {u"columnBytesPerBookmark"_s, bytes}};
+    for (auto it = m_figures.cbegin(); it != m_figures.cend(); ++it)
+        bytes.insert(QString::number(it.key()), it->bytesPerBookmark);
+    const QJsonObject document{{u"medians"_s, rows}, {u"heapBytesPerBookmark"_s, bytes}};
     return QDir().mkpath(folder) &&
            writeFile(folder + u"/benchmark.json"_s, QJsonDocument(document).toJson()) &&
            writeFile(folder + u"/benchmark.svg"_s, plot(*this));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Contestants.h"
+
 #include <QtCore/QMap>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
@@ -17,14 +19,11 @@ public:
 
     void add(const QString &job, const QString &contestant, int size, double milliseconds);
 
-    /// Bytes that the columns take for each bookmark.
-    void setBytes(int size, double bytes) { m_bytes.insert(size, bytes); }
+    void setFigures(int size, const PluginFigures &figures) { m_figures.insert(size, figures); }
 
-    /// A table for each size: the library's time, and by how much the others take longer.
+    /// A table for each size: the library's time, and by how much the others take longer; then what
+    /// is measured of the library alone.
     QString tables() const;
-
-    /// How much longer the library takes for twice as many bookmarks, where that was measured.
-    QString growth() const;
 
     /// Writes benchmark.json and benchmark.svg. False when that is not possible.
     bool write(const QString &folder) const;
@@ -38,5 +37,5 @@ private:
     QStringList m_jobs;
     QStringList m_contestants;
     QMap<QString, QMap<QString, QMap<int, double>>> m_times;
-    QMap<int, double> m_bytes;
+    QMap<int, PluginFigures> m_figures;
 };

@@ -96,6 +96,8 @@ public:
             return [this] { insertAll(); };
         case Job::GroupBatch:
             return [this, targets = data::batchTargets(m_count)] { groupBatch(targets); };
+        case Job::ListOfCamera:
+        case Job::ListOfAll:
         case Job::ManyAnswers:
         case Job::TimelineItems:
             return {};

@@ -38,6 +38,12 @@ public:
             return [targets = data::batchTargets(int(m_records.size()))] {
                 writtensteps::groupBatch(targets, 1, 2, u"Alarm"_s, u"rule"_s, u"alarms"_s);
             };
+        case Job::ListOfCamera:
+            return [this, camera = questionOf(job).value(u"nodeID"_s).toString()] {
+                QVariantList list = m_list;
+                writtensteps::filterByNodeID(list, camera);
+            };
+        case Job::ListOfAll: // a shared copy
         case Job::ManyAnswers:
             return {};
         case Job::TimelineItems:

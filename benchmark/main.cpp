@@ -1,12 +1,9 @@
-#include "BookmarkIndex.h"
 #include "Contestants.h"
 #include "Data.h"
 #include "Report.h"
-#include "WrittenSteps.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>
-#include <QtCore/QTimeZone>
 
 #include <benchmark/benchmark.h>
 
@@ -52,31 +49,10 @@ private:
     int m_size;
 };
 
-/// What the columns take on the heap, with those of two group keys.
-double bytesOfColumns(int size)
-{
-    QVariantList list;
-    const QVariantList records = data::serverRecords(size);
-    for (const QVariant &record : records) {
-        list.append(writtensteps::displayRecord(record.toMap(), u"A"_s, data::cameraNames(),
-                                                QTimeZone(data::timeZone())));
-    }
-    const auto before = mallinfo2();
-    tessaline::BookmarkIndex index;
-    for (const QVariant &record : std::as_const(list))
-        index.append(record.toMap());
-    for (const QString &key : {u"displayDate"_s, u"cameraName"_s}) {
-        tessaline::Rows rows(1);
-        index.sort(rows, key, true, {0, 1}, list);
-    }
-    const auto after = mallinfo2();
-    return double(after.uordblks + after.hblkhd - before.uordblks - before.hblkhd) / size;
-}
-
 /// Measures all contestants with one number of bookmarks.
 void measure(int size, Report &report)
 {
-    report.setBytes(size, bytesOfColumns(size));
+    report.setFigures(size, measurePlugin(size));
 
     std::vector<std::unique_ptr<Contestant>> contestants;
     for (const auto make :
@@ -136,8 +112,12 @@ int main(int argc, char *argv[])
     const QCommandLineOption sizes(u"sizes"_s, u"Numbers of bookmarks, separated by commas."_s,
                                    u"list"_s, u"1000,10000,100000,200000,1000000"_s);
     const QCommandLineOption folder(u"out"_s, u"Where the files go."_s, u"folder"_s, u"out"_s);
-    parser.addOptions({sizes, folder});
+    const QCommandLineOption library(u"library"_s, u"Measure this build of the library."_s,
+                                     u"file"_s);
+    parser.addOptions({sizes, folder, library});
     parser.process(app);
+    if (parser.isSet(library))
+        setLibrary(parser.value(library));
 
     // Repetitions of all benchmarks take turns, so that a slow moment of the machine hits each.
     char interleaved[] = "--benchmark_enable_random_interleaving=true";
@@ -161,7 +141,7 @@ int main(int argc, char *argv[])
         }
         measure(count, report);
     }
-    std::fputs(qPrintable(report.tables() + report.growth()), stdout);
+    std::fputs(qPrintable(report.tables()), stdout);
     if (!report.write(parser.value(folder))) {
         std::fprintf(stderr, "%s can't be written.\n", qPrintable(parser.value(folder)));
         return 1;

@@ -20,11 +20,17 @@ QString CameraNames::name(const QString &cameraID) const
     return m_directory.value(cameraKey(m_relayPath, cameraID)).toString();
 }
 
-QString CameraNames::withStation(const QString &cameraID)
+Camera CameraNames::camera(const QString &cameraID) const
 {
-    QString &known = m_withStation[cameraID];
+    const QString key = cameraKey(m_relayPath, cameraID);
+    return {m_relayPath, cameraID, key, m_stationPrefix + m_directory.value(key).toString()};
+}
+
+QString CameraNames::qualifiedName(const QString &cameraID)
+{
+    QString &known = m_qualifiedNames[cameraID];
     if (known.isNull())
-        known = m_stationPrefix + name(cameraID);
+        known = camera(cameraID).qualifiedName;
     return known;
 }
 

@@ -12,7 +12,16 @@ namespace tessaline {
 /// is escaped or interpreted.
 QString cameraKey(const QString &relayPath, const QString &cameraID);
 
-/// The names of one station's cameras; each is looked up once.
+/// A camera with its name at one moment.
+struct Camera
+{
+    QString relayPath;
+    QString cameraID;
+    QString key;           ///< see cameraKey()
+    QString qualifiedName; ///< see CameraNames::qualifiedName()
+};
+
+/// Names of the cameras of one station.
 class CameraNames
 {
 public:
@@ -24,15 +33,17 @@ public:
     /// The camera's own name, empty for an unknown camera.
     QString name(const QString &cameraID) const;
 
-    /// Station and camera as shown to the operator: "station - camera". The separator stands even
-    /// where a name is unknown; such a row is still told apart by its times.
-    QString withStation(const QString &cameraID);
+    Camera camera(const QString &cameraID) const;
+
+    /// @return "station - camera", the name that operators read. The separator stands also where a
+    ///         name is unknown: operators then recognise the bookmark by its times. Cached.
+    QString qualifiedName(const QString &cameraID);
 
 private:
     QVariantMap m_directory;
     QString m_relayPath;
     QString m_stationPrefix;
-    std::unordered_map<QString, QString> m_withStation; ///< by camera ID
+    std::unordered_map<QString, QString> m_qualifiedNames; ///< by camera ID
 };
 
 } // namespace tessaline

@@ -4,7 +4,6 @@
 #include <QtCore/QList>
 #include <QtCore/QString>
 
-#include <array>
 #include <utility>
 
 // Every name that the plug-in exchanges with host, server or QML, one table for each set.
@@ -102,14 +101,6 @@ inline const QString DisplayDateTime = heapText("displayDateTime");
 inline const QString LocationID = heapText("locID");
 inline const QString DisplayTimeRange = heapText("displayTimeRange");
 } // namespace displayKey
-
-/// All of them, in ascending order.
-inline const std::array displayRecordKeys{
-    &displayKey::BookmarkID,      &displayKey::CameraID,         &displayKey::CameraName,
-    &displayKey::Creator,         &displayKey::Description,      &displayKey::DisplayDate,
-    &displayKey::DisplayDateTime, &displayKey::DisplayTimeRange, &displayKey::EndTimestamp,
-    &displayKey::Group,           &displayKey::LocationID,       &displayKey::RelayPath,
-    &displayKey::StartTimestamp};
 
 /// Keys of the question that getFilteredBookmarkList() answers.
 namespace filterKey {

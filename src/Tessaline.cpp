@@ -6,6 +6,7 @@
 #include "Log.h"
 #include "Names.h"
 #include "RequestContexts.h"
+#include "TimeFormatter.h"
 #include "TimeShiftBufferModel.h"
 
 #include <QtCore/QPointer>
@@ -277,23 +278,23 @@ bool Tessaline::addBookmarkToTimelineModel(const QVariantMap &record, const QStr
     CameraNames camNames(GetAllCamNames(), relayPath);
     if (!self)
         return false;
-    DisplayTexts &texts = displayTexts();
+    const auto formatter = timeFormatter();
     bool added = true;
     for (const QString &viewCellUID : viewCells) {
-        if (self && !addBookmarkToViewCell(viewCellUID, record, camNames, texts))
+        if (self && !addBookmarkToViewCell(viewCellUID, record, camNames, *formatter))
             added = false;
     }
     return added;
 }
 
 bool Tessaline::addBookmarkToViewCell(const QString &viewCellUID, const QVariantMap &record,
-                                      CameraNames &camNames, DisplayTexts &texts)
+                                      CameraNames &camNames, TimeFormatter &formatter)
 {
     const auto model = m_timelineModels.value(viewCellUID);
     if (!model)
         return false;
     std::vector<std::unique_ptr<QStandardItem>> items;
-    items.push_back(CreateBookmarkModelItem(record, camNames, texts));
+    items.push_back(CreateBookmarkModelItem(record, camNames, formatter));
     if (!items.back())
         return false;
     refill(*model, std::move(items));

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "BookmarkIndex.h"
-#include "DisplayTexts.h"
+#include "BookmarkList.h"
 #include "PluginBase.h"
 
 #include <QtCore/QList>
@@ -13,7 +12,6 @@
 #include <QtCore/QVariant>
 
 #include <memory>
-#include <optional>
 #include <vector>
 
 class FrameworkWrapperBase;
@@ -22,6 +20,7 @@ class TimeShiftBufferModel;
 
 namespace tessaline {
 class CameraNames;
+class TimeFormatter;
 struct BatchRequestContext;
 } // namespace tessaline
 
@@ -183,7 +182,8 @@ private:
     static void refill(TimeShiftBufferModel &model,
                        std::vector<std::unique_ptr<QStandardItem>> items);
     bool addBookmarkToViewCell(const QString &viewCellUID, const QVariantMap &record,
-                               tessaline::CameraNames &camNames, tessaline::DisplayTexts &texts);
+                               tessaline::CameraNames &camNames,
+                               tessaline::TimeFormatter &formatter);
     void removeBookmarksFromTimelineModels(const QList<QString> &bookmarkIDs);
     QStringList viewCellsShowing(const QString &locationID, const QString &relayPath) const;
 
@@ -191,13 +191,13 @@ private:
 
     static QVariantMap CreateBookmarkItem(const QVariantMap &record,
                                           tessaline::CameraNames &camNames,
-                                          tessaline::DisplayTexts &texts);
+                                          tessaline::TimeFormatter &formatter);
     /// The record as an item of a timeline; null when memory is short.
-    static std::unique_ptr<QStandardItem> CreateBookmarkModelItem(const QVariantMap &record,
-                                                                  tessaline::CameraNames &camNames,
-                                                                  tessaline::DisplayTexts &texts);
-    /// What makes the texts of an answer's times, in the server's zone.
-    tessaline::DisplayTexts &displayTexts();
+    static std::unique_ptr<QStandardItem>
+    CreateBookmarkModelItem(const QVariantMap &record, tessaline::CameraNames &camNames,
+                            tessaline::TimeFormatter &formatter);
+    /// @return the formatter for the server's zone and the present system locale
+    std::shared_ptr<tessaline::TimeFormatter> timeFormatter();
 
     QObject *findTopologyPlugin() const;
     /// Names by camera key and relay path, fetched from the topology plug-in at this moment.
@@ -205,18 +205,21 @@ private:
     /// Relay paths of all sub-stations, in ascending order.
     std::vector<QString> GetAllSubStations();
 
-    // The filters and the sort work on positions in the list of all bookmarks.
+    // The filters and the sort work on rows of the list of all bookmarks.
     tessaline::Rows filterBookmarkListByTimestamp(qint64 startTimestamp, qint64 endTimestamp) const;
     void filterBookmarkListByText(tessaline::Rows &rows, const QString &text) const;
     void filterBookmarkListByNodeID(tessaline::Rows &rows, const QString &nodeID) const;
-    /// The page's place among the sorted rows.
-    tessaline::Slice filterBookmarkListByPageNumber(const tessaline::Rows &rows,
+    /// @return the page's range within the sorted rows
+    tessaline::Range filterBookmarkListByPageNumber(const tessaline::Rows &rows,
                                                     int pageNumber) const;
-    /// Puts the rows of the page into their place; the others may stay as they are.
+    /// Puts the rows of the page into their place; the others stay in any order.
     void sortBookmarkListByKey(tessaline::Rows &rows, const QString &key, bool ascending,
-                               tessaline::Slice page);
+                               tessaline::Range page);
     void sortRecentBookmarks();
-    QVariantList bookmarksAt(const tessaline::Rows &rows, tessaline::Slice slice) const;
+    /// @return the display records of the rows in @p range
+    QVariantList bookmarksAt(const tessaline::Rows &rows, tessaline::Range range) const;
+    /// @return the display records of one camera, or of all for an empty key
+    QVariantList bookmarksOfCamera(const QString &nodeID) const;
     QList<QVariant> generateBookmarkGroupList(const QList<QVariant> &list, QString groupKey) const;
 
     // ---- Tessaline_Req.cpp ----
@@ -241,7 +244,6 @@ private:
                                             void *context);
     void HandleQueryAllBookmarksResp(const QString &resultCode, const QVariant &data, void *context,
                                      const QString &relayPath);
-    void storeBookmarks(const QVariantList &records, tessaline::CameraNames &camNames);
     void settleQueryAllAnswer(void *context, const QString &relayPath);
     void HandleQueryBookmarkForRecentResp(const QVariant &data, const QString &relayPath);
     void HandleQueryBookmarkForAPIResp(const QVariant &data, const QString &resultCode);
@@ -253,10 +255,9 @@ private:
     quint64 m_queryAllGeneration = 0; ///< number of the newest query of all bookmarks
     QTimeZone m_serverTimeZone;       ///< zone of everything shown
     bool m_hasSettingPermission = false;
-    QList<QVariant> m_apiQueryResult;  ///< server records
-    QList<QVariant> m_allBookmarks;    ///< display records; m_allBookmarksIndex goes with them
+    QList<QVariant> m_apiQueryResult; ///< server records
+    tessaline::BookmarkList m_allBookmarks;
     QList<QVariant> m_recentBookmarks; ///< display records
     int m_bookmarksPerPage = 50;
-    tessaline::BookmarkIndex m_allBookmarksIndex;
-    std::optional<tessaline::DisplayTexts> m_displayTexts; ///< renewed by displayTexts()
+    std::shared_ptr<tessaline::TimeFormatter> m_timeFormatter; ///< see timeFormatter()
 };

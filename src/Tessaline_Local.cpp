@@ -4,16 +4,14 @@
 #include "FrameworkWrapperBase.h"
 #include "Guard.h"
 #include "Log.h"
-#include "MapFields.h"
 #include "Names.h"
-#include "PageSlice.h"
-#include "TimeShiftBufferModel.h"
+#include "PageRange.h"
+#include "TimeFormatter.h"
 
 #include <QtCore/QPointer>
 #include <QtGui/QStandardItem>
 
 #include <algorithm>
-#include <array>
 #include <limits>
 #include <memory>
 #include <unordered_map>
@@ -30,44 +28,6 @@ constexpr int SubStationType = 1;
 /// The selector of the topology plug-in's query that gives the whole tree.
 constexpr int WholeTree = 0;
 
-constexpr int timelineItemRoles[] = {
-    TimeShiftBufferModel::ItemIdRole, TimeShiftBufferModel::ChannelIdRole,
-    TimeShiftBufferModel::StartTimestampRole, TimeShiftBufferModel::EndTimestampRole,
-    BookmarkIdRole, CameraIdRole, RelayPathRole, DescRole, CreatorRole, GroupRole, CameraNameRole,
-    DispDateRole, DispDateTimeRole, LocationIdRole, DispTimeRangeRole,
-    // Without a meaning for bookmarks; they hold 0.
-    Qt::UserRole + 6, Qt::UserRole + 7, Qt::UserRole + 9};
-
-/// Keys of a server's bookmark record, in ascending order.
-const std::array serverRecordKeys{&serverKey::BookmarkID,   &serverKey::CameraID,
-                                  &serverKey::Creator,      &serverKey::Description,
-                                  &serverKey::EndTimestamp, &serverKey::Group,
-                                  &serverKey::LocationID,   &serverKey::StartTimestamp};
-
-/// A timeline item with 0 for each role: in a copy of it the values are replaced, where those
-/// of a new item would have to be moved again and again as they become more.
-std::unique_ptr<QStandardItem> timelineItemShape()
-{
-    auto item = std::make_unique<QStandardItem>();
-    for (const int role : timelineItemRoles)
-        item->setData(0, role);
-    return item;
-}
-
-/// Reaches the assignment that a QStandardItem keeps to its heirs. No item is of this class, as it
-/// would leave its virtual functions behind when the library goes; nor made by clone(), as that
-/// leaks when memory is short.
-struct CopiedItem : QStandardItem
-{
-    using QStandardItem::operator=;
-
-    static void assign(QStandardItem &item, const QStandardItem &other)
-    {
-        using Assignment = QStandardItem &(QStandardItem::*)(const QStandardItem &);
-        (item.*static_cast<Assignment>(&CopiedItem::operator=))(other);
-    }
-};
-
 QString textOf(const QVariantMap &record, const QString &key)
 {
     return record.value(key).toString();
@@ -83,65 +43,28 @@ qint64 timestampOf(const QVariantMap &record, const QString &key)
 // ---- Records ----
 
 QVariantMap Tessaline::CreateBookmarkItem(const QVariantMap &record, CameraNames &camNames,
-                                          DisplayTexts &texts)
+                                          TimeFormatter &formatter)
 {
-    const auto [bookmarkID, camera, creator, description, endTimestamp, group, locationID,
-                startTimestamp] = valuesOf(record, serverRecordKeys);
-    const QString cameraID = camera->toString();
-    const qint64 start = startTimestamp->toLongLong();
-    const qint64 end = endTimestamp->toLongLong();
-    const DisplayTexts::Texts shown = texts.of(start, end);
-
-    static const MapShape display(displayRecordKeys);
-    return display.filled({bookmarkID->toString(), cameraID, camNames.withStation(cameraID),
-                           creator->toString(), description->toString(), shown.date, shown.dateTime,
-                           shown.timeRange, end, group->toString(), locationID->toString(),
-                           camNames.relayPath(), start});
-}
-
-DisplayTexts &Tessaline::displayTexts()
-{
-    if (!m_displayTexts || !m_displayTexts->holdFor(m_serverTimeZone))
-        m_displayTexts.emplace(m_serverTimeZone);
-    return *m_displayTexts;
+    return toDisplayMap(makeRecord(record, camNames, formatter));
 }
 
 std::unique_ptr<QStandardItem> Tessaline::CreateBookmarkModelItem(const QVariantMap &record,
                                                                   CameraNames &camNames,
-                                                                  DisplayTexts &texts)
+                                                                  TimeFormatter &formatter)
 {
     try {
-        const auto [bookmark, camera, creator, description, endTimestamp, group, locationID,
-                    startTimestamp] = valuesOf(record, serverRecordKeys);
-        const QString bookmarkID = bookmark->toString();
-        const QString cameraID = camera->toString();
-        const qint64 start = startTimestamp->toLongLong();
-        const qint64 end = endTimestamp->toLongLong();
-        const DisplayTexts::Texts shown = texts.of(start, end);
-
-        static const std::unique_ptr<QStandardItem> shape = timelineItemShape();
-        auto item = std::make_unique<QStandardItem>();
-        CopiedItem::assign(*item, *shape);
-        item->setData(bookmarkID, TimeShiftBufferModel::ItemIdRole);
-        item->setData(cameraID, TimeShiftBufferModel::ChannelIdRole);
-        item->setData(start, TimeShiftBufferModel::StartTimestampRole);
-        item->setData(end, TimeShiftBufferModel::EndTimestampRole);
-        item->setData(bookmarkID, BookmarkIdRole);
-        item->setData(cameraID, CameraIdRole);
-        item->setData(camNames.relayPath(), RelayPathRole);
-        item->setData(description->toString(), DescRole);
-        item->setData(creator->toString(), CreatorRole);
-        item->setData(group->toString(), GroupRole);
-        item->setData(camNames.withStation(cameraID), CameraNameRole);
-        item->setData(shown.date, DispDateRole);
-        item->setData(shown.dateTime, DispDateTimeRole);
-        item->setData(locationID->toString(), LocationIdRole);
-        item->setData(shown.timeRange, DispTimeRangeRole);
-        return item;
+        return toTimelineItem(makeRecord(record, camNames, formatter));
     } catch (...) {
         LOG_ERROR("%s, create model item failed", "Tessaline::CreateBookmarkModelItem");
         return nullptr;
     }
+}
+
+std::shared_ptr<TimeFormatter> Tessaline::timeFormatter()
+{
+    if (!m_timeFormatter || !m_timeFormatter->isValidFor(m_serverTimeZone))
+        m_timeFormatter = std::make_shared<TimeFormatter>(m_serverTimeZone);
+    return m_timeFormatter;
 }
 
 // ---- Directory ----
@@ -191,24 +114,24 @@ std::vector<QString> Tessaline::GetAllSubStations()
 Rows Tessaline::filterBookmarkListByTimestamp(qint64 startTimestamp, qint64 endTimestamp) const
 {
     // The start alone decides: a bookmark that runs into the range does not belong to it.
-    return m_allBookmarksIndex.startingBetween(startTimestamp, endTimestamp);
+    return m_allBookmarks.rowsInRange(startTimestamp, endTimestamp);
 }
 
 void Tessaline::filterBookmarkListByText(Rows &rows, const QString &text) const
 {
     if (!text.isEmpty())
-        m_allBookmarksIndex.keepText(rows, text, m_allBookmarks);
+        m_allBookmarks.filterByText(rows, text);
 }
 
 void Tessaline::filterBookmarkListByNodeID(Rows &rows, const QString &nodeID) const
 {
     if (!nodeID.isEmpty())
-        m_allBookmarksIndex.keepCamera(rows, nodeID);
+        m_allBookmarks.filterByCamera(rows, nodeID);
 }
 
-Slice Tessaline::filterBookmarkListByPageNumber(const Rows &rows, int pageNumber) const
+Range Tessaline::filterBookmarkListByPageNumber(const Rows &rows, int pageNumber) const
 {
-    return pageSlice(rows.size(), m_bookmarksPerPage, pageNumber);
+    return pageRange(rows.size(), m_bookmarksPerPage, pageNumber);
 }
 
 void Tessaline::setBookmarkNumberPerPage(int number)
@@ -218,16 +141,16 @@ void Tessaline::setBookmarkNumberPerPage(int number)
 
 // ---- Sorting, grouping and the filtered list ----
 
-void Tessaline::sortBookmarkListByKey(Rows &rows, const QString &key, bool ascending, Slice page)
+void Tessaline::sortBookmarkListByKey(Rows &rows, const QString &key, bool ascending, Range page)
 {
-    m_allBookmarksIndex.sort(rows, key, ascending, page, m_allBookmarks);
+    m_allBookmarks.sort(rows, key, ascending, page);
 }
 
-QVariantList Tessaline::bookmarksAt(const Rows &rows, Slice slice) const
+QVariantList Tessaline::bookmarksAt(const Rows &rows, Range range) const
 {
     QVariantList list;
-    for (std::size_t i = slice.first; i < slice.second; ++i)
-        list.append(m_allBookmarks.at(rows[i]));
+    for (std::size_t i = range.first; i < range.end; ++i)
+        list.append(toDisplayMap(m_allBookmarks.record(rows[i])));
     return list;
 }
 
@@ -265,7 +188,7 @@ QVariantMap Tessaline::getFilteredBookmarkList(const QVariantMap &filterMap)
         filterBookmarkListByNodeID(rows, textOf(filterMap, filterKey::NodeID));
         const auto total = static_cast<qint64>(rows.size());
 
-        const Slice page =
+        const Range page =
             filterBookmarkListByPageNumber(rows, filterMap.value(filterKey::PageNumber).toInt());
         sortBookmarkListByKey(rows, groupKey, filterMap.value(filterKey::Ascending).toBool(), page);
         return {{pageKey::TotalBookmarkNumber, total},
@@ -277,12 +200,18 @@ QVariantMap Tessaline::getFilteredBookmarkList(const QVariantMap &filterMap)
 QVariantList Tessaline::getBookmarkListByNodeID(const QString &nodeID)
 {
     return guarded("Tessaline::getBookmarkListByNodeID", [&] {
-        Rows rows = filterBookmarkListByTimestamp(std::numeric_limits<qint64>::min(),
-                                                  std::numeric_limits<qint64>::max());
-        filterBookmarkListByNodeID(rows, nodeID);
+        QVariantList bookmarks = bookmarksOfCamera(nodeID);
         sortRecentBookmarks();
-        return bookmarksAt(rows, {0, rows.size()});
+        return bookmarks;
     });
+}
+
+QVariantList Tessaline::bookmarksOfCamera(const QString &nodeID) const
+{
+    Rows rows = filterBookmarkListByTimestamp(std::numeric_limits<qint64>::min(),
+                                              std::numeric_limits<qint64>::max());
+    filterBookmarkListByNodeID(rows, nodeID);
+    return bookmarksAt(rows, {0, rows.size()});
 }
 
 /// Newest start first, as the panel of recent bookmarks relies on; but by the number's text.

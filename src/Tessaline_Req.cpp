@@ -3,7 +3,6 @@
 #include "FrameworkWrapperBase.h"
 #include "Guard.h"
 #include "Log.h"
-#include "MapFields.h"
 #include "Names.h"
 #include "RequestContexts.h"
 
@@ -11,9 +10,9 @@
 #include <QtCore/QHashFunctions>
 #include <QtCore/QPointer>
 
-#include <array>
+#include <algorithm>
+#include <cstddef>
 #include <optional>
-#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -31,33 +30,58 @@ std::optional<qint64> parseDateTime(const QString &text)
     return dateTime.toMSecsSinceEpoch();
 }
 
-/// Keys of a bookmark that is to be made, in ascending order.
-const std::array payloadKeys{&serverKey::CameraID,      &serverKey::Creator,
-                             &serverKey::Description,   &serverKey::EndTimestamp,
-                             &serverKey::Group,         &serverKey::LocationID,
-                             &serverKey::StartTimestamp};
-
 QVariantMap bookmarkPayload(const QString &cameraID, const QString &locationID,
                             qint64 startTimestamp, qint64 endTimestamp, const QString &desc,
                             const QString &creator, const QString &group)
 {
-    static const MapShape payload(payloadKeys);
-    return payload.filled(
-        {cameraID, creator, desc, endTimestamp, group, locationID, startTimestamp});
+    return {{serverKey::CameraID, cameraID},
+            {serverKey::LocationID, locationID},
+            {serverKey::StartTimestamp, startTimestamp},
+            {serverKey::EndTimestamp, endTimestamp},
+            {serverKey::Description, desc},
+            {serverKey::Creator, creator},
+            {serverKey::Group, group}};
 }
 
-/// What tells one entry of a batch from another: the relay path and the identifiers.
-using EntryKey = std::array<QString, 3>;
-
-struct EntryKeyHash
+/// What identifies an entry of a batch.
+struct EntryKey
 {
-    std::size_t operator()(const EntryKey &key) const
+    QString relayPath;
+    QString id;
+    QString locationID; ///< empty when bookmarks are deleted
+
+    bool operator==(const EntryKey &other) const
     {
-        return qHashRange(key.cbegin(), key.cend());
+        return id == other.id && locationID == other.locationID && relayPath == other.relayPath;
     }
 };
 
-using EntryKeys = std::unordered_set<EntryKey, EntryKeyHash>;
+/// Removes repeated entries; the first of equal ones stays in its place. By sorted hashes: a hash
+/// table of a hundred thousand entries spends most of its time on allocations.
+void removeDuplicates(std::vector<EntryKey> &entries)
+{
+    std::vector<std::pair<std::size_t, std::size_t>> hashes; // with the position of the entry
+    hashes.reserve(entries.size());
+    for (const EntryKey &entry : entries) {
+        hashes.emplace_back(qHashMulti(0, entry.relayPath, entry.id, entry.locationID),
+                            hashes.size());
+    }
+    std::sort(hashes.begin(), hashes.end());
+
+    std::vector<char> isRepeated(entries.size());
+    for (auto first = hashes.cbegin(); first != hashes.cend(); ++first) {
+        if (isRepeated[first->second]) // or a batch of equal entries would take quadratic time
+            continue;
+        for (auto next = first + 1; next != hashes.cend() && next->first == first->first; ++next) {
+            if (entries[next->second] == entries[first->second])
+                isRepeated[next->second] = true;
+        }
+    }
+    std::size_t position = 0;
+    entries.erase(std::remove_if(entries.begin(), entries.end(),
+                                 [&](const EntryKey &) { return isRepeated[position++] != 0; }),
+                  entries.end());
+}
 
 } // namespace
 
@@ -153,18 +177,24 @@ bool Tessaline::addBookmarks(const QVariantList &targetList, qint64 startTimesta
                              const QString &group)
 {
     return guarded("Tessaline::addBookmarks", [&] {
-        BatchRequestContext batch;
-        const std::array keys{&serverKey::CameraID, &serverKey::LocationID, &displayKey::RelayPath};
-        EntryKeys known;
-        known.reserve(static_cast<std::size_t>(targetList.size()));
+        std::vector<EntryKey> entries;
+        entries.reserve(static_cast<std::size_t>(targetList.size()));
         for (const QVariant &element : targetList) {
             const QVariantMap target = element.toMap();
-            const auto [cameraID, locationID, relayPath] = valuesOf(target, keys);
-            const EntryKey key{relayPath->toString(), cameraID->toString(), locationID->toString()};
-            if (known.insert(key).second) {
-                batch.pendingByTarget[key[0]].append(bookmarkPayload(
-                    key[1], key[2], startTimestamp, endTimestamp, desc, creator, group));
-            }
+            entries.push_back({target.value(displayKey::RelayPath).toString(),
+                               target.value(serverKey::CameraID).toString(),
+                               target.value(serverKey::LocationID).toString()});
+        }
+        removeDuplicates(entries);
+
+        BatchRequestContext batch;
+        const QVariantMap common =
+            bookmarkPayload({}, {}, startTimestamp, endTimestamp, desc, creator, group);
+        for (const EntryKey &entry : entries) {
+            QVariantMap payload = common; // copying a map is cheaper than making one
+            payload[serverKey::CameraID] = entry.id;
+            payload[serverKey::LocationID] = entry.locationID;
+            batch.pendingByTarget[entry.relayPath].append(payload);
         }
         return sendBatch({command::AddBookmarks, "Tessaline::addBookmarks",
                           requestContexts().addBatches, &Tessaline::addBookmarksResponsed},
@@ -186,14 +216,18 @@ bool Tessaline::addBookmarks(const QVariantList &targetList, const QString &star
 bool Tessaline::deleteBookmarks(const QVariantList &deleteList)
 {
     return guarded("Tessaline::deleteBookmarks", [&] {
-        BatchRequestContext batch;
-        EntryKeys known;
+        std::vector<EntryKey> entries;
         for (const QVariant &element : deleteList) {
             const QVariantMap target = element.toMap();
-            const EntryKey key{target.value(displayKey::RelayPath).toString(),
-                               target.value(serverKey::BookmarkID).toString(), QString()};
-            if (known.insert(key).second)
-                batch.pendingByTarget[key[0]].append(QVariantMap{{serverKey::BookmarkID, key[1]}});
+            entries.push_back({target.value(displayKey::RelayPath).toString(),
+                               target.value(serverKey::BookmarkID).toString(), QString()});
+        }
+        removeDuplicates(entries);
+
+        BatchRequestContext batch;
+        for (const EntryKey &entry : entries) {
+            batch.pendingByTarget[entry.relayPath].append(
+                QVariantMap{{serverKey::BookmarkID, entry.id}});
         }
         if (m_hasSettingPermission) {
             return sendBatch({command::DeleteBookmarks, "Tessaline::deleteBookmarks",
@@ -203,9 +237,9 @@ bool Tessaline::deleteBookmarks(const QVariantList &deleteList)
         }
 
         QStringList refused;
-        for (const auto &[relayPath, entries] : batch.pendingByTarget) {
-            for (const QVariant &entry : entries)
-                refused.append(entry.toMap().value(serverKey::BookmarkID).toString());
+        for (const auto &[relayPath, payloads] : batch.pendingByTarget) {
+            for (const QVariant &payload : payloads)
+                refused.append(payload.toMap().value(serverKey::BookmarkID).toString());
         }
         Q_EMIT deleteBookmarksResponsed(refused);
         return true;
@@ -250,8 +284,7 @@ bool Tessaline::sendBatch(const BatchRequest &request, BatchRequestContext conte
 bool Tessaline::queryAllBookmarks()
 {
     return guarded("Tessaline::queryAllBookmarks", [&] {
-        m_allBookmarksIndex.clear();
-        m_allBookmarks = {}; // not cleared: a list that QML shares would want memory for that
+        m_allBookmarks.clear();
 
         auto &contexts = requestContexts().allQueries;
         QueryAllRequestContext *const context = contexts.create({{}, m_queryAllGeneration + 1});
@@ -357,7 +390,7 @@ bool Tessaline::queryBookmarkForTimeline(const QString &locationID, const QStrin
 
 QVariantList Tessaline::getBookmarkList()
 {
-    return m_allBookmarks;
+    return guarded("Tessaline::getBookmarkList", [&] { return bookmarksOfCamera(QString()); });
 }
 
 QVariantList Tessaline::getBookmarkListForRecent()

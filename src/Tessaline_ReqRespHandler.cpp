@@ -4,6 +4,7 @@
 #include "Log.h"
 #include "Names.h"
 #include "RequestContexts.h"
+#include "TimeFormatter.h"
 #include "TimeShiftBufferModel.h"
 
 #include <QtCore/QPointer>
@@ -63,7 +64,7 @@ void Tessaline::HandleAddBookmarksResp(const QVariant &data, void *context,
 QStringList Tessaline::placeAddedBookmarks(const QVariantList &records, CameraNames &camNames)
 {
     const QPointer<Tessaline> self(this);
-    DisplayTexts &texts = displayTexts();
+    const auto formatter = timeFormatter();
     QStringList failed;
     for (const QVariant &element : records) {
         if (!self)
@@ -77,7 +78,7 @@ QStringList Tessaline::placeAddedBookmarks(const QVariantList &records, CameraNa
         const QStringList viewCells =
             viewCellsShowing(record.value(serverKey::LocationID).toString(), camNames.relayPath());
         for (const QString &viewCellUID : viewCells) {
-            if (self && !addBookmarkToViewCell(viewCellUID, record, camNames, texts))
+            if (self && !addBookmarkToViewCell(viewCellUID, record, camNames, *formatter))
                 failed.append(camera);
         }
     }
@@ -138,7 +139,7 @@ void Tessaline::HandleQueryBookmarkForTimelineResp(const QVariant &data, const Q
     CameraNames camNames(GetAllCamNames(), relayPath);
     if (!self)
         return;
-    DisplayTexts &texts = displayTexts();
+    const auto formatter = timeFormatter();
 
     // The focus may have moved since the question was asked: only what still matches is shown.
     std::vector<std::unique_ptr<QStandardItem>> items;
@@ -148,7 +149,7 @@ void Tessaline::HandleQueryBookmarkForTimelineResp(const QVariant &data, const Q
         if (relayPath != focus.relayPath ||
             record.value(serverKey::LocationID).toString() != focus.locationID)
             continue;
-        auto item = CreateBookmarkModelItem(record, camNames, texts);
+        auto item = CreateBookmarkModelItem(record, camNames, *formatter);
         if (!item)
             break;
         items.push_back(std::move(item));
@@ -175,29 +176,11 @@ void Tessaline::HandleQueryAllBookmarksResp(const QString &resultCode, const QVa
         const quint64 generation = m_queryAllGeneration;
         CameraNames camNames(GetAllCamNames(), relayPath);
         if (self && generation == m_queryAllGeneration)
-            storeBookmarks(data.toMap().value(serverKey::Bookmarks).toList(), camNames);
+            m_allBookmarks.append(data.toMap().value(serverKey::Bookmarks).toList(), camNames,
+                                  timeFormatter());
     }
     if (self)
         settleQueryAllAnswer(context, relayPath);
-}
-
-/// Takes in an answer: into list and index, and the whole of it or nothing. Record by record, as
-/// one that has just been made is still in the processor's cache.
-void Tessaline::storeBookmarks(const QVariantList &records, CameraNames &camNames)
-{
-    const qsizetype known = m_allBookmarks.size();
-    DisplayTexts &texts = displayTexts();
-    try {
-        for (const QVariant &record : records) {
-            const QVariantMap item = CreateBookmarkItem(record.toMap(), camNames, texts);
-            m_allBookmarks.append(item);
-            m_allBookmarksIndex.append(item);
-        }
-    } catch (...) {
-        m_allBookmarks.remove(known, m_allBookmarks.size() - known);
-        m_allBookmarksIndex.truncate(static_cast<std::size_t>(known));
-        throw;
-    }
 }
 
 /// Notes that a station has answered, and tells QML unless a newer query has been made. The
@@ -223,11 +206,11 @@ void Tessaline::HandleQueryBookmarkForRecentResp(const QVariant &data, const QSt
     CameraNames camNames(GetAllCamNames(), relayPath);
     if (!self)
         return;
-    DisplayTexts &texts = displayTexts();
+    const auto formatter = timeFormatter();
     const QVariantList records = data.toMap().value(serverKey::Bookmarks).toList();
     QVariantList items;
     for (const QVariant &record : records)
-        items.append(CreateBookmarkItem(record.toMap(), camNames, texts));
+        items.append(CreateBookmarkItem(record.toMap(), camNames, *formatter));
     m_recentBookmarks.append(items);
     Q_EMIT queryBookmarkForRecentResponsed(true);
 }

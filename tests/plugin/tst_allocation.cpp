@@ -19,7 +19,11 @@ QVariantMap record(const QString &id)
 
 QVariantMap bookmarks()
 {
-    return {{u"Bookmarks"_s, QVariantList{record(u"q1"_s), record(u"q2"_s)}}};
+    // The third has a text that is stored in another way. A far date would be, too, but QDateTime
+    // does not survive a lack of memory there.
+    QVariantMap odd = record(u"q3"_s);
+    odd[u"Description"_s] = u"caf"_s + QChar(0xd800);
+    return {{u"Bookmarks"_s, QVariantList{record(u"q1"_s), record(u"q2"_s), odd}}};
 }
 
 QVariant resultOf(const QString &command)
@@ -137,7 +141,7 @@ private Q_SLOTS:
     void keepsTheOldStateOrTheNew();
     void keepsTheQueryUnderWay();
     void keepsNothingOfAHalfAnswer();
-    void keepsColumnsOfAFewKeys();
+    void questionsKeepNoMemory();
     void makesAModelLater();
 };
 
@@ -309,7 +313,7 @@ void TestAllocation::keepsTheQueryUnderWay()
     failingmemory::stop();
     harness.answer(running, bookmarks());
     QCOMPARE(harness.emitted->take().join(u' '), u"queryAllBookmarksResponsed(true)"_s);
-    QCOMPARE(harness.outcome().at(1), u"A/q1 A/q2"_s);
+    QCOMPARE(harness.outcome().at(1), u"A/q1 A/q2 A/q3"_s);
 }
 
 void TestAllocation::keepsNothingOfAHalfAnswer()
@@ -364,16 +368,23 @@ void TestAllocation::keepsNothingOfAHalfAnswer()
     QVERIFY(failed > 10);
 }
 
-void TestAllocation::keepsColumnsOfAFewKeys()
+void TestAllocation::questionsKeepNoMemory()
 {
     ShortOfMemory harness;
     harness.play(u"queryAllBookmarks(); all answer 0"_s);
+    const QStringList keys{u"displayDate"_s, u"creator"_s, u"description"_s, u"no key"_s};
+    const auto ask = [&](int number) {
+        harness.run(u"getFilteredBookmarkList({'text': 'q%1', 'endTimestamp': 9, 'groupKey': "
+                    "'%2'})"_s.arg(QString::number(number), keys.at(number % keys.size())));
+    };
     failingmemory::watch();
+    for (int i = 0; i < 100; ++i)
+        ask(i);
     const std::size_t before = failingmemory::blocks();
-    for (int i = 0; i < 1000; ++i)
-        harness.run(u"getFilteredBookmarkList({'endTimestamp': 9, 'groupKey': '%1'})"_s.arg(i));
+    for (int i = 100; i < 1000; ++i)
+        ask(i);
     failingmemory::stop();
-    QVERIFY(failingmemory::blocks() - before < 500);
+    QCOMPARE(failingmemory::blocks(), before);
 }
 
 void TestAllocation::makesAModelLater()

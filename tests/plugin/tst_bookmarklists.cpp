@@ -1,9 +1,7 @@
 #include "DataTable.h"
 #include "Describe.h"
 #include "PluginHarness.h"
-#include "ShortestTime.h"
 
-#include <algorithm>
 #include <limits>
 
 using namespace Qt::StringLiterals;
@@ -190,36 +188,6 @@ private Q_SLOTS:
             QCOMPARE(page(none), slice(0, 0));
     }
 
-    void areAskedWithoutAVisitToEach()
-    {
-        if (!timesTell)
-            QSKIP("Times say nothing here.");
-        QVariantList records;
-        for (int i = 0; i < 20'000; ++i)
-            records.append(record(u"b%1"_s.arg(i), i, u"1"_s, u"Gate %1"_s.arg(i % 100)));
-        PluginHarness harness;
-        harness.storeBookmarks(records);
-        const auto list = harness.call<QVariantList>("getBookmarkListByNodeID", QString());
-        const qint64 visits = shortestTime([&] {
-            return std::count_if(list.cbegin(), list.cend(), [](const QVariant &each) {
-                const QString text = each.toMap().value(u"description"_s).toString();
-                return text.contains(u"nowhere"_s, Qt::CaseInsensitive);
-            });
-        });
-        // The last has few rows, each of a title of its own. And the group keys take turns: none
-        // shall be looked up once more.
-        QList<QVariantMap> questions{filterOf(u"{\"text\": \"nowhere\"}"_s),
-                                     filterOf(u"{\"text\": \"Ä\"}"_s),
-                                     filterOf(u"{\"text\": \"Gate 42\"}"_s)};
-        for (const auto &key : {u"description"_s, u"displayDate"_s})
-            questions.append(filterOf(u"{\"groupKey\": \"%1\", \"pageNumber\": 3}"_s.arg(key)));
-        const qint64 time = shortestTime([&] {
-            for (const QVariantMap &question : questions)
-                filtered(harness, question);
-        });
-        QVERIFY2(time * 6 < visits, qPrintable(u"%1 ns, %2 for visits"_s.arg(time).arg(visits)));
-    }
-
     void haveValuesOfTheseTypes()
     {
         PluginHarness harness;
@@ -234,6 +202,40 @@ private Q_SLOTS:
         const QVariantMap group{{u"title"_s, u"b"_s}, {u"bookmarkList"_s, stored}};
         QCOMPARE(page(), describe(QVariantMap{{u"totalBookmarkNumber"_s, qint64(1)},
                                               {u"bookmarkGroupList"_s, QVariantList{group}}}));
+    }
+
+    void recordKeepsTheTextsOfItsAnswer()
+    {
+        PluginHarness harness;
+        const auto query = [&] {
+            harness.call<bool>("queryAllBookmarks");
+            const auto queries = harness.sent();
+            harness.framework.clearSent();
+            return queries.constFirst();
+        };
+        const auto shown = [&](const QString &key) {
+            QStringList texts;
+            const auto list = harness.call<QVariantList>("getBookmarkListByNodeID", QString());
+            for (const QVariant &each : list)
+                texts.append(each.toMap().value(key).toString());
+            return texts.join(u", "_s);
+        };
+        // Between two answers to one query the zone changes and a camera is renamed.
+        const standin::SentCommand running = query();
+        harness.setServerTimeZone("UTC");
+        harness.answer(running, bookmarks({record(u"b1"_s, 0)}));
+        harness.setServerTimeZone("Asia/Tokyo");
+        harness.topology.setCamera(running.relayPath + u"/1"_s, u"Renamed"_s);
+        harness.answer(running, bookmarks({record(u"b2"_s, 0)}));
+        harness.setServerTimeZone("America/New_York");
+        QCOMPARE(shown(u"displayTimeRange"_s), u"00:00:00 - 00:00:02, 09:00:00 - 09:00:02"_s);
+        QCOMPARE(shown(u"displayDate"_s), u"1/1/70, 1/1/70"_s);
+        for (const auto &[text, found] : {std::pair{u"09:00"_s, u"1: b2"_s},
+                                          {u"00:00:00 -"_s, u"1: b1"_s},
+                                          {u"renamed"_s, u"1: b2"_s},
+                                          {u":00:0"_s, u"2: b1 b2"_s},
+                                          {u"19:00"_s, u"0:"_s}})
+            QCOMPARE(filtered(harness, filterOf(u"{\"text\": \"%1\"}"_s.arg(text))), found);
     }
 
     void ofOneCameraPutTheRecentInOrder()

@@ -1,10 +1,9 @@
-#include "BookmarkIndex.h"
+#include "BookmarkList.h"
 #include "DataTable.h"
-#include "DisplayTexts.h"
-#include "PageSlice.h"
+#include "PageRange.h"
 #include "RequestContexts.h"
-#include "ShortestTime.h"
 #include "Tessaline.h"
+#include "TimeFormatter.h"
 
 #include "framework/Framework.h"
 #include "topology/Topology.h"
@@ -82,14 +81,14 @@ private Q_SLOTS:
         const QStringList list = u"0 1 2 3 4"_s.split(u' ').first(number(size));
         const QStringList numbers = pageNumbers.split(u' ');
         for (const QString &pageNumber : numbers) {
-            const auto [first, end] = tessaline::pageSlice(std::size_t(list.size()),
+            const auto [first, end] = tessaline::pageRange(std::size_t(list.size()),
                                                            number(pageSize), number(pageNumber));
             QCOMPARE(list.mid(qsizetype(first), qsizetype(end) - qsizetype(first)).join(u' '),
                      page);
         }
         // More pages than can be counted.
         for (const int bits : {31, 33})
-            QCOMPARE(tessaline::pageSlice(std::size_t(1) << bits, 1, 5), tessaline::Slice(5, 6));
+            QCOMPARE(tessaline::pageRange(std::size_t(1) << bits, 1, 5).first, std::size_t(5));
     }
 
     void pageSizeIsWhatWasSet()
@@ -138,54 +137,66 @@ private Q_SLOTS:
         QVERIFY(!host.plugin.hasSettingPermission());
     }
 
-    void whatWasForgottenIsNotFound()
+    void recordsHaveExactlyTheTextsOfTheServer()
     {
-        const auto described = [](const QString &text) {
-            return QVariant(QVariantMap{{u"description"_s, text}});
-        };
-        QVariantList list{described(u"first"_s)};
-        tessaline::BookmarkIndex index;
-        for (const QVariant &record :
-             list + QVariantList{described(u"forgotten"_s), described(u"forgotten"_s)})
-            index.append(record.toMap());
-        index.truncate(1);
-        list += {described(u"second"_s), described(u"last"_s)};
-        for (const QVariant &record : list.mid(1))
-            index.append(record.toMap());
-        for (const auto &[text, rows] :
-             {std::pair{u"first"_s, tessaline::Rows{0}}, std::pair{u"second"_s, tessaline::Rows{1}},
-              std::pair{u"last"_s, tessaline::Rows{2}},
-              std::pair{u"forgotten"_s, tessaline::Rows{}}}) {
-            tessaline::Rows found = index.startingBetween(0, 0);
-            QCOMPARE(found.size(), std::size_t(3));
-            index.keepText(found, text, list);
-            QCOMPARE(found, rows);
+        const QStringList texts{QString(),
+                                u""_s,
+                                u"Gate"_s,
+                                u"gate"_s,
+                                u"\u00c4\u4e2d\U0001F600"_s,
+                                QString(QChar(0)),
+                                QString(QChar(0xd800)), // half of a pair
+                                u"a"_s + QChar(0xdc00) + u"b"_s,
+                                QString(QChar(0xfeff)) + u"x"_s, // a byte order mark
+                                u"\u00ff\uffff"_s};
+        QVariantList records;
+        for (const QString &text : texts) {
+            records.append(QVariantMap{{u"BookmarkID"_s, text},
+                                       {u"CameraID"_s, text},
+                                       {u"Creator"_s, text},
+                                       {u"Description"_s, text},
+                                       {u"Group"_s, text},
+                                       {u"LocationID"_s, text}});
+        }
+        tessaline::BookmarkList list;
+        const tessaline::CameraNames names({}, u"A"_s);
+        const auto formatter = std::make_shared<tessaline::TimeFormatter>(QTimeZone::utc());
+        for (int i = 0; i < 2; ++i) // once into the empty list, once with all texts known
+            list.append(records, names, formatter);
+        QCOMPARE(list.size(), 2 * std::size_t(texts.size()));
+        for (quint32 row = 0; row < list.size(); ++row) {
+            const QString &sent = texts.at(row % texts.size());
+            const tessaline::BookmarkRecord record = list.record(row);
+            for (const QString &text : {record.bookmarkID, record.cameraID, record.creator,
+                                        record.description, record.group, record.locationID}) {
+                QCOMPARE(text, sent);
+                QCOMPARE(text.isNull(), sent.isNull());
+            }
         }
     }
 
-    void textsOfTimesAreKept()
+    void rowsAreSearchedWithoutTheTextsBetweenThem()
     {
-        if (!timesTell)
-            QSKIP("Times say nothing here.");
-        constexpr int Count = 2000;
-        constexpr qint64 Begin = 1'770'000'000'000;
-        const QLocale locale = QLocale::system();
-        for (const char *zone : {"Europe/Berlin", "Asia/Tokyo", "UTC"}) {
-            tessaline::DisplayTexts texts{QTimeZone(zone)};
-            const qint64 kept = shortestTime([&] {
-                for (int i = 0; i < Count; ++i)
-                    texts.of(Begin + i * 60'000, Begin + i * 60'000);
-            });
-            const qint64 made = shortestTime([&] {
-                for (int i = 0; i < Count; ++i) {
-                    const auto moment =
-                        QDateTime::fromMSecsSinceEpoch(Begin + i * 60'000, QTimeZone(zone));
-                    locale.toString(moment, QLocale::ShortFormat);
-                    locale.toString(moment.date(), QLocale::ShortFormat);
-                }
-            });
-            QVERIFY2(kept * 5 < made, qPrintable(u"%1 ns, %2 anew"_s.arg(kept).arg(made)));
+        tessaline::BookmarkList list;
+        const tessaline::CameraNames names({}, u"A"_s);
+        const auto formatter = std::make_shared<tessaline::TimeFormatter>(QTimeZone::utc());
+        QVariantList records;
+        for (const QString &text : {u"one gate"_s, u""_s, u"GATE"_s, u"no"_s, u"gate"_s})
+            records.append(QVariantMap{{u"Description"_s, text}});
+        list.append(records, names, formatter);
+        for (const auto &[rows, found] :
+             {std::pair{tessaline::Rows{0, 1, 2, 3, 4}, tessaline::Rows{0, 2, 4}},
+              {{1, 2, 3}, {2}},
+              {{1, 3}, {}},
+              {{3, 4}, {4}},
+              {{}, {}}}) {
+            tessaline::Rows kept = rows;
+            list.filterByText(kept, u"Gate"_s);
+            QCOMPARE(kept, found);
         }
+        list.clear();
+        QCOMPARE(list.size(), std::size_t(0));
+        QCOMPARE(list.rowsInRange(0, 0), tessaline::Rows{});
     }
 
     void rangeIsAskedForOnDemand()

@@ -1,4 +1,4 @@
-#include "PageSlice.h"
+#include "PageRange.h"
 
 #include <QtCore/qglobal.h>
 
@@ -24,7 +24,7 @@ int pageCount(std::size_t size, int pageSize)
 
 } // namespace
 
-Slice pageSlice(std::size_t size, int pageSize, int pageNumber)
+Range pageRange(std::size_t size, int pageSize, int pageNumber)
 {
     if (pageNumber >= pageCount(size, pageSize))
         pageNumber = 0;

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+
+#include <memory>
+
+class QStandardItem;
+
+namespace tessaline {
+
+class CameraNames;
+class TimeFormatter;
+
+/// A bookmark as QML reads it. Times are milliseconds since 1970-01-01T00:00:00 UTC.
+struct BookmarkRecord
+{
+    QString bookmarkID;
+    QString cameraID;
+    QString creator;
+    QString description;
+    QString group;
+    QString locationID;
+    qint64 start = 0;
+    qint64 end = 0;
+
+    QString relayPath;
+    QString cameraName; ///< "station - camera"
+    QString date;
+    QString dateTime;
+    QString timeRange;
+};
+
+/// Reads the fields that a server sends; the others are empty. A missing or mistyped value reads as
+/// an empty text or 0.
+BookmarkRecord readServerRecord(const QVariantMap &serverRecord);
+
+/// Reads a server's record and adds names and texts of times.
+BookmarkRecord makeRecord(const QVariantMap &serverRecord, CameraNames &names,
+                          TimeFormatter &formatter);
+
+/// @return a map of exactly the 13 display keys
+QVariantMap toDisplayMap(const BookmarkRecord &record);
+
+/// @return an item of a timeline model, owned by the caller
+std::unique_ptr<QStandardItem> toTimelineItem(const BookmarkRecord &record);
+
+} // namespace tessaline
