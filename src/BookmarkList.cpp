@@ -1,15 +1,18 @@
 #include "BookmarkList.h"
 
+#include "CameraNames.h"
 #include "Names.h"
 #include "TimeFormatter.h"
 
-#include <QtCore/QHashFunctions>
 #include <QtCore/QLocale>
 #include <QtCore/QStringView>
 
 #include <algorithm>
+#include <cmath>
+#include <cstring>
 #include <iterator>
-#include <numeric>
+#include <limits>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -39,111 +42,106 @@ void keepRows(Rows &rows, Predicate isKept)
                rows.end());
 }
 
-/// For each distinct value whether it passes.
-template <typename Column, typename Predicate>
-std::vector<char> passing(const Column &column, Predicate passes)
+/// For each distinct text whether it passes.
+template <typename Predicate>
+std::vector<char> passing(const TextDictionary &dictionary, Predicate passes)
 {
     std::vector<char> result;
-    for (const auto &value : column.values())
-        result.push_back(passes(value));
+    for (const QString &text : dictionary.texts())
+        result.push_back(passes(text));
     return result;
 }
 
 /// Puts the elements of the page into their place.
 template <typename Iterator, typename IsBefore>
-void placePage(Iterator begin, Iterator first, Iterator last, Iterator end, IsBefore isBefore)
+void placePage(Iterator begin, Iterator end, Range page, IsBefore isBefore)
 {
+    const auto first = begin + static_cast<std::ptrdiff_t>(page.first);
     if (first != begin)
         std::nth_element(begin, first, end, isBefore);
-    std::partial_sort(first, last, end, isBefore);
+    std::partial_sort(first, begin + static_cast<std::ptrdiff_t>(page.end), end, isBefore);
+}
+
+/// In single precision and truncated, as the panel's pager computes it too.
+int pageCount(std::size_t size, int pageSize)
+{
+    if (pageSize == 0)
+        return 0; // every page is empty
+    constexpr auto limit = static_cast<float>(std::numeric_limits<int>::max());
+    const float pages = std::ceil(static_cast<float>(size) / static_cast<float>(pageSize));
+    return pages >= limit ? std::numeric_limits<int>::max()
+                          : static_cast<int>(std::max(pages, -limit));
 }
 
 } // namespace
 
-std::size_t BookmarkList::CameraHash::operator()(const Camera &camera) const
-{
-    return qHashMulti(0, camera.relayPath, camera.cameraID, camera.qualifiedName);
-}
+const std::array<BookmarkList::DictionaryField, BookmarkList::RelayPath + 1>
+    BookmarkList::dictionaryFields{{{&displayKey::CameraID, &BookmarkRecord::cameraID},
+                                    {nullptr, &BookmarkRecord::cameraKey},
+                                    {&displayKey::CameraName, &BookmarkRecord::cameraName},
+                                    {&displayKey::Creator, &BookmarkRecord::creator},
+                                    {&displayKey::DisplayDate, &BookmarkRecord::date},
+                                    {&displayKey::Group, &BookmarkRecord::group},
+                                    {&displayKey::LocationID, &BookmarkRecord::locationID},
+                                    {&displayKey::RelayPath, &BookmarkRecord::relayPath}}};
 
-bool BookmarkList::IsSameCamera::operator()(const Camera &left, const Camera &right) const
+Range pageRange(std::size_t size, int pageSize, int pageNumber)
 {
-    constexpr IsSameText isSame;
-    return isSame(left.cameraID, right.cameraID) && isSame(left.relayPath, right.relayPath) &&
-           left.qualifiedName == right.qualifiedName;
+    if (pageNumber >= pageCount(size, pageSize))
+        pageNumber = 0;
+    const auto limit = static_cast<qint64>(size);
+    const qint64 first = qint64(pageSize) * pageNumber;
+    const qint64 end = pageSize < 0 ? limit : first + pageSize;
+    return {static_cast<std::size_t>(std::clamp(first, qint64(0), limit)),
+            static_cast<std::size_t>(std::clamp(end, qint64(0), limit))};
 }
 
 // ---- Records ----
 
-void BookmarkList::append(const QVariantList &serverRecords, const CameraNames &names,
+template <typename Action>
+void BookmarkList::forEachColumn(Action action)
+{
+    for (TextDictionary &dictionary : m_dictionaries)
+        action(dictionary);
+    for (TextColumn *column : {&m_bookmarkIDs, &m_descriptions, &m_foldedDescriptions})
+        action(*column);
+}
+
+void BookmarkList::append(const QVariantList &serverRecords, CameraNames &names,
                           const std::shared_ptr<TimeFormatter> &formatter)
 {
     const std::size_t known = size();
+    const auto count = static_cast<std::size_t>(serverRecords.size());
     try {
-        reserve(static_cast<std::size_t>(serverRecords.size()));
+        forEachColumn([&](auto &column) { column.reserve(count); });
+        reserveMore(m_starts, count);
+        reserveMore(m_ends, count);
         if (m_formatters.empty() || m_formatters.back().formatter != formatter)
             m_formatters.push_back({known, formatter});
-        std::unordered_map<QString, quint32, std::hash<QString>, IsSameText> cameras;
         for (const QVariant &element : serverRecords) {
-            const BookmarkRecord record = readServerRecord(element.toMap());
-            auto camera = cameras.find(record.cameraID);
-            if (camera == cameras.end()) {
-                const quint32 number = m_cameras.numberOf(names.camera(record.cameraID));
-                camera = cameras.emplace(record.cameraID, number).first;
+            BookmarkRecord record = readServerRecord(element.toMap(), names);
+            if (!formatter->cacheDate(record)) {
+                formatter->format(record);
+                m_uncachedDateTimes[static_cast<quint32>(size())] = record.dateTime;
             }
-            append(record, camera->second, *formatter);
+            for (std::size_t i = 0; i < dictionaryFields.size(); ++i)
+                m_dictionaries[i].append(record.*dictionaryFields[i].text);
+            m_bookmarkIDs.append(record.bookmarkID);
+            m_descriptions.append(record.description);
+            m_isSearchable &= m_foldedDescriptions.appendFolded(record.description);
+            m_ends.push_back(record.end);
+            m_starts.push_back(record.start);
         }
     } catch (...) {
-        truncate(known);
+        forEachColumn([&](auto &column) { column.truncate(known); });
+        m_starts.resize(known);
+        m_ends.resize(known);
+        if (!m_formatters.empty() && m_formatters.back().firstRow == known)
+            m_formatters.pop_back();
+        for (std::size_t row = known; row < known + count; ++row)
+            m_uncachedDateTimes.erase(static_cast<quint32>(row));
         throw;
     }
-}
-
-void BookmarkList::append(const BookmarkRecord &record, quint32 camera, TimeFormatter &formatter)
-{
-    if (const std::optional<QString> date = formatter.cacheDate(record.start)) {
-        m_dates.append(*date);
-    } else {
-        const TimeFormatter::Texts texts = formatter.format(record.start, record.end);
-        m_dates.append(texts.date);
-        m_uncachedDateTimes.emplace(static_cast<quint32>(size()), texts.dateTime);
-    }
-    m_cameras.appendNumber(camera);
-    m_creators.append(record.creator);
-    m_groups.append(record.group);
-    m_locations.append(record.locationID);
-    m_bookmarkIDs.append(record.bookmarkID);
-    m_descriptions.append(record.description);
-    m_foldedDescriptions.append(record.description);
-    m_ends.push_back(record.end);
-    m_starts.push_back(record.start); // last, as size() counts the starts
-}
-
-void BookmarkList::reserve(std::size_t count)
-{
-    reserveMore(m_starts, count);
-    reserveMore(m_ends, count);
-    m_cameras.reserve(count);
-    for (TextDictionary *column : {&m_creators, &m_groups, &m_locations, &m_dates})
-        column->reserve(count);
-    for (TextColumn *column : {&m_bookmarkIDs, &m_descriptions})
-        column->reserve(count);
-    m_foldedDescriptions.reserve(count);
-}
-
-void BookmarkList::truncate(std::size_t rows)
-{
-    m_starts.resize(rows);
-    m_ends.resize(rows);
-    m_cameras.truncate(rows);
-    for (TextDictionary *column : {&m_creators, &m_groups, &m_locations, &m_dates})
-        column->truncate(rows);
-    for (TextColumn *column : {&m_bookmarkIDs, &m_descriptions})
-        column->truncate(rows);
-    m_foldedDescriptions.truncate(rows);
-    while (!m_formatters.empty() && m_formatters.back().firstRow >= rows)
-        m_formatters.pop_back();
-    for (auto text = m_uncachedDateTimes.begin(); text != m_uncachedDateTimes.end();)
-        text = text->first >= rows ? m_uncachedDateTimes.erase(text) : std::next(text);
 }
 
 void BookmarkList::clear()
@@ -155,24 +153,17 @@ void BookmarkList::clear()
 
 BookmarkRecord BookmarkList::record(quint32 row) const
 {
-    TimeFormatter::Texts texts = formatterOf(row).format(m_starts[row], m_ends[row]);
-    const auto uncached = m_uncachedDateTimes.find(row);
-    const Camera &camera = m_cameras.at(row);
-
     BookmarkRecord record;
-    record.bookmarkID = m_bookmarkIDs.at(row);
-    record.cameraID = camera.cameraID;
-    record.creator = m_creators.at(row);
-    record.description = m_descriptions.at(row);
-    record.group = m_groups.at(row);
-    record.locationID = m_locations.at(row);
     record.start = m_starts[row];
     record.end = m_ends[row];
-    record.relayPath = camera.relayPath;
-    record.cameraName = camera.qualifiedName;
-    record.date = m_dates.at(row);
-    record.dateTime = uncached == m_uncachedDateTimes.end() ? texts.dateTime : uncached->second;
-    record.timeRange = texts.timeRange;
+    formatterOf(row).format(record);
+    const auto uncached = m_uncachedDateTimes.find(row);
+    if (uncached != m_uncachedDateTimes.end())
+        record.dateTime = uncached->second;
+    for (std::size_t i = 0; i < dictionaryFields.size(); ++i)
+        record.*dictionaryFields[i].text = m_dictionaries[i].at(row);
+    record.bookmarkID = m_bookmarkIDs.at(row);
+    record.description = m_descriptions.at(row);
     return record;
 }
 
@@ -202,94 +193,60 @@ Rows BookmarkList::rowsInRange(qint64 first, qint64 last) const
 
 void BookmarkList::filterByCamera(Rows &rows, const QString &cameraKey) const
 {
-    const auto isWanted =
-        passing(m_cameras, [&](const Camera &camera) { return camera.key == cameraKey; });
-    keepRows(rows, [&](quint32 row) { return isWanted[m_cameras.numbers()[row]]; });
+    const TextDictionary &keys = m_dictionaries[CameraKey];
+    const auto isWanted = passing(keys, [&](const QString &key) { return key == cameraKey; });
+    keepRows(rows, [&](quint32 row) { return isWanted[keys.numbers()[row]]; });
 }
 
 void BookmarkList::filterByText(Rows &rows, const QString &text) const
 {
+    Q_ASSERT(std::is_sorted(rows.cbegin(), rows.cend()));
     const auto contains = [&](const QString &field) {
         return field.contains(text, Qt::CaseInsensitive);
     };
-    const auto cameras =
-        passing(m_cameras, [&](const Camera &camera) { return contains(camera.qualifiedName); });
-    const auto creators = passing(m_creators, contains);
+    const std::vector<quint32> &names = m_dictionaries[CameraName].numbers();
+    const std::vector<quint32> &creators = m_dictionaries[Creator].numbers();
+    const auto hasName = passing(m_dictionaries[CameraName], contains);
+    const auto hasCreator = passing(m_dictionaries[Creator], contains);
     const bool canBeTime = canOccurInTimeRange(text);
-    const std::string time = canBeTime ? text.toStdString() : std::string();
+    const QByteArray time = canBeTime ? text.toLatin1() : QByteArray();
     std::string needle;
-    const bool isSearchable = appendFolded(needle, text) && m_foldedDescriptions.isSearchable();
-
-    Q_ASSERT(std::is_sorted(rows.cbegin(), rows.cend()));
-    std::optional<std::size_t> match; // the next row whose description contains the text
+    const bool isSearchable = appendFoldedText(needle, text) && m_isSearchable;
+    std::size_t match = 0; // the next row whose description contains the text, once searched for
+    bool isSearched = false;
+    const auto hasDescription = [&](quint32 row) {
+        if (!isSearchable)
+            return contains(m_descriptions.at(row));
+        if (!isSearched || match < row)
+            match = m_foldedDescriptions.nextMatch(needle, row);
+        isSearched = true;
+        return match == row;
+    };
     keepRows(rows, [&](quint32 row) {
-        if (cameras[m_cameras.numbers()[row]] || creators[m_creators.numbers()[row]])
-            return true;
-        if (!isSearchable) {
-            if (contains(m_descriptions.at(row)))
-                return true;
-        } else {
-            if (!match || *match < row)
-                match = m_foldedDescriptions.nextMatch(needle, row);
-            if (*match == row)
-                return true;
-        }
-        return canBeTime &&
-               formatterOf(row).timeRange(m_starts[row], m_ends[row]).view().find(time) !=
-                   std::string_view::npos;
+        return hasName[names[row]] || hasCreator[creators[row]] || hasDescription(row) ||
+               (canBeTime && hasInTimeRange(row, time.constData()));
     });
+}
+
+bool BookmarkList::hasInTimeRange(quint32 row, const char *text) const
+{
+    const auto range = formatterOf(row).timeRange(m_starts[row], m_ends[row]);
+    return std::strstr(range.data(), text);
 }
 
 // ---- Order ----
 
-struct BookmarkList::TextKey
-{
-    const QString &key;
-    const TextDictionary BookmarkList::*column;
-};
-
-struct BookmarkList::CameraTextKey
-{
-    const QString &key;
-    QString Camera::*text;
-};
-
 void BookmarkList::sort(Rows &rows, const QString &key, bool ascending, Range page)
 {
-    static const TextKey textKeys[] = {{displayKey::Creator, &BookmarkList::m_creators},
-                                       {displayKey::Group, &BookmarkList::m_groups},
-                                       {displayKey::LocationID, &BookmarkList::m_locations}};
-    static const CameraTextKey cameraKeys[] = {{displayKey::CameraID, &Camera::cameraID},
-                                               {displayKey::CameraName, &Camera::qualifiedName},
-                                               {displayKey::RelayPath, &Camera::relayPath}};
     if (page.first >= page.end)
         return;
-
-    const auto sortBy = [&](const auto &column, const auto &values, auto field) {
-        const auto isBefore = [&](quint32 left, quint32 right) {
-            return ascending ? field(values[left]) < field(values[right])
-                             : field(values[right]) < field(values[left]);
-        };
-        sortByNumber(rows, column.numbers(), values.size(), isBefore, page);
-    };
-    const auto itself = [](const auto &value) -> const auto &
-    {
-        return value;
-    };
     // The time range, too, is ordered by its day.
     if (key == displayKey::DisplayDate || key == displayKey::DisplayTimeRange)
-        return sortBy(m_dates, dates(), itself);
-    for (const TextKey &entry : textKeys) {
-        if (entry.key == key)
-            return sortBy(this->*entry.column, (this->*entry.column).values(), itself);
-    }
-    for (const CameraTextKey &entry : cameraKeys) {
-        if (entry.key == key) {
-            return sortBy(
-                m_cameras, m_cameras.values(), [&](const Camera &camera) -> const auto & {
-                    return camera.*entry.text;
-                });
-        }
+        return sortByNumber(rows, m_dictionaries[Date].numbers(), dates(), ascending, page);
+    for (std::size_t i = 0; i < dictionaryFields.size(); ++i) {
+        const TextDictionary &dictionary = m_dictionaries[i];
+        if (dictionaryFields[i].displayKey && *dictionaryFields[i].displayKey == key)
+            return sortByNumber(rows, dictionary.numbers(), dictionary.texts(), ascending, page);
     }
     sortByUniqueText(rows, key, ascending, page);
 }
@@ -304,33 +261,34 @@ const std::vector<QDateTime> &BookmarkList::dates()
         m_parsedDates.clear();
         m_parsedFormat = format;
     }
-    while (m_parsedDates.size() < m_dates.values().size()) {
-        m_parsedDates.push_back(
-            QDateTime::fromString(m_dates.values()[m_parsedDates.size()], format));
-    }
+    const std::vector<QString> &texts = m_dictionaries[Date].texts();
+    while (m_parsedDates.size() < texts.size())
+        m_parsedDates.push_back(QDateTime::fromString(texts[m_parsedDates.size()], format));
     return m_parsedDates;
 }
 
-/// Sorts by the numbers of a column with few distinct values: these are ordered, and only the rows
-/// of the values that the page touches.
-/// @param count number of distinct values
-/// @param isBefore compares two of them by number
-template <typename IsBefore>
-void BookmarkList::sortByNumber(Rows &rows, const std::vector<quint32> &numberOf, std::size_t count,
-                                IsBefore isBefore, Range page) const
+/// Sorts by a column with few distinct values: these are ordered, and only the rows of the values
+/// that the page touches.
+/// @param values the distinct values by number
+template <typename Values>
+void BookmarkList::sortByNumber(Rows &rows, const std::vector<quint32> &numberOf,
+                                const Values &values, bool ascending, Range page) const
 {
-    std::vector<quint32> occurrences(count);
+    const auto isBefore = [&](quint32 left, quint32 right) {
+        return ascending ? values[left] < values[right] : values[right] < values[left];
+    };
+    std::vector<quint32> occurrences(values.size());
     for (const quint32 row : rows)
         ++occurrences[numberOf[row]];
     std::vector<quint32> order;
-    for (quint32 number = 0; number < count; ++number) {
+    for (quint32 number = 0; number < occurrences.size(); ++number) {
         if (occurrences[number] > 0)
             order.push_back(number);
     }
     std::stable_sort(order.begin(), order.end(), isBefore);
 
-    std::vector<quint32> rankOf(count); // equal values share one
-    std::vector<std::size_t> ends;      // by rank: where its rows end
+    std::vector<quint32> rankOf(values.size()); // equal values share one
+    std::vector<std::size_t> ends;              // by rank: where its rows end
     for (std::size_t i = 0; i < order.size(); ++i) {
         if (i == 0 || isBefore(order[i - 1], order[i]))
             ends.push_back(i > 0 ? ends.back() : 0);
@@ -341,19 +299,17 @@ void BookmarkList::sortByNumber(Rows &rows, const std::vector<quint32> &numberOf
     // Rows of lower ranks than those of the page move before them, those of higher ranks behind.
     const auto lowest = std::upper_bound(ends.cbegin(), ends.cend(), page.first) - ends.cbegin();
     const auto highest = std::lower_bound(ends.cbegin(), ends.cend(), page.end) - ends.cbegin();
-    const std::size_t touchedBegin = lowest > 0 ? ends[std::size_t(lowest - 1)] : 0;
-    const std::size_t touchedEnd = ends[std::size_t(highest)];
-    std::size_t next[] = {0, touchedBegin, touchedEnd};
+    const std::size_t begin = lowest > 0 ? ends[std::size_t(lowest - 1)] : 0;
+    const std::size_t end = ends[std::size_t(highest)];
+    std::size_t next[] = {0, begin, end};
     Rows placed(rows.size());
     for (const quint32 row : rows) {
         const quint32 rank = rankOf[numberOf[row]];
         placed[next[(rank >= lowest ? 1 : 0) + (rank > highest ? 1 : 0)]++] = row;
     }
     rows.swap(placed);
-
-    const auto at = [&](std::size_t place) { return rows.begin() + std::ptrdiff_t(place); };
-    placePage(at(touchedBegin), at(page.first), at(page.end), at(touchedEnd),
-              [&](quint32 left, quint32 right) {
+    placePage(rows.begin() + std::ptrdiff_t(begin), rows.begin() + std::ptrdiff_t(end),
+              {page.first - begin, page.end - begin}, [&](quint32 left, quint32 right) {
                   return std::tuple(rankOf[numberOf[left]], m_starts[right], left) <
                          std::tuple(rankOf[numberOf[right]], m_starts[left], right);
               });
@@ -363,40 +319,17 @@ void BookmarkList::sortByNumber(Rows &rows, const std::vector<quint32> &numberOf
 void BookmarkList::sortByUniqueText(Rows &rows, const QString &key, bool ascending,
                                     Range page) const
 {
-    struct Entry
-    {
-        QString text;
-        quint32 row;
-    };
-    std::vector<Entry> entries;
+    std::vector<std::pair<QString, quint32>> entries;
     entries.reserve(rows.size());
     for (const quint32 row : rows)
-        entries.push_back({uniqueText(row, key), row});
-    const auto at = [&](std::size_t place) { return entries.begin() + std::ptrdiff_t(place); };
-    placePage(entries.begin(), at(page.first), at(page.end), entries.end(),
-              [&](const Entry &left, const Entry &right) {
-                  const int order = left.text.compare(right.text);
-                  return std::tuple(ascending ? order : -order, m_starts[right.row], left.row) <
-                         std::tuple(0, m_starts[left.row], right.row);
-              });
-    std::transform(at(page.first), at(page.end), rows.begin() + std::ptrdiff_t(page.first),
-                   [](const Entry &entry) { return entry.row; });
-}
-
-/// @return the text of a field without a dictionary; empty for a key that no record has
-QString BookmarkList::uniqueText(quint32 row, const QString &key) const
-{
-    if (key == displayKey::BookmarkID)
-        return m_bookmarkIDs.at(row);
-    if (key == displayKey::Description)
-        return m_descriptions.at(row);
-    if (key == displayKey::StartTimestamp)
-        return QString::number(m_starts[row]);
-    if (key == displayKey::EndTimestamp)
-        return QString::number(m_ends[row]);
-    if (key == displayKey::DisplayDateTime)
-        return record(row).dateTime;
-    return {};
+        entries.emplace_back(displayText(record(row), key), row);
+    placePage(entries.begin(), entries.end(), page, [&](const auto &left, const auto &right) {
+        const int order = left.first.compare(right.first);
+        return std::tuple(ascending ? order : -order, m_starts[right.second], left.second) <
+               std::tuple(0, m_starts[left.second], right.second);
+    });
+    std::transform(entries.cbegin(), entries.cend(), rows.begin(),
+                   [](const auto &entry) { return entry.second; });
 }
 
 } // namespace tessaline

@@ -15,90 +15,69 @@ namespace tessaline {
 
 namespace {
 
-/// One field of a record: a text or a number, or neither, which reads as 0.
-struct Field
-{
-    QString BookmarkRecord::*text = nullptr;
-    qint64 BookmarkRecord::*number = nullptr;
+using Text = QString BookmarkRecord::*;
+using Number = qint64 BookmarkRecord::*;
 
-    constexpr Field() = default;
-    constexpr Field(QString BookmarkRecord::*member)
+/// Where a value stands in a record: as a text or as a number, or nowhere, which reads as 0.
+struct Member
+{
+    Text text = nullptr;
+    Number number = nullptr;
+
+    constexpr Member() = default;
+    constexpr Member(Text member)
         : text(member)
     {
     }
-    constexpr Field(qint64 BookmarkRecord::*member)
+    constexpr Member(Number member)
         : number(member)
     {
     }
 
-    QVariant read(const BookmarkRecord &record) const
+    QVariant value(const BookmarkRecord &record) const
     {
         if (text)
             return QVariant(record.*text);
         return number ? QVariant(record.*number) : QVariant(0);
     }
-    void write(BookmarkRecord &record, const QVariant &value) const
-    {
-        if (text)
-            record.*text = value.toString();
-        else
-            record.*number = value.toLongLong();
-    }
 };
 
-struct KeyedField
+/// The keys of display records and of server records, both in ascending order as in the maps, so
+/// that one walk reads or writes all.
+struct Field
 {
-    const QString &key;
-    Field field;
+    const QString &displayKey;
+    Member member;
+    const QString *serverKey; ///< null for what the server does not send
 };
-
-/// Both tables are in ascending order of the keys, as the maps are: one walk reads or writes all.
-const KeyedField serverFields[] = {
-    {serverKey::BookmarkID, &BookmarkRecord::bookmarkID},
-    {serverKey::CameraID, &BookmarkRecord::cameraID},
-    {serverKey::Creator, &BookmarkRecord::creator},
-    {serverKey::Description, &BookmarkRecord::description},
-    {serverKey::EndTimestamp, &BookmarkRecord::end},
-    {serverKey::Group, &BookmarkRecord::group},
-    {serverKey::LocationID, &BookmarkRecord::locationID},
-    {serverKey::StartTimestamp, &BookmarkRecord::start},
+const Field fields[] = {
+    {displayKey::BookmarkID, &BookmarkRecord::bookmarkID, &serverKey::BookmarkID},
+    {displayKey::CameraID, &BookmarkRecord::cameraID, &serverKey::CameraID},
+    {displayKey::CameraName, &BookmarkRecord::cameraName, nullptr},
+    {displayKey::Creator, &BookmarkRecord::creator, &serverKey::Creator},
+    {displayKey::Description, &BookmarkRecord::description, &serverKey::Description},
+    {displayKey::DisplayDate, &BookmarkRecord::date, nullptr},
+    {displayKey::DisplayDateTime, &BookmarkRecord::dateTime, nullptr},
+    {displayKey::DisplayTimeRange, &BookmarkRecord::timeRange, nullptr},
+    {displayKey::EndTimestamp, &BookmarkRecord::end, &serverKey::EndTimestamp},
+    {displayKey::Group, &BookmarkRecord::group, &serverKey::Group},
+    {displayKey::LocationID, &BookmarkRecord::locationID, &serverKey::LocationID},
+    {displayKey::RelayPath, &BookmarkRecord::relayPath, nullptr},
+    {displayKey::StartTimestamp, &BookmarkRecord::start, &serverKey::StartTimestamp},
 };
-
-const KeyedField displayFields[] = {
-    {displayKey::BookmarkID, &BookmarkRecord::bookmarkID},
-    {displayKey::CameraID, &BookmarkRecord::cameraID},
-    {displayKey::CameraName, &BookmarkRecord::cameraName},
-    {displayKey::Creator, &BookmarkRecord::creator},
-    {displayKey::Description, &BookmarkRecord::description},
-    {displayKey::DisplayDate, &BookmarkRecord::date},
-    {displayKey::DisplayDateTime, &BookmarkRecord::dateTime},
-    {displayKey::DisplayTimeRange, &BookmarkRecord::timeRange},
-    {displayKey::EndTimestamp, &BookmarkRecord::end},
-    {displayKey::Group, &BookmarkRecord::group},
-    {displayKey::LocationID, &BookmarkRecord::locationID},
-    {displayKey::RelayPath, &BookmarkRecord::relayPath},
-    {displayKey::StartTimestamp, &BookmarkRecord::start},
-};
-
-template <typename Table>
-bool isInKeyOrder(const Table &table)
-{
-    return std::is_sorted(
-        std::begin(table), std::end(table),
-        [](const KeyedField &left, const KeyedField &right) { return left.key < right.key; });
-}
 
 /// In the order in which an item gets its values.
-constexpr struct
+struct RoleMember
 {
     int role;
-    Field field;
-} timelineFields[] = {
+    Member member;
+};
+constexpr RoleMember roleMembers[] = {
     {TimeShiftBufferModel::ItemIdRole, &BookmarkRecord::bookmarkID},
     {TimeShiftBufferModel::ChannelIdRole, &BookmarkRecord::cameraID},
     {TimeShiftBufferModel::StartTimestampRole, &BookmarkRecord::start},
     {TimeShiftBufferModel::EndTimestampRole, &BookmarkRecord::end},
-    // The default set has more roles; they mean nothing for bookmarks and hold 0.
+    // The rest of the default set means nothing for bookmarks and is 0.
     {Qt::UserRole + 6, {}},
     {Qt::UserRole + 7, {}},
     {Qt::UserRole + 9, {}},
@@ -115,86 +94,92 @@ constexpr struct
     {DispTimeRangeRole, &BookmarkRecord::timeRange},
 };
 
-/// Copying a map takes a third of the time of inserting its entries.
-QVariantMap displayMapTemplate()
-{
-    Q_ASSERT(isInKeyOrder(displayFields));
-    QVariantMap map;
-    for (const KeyedField &entry : displayFields)
-        map.insert(entry.key, QVariant());
-    return map;
-}
-
-/// A new item moves its values each time that it gets one more; a copy has room for all.
-std::unique_ptr<QStandardItem> timelineItemTemplate()
-{
-    auto item = std::make_unique<QStandardItem>();
-    for (const auto &entry : timelineFields)
-        item->setData(0, entry.role);
-    return item;
-}
-
 /// Makes the protected assignment of QStandardItem callable. No item is of this class: its virtual
 /// functions would vanish with the library. QStandardItem::clone() leaks when memory is short.
 struct CopiedItem : QStandardItem
 {
-    using QStandardItem::operator=;
-
     static void assign(QStandardItem &item, const QStandardItem &other)
     {
         using Assignment = QStandardItem &(QStandardItem::*)(const QStandardItem &);
         (item.*static_cast<Assignment>(&CopiedItem::operator=))(other);
     }
+    using QStandardItem::operator=;
 };
 
 } // namespace
 
-BookmarkRecord readServerRecord(const QVariantMap &serverRecord)
+BookmarkRecord readServerRecord(const QVariantMap &serverRecord, CameraNames &names)
 {
-    Q_ASSERT(isInKeyOrder(serverFields));
     BookmarkRecord record;
     auto entry = serverRecord.cbegin();
-    for (const auto &[key, field] : serverFields) {
+    for (const auto &[displayKey, member, serverKey] : fields) {
+        if (!serverKey)
+            continue;
         // Equality first: it is cheaper than the order, and nearly always true.
-        bool isFound = false;
-        while (entry != serverRecord.cend() && !(isFound = entry.key() == key) && entry.key() < key)
+        while (entry != serverRecord.cend() && entry.key() != *serverKey &&
+               entry.key() < *serverKey)
             ++entry;
-        if (isFound)
-            field.write(record, *entry);
+        if (entry == serverRecord.cend() || entry.key() != *serverKey)
+            continue;
+        if (member.text)
+            record.*member.text = entry->toString();
+        else
+            record.*member.number = entry->toLongLong();
+        ++entry;
     }
+    const Camera &camera = names.camera(record.cameraID);
+    record.relayPath = names.relayPath();
+    record.cameraKey = camera.key;
+    record.cameraName = camera.qualifiedName;
     return record;
 }
 
 BookmarkRecord makeRecord(const QVariantMap &serverRecord, CameraNames &names,
                           TimeFormatter &formatter)
 {
-    BookmarkRecord record = readServerRecord(serverRecord);
-    record.relayPath = names.relayPath();
-    record.cameraName = names.qualifiedName(record.cameraID);
-    TimeFormatter::Texts texts = formatter.format(record.start, record.end);
-    record.date = std::move(texts.date);
-    record.dateTime = std::move(texts.dateTime);
-    record.timeRange = std::move(texts.timeRange);
+    BookmarkRecord record = readServerRecord(serverRecord, names);
+    formatter.format(record);
     return record;
 }
 
 QVariantMap toDisplayMap(const BookmarkRecord &record)
 {
-    static const QVariantMap mapTemplate = displayMapTemplate();
+    // Copying a map takes a third of the time of inserting its entries.
+    static const QVariantMap mapTemplate = [] {
+        QVariantMap map;
+        for (const Field &field : fields)
+            map.insert(field.displayKey, QVariant());
+        return map;
+    }();
     QVariantMap map = mapTemplate;
-    auto value = map.begin();
-    for (const KeyedField &entry : displayFields)
-        *value++ = entry.field.read(record);
+    auto entry = map.begin();
+    for (const Field &field : fields) {
+        Q_ASSERT(entry.key() == field.displayKey);
+        *entry++ = field.member.value(record);
+    }
     return map;
+}
+
+QString displayText(const BookmarkRecord &record, const QString &key)
+{
+    const auto field = std::find_if(std::begin(fields), std::end(fields),
+                                    [&](const Field &f) { return f.displayKey == key; });
+    return field == std::end(fields) ? QString() : field->member.value(record).toString();
 }
 
 std::unique_ptr<QStandardItem> toTimelineItem(const BookmarkRecord &record)
 {
-    static const std::unique_ptr<QStandardItem> itemTemplate = timelineItemTemplate();
+    // A new item moves its values each time that it gets one more; a copy has room for all.
+    static const std::unique_ptr<QStandardItem> itemTemplate = [] {
+        auto item = std::make_unique<QStandardItem>();
+        for (const RoleMember &entry : roleMembers)
+            item->setData(0, entry.role);
+        return item;
+    }();
     auto item = std::make_unique<QStandardItem>();
     CopiedItem::assign(*item, *itemTemplate);
-    for (const auto &entry : timelineFields)
-        item->setData(entry.field.read(record), entry.role);
+    for (const RoleMember &entry : roleMembers)
+        item->setData(entry.member.value(record), entry.role);
     return item;
 }
 

@@ -23,24 +23,27 @@ struct BookmarkRecord
     QString locationID;
     qint64 start = 0;
     qint64 end = 0;
-
     QString relayPath;
+    QString cameraKey;
     QString cameraName; ///< "station - camera"
     QString date;
     QString dateTime;
     QString timeRange;
 };
 
-/// Reads the fields that a server sends; the others are empty. A missing or mistyped value reads as
-/// an empty text or 0.
-BookmarkRecord readServerRecord(const QVariantMap &serverRecord);
+/// Reads a server's record and adds the names; the texts of times stay empty. A missing or mistyped
+/// value reads as an empty text or 0.
+BookmarkRecord readServerRecord(const QVariantMap &serverRecord, CameraNames &names);
 
-/// Reads a server's record and adds names and texts of times.
+/// The same with the texts of times.
 BookmarkRecord makeRecord(const QVariantMap &serverRecord, CameraNames &names,
                           TimeFormatter &formatter);
 
 /// @return a map of exactly the 13 display keys
 QVariantMap toDisplayMap(const BookmarkRecord &record);
+
+/// @return the text under a display key, empty for any other key
+QString displayText(const BookmarkRecord &record, const QString &key);
 
 /// @return an item of a timeline model, owned by the caller
 std::unique_ptr<QStandardItem> toTimelineItem(const BookmarkRecord &record);

@@ -4,34 +4,25 @@ namespace tessaline {
 
 QString cameraKey(const QString &relayPath, const QString &cameraID)
 {
-    // Joined, not filled into a "%1/%2": a relay path may itself hold "%1" or "%2".
+    // Joined, not filled into a "%1/%2": a relay path may itself contain "%1" or "%2".
     return relayPath.isEmpty() ? cameraID : relayPath + QLatin1Char('/') + cameraID;
 }
 
-CameraNames::CameraNames(const QVariantMap &directory, const QString &relayPath)
-    : m_directory(directory)
+CameraNames::CameraNames(const QVariantMap &names, const QString &relayPath)
+    : m_names(names)
     , m_relayPath(relayPath)
-    , m_stationPrefix(directory.value(relayPath).toString() + QLatin1String(" - "))
+    , m_stationPrefix(names.value(relayPath).toString() + QLatin1String(" - "))
 {
 }
 
-QString CameraNames::name(const QString &cameraID) const
+const Camera &CameraNames::camera(const QString &cameraID)
 {
-    return m_directory.value(cameraKey(m_relayPath, cameraID)).toString();
-}
-
-Camera CameraNames::camera(const QString &cameraID) const
-{
+    const auto known = m_cameras.find(cameraID);
+    if (known != m_cameras.cend())
+        return known->second;
     const QString key = cameraKey(m_relayPath, cameraID);
-    return {m_relayPath, cameraID, key, m_stationPrefix + m_directory.value(key).toString()};
-}
-
-QString CameraNames::qualifiedName(const QString &cameraID)
-{
-    QString &known = m_qualifiedNames[cameraID];
-    if (known.isNull())
-        known = camera(cameraID).qualifiedName;
-    return known;
+    const QString name = m_names.value(key).toString();
+    return m_cameras.emplace(cameraID, Camera{key, name, m_stationPrefix + name}).first->second;
 }
 
 } // namespace tessaline

@@ -5,7 +5,6 @@
 #include "Guard.h"
 #include "Log.h"
 #include "Names.h"
-#include "PageRange.h"
 #include "TimeFormatter.h"
 
 #include <QtCore/QPointer>

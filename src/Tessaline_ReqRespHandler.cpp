@@ -51,7 +51,8 @@ void Tessaline::HandleAddBookmarksResp(const QVariant &data, void *context,
         failed = placeAddedBookmarks(data.toList(), camNames);
     } else {
         for (const QVariant &record : sent)
-            failed.append(camNames.name(record.toMap().value(serverKey::CameraID).toString()));
+            failed.append(
+                camNames.camera(record.toMap().value(serverKey::CameraID).toString()).name);
     }
 
     const auto failures = settleBatch(contexts, context, relayPath, failed);
@@ -70,7 +71,7 @@ QStringList Tessaline::placeAddedBookmarks(const QVariantList &records, CameraNa
         if (!self)
             break;
         const QVariantMap record = element.toMap();
-        const QString camera = camNames.name(record.value(serverKey::CameraID).toString());
+        const QString camera = camNames.camera(record.value(serverKey::CameraID).toString()).name;
         if (!record.contains(serverKey::BookmarkID)) {
             failed.append(camera);
             continue;

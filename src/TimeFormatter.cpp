@@ -1,5 +1,7 @@
 #include "TimeFormatter.h"
 
+#include "BookmarkRecord.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -7,6 +9,7 @@ namespace tessaline {
 
 namespace {
 
+constexpr int SecondsPerMinute = 60;
 constexpr int SecondsPerDay = 86'400;
 constexpr qint64 MsPerDay = qint64(1000) * SecondsPerDay;
 constexpr qint64 JulianDayOfEpoch = 2'440'588;
@@ -14,11 +17,6 @@ constexpr qint64 JulianDayOfEpoch = 2'440'588;
 /// Farther from the epoch than this, some 126 years, QDateTime computes each text: the cache relies
 /// on transitions that zones may not have there.
 constexpr qint64 MaxCachedMs = 4'000'000'000'000;
-
-QString timeOfDay(const QDateTime &dateTime)
-{
-    return dateTime.toString(QStringLiteral("hh:mm:ss"));
-}
 
 /// Not so in an invalid zone, where all texts are empty.
 bool isComposed(const QLocale &locale, const QTimeZone &zone)
@@ -57,7 +55,7 @@ TimeFormatter::TimeFormatter(const QTimeZone &zone)
     , m_dateFormat(m_locale.dateFormat(QLocale::ShortFormat))
     , m_timeFormat(m_locale.timeFormat(QLocale::ShortFormat))
     , m_isComposed(isComposed(m_locale, zone))
-    , m_minuteTexts(SecondsPerDay / 60)
+    , m_minuteTexts(SecondsPerDay / SecondsPerMinute)
 {
 }
 
@@ -68,49 +66,46 @@ bool TimeFormatter::isValidFor(const QTimeZone &zone) const
            locale.timeFormat(QLocale::ShortFormat) == m_timeFormat;
 }
 
-TimeFormatter::Texts TimeFormatter::format(qint64 start, qint64 end)
+void TimeFormatter::format(BookmarkRecord &record)
 {
-    const RangeText range = timeRange(start, end);
-    const QString timeRange =
-        QString::fromLatin1(range.characters.data(), static_cast<qsizetype>(range.size));
-    if (const std::optional<LocalTime> local = localTime(start)) {
-        const QString date = dayText(local->day);
-        return {date, date + QLatin1Char(' ') + minuteText(local->secondOfDay / 60), timeRange};
+    record.timeRange = QString::fromLatin1(timeRange(record.start, record.end).data());
+    if (const std::optional<LocalTime> local = localTime(record.start)) {
+        record.date = dayText(local->day);
+        record.dateTime =
+            record.date + QLatin1Char(' ') + minuteText(local->secondOfDay / SecondsPerMinute);
+        return;
     }
-    const QDateTime from = dateTime(start);
-    return {m_locale.toString(from.date(), QLocale::ShortFormat),
-            m_locale.toString(from, QLocale::ShortFormat), timeRange};
+    const QDateTime start = dateTime(record.start);
+    record.date = m_locale.toString(start.date(), QLocale::ShortFormat);
+    record.dateTime = m_locale.toString(start, QLocale::ShortFormat);
 }
 
-std::optional<QString> TimeFormatter::cacheDate(qint64 start)
+bool TimeFormatter::cacheDate(BookmarkRecord &record)
 {
-    const std::optional<LocalTime> local = localTime(start);
+    const std::optional<LocalTime> local = localTime(record.start);
     if (!local)
-        return std::nullopt;
-    minuteText(local->secondOfDay / 60);
-    return dayText(local->day);
+        return false;
+    minuteText(local->secondOfDay / SecondsPerMinute);
+    record.date = dayText(local->day);
+    return true;
 }
 
-TimeFormatter::RangeText TimeFormatter::timeRange(qint64 start, qint64 end)
+TimeFormatter::TimeRange TimeFormatter::timeRange(qint64 start, qint64 end)
 {
-    RangeText text{};
+    TimeRange range{};
     const std::optional<LocalTime> from = localTime(start);
     const std::optional<LocalTime> to = localTime(end);
-    char *out = text.characters.data();
     if (from && to) {
-        out = writeTime(out, from->secondOfDay);
-        for (const char c : {' ', '-', ' '})
-            *out++ = c;
-        out = writeTime(out, to->secondOfDay);
+        char *out = writeTime(range.data(), from->secondOfDay);
+        writeTime(std::copy_n(" - ", 3, out), to->secondOfDay);
     } else {
-        const QByteArray range =
-            (timeOfDay(dateTime(start)) + QLatin1String(" - ") + timeOfDay(dateTime(end)))
-                .toLatin1();
-        out =
-            std::copy_n(range.cbegin(), qMin(range.size(), qsizetype(text.characters.size())), out);
+        const QString timeOfDay = QStringLiteral("hh:mm:ss");
+        const QByteArray text = (dateTime(start).toString(timeOfDay) + QLatin1String(" - ") +
+                                 dateTime(end).toString(timeOfDay))
+                                    .toLatin1();
+        qstrncpy(range.data(), text.constData(), range.size());
     }
-    text.size = static_cast<std::size_t>(out - text.characters.data());
-    return text;
+    return range;
 }
 
 /// @return nullopt when QDateTime has to compute it
@@ -159,11 +154,6 @@ QString TimeFormatter::minuteText(int minuteOfDay)
     if (text.isNull())
         text = m_locale.toString(QTime(minuteOfDay / 60, minuteOfDay % 60), QLocale::ShortFormat);
     return text;
-}
-
-QDateTime TimeFormatter::dateTime(qint64 moment) const
-{
-    return QDateTime::fromMSecsSinceEpoch(moment, m_zone);
 }
 
 } // namespace tessaline

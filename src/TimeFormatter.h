@@ -6,13 +6,13 @@
 #include <QtCore/QTimeZone>
 
 #include <array>
-#include <cstddef>
 #include <optional>
-#include <string_view>
 #include <unordered_map>
 #include <vector>
 
 namespace tessaline {
+
+struct BookmarkRecord;
 
 /// Formats the times of bookmarks as operators read them, in one time zone.
 ///
@@ -23,21 +23,9 @@ namespace tessaline {
 class TimeFormatter
 {
 public:
-    struct Texts
-    {
-        QString date;      ///< date of the start, in the system locale's short format
-        QString dateTime;  ///< date and time of the start, in the system locale's short format
-        QString timeRange; ///< times of day of start and end, "hh:mm:ss - hh:mm:ss" in any locale
-    };
-
-    /// A time range without heap memory: a search formats one for each bookmark.
-    struct RangeText
-    {
-        std::array<char, 19> characters;
-        std::size_t size;
-
-        std::string_view view() const { return {characters.data(), size}; }
-    };
+    /// A time range, "hh:mm:ss - hh:mm:ss" in any locale, and a 0. Without heap memory: a search
+    /// formats one for each bookmark.
+    using TimeRange = std::array<char, 20>;
 
     /// @param zone an invalid zone gives empty dates and times, and the separator alone as range
     explicit TimeFormatter(const QTimeZone &zone);
@@ -45,16 +33,17 @@ public:
     /// @return true if a new formatter for @p zone and the present system locale would be equal
     bool isValidFor(const QTimeZone &zone) const;
 
+    /// Sets date, date and time, and time range of the record from its start and end: the first two
+    /// in the short formats of the system locale.
+    void format(BookmarkRecord &record);
+
+    /// Sets the date, and caches date and time for a later format().
+    /// @return false, and nothing is set, if they can't be cached: format() follows the system
+    /// locale
+    bool cacheDate(BookmarkRecord &record);
+
     /// @param start,end milliseconds since the epoch
-    Texts format(qint64 start, qint64 end);
-
-    /// Caches what format() needs for a bookmark that starts at @p start.
-    /// @return the date of the start, or nullopt if it can't be cached: its texts then follow the
-    ///         system locale
-    std::optional<QString> cacheDate(qint64 start);
-
-    /// The range of format().
-    RangeText timeRange(qint64 start, qint64 end);
+    TimeRange timeRange(qint64 start, qint64 end);
 
 private:
     /// Wall-clock time in the zone.
@@ -76,7 +65,10 @@ private:
     qint64 offsetAt(qint64 moment);
     QString dayText(qint64 day);
     QString minuteText(int minuteOfDay);
-    QDateTime dateTime(qint64 moment) const;
+    QDateTime dateTime(qint64 moment) const
+    {
+        return QDateTime::fromMSecsSinceEpoch(moment, m_zone);
+    }
 
     QTimeZone m_zone;
     QLocale m_locale;

@@ -1,6 +1,6 @@
 #include "BookmarkList.h"
+#include "CameraNames.h"
 #include "DataTable.h"
-#include "PageRange.h"
 #include "RequestContexts.h"
 #include "Tessaline.h"
 #include "TimeFormatter.h"
@@ -159,7 +159,7 @@ private Q_SLOTS:
                                        {u"LocationID"_s, text}});
         }
         tessaline::BookmarkList list;
-        const tessaline::CameraNames names({}, u"A"_s);
+        tessaline::CameraNames names({}, u"A"_s);
         const auto formatter = std::make_shared<tessaline::TimeFormatter>(QTimeZone::utc());
         for (int i = 0; i < 2; ++i) // once into the empty list, once with all texts known
             list.append(records, names, formatter);
@@ -178,7 +178,7 @@ private Q_SLOTS:
     void rowsAreSearchedWithoutTheTextsBetweenThem()
     {
         tessaline::BookmarkList list;
-        const tessaline::CameraNames names({}, u"A"_s);
+        tessaline::CameraNames names({}, u"A"_s);
         const auto formatter = std::make_shared<tessaline::TimeFormatter>(QTimeZone::utc());
         QVariantList records;
         for (const QString &text : {u"one gate"_s, u""_s, u"GATE"_s, u"no"_s, u"gate"_s})
