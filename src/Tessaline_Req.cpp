@@ -63,8 +63,9 @@ void removeDuplicates(std::vector<EntryKey> &entries)
     std::vector<std::pair<std::size_t, std::size_t>> hashes; // with the position of the entry
     hashes.reserve(entries.size());
     for (const EntryKey &entry : entries) {
-        hashes.emplace_back(qHashMulti(0, entry.relayPath, entry.id, entry.locationID),
-                            hashes.size());
+        hashes.emplace_back(
+            qHashMulti(QHashSeed::globalSeed(), entry.relayPath, entry.id, entry.locationID),
+            hashes.size());
     }
     std::sort(hashes.begin(), hashes.end());
 

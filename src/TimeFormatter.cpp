@@ -21,14 +21,15 @@ constexpr qint64 MaxCachedMs = 4'000'000'000'000;
 /// Not so in an invalid zone, where all texts are empty.
 bool isComposed(const QLocale &locale, const QTimeZone &zone)
 {
-    const bool showsSeconds = locale.timeFormat(QLocale::ShortFormat).contains(u's');
+    const bool showsMilliseconds = locale.timeFormat(QLocale::ShortFormat).contains(u'z');
     const qint64 moments[] = {0, MsPerDay / 2}; // one before and one after noon
-    return !showsSeconds && std::all_of(std::begin(moments), std::end(moments), [&](qint64 moment) {
-        const QDateTime dateTime = QDateTime::fromMSecsSinceEpoch(moment, zone);
-        return locale.toString(dateTime, QLocale::ShortFormat) ==
-               locale.toString(dateTime.date(), QLocale::ShortFormat) + QLatin1Char(' ') +
-                   locale.toString(dateTime.time(), QLocale::ShortFormat);
-    });
+    return !showsMilliseconds &&
+           std::all_of(std::begin(moments), std::end(moments), [&](qint64 moment) {
+               const QDateTime dateTime = QDateTime::fromMSecsSinceEpoch(moment, zone);
+               return locale.toString(dateTime, QLocale::ShortFormat) ==
+                      locale.toString(dateTime.date(), QLocale::ShortFormat) + QLatin1Char(' ') +
+                          locale.toString(dateTime.time(), QLocale::ShortFormat);
+           });
 }
 
 char *writeTwoDigits(char *out, int number)
@@ -55,7 +56,8 @@ TimeFormatter::TimeFormatter(const QTimeZone &zone)
     , m_dateFormat(m_locale.dateFormat(QLocale::ShortFormat))
     , m_timeFormat(m_locale.timeFormat(QLocale::ShortFormat))
     , m_isComposed(isComposed(m_locale, zone))
-    , m_minuteTexts(SecondsPerDay / SecondsPerMinute)
+    , m_secondsPerText(m_timeFormat.contains(u's') ? 1 : SecondsPerMinute)
+    , m_timeTexts(static_cast<std::size_t>(SecondsPerDay / m_secondsPerText))
 {
 }
 
@@ -71,8 +73,7 @@ void TimeFormatter::format(BookmarkRecord &record)
     record.timeRange = QString::fromLatin1(timeRange(record.start, record.end).data());
     if (const std::optional<LocalTime> local = localTime(record.start)) {
         record.date = dayText(local->day);
-        record.dateTime =
-            record.date + QLatin1Char(' ') + minuteText(local->secondOfDay / SecondsPerMinute);
+        record.dateTime = record.date + QLatin1Char(' ') + timeText(local->secondOfDay);
         return;
     }
     const QDateTime start = dateTime(record.start);
@@ -85,7 +86,7 @@ bool TimeFormatter::cacheDate(BookmarkRecord &record)
     const std::optional<LocalTime> local = localTime(record.start);
     if (!local)
         return false;
-    minuteText(local->secondOfDay / SecondsPerMinute);
+    timeText(local->secondOfDay);
     record.date = dayText(local->day);
     return true;
 }
@@ -148,11 +149,13 @@ QString TimeFormatter::dayText(qint64 day)
     return text;
 }
 
-QString TimeFormatter::minuteText(int minuteOfDay)
+QString TimeFormatter::timeText(int secondOfDay)
 {
-    QString &text = m_minuteTexts[static_cast<std::size_t>(minuteOfDay)];
-    if (text.isNull())
-        text = m_locale.toString(QTime(minuteOfDay / 60, minuteOfDay % 60), QLocale::ShortFormat);
+    QString &text = m_timeTexts[static_cast<std::size_t>(secondOfDay / m_secondsPerText)];
+    if (text.isNull()) {
+        text = m_locale.toString(QTime::fromMSecsSinceStartOfDay(1000 * secondOfDay),
+                                 QLocale::ShortFormat);
+    }
     return text;
 }
 

@@ -16,10 +16,9 @@ struct BookmarkRecord;
 
 /// Formats the times of bookmarks as operators read them, in one time zone.
 ///
-/// Date and time texts are the costliest part of a record, and they repeat: the offsets of the
-/// zone, the texts of days and the texts of minutes are cached. The formatter is made for the zone
-/// and the formats of the system locale at its construction; a cached text does not change
-/// afterwards.
+/// Date and time texts are the costliest part of a record, and they repeat: the offsets of the zone,
+/// the texts of days and of times of the day are cached. The formatter is made for the zone and the
+/// formats of the system locale at its construction; a cached text does not change afterwards.
 class TimeFormatter
 {
 public:
@@ -64,7 +63,7 @@ private:
     std::optional<LocalTime> localTime(qint64 moment);
     qint64 offsetAt(qint64 moment);
     QString dayText(qint64 day);
-    QString minuteText(int minuteOfDay);
+    QString timeText(int secondOfDay);
     QDateTime dateTime(qint64 moment) const
     {
         return QDateTime::fromMSecsSinceEpoch(moment, m_zone);
@@ -74,10 +73,11 @@ private:
     QLocale m_locale;
     QString m_dateFormat;
     QString m_timeFormat;
-    bool m_isComposed; ///< date and time are formatted as the date, a blank, and the minute
+    bool m_isComposed; ///< date and time are formatted as the date, a blank, and the time
     std::vector<Period> m_periods;
     std::unordered_map<qint64, QString> m_dayTexts;
-    std::vector<QString> m_minuteTexts; ///< by minute of the day; null until needed
+    int m_secondsPerText;             ///< 1 if the time format has seconds, else 60
+    std::vector<QString> m_timeTexts; ///< by time of the day; null until needed
 };
 
 } // namespace tessaline

@@ -70,7 +70,7 @@ int measureFrameTimes(const Options &options)
     if (!window)
         return complain(QStringLiteral("the window's QML cannot be loaded"));
     FrameReport report;
-    UserActions actions(*window, installation.bench());
+    UserActions actions(*window, installation.bench(), installation.framework());
     for (int round = 0; round < options.rounds; ++round)
         actions.perform(report);
     std::printf("%s", qPrintable(report.tables()));

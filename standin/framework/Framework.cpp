@@ -3,6 +3,7 @@
 #include "DeepCopy.h"
 
 #include <QtCore/QDeadlineTimer>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QLoggingCategory>
 #include <QtCore/QTimer>
 
@@ -80,6 +81,11 @@ void Framework::removePlugin(const QString &pluginID)
 void Framework::setObserver(std::function<void(const Traffic &)> observer)
 {
     m_observer = std::move(observer);
+}
+
+void Framework::setCallObserver(std::function<void(double)> observer)
+{
+    m_callObserver = std::move(observer);
 }
 
 void Framework::answer(const SentCommand &command, const QVariant &result,
@@ -184,13 +190,14 @@ void Framework::executeElsewhere(const SentCommand &command, const Delivery &del
     if (delivery.when == Delivery::When::Reversed)
         ++m_roundUnderWay;
     const auto done = [this, inbox = m_inbox, command, delivery](const Answer &answer) {
-        // In the server's thread still; what is posted runs only while the framework lives.
-        const Answer own =
-            withDataOfItsOwn({delivery.replacedResult.value_or(answer.result), answer.resultCode});
+        // Still in the server's thread; the posted call runs only while the framework exists. The
+        // answer is not copied: the server has made it for this delivery alone.
         inbox->post([=] {
             if (delivery.when == Delivery::When::Reversed)
                 --m_roundUnderWay;
-            schedule({command, own}, delivery);
+            schedule(
+                {command, {delivery.replacedResult.value_or(answer.result), answer.resultCode}},
+                delivery);
         });
     };
     m_asyncServer->execute(command.command, command.payload, command.relayPath, done);
@@ -248,9 +255,13 @@ void Framework::deliver(const Pending &pending)
 
     ++m_deliveries;
     // The observer may have destroyed the receiver.
+    QElapsedTimer timer;
+    timer.start();
     if (PluginBase *plugin = pluginBase(receiver))
         plugin->CommandProcessor(command.command, pending.answer.result, command.context,
                                  pending.answer.resultCode, QString(), false, command.relayPath);
+    if (m_callObserver)
+        m_callObserver(double(timer.nsecsElapsed()) / 1e6);
     --m_deliveries;
 }
 

@@ -52,6 +52,9 @@ public:
 
     /// Called for everything that passes through, before it is delivered. May send or answer.
     void setObserver(std::function<void(const Traffic &)> observer);
+    /// Called after each answer with the milliseconds that the plug-in took for it, slots of its
+    /// signals included.
+    void setCallObserver(std::function<void(double milliseconds)> observer);
 
     /// All commands in the order of sending, refused ones included.
     QList<SentCommand> sent() const { return m_sent; }
@@ -100,6 +103,7 @@ private:
     AsyncServer *m_asyncServer = nullptr;
     DeliveryRules m_rules;
     std::function<void(const Traffic &)> m_observer;
+    std::function<void(double)> m_callObserver;
     quint64 m_lastSequence = 0;
     int m_deliveries = 0;
     bool m_recording = true;

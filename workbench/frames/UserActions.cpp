@@ -5,6 +5,7 @@
 #include "MarkLayout.h"
 #include "PageModel.h"
 #include "WindowItems.h"
+#include "framework/Framework.h"
 
 #include <QtCore/QEventLoop>
 #include <QtQuick/QQuickItem>
@@ -33,20 +34,27 @@ Inputs operator+(Inputs first, const Inputs &second)
 
 } // namespace
 
-UserActions::UserActions(QQuickWindow &window, const Bench &bench)
+UserActions::UserActions(QQuickWindow &window, const Bench &bench, standin::Framework &framework)
     : m_window(window)
     , m_bench(bench)
+    , m_framework(framework)
     , m_meter(window)
     , m_hands(window)
     , m_timeline(*qobject_cast<QQuickItem *>(findInWindow(window, QStringLiteral("timelineBar"))))
 {
     const auto note = [this] { m_meter.noteChange(); };
+    m_framework.setCallObserver([this](double time) { m_meter.noteAnswer(time); });
     const auto *const page = window.findChild<PageModel *>();
     QObject::connect(page, &PageModel::dataChanged, &m_meter, note);
     QObject::connect(page, &PageModel::rowsInserted, &m_meter, note);
     QObject::connect(page, &PageModel::rowsRemoved, &m_meter, note);
     QObject::connect(m_timeline.property("marks").value<MarkLayout *>(), &MarkLayout::updated,
                      &m_meter, note);
+}
+
+UserActions::~UserActions()
+{
+    m_framework.setCallObserver({});
 }
 
 void UserActions::perform(FrameReport &report)

@@ -9,6 +9,10 @@
 class QQuickItem;
 class QQuickWindow;
 
+namespace standin {
+class Framework;
+}
+
 namespace workbench {
 
 class Bench;
@@ -18,8 +22,10 @@ class FrameReport;
 class UserActions
 {
 public:
-    /// Neither is owned; both must outlive this object. The window shows cameras and bookmarks.
-    UserActions(QQuickWindow &window, const Bench &bench);
+    /// None is owned; all must outlive this object. The window shows cameras and bookmarks.
+    UserActions(QQuickWindow &window, const Bench &bench, standin::Framework &framework);
+    ~UserActions();
+    Q_DISABLE_COPY_MOVE(UserActions)
 
     /// Everything once.
     void perform(FrameReport &report);
@@ -45,6 +51,7 @@ private:
 
     QQuickWindow &m_window;
     const Bench &m_bench;
+    standin::Framework &m_framework;
     FrameMeter m_meter;
     Hands m_hands;
     QQuickItem &m_timeline; ///< of the first cell

@@ -22,11 +22,18 @@ QVariant bound(const QString &text)
 }
 
 /// Columns in the order of the select statement.
-Bookmark bookmarkOf(const QSqlQuery &row)
+/// @param labels texts that many rows have in common; each is stored once
+Bookmark bookmarkOf(const QSqlQuery &row, QSet<QString> &labels)
 {
-    return {row.value(0).toString(),   row.value(1).toString(),   row.value(2).toString(),
-            row.value(3).toLongLong(), row.value(4).toLongLong(), row.value(5).toString(),
-            row.value(6).toString(),   row.value(7).toString()};
+    const auto label = [&](int column) { return *labels.insert(row.value(column).toString()); };
+    return {row.value(0).toString(),
+            label(1),
+            label(2),
+            row.value(3).toLongLong(),
+            row.value(4).toLongLong(),
+            row.value(5).toString(),
+            label(6),
+            label(7)};
 }
 
 QString described(const QString &path, const QString &problem)
@@ -258,8 +265,9 @@ std::optional<QList<Bookmark>> BookmarkStore::select(const QString &clauses,
     if (!run(query, values))
         return std::nullopt;
     QList<Bookmark> bookmarks;
+    QSet<QString> labels;
     while (query.next())
-        bookmarks.append(bookmarkOf(query));
+        bookmarks.append(bookmarkOf(query, labels));
     // Reading can fail half-way; a shortened list must not pass for a whole one.
     if (query.lastError().isValid()) {
         fail(query.lastError().text());
