@@ -21,16 +21,20 @@ enum class Job {
     ForgetAll,     ///< drop the bookmarks of the query before
     StoreAnswer,   ///< take in the answer to a query of all
     ManyAnswers,   ///< take in as many answers of one bookmark each
+    EmptyAnswers,  ///< take in as many answers without a bookmark: what each costs by itself
     GroupBatch,    ///< split a batch by station, every entry once
     TimelineItems, ///< fill a view cell's timeline
 };
 
 constexpr Job allJobs[] = {
-    Job::PanelByDate,   Job::PanelByCamera, Job::NextPage,     Job::TextOfFew,    Job::TextOfAll,
-    Job::OneMoreLetter, Job::OneCamera,     Job::ListOfCamera, Job::ListOfAll,    Job::ForgetAll,
-    Job::StoreAnswer,   Job::ManyAnswers,   Job::GroupBatch,   Job::TimelineItems};
+    Job::PanelByDate,   Job::PanelByCamera, Job::NextPage,     Job::TextOfFew,  Job::TextOfAll,
+    Job::OneMoreLetter, Job::OneCamera,     Job::ListOfCamera, Job::ListOfAll,  Job::ForgetAll,
+    Job::StoreAnswer,   Job::ManyAnswers,   Job::EmptyAnswers, Job::GroupBatch, Job::TimelineItems};
 
 const char *nameOf(Job job);
+
+/// Whether prepare() is called again before each repetition of the work.
+bool isPreparedEachTime(Job job);
 
 /// The question behind a job about the panel, as QML asks it.
 QVariantMap questionOf(Job job);

@@ -33,12 +33,20 @@ const char *nameOf(Job job)
         return "store an answer";
     case Job::ManyAnswers:
         return "store it in pieces";
+    case Job::EmptyAnswers:
+        return "empty answers";
     case Job::GroupBatch:
         return "group a batch";
     case Job::TimelineItems:
         return "timeline items";
     }
     return "";
+}
+
+bool isPreparedEachTime(Job job)
+{
+    return job == Job::ForgetAll || job == Job::StoreAnswer || job == Job::ListOfCamera ||
+           job == Job::ListOfAll;
 }
 
 QVariantMap questionOf(Job job)

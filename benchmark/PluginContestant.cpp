@@ -70,6 +70,10 @@ public:
             return [this] { storeAnswer(); };
         case Job::ManyAnswers:
             return [this, answers = answersOfOne()] { storeAnswers(answers); };
+        case Job::EmptyAnswers:
+            return [this, answers = QVariantList(m_count, QVariant(QVariantMap()))] {
+                storeAnswers(answers);
+            };
         case Job::GroupBatch:
             return [this, targets = data::batchTargets(m_count)] { groupBatch(targets); };
         case Job::TimelineItems:
@@ -84,6 +88,7 @@ public:
 
     void prepare(Job job) override
     {
+        m_list = {};
         if (job == Job::StoreAnswer)
             queryAll();
         else if (m_isEmpty)
@@ -180,7 +185,7 @@ private:
         for (const QVariant &one : answers)
             answer(u"QueryAllBookmars"_s, one, m_query, u"A"_s);
         answer(u"QueryAllBookmars"_s, QVariant(), m_query, u"B"_s);
-        m_isEmpty = false;
+        m_isEmpty = answers.constFirst().toMap().isEmpty();
     }
 
     void groupBatch(const QVariantList &targets)
@@ -220,10 +225,9 @@ private:
 
     void list(const QString &camera)
     {
-        QVariantList bookmarks;
         QMetaObject::invokeMethod(m_object, "getBookmarkListByNodeID",
-                                  Q_RETURN_ARG(QVariantList, bookmarks), Q_ARG(QString, camera));
-        if (bookmarks.isEmpty() && camera.isEmpty())
+                                  Q_RETURN_ARG(QVariantList, m_list), Q_ARG(QString, camera));
+        if (m_list.isEmpty() && camera.isEmpty())
             qFatal("The plug-in did not answer");
     }
 
@@ -233,6 +237,7 @@ private:
     QObject *m_object;
     PluginBase *m_plugin;
     QVariant m_answer;
+    QVariantList m_list;     ///< the last one returned
     void *m_query = nullptr; ///< context of the newest query of all
     bool m_isEmpty = true;
 };

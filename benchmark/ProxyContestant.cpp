@@ -81,7 +81,7 @@ public:
 
     std::function<void()> work(Job job) override
     {
-        if (job >= Job::ForgetAll)
+        if (job >= Job::ListOfCamera) // no page
             return {};
         return [this, question = questionOf(job)] { ask(question); };
     }

@@ -99,6 +99,7 @@ public:
         case Job::ListOfCamera:
         case Job::ListOfAll:
         case Job::ManyAnswers:
+        case Job::EmptyAnswers:
         case Job::TimelineItems:
             return {};
         default:

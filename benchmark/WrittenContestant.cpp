@@ -40,11 +40,12 @@ public:
             };
         case Job::ListOfCamera:
             return [this, camera = questionOf(job).value(u"nodeID"_s).toString()] {
-                QVariantList list = m_list;
-                writtensteps::filterByNodeID(list, camera);
+                m_result = m_list;
+                writtensteps::filterByNodeID(m_result, camera);
             };
         case Job::ListOfAll: // a shared copy
         case Job::ManyAnswers:
+        case Job::EmptyAnswers:
             return {};
         case Job::TimelineItems:
             return [this] { fillTimeline(); };
@@ -59,6 +60,7 @@ public:
 
     void prepare(Job job) override
     {
+        m_result = {};
         if (job == Job::StoreAnswer)
             m_list = {};
         else if (m_list.isEmpty())
@@ -93,6 +95,7 @@ private:
     QTimeZone m_timeZone{data::timeZone()};
     QVariantList m_records;
     QVariantList m_list;
+    QVariantList m_result;
 };
 
 } // namespace
