@@ -121,8 +121,8 @@ private Q_SLOTS:
         values(u"--bookmarks"_s, {u"-1"_s, u"1000001"_s, u"1e3"_s},
                u"a whole number from 0 to 1000000"_s);
         values(u"--seed"_s, {u"-1"_s, u"4294967296"_s}, u"a whole number from 0 to 4294967295"_s);
-        values(u"--import"_s, {u"/none.csv"_s, u"/"_s}, u"a file that can be read"_s);
-        row("no such recording", {u"--replay=/none.jsonl"_s}, u"/none.jsonl"_s);
+        for (const QString &option : {u"--import"_s, u"--replay"_s})
+            values(option, {u"/none"_s, u"/"_s, u"/dev/zero"_s}, u"a file that can be read"_s);
 
         const auto patched = [&](const char *name, const QByteArray &before,
                                  const QByteArray &after, const QString &complaint) {
@@ -172,7 +172,9 @@ private Q_SLOTS:
         QCOMPARE(other.exitCode, 1);
         QVERIFY2(other.output.contains(file + ":2: expected"_L1), qPrintable(other.output));
         write(u"s.jsonl"_s, session.left(session.indexOf('\n') + 1));
-        QCOMPARE(run({u"--replay"_s, file}).exitCode, 0);
+        const Run empty = run({u"--replay"_s, file});
+        QCOMPARE(empty.exitCode, 1);
+        QVERIFY2(empty.output.contains("nothing was compared"_L1), qPrintable(empty.output));
     }
 
     /// Every input reaches what it is meant for, and a frame shows it.
