@@ -52,12 +52,12 @@ clang_database() {
     sed 's/ -fno-gnu-unique//' build/release/compile_commands.json >build/release/clang/compile_commands.json
 }
 
-# each_source FOLDERS COMMAND...: in portions of a few files, so that both cores have work to the end
+# each_source FOLDERS TOOL...: in portions of a few files, so that both cores have work to the end
 each_source() {
     local files
     files=$(sources '*.cpp' ':!:tools' | grep -v _win.cpp | grep -E "^($1)/")
     shift
-    xargs -P 2 -n 3 "$@" <<<"$files"
+    xargs -P 2 -n 3 tools/unless-passed.sh "$@" -- <<<"$files"
 }
 
 # What is shipped or run by users; it takes too long for the tests, which clazy and the compiler see.
