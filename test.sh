@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds and runs all tests: once on the library that is shipped, once under the sanitizers.
 #   ./test.sh              on this machine
+#   ./test.sh --threads    the programs with a second thread, under the thread sanitizer
 #   ./test.sh --windows    the Windows library, cross-built, under wine
 #   ./test.sh --qt-next    with the Qt of Debian 13, in a root folder of its own
 #   ./test.sh --qt-newest  with the Qt of Debian unstable, in a root folder of its own
@@ -15,6 +16,14 @@ here() {
         echo "Tests of the preset $preset:"
         ctest --preset "$preset" "$@"
     done
+}
+
+threads() {
+    tools/install-dependencies.sh test
+    local programs=(tst_framework tst_traffic tst_window tst_workbench)
+    tools/build.sh tsan "${programs[@]}"
+    echo "Tests of the preset tsan:"
+    ctest --preset tsan -R "^($(IFS='|'; echo "${programs[*]}"))\$" "$@"
 }
 
 windows() {
@@ -38,6 +47,7 @@ in_debian() {
 }
 
 case "${1:-}" in
+    --threads) shift; threads "$@" ;;
     --windows) shift; windows "$@" ;;
     --qt-next) shift; in_debian "${TESSALINE_NEXT:-trixie}" next "$@" ;;
     --qt-newest) shift; in_debian "${TESSALINE_NEWEST:-sid}" newest "$@" ;;
