@@ -21,7 +21,7 @@ using Kind = TrafficEntry::Kind;
 
 const QLatin1String Format("tessaline-recording");
 constexpr int Version = 1;
-constexpr qint64 MaxHeaderSize = 16 * 1024 * 1024; // bytes, for a large device tree
+constexpr qint64 MaxHeaderSize = 16'777'216; // bytes, for a large device tree
 
 QJsonObject toJson(const Recording::Header &header)
 {
