@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
 # Builds and runs all tests: once on the library that is shipped, once under the sanitizers.
 #   ./test.sh              on this machine
+#   ./test.sh --threads    the programs with a second thread, under the thread sanitizer
 #   ./test.sh --windows    the Windows library, cross-built, under wine
-#   ./test.sh --qt-next    with the Qt of the next Debian, in a root folder of its own
+#   ./test.sh --qt-next    with the Qt of Debian 13, in a root folder of its own
+#   ./test.sh --qt-newest  with the Qt of Debian unstable, in a root folder of its own
 # Further arguments go to ctest (for example -R timeline).
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -16,6 +18,14 @@ here() {
     done
 }
 
+threads() {
+    tools/install-dependencies.sh test
+    local programs=(tst_framework tst_traffic tst_window tst_workbench)
+    tools/build.sh tsan "${programs[@]}"
+    echo "Tests of the preset tsan:"
+    ctest --preset tsan -R "^($(IFS='|'; echo "${programs[*]}"))\$" "$@"
+}
+
 windows() {
     tools/install-dependencies.sh windows
     TESSALINE_WINDOWS_QT=$(tools/windows-qt.sh)
@@ -25,18 +35,21 @@ windows() {
     ctest --preset windows "$@"
 }
 
-qt_next() {
-    tools/install-dependencies.sh next
+# in_debian SUITE PRESET ARGUMENTS...
+in_debian() {
+    tools/install-dependencies.sh debian
     # shellcheck disable=SC2016 # for the other shell
-    tools/next-debian.sh bash -euc '
+    tools/debian.sh "$1" bash -euc '
         tools/install-dependencies.sh test
-        tools/build.sh next
-        echo "Tests of the preset next:"
-        exec ctest --preset next "$@"' test "$@"
+        tools/build.sh "$0"
+        echo "Tests of the preset $0:"
+        exec ctest --preset "$0" "$@"' "${@:2}"
 }
 
 case "${1:-}" in
+    --threads) shift; threads "$@" ;;
     --windows) shift; windows "$@" ;;
-    --qt-next) shift; qt_next "$@" ;;
+    --qt-next) shift; in_debian "${TESSALINE_NEXT:-trixie}" next "$@" ;;
+    --qt-newest) shift; in_debian "${TESSALINE_NEWEST:-sid}" newest "$@" ;;
     *) here "$@" ;;
 esac

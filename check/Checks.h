@@ -33,6 +33,9 @@ std::vector<Check> hostileHostChecks();
 /// All checks, in the order of their levels.
 const std::vector<Check> &allChecks();
 
+/// The check that the library can be loaded; without that none from level 2 on can pass.
+inline constexpr const char *loadCheck = "2.load";
+
 /// The check of that name, or null.
 const Check *findCheck(const QString &name);
 

@@ -43,13 +43,6 @@ QString joined(QList<QByteArray> names)
     return QString::fromUtf8(names.join(' '));
 }
 
-void checkFormat(Trial &trial)
-{
-    const QString format = formatOf(contentOf(trial));
-    trial.expect(format == formatOfThisProgram(), formatOfThisProgram(), format);
-    trial.summarize(format);
-}
-
 void checkExports(Trial &trial)
 {
     const auto file = elfFileOf(trial);
@@ -173,7 +166,6 @@ void checkQtVersion(Trial &trial)
 std::vector<Check> fileChecks()
 {
     return {
-        {"1.format", "The file is a library for this machine", checkFormat},
         {"1.exports", "Only the two entry points of Qt's plug-in protocol leave it", checkExports},
         {"1.unresolved", "Every symbol is in a library that it names as needed", checkUnresolved},
         {"1.dependencies", "It needs no library beyond those agreed", checkDependencies},

@@ -2,6 +2,7 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QtEndian>
 
 #include <algorithm>
@@ -30,6 +31,9 @@ enum DynamicTag : quint64 {
     TagFlags = 30,
     TagFlags1 = 0x6ffffffb,
 };
+
+constexpr char Bits64LittleEndian[] = "\x7f"
+                                      "ELF\x02\x01";
 
 constexpr quint64 FlagTextRelocations = 4;
 constexpr quint64 FlagBindNow = 8;
@@ -73,6 +77,19 @@ private:
     const QByteArray &m_content;
 };
 
+/// What else than 64 bits and little-endian numbers an ELF header claims.
+QString oddityOf(const QByteArray &content)
+{
+    const QByteArray classAndOrder = content.mid(4, 2);
+    if (classAndOrder == "\x02\x01")
+        return {};
+    if (classAndOrder == "\x01\x01")
+        return QStringLiteral(" (32 bits)");
+    if (classAndOrder == "\x01\x02" || classAndOrder == "\x02\x02")
+        return QStringLiteral(" (big-endian)");
+    return QStringLiteral(" (damaged header)");
+}
+
 QString machineOf(quint32 elfMachine, quint32 peMachine)
 {
     struct Machine
@@ -81,10 +98,8 @@ QString machineOf(quint32 elfMachine, quint32 peMachine)
         quint32 pe;
         const char *name;
     };
-    static constexpr Machine machines[] = {{62, 0x8664, "x86-64"},
-                                           {183, 0xaa64, "ARM64"},
-                                           {3, 0x14c, "x86 (32 bits)"},
-                                           {40, 0x1c4, "ARM (32 bits)"}};
+    static constexpr Machine machines[] = {
+        {62, 0x8664, "x86-64"}, {183, 0xaa64, "ARM64"}, {3, 0x14c, "x86"}, {40, 0x1c4, "ARM"}};
     for (const Machine &machine : machines) {
         if (machine.elf == elfMachine || machine.pe == peMachine)
             return QLatin1String(machine.name);
@@ -113,6 +128,21 @@ QList<Segment> segmentsOf(const Bytes &bytes)
                          bytes.at<quint64>(entry + 32)});
     }
     return segments;
+}
+
+/// Whether all that the headers of an ELF library name is in the file. The dynamic linker maps it
+/// unseen, and a page beyond the end of the file raises SIGBUS.
+bool isWhole(const QByteArray &content)
+{
+    const Bytes bytes(content);
+    const auto holds = [&](quint64 offset, quint64 size) {
+        return offset <= bytes.size() && size <= bytes.size() - offset;
+    };
+    const QList<Segment> segments = segmentsOf(bytes);
+    return holds(bytes.at<quint64>(32), bytes.at<quint16>(56) * quint64(SegmentSize)) &&
+           holds(bytes.at<quint64>(40), bytes.at<quint16>(60) * quint64(SectionSize)) &&
+           std::all_of(segments.cbegin(), segments.cend(),
+                       [&](const Segment &segment) { return holds(segment.offset, segment.size); });
 }
 
 /// Where in the file something is that will be at this address.
@@ -184,6 +214,12 @@ void readSymbols(ElfFile &file, const Bytes &bytes)
     }
 }
 
+QString formatOfThisProgram()
+{
+    QFile file(QCoreApplication::applicationFilePath());
+    return file.open(QIODevice::ReadOnly) ? formatOf(file.read(4096)) : QString();
+}
+
 } // namespace
 
 QString formatOf(const QByteArray &content)
@@ -191,23 +227,42 @@ QString formatOf(const QByteArray &content)
     const Bytes bytes(content);
     if (content.startsWith("\x7f"
                            "ELF"))
-        return QLatin1String("ELF for ") + machineOf(bytes.at<quint16>(18), ~0U);
+        return QLatin1String("ELF for ") + machineOf(bytes.at<quint16>(18), ~0U) +
+               oddityOf(content);
     const auto peHeader = bytes.at<quint32>(0x3c);
     if (content.startsWith("MZ") && bytes.at<quint32>(peHeader) == 0x4550) // "PE", two zeros
         return QLatin1String("PE for ") + machineOf(~0U, bytes.at<quint16>(quint64(peHeader) + 4));
     return QStringLiteral("no library");
 }
 
-QString formatOfThisProgram()
+QString problemOf(const QString &path)
 {
-    QFile file(QCoreApplication::applicationFilePath());
-    return file.open(QIODevice::ReadOnly) ? formatOf(file.read(4096)) : QString();
+    const QFileInfo info(path);
+    if (!info.exists())
+        return QStringLiteral("there is no such file");
+    if (!info.isFile())
+        return QStringLiteral("expected a regular file");
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return file.errorString();
+    if (file.size() == 0)
+        return QStringLiteral("the file is empty");
+    const uchar *const start = file.map(0, file.size());
+    if (!start)
+        return file.errorString();
+    const auto content =
+        QByteArray::fromRawData(reinterpret_cast<const char *>(start), file.size());
+    const QString format = formatOf(content);
+    const QString expected = formatOfThisProgram();
+    if (format != expected)
+        return QStringLiteral("expected %1, found %2").arg(expected, format);
+    if (content.startsWith(Bits64LittleEndian) && !isWhole(content))
+        return QStringLiteral("the file is cut off after %1 bytes").arg(file.size());
+    return {};
 }
 
 std::optional<ElfFile> ElfFile::read(const QByteArray &content)
 {
-    constexpr char Bits64LittleEndian[] = "\x7f"
-                                          "ELF\x02\x01";
     if (!content.startsWith(Bits64LittleEndian))
         return std::nullopt;
     const Bytes bytes(content);

@@ -8,11 +8,12 @@
 
 namespace check {
 
-/// What kind of file a library is: "ELF for x86-64", "PE for x86-64", "no library".
+/// The kind of a library's file: "ELF for x86-64", "PE for x86-64", "no library".
 QString formatOf(const QByteArray &content);
 
-/// The format of libraries that this very program could load.
-QString formatOfThisProgram();
+/// Why this program could not load any library from the file, or an empty text. Reads no more than
+/// headers, and those of regular files only: a pipe or a device may have no end.
+QString problemOf(const QString &path);
 
 /// What the dynamic linker reads from an ELF library of 64 bits. Every offset in the file is
 /// checked: a damaged file gives less, never a crash.

@@ -72,6 +72,13 @@ bool workOnce(Trial &trial)
     return true;
 }
 
+void checkLoad(Trial &trial)
+{
+    const LoadedPlugin plugin(trial.library());
+    trial.expect(plugin.error().isEmpty(), u"a plug-in"_s, plugin.error());
+    trial.summarize(u"loaded by Qt's plug-in loader"_s);
+}
+
 void checkOneObject(Trial &trial)
 {
     LoadedPlugin plugin(trial.library());
@@ -338,6 +345,7 @@ void checkLogHollow(Trial &trial)
 std::vector<Check> lifeChecks()
 {
     return {
+        {loadCheck, "It can be loaded", checkLoad},
         {"2.one-object", "One object, made again after its end, also by a second loader",
          checkOneObject},
         {"2.unload-cycles", "It can be loaded and unloaded any number of times without growth",

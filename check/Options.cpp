@@ -24,7 +24,8 @@ void describe(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(QStringLiteral(
         "Checks a build of the Tessaline plug-in against its contract with host and QML.\n"
-        "Exit code: 0 all passed, 1 a check failed or none ran, 2 the command line is wrong."));
+        "Exit code: 0 all passed, 1 a check failed or none ran, 2 the command line is wrong\n"
+        "or LIBRARY can't be a library for this machine."));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addPositionalArgument(QStringLiteral("LIBRARY"), QStringLiteral("The plug-in's file."));
@@ -41,7 +42,7 @@ void describe(QCommandLineParser &parser)
           QStringLiteral("1..5"), QStringLiteral("5")},
          {QStringLiteral("seed"), QStringLiteral("Where random choices begin."),
           QStringLiteral("number"), QStringLiteral("1")},
-         {QStringLiteral("timeout"), QStringLiteral("Time for each check."),
+         {QStringLiteral("timeout"), QStringLiteral("Processor time for each check."),
           QStringLiteral("seconds"), QStringLiteral("60")},
          {QStringLiteral("json"), QStringLiteral("Writes the results as JSON."),
           QStringLiteral("file")},

@@ -8,7 +8,7 @@
 
 namespace check {
 
-// What only the operating system can tell of this process; one source file a platform.
+// What only the operating system can tell of a process; one source file a platform.
 
 /// Whether the library is mapped into this process, by path or plain name.
 bool isInMemory(const QString &library);
@@ -21,6 +21,10 @@ std::optional<QStringList> openFiles();
 
 /// What has been allocated and not been freed; nothing where it can't be told.
 std::optional<qint64> allocatedBytes();
+
+/// The processor time that a running process has used, in milliseconds; nothing where it can't be
+/// told.
+std::optional<qint64> processorTime(qint64 processId);
 
 /// "signal 11, SIGSEGV" for the exit code of a process that crashed.
 QString describeCrash(int exitCode);

@@ -8,6 +8,7 @@
 
 #include <dlfcn.h>
 #include <malloc.h>
+#include <unistd.h>
 
 namespace check {
 
@@ -62,6 +63,21 @@ std::optional<qint64> allocatedBytes()
 {
     const struct mallinfo2 info = mallinfo2();
     return qint64(info.uordblks) + qint64(info.hblkhd);
+}
+
+std::optional<qint64> processorTime(qint64 processId)
+{
+    QFile file(QStringLiteral("/proc/%1/stat").arg(processId));
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    const QByteArray content = file.readAll();
+    // Behind the name, which is in brackets and may hold anything.
+    const QList<QByteArray> fields = content.mid(content.lastIndexOf(')') + 2).split(' ');
+    constexpr qsizetype userTime = 11;
+    constexpr qsizetype systemTime = 12;
+    const qint64 ticks =
+        fields.value(userTime).toLongLong() + fields.value(systemTime).toLongLong();
+    return ticks * 1000 / sysconf(_SC_CLK_TCK);
 }
 
 QString describeCrash(int exitCode)

@@ -40,6 +40,22 @@ std::optional<qint64> allocatedBytes()
     return std::nullopt;
 }
 
+std::optional<qint64> processorTime(qint64 processId)
+{
+    const HANDLE process =
+        OpenProcess(PROCESS_QUERY_LIMITED_INFORMATION, FALSE, static_cast<DWORD>(processId));
+    FILETIME created = {};
+    FILETIME ended = {};
+    FILETIME inKernel = {};
+    FILETIME inProgram = {};
+    const bool known = GetProcessTimes(process, &created, &ended, &inKernel, &inProgram);
+    CloseHandle(process);
+    const auto milliseconds = [](const FILETIME &time) {
+        return ((qint64(time.dwHighDateTime) << 32) + time.dwLowDateTime) / 10'000;
+    };
+    return known ? std::optional(milliseconds(inKernel) + milliseconds(inProgram)) : std::nullopt;
+}
+
 QString describeCrash(int exitCode)
 {
     return QStringLiteral("exception 0x") + QString::number(uint(exitCode), 16);

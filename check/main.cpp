@@ -1,4 +1,5 @@
 #include "Checks.h"
+#include "LibraryFile.h"
 #include "Options.h"
 #include "Report.h"
 #include "Runner.h"
@@ -49,10 +50,18 @@ int runChecks(const Options &options, const std::vector<Check> &checks)
     // Each leaves the process as a host would not like to find it.
     if (options.inProcess && checks.size() != 1)
         return complain(QStringLiteral("--in-process runs one check; choose it by --include"));
+    const QString problem = problemOf(options.library);
+    if (!problem.isEmpty())
+        return complain(options.library + QStringLiteral(": ") + problem);
     QList<Result> results;
     for (const Check &check : checks) {
         results.append(options.inProcess ? runHere(check, options) : runInChild(check, options));
         print(textOf(results.constLast()));
+        if (results.constLast().name == QLatin1String(loadCheck) &&
+            isFailure(results.constLast().status)) {
+            print(QStringLiteral("The other checks need a library that loads; none was run."));
+            break;
+        }
     }
     print(summaryOf(results));
 

@@ -1,6 +1,7 @@
 # Compiler settings that hold for every target of the project, as one interface target.
 
-option(TESSALINE_SANITIZE "Build with the address and undefined-behaviour sanitizers" OFF)
+option(TESSALINE_SANITIZE "Build with the sanitizers" OFF)
+set(TESSALINE_SANITIZERS address,undefined,float-cast-overflow CACHE STRING "Those to build with")
 option(TESSALINE_COVERAGE "Count executed lines and branches" OFF)
 set(TESSALINE_QT_API 0x060400 CACHE STRING "Do without what this version of Qt has deprecated")
 
@@ -40,9 +41,9 @@ endif()
 
 if(TESSALINE_SANITIZE)
     target_compile_options(tessaline_settings INTERFACE
-        -fsanitize=address,undefined,float-cast-overflow
+        -fsanitize=${TESSALINE_SANITIZERS}
         -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    target_link_options(tessaline_settings INTERFACE -fsanitize=address,undefined)
+    target_link_options(tessaline_settings INTERFACE -fsanitize=${TESSALINE_SANITIZERS})
 endif()
 
 if(TESSALINE_FUZZ)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Configures a preset where that is needed and builds it, quietly unless something goes wrong.
-#   tools/build.sh PRESET [TARGET]
+#   tools/build.sh PRESET [TARGET...]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -12,4 +12,4 @@ quietly() { "$@" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }; }
 
 echo "Building the preset $preset ..."
 [ -f "build/$preset/build.ninja" ] || quietly cmake --preset "$preset"
-quietly cmake --build --preset "$preset" ${2:+--target "$2"}
+quietly cmake --build --preset "$preset" ${2:+--target "${@:2}"}

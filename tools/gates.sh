@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The gates: what tools can tell about the sources without running them.
-#   tools/gates.sh [format|words|names|shell|abi|qml|tidy|clazy ...]     all of them without an argument
+#   tools/gates.sh [format|names|shell|abi|qml|tidy|clazy ...]     all of them without an argument
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -9,14 +9,6 @@ fail() { echo "gate $1: $2" >&2; exit 1; }
 
 gate_format() {
     sources '*.cpp' '*.h' | xargs clang-format-14 --dry-run -Werror
-}
-
-# The project describes itself; it does not lean on papers that its readers do not have.
-gate_words() {
-    local words='\bspec(s|ification|ifications)?\b|\bParts? [1-4](\.[1-5])?\b'
-    if git grep -nIiE "$words" -- .; then
-        fail words "these lines refer to papers outside of the project"
-    fi
 }
 
 # A name that host, server or QML knows stands once, in the table of its side. Comments may quote.
@@ -60,12 +52,12 @@ clang_database() {
     sed 's/ -fno-gnu-unique//' build/release/compile_commands.json >build/release/clang/compile_commands.json
 }
 
-# each_source FOLDERS COMMAND...: in portions of a few files, so that both cores have work to the end
+# each_source FOLDERS TOOL...: in portions of a few files, so that both cores have work to the end
 each_source() {
     local files
     files=$(sources '*.cpp' ':!:tools' | grep -v _win.cpp | grep -E "^($1)/")
     shift
-    xargs -P 2 -n 3 "$@" <<<"$files"
+    xargs -P 2 -n 3 tools/unless-passed.sh "$@" -- <<<"$files"
 }
 
 # What is shipped or run by users; it takes too long for the tests, which clazy and the compiler see.
@@ -81,7 +73,7 @@ gate_clazy() {
         --extra-arg=-Wno-gnu-zero-variadic-macro-arguments --extra-arg=-Werror
 }
 
-for gate in "${@:-format words names shell abi qml tidy clazy}"; do
+for gate in "${@:-format names shell abi qml tidy clazy}"; do
     for name in $gate; do
         echo "Gate: $name"
         "gate_$name"

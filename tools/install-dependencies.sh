@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what building and running need and this machine lacks (Debian 12 packages).
-#   tools/install-dependencies.sh run|test|ci|windows|next
+#   tools/install-dependencies.sh run|test|ci|windows|debian
 set -euo pipefail
 
 run=(g++ cmake ninja-build qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite
@@ -12,15 +12,15 @@ test=("${run[@]}" qml6-module-qttest)
 ci=("${test[@]}" git clang-format-14 clang-tidy-14 clazy clang-14 libclang-rt-14-dev qt6-declarative-dev-tools gcovr)
 windows=(g++-mingw-w64-x86-64-posix wine wine64 cmake ninja-build qt6-base-dev qt6-base-dev-tools
          dpkg-dev perl ca-certificates locales tzdata)
-next=(debootstrap git)
+debian=(debootstrap git)
 
 case "${1:-}" in
     run) wanted=("${run[@]}") ;;
     test) wanted=("${test[@]}") ;;
     ci) wanted=("${ci[@]}") ;;
     windows) wanted=("${windows[@]}") ;;
-    next) wanted=("${next[@]}") ;;
-    *) echo "usage: $0 run|test|ci|windows|next" >&2; exit 2 ;;
+    debian) wanted=("${debian[@]}") ;;
+    *) echo "usage: $0 run|test|ci|windows|debian" >&2; exit 2 ;;
 esac
 
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then

@@ -35,8 +35,9 @@ quietly() { "$@" >>"$log" 2>&1 || { tail -n 40 "$log" >&2; exit 1; }; }
 
 # The machine's own lists stay as they are.
 mkdir -p "$work/lists/partial" "$work/archives/partial"
+source tools/mirror.sh
 keyring=/usr/share/keyrings/debian-archive-keyring.gpg
-echo "deb-src [signed-by=$keyring] http://deb.debian.org/debian bookworm main" >"$work/sources.list"
+echo "deb-src [signed-by=$keyring] $mirror bookworm main" >"$work/sources.list"
 apt=(apt-get -o "Dir::Etc::SourceList=$work/sources.list" -o Dir::Etc::SourceParts=-
     -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work" -o APT::Sandbox::User=root)
 echo "Getting the source package of Qt $version ..." >&2

@@ -148,7 +148,7 @@ Options Options::parse(const QStringList &arguments)
     options.dataFolder = parser.text("data");
     options.importFile = parser.readableFile("import");
     options.screenshotFile = parser.text("screenshot");
-    options.replayFile = parser.text("replay");
+    options.replayFile = parser.readableFile("replay");
     options.picturesFolder = parser.text("pictures");
     options.pluginPath = parser.text("library");
     options.logFile = parser.text("log");

@@ -2,24 +2,27 @@
 
 #include "Protocol.h"
 
+#include <future>
+
 namespace workbench {
 
 StationThread::StationThread(const QList<StationConfig> &stations)
     : m_stations(stations)
 {
     m_thread.setObjectName(QStringLiteral("stations"));
-    m_worker.moveToThread(&m_thread);
     m_thread.start();
 }
 
 StationThread::~StationThread()
 {
     m_ending = true;
-    const auto end = [this] {
+    std::promise<void> closed;
+    m_jobs.post([&] {
         m_site.reset();
         m_thread.quit();
-    };
-    QMetaObject::invokeMethod(&m_worker, end, Qt::QueuedConnection);
+        closed.set_value();
+    });
+    closed.get_future().wait(); // which the thread sanitizer sees, unlike QThread's
     m_thread.wait();
 }
 
@@ -73,11 +76,10 @@ void StationThread::setSettingPermission(bool permission)
 
 void StationThread::post(const std::function<void()> &job)
 {
-    const auto unlessEnding = [=] {
+    m_jobs.post([=] {
         if (!m_ending)
             job();
-    };
-    QMetaObject::invokeMethod(&m_worker, unlessEnding, Qt::QueuedConnection);
+    });
 }
 
 } // namespace workbench

@@ -2,6 +2,7 @@
 
 #include "AsyncServer.h"
 #include "Site.h"
+#include "framework/Mailbox.h"
 
 #include <QtCore/QObject>
 #include <QtCore/QThread>
@@ -60,7 +61,7 @@ private:
     std::unique_ptr<Site> m_site; ///< made, used and destroyed in the thread
     std::atomic_bool m_ending = false;
     QThread m_thread;
-    QObject m_worker; ///< lives in the thread
+    standin::Mailbox m_jobs{&m_thread};
 };
 
 } // namespace workbench

@@ -8,6 +8,8 @@
 
 #include <QtGui/QGuiApplication>
 
+#include <optional>
+
 using namespace workbench;
 
 namespace {
@@ -29,19 +31,19 @@ int run(Options options)
     const bool seen = QGuiApplication::platformName() != QLatin1String("offscreen");
     if (options.frameTimes)
         return measureFrameTimes(options);
-    replay::Result replay;
+    std::optional<replay::Result> replay;
     if (!options.replayFile.isEmpty()) {
         replay = playRecording(options);
-        if (!seen || !replay.error.isEmpty())
-            return replay.exitCode();
+        if (!seen || !replay->error.isEmpty())
+            return replay->exitCode();
     }
     if (options.tour || (!seen && options.screenshotFile.isEmpty()))
         return playTour(options);
     if (options.dataFolder.isEmpty())
         options.dataFolder = options.ownDataFolder();
-    const QStringList report = options.replayFile.isEmpty() ? QStringList() : replay.report();
+    const QStringList report = replay ? replay->report() : QStringList();
     const int code = WindowProgram(options, report).run();
-    return code ? code : replay.exitCode();
+    return code || !replay ? code : replay->exitCode();
 }
 
 } // namespace

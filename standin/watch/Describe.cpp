@@ -16,7 +16,7 @@ QString escaped(const QString &text)
         if (c.unicode() >= 0x20 && c.unicode() < 0x7f)
             result += c;
         else
-            result += u"\\u%1"_s.arg(c.unicode(), 4, 16, QLatin1Char('0'));
+            result += u"\\u%1"_s.arg(int(c.unicode()), 4, 16, QLatin1Char('0'));
     }
     return result;
 }

@@ -13,6 +13,10 @@
 #include <QtCore/QXmlStreamReader>
 #include <QtTest/QTest>
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
 using namespace Qt::StringLiterals;
 using check::Status;
 
@@ -50,6 +54,8 @@ class TestChecker : public QObject
 {
     Q_OBJECT
 
+    QTemporaryDir m_folder;
+
 private Q_SLOTS:
     void tellsWhatAFileIs_data()
     {
@@ -64,7 +70,11 @@ private Q_SLOTS:
                              << u"ELF for ARM64"_s;
         QTest::newRow("strange ELF") << QByteArray("\x7f"
                                                    "ELF")
-                                     << u"ELF for another machine"_s;
+                                     << u"ELF for another machine (damaged header)"_s;
+        QTest::newRow("ELF of 32 bits") << header("\x7f"
+                                                  "ELF\x01\x01",
+                                                  18, QByteArray("\x3e\0", 2))
+                                        << u"ELF for x86-64 (32 bits)"_s;
         QTest::newRow("text") << QByteArray("#!/bin/sh") << u"no library"_s;
         QTest::newRow("nothing") << QByteArray() << u"no library"_s;
     }
@@ -207,23 +217,50 @@ two libraries   | lib other              | one library is needed; see --help)"_s
         QCOMPARE(options.has_value(), error.isEmpty());
     }
 
+#ifdef Q_OS_UNIX
+    void refusesFilesAtOnce_data();
+    void refusesFilesAtOnce();
+#endif
+
+    void libraryThatDoesNotLoadIsReportedOnce()
+    {
+        QProcess process;
+        process.start(QStringLiteral(CHECKER),
+                      {QStringLiteral(CHECKER), u"--include"_s, u"^[2-5]"_s});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitCode(), 1);
+        const QByteArray output = process.readAllStandardOutput();
+        QVERIFY2(output.startsWith("fail    2.load ") && output.endsWith("\n1 checks: 1 fail\n"),
+                 output.constData());
+    }
+
+#ifdef SLOW_START
+    void waitingForTheProcessorDoesNotTimeOut()
+    {
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"LD_PRELOAD"_s, QStringLiteral(SLOW_START));
+        process.setProcessEnvironment(environment);
+        process.start(QStringLiteral(CHECKER), {QStringLiteral(TESSALINE_PLUGIN_PATH),
+                                                u"--timeout=1"_s, u"--include=1.exports"_s});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.readAllStandardOutput().left(13), QByteArray("pass    1.exp"));
+    }
+#endif
+
     void endsWithTheRightCode_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("code");
         const QString library = QStringLiteral(TESSALINE_PLUGIN_PATH);
         QTest::newRow("list") << QStringList{u"--list"_s} << 0;
-        QTest::newRow("passed") << QStringList{library, u"--include"_s, u"1.format"_s} << 0;
+        QTest::newRow("passed") << QStringList{library, u"--include"_s, u"1.exports"_s} << 0;
         QTest::newRow("one in this process")
             << QStringList{library, u"--in-process"_s, u"--include"_s, u"3.class"_s} << 0;
         QTest::newRow("several in this process") << QStringList{library, u"--in-process"_s} << 2;
         QTest::newRow("nothing ran") << QStringList{library, u"--include"_s, u"none"_s} << 1;
         QTest::newRow("not of this level")
             << QStringList{library, u"--level"_s, u"2"_s, u"--include"_s, u"3.class"_s} << 1;
-        QTest::newRow("no such file")
-            << QStringList{u"none.so"_s, u"--include"_s, u"1.metadata"_s} << 1;
-        QTest::newRow("no library")
-            << QStringList{QStringLiteral(CHECKER), u"--include"_s, u"3.class"_s} << 1;
         QTest::newRow("no argument") << QStringList{} << 2;
         QTest::newRow("bad level") << QStringList{library, u"--level"_s, u"6"_s} << 2;
         QTest::newRow("bad pattern") << QStringList{library, u"--include"_s, u"("_s} << 2;
@@ -238,6 +275,51 @@ two libraries   | lib other              | one library is needed; see --help)"_s
         QTEST(process.exitCode(), "code");
     }
 };
+
+#ifdef Q_OS_UNIX
+/// One line and exit code 2 for a file that no check can be run on.
+void TestChecker::refusesFilesAtOnce_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("problem");
+    const QByteArray whole = contentOf(QStringLiteral(TESSALINE_PLUGIN_PATH));
+    const auto file = [&](const char *title, const QByteArray &content, const QString &problem) {
+        const QString path = m_folder.filePath(QLatin1String(title));
+        QFile written(path);
+        if (!written.open(QIODevice::WriteOnly) || written.write(content) != content.size())
+            qFatal("%s can't be written", qPrintable(path));
+        QTest::newRow(title) << path << problem;
+    };
+    const auto patched = [&](const char *title, qsizetype at, char byte, const QString &found) {
+        file(title, QByteArray(whole).replace(at, 1, &byte, 1),
+             u"expected ELF for x86-64, found "_s + found);
+    };
+    patched("32 bits", 4, 1, u"ELF for x86-64 (32 bits)"_s);
+    patched("other byte order", 5, 2, u"ELF for x86-64 (big-endian)"_s);
+    patched("no ELF", 0, 'E', u"no library"_s);
+    for (const qsizetype size : {qsizetype(64), whole.size() / 2, whole.size() - 1})
+        file(qPrintable(QString::number(size)), whole.first(size),
+             u"the file is cut off after %1 bytes"_s.arg(size));
+    file("empty", {}, u"the file is empty"_s);
+    const QString pipe = m_folder.filePath(u"pipe"_s);
+    mkfifo(qPrintable(pipe), 0600);
+    for (const QString &other : {pipe, u"/dev/zero"_s, u"/"_s})
+        QTest::newRow(qPrintable(other)) << other << u"expected a regular file"_s;
+    QTest::newRow("missing") << u"/none.so"_s << u"there is no such file"_s;
+}
+void TestChecker::refusesFilesAtOnce()
+{
+    QFETCH(const QString, path);
+    QFETCH(const QString, problem);
+    QProcess process;
+    process.start(QStringLiteral(CHECKER), {path});
+    QVERIFY(process.waitForFinished());
+    QCOMPARE(process.readAllStandardError(),
+             u"tessaline-check: %1: %2\n"_s.arg(path, problem).toLocal8Bit());
+    QCOMPARE(process.readAllStandardOutput(), QByteArray());
+    QCOMPARE(process.exitCode(), 2);
+}
+#endif
 
 QTEST_GUILESS_MAIN(TestChecker)
 #include "tst_checker.moc"

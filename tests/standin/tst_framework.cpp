@@ -2,12 +2,12 @@
 #include "framework/Framework.h"
 
 #include <QtCore/QRegularExpression>
-#include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtTest/QTest>
 
 #include <functional>
 #include <memory>
+#include <thread>
 #include <utility>
 
 using namespace Qt::Literals::StringLiterals;
@@ -84,12 +84,11 @@ public:
 
     void goOn()
     {
-        const std::unique_ptr<QThread> thread(QThread::create([this] {
+        std::thread thread([this] {
             for (const auto &call : std::exchange(m_calls, {}))
                 call();
-        }));
-        thread->start();
-        thread->wait();
+        });
+        thread.join();
     }
 
 private:

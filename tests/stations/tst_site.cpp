@@ -47,6 +47,7 @@ private Q_SLOTS:
     void failingStationHidesNothing();
     void onlyOtherClientsRaiseEvents();
     void openingNamesWhatIsWrong();
+    void emptiedFileIsReportedAndKept();
 };
 
 void TestSite::init()
@@ -203,6 +204,28 @@ void TestSite::openingNamesWhatIsWrong()
     const QString noFolder = refusal(file, {});
     QVERIFY2(noFolder.startsWith(file + u": cannot"_s), qPrintable(noFolder));
     QCOMPARE(refusal(m_folder->filePath(u"new/folder"_s), {u"x"_s.repeated(5000)}), u"none"_s);
+}
+
+void TestSite::emptiedFileIsReportedAndKept()
+{
+    m_site.reset();
+    const QString path = m_folder->filePath(Site::fileNameOf(u"../west"_s));
+    QFile log(path + u"-wal"_s);
+    QVERIFY(log.open(QIODevice::WriteOnly) && log.write("log") == 3);
+    log.close();
+    for (const QString &kept : {path + u".emptied"_s, path + u".emptied-2"_s}) {
+        QVERIFY(QFile::resize(path, 0));
+        open();
+        QCOMPARE(m_site->notices().size(), 1);
+        for (const QString &name : {path, kept})
+            QVERIFY2(m_site->notices().constFirst().contains(name + u' '), qPrintable(name));
+        QVERIFY(QFile::exists(kept));
+        QCOMPARE(ask(u"QueryAllBookmars@../west {}"_s), u"0 {Bookmarks: []}"_s);
+        m_site.reset();
+    }
+    QCOMPARE(QFileInfo(path + u".emptied-wal"_s).size(), 3);
+    open();
+    QCOMPARE(m_site->notices(), QStringList());
 }
 
 QTEST_GUILESS_MAIN(TestSite)

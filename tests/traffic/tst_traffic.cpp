@@ -12,6 +12,7 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QTimeZone>
 #include <QtQml/QQmlEngine>
@@ -198,21 +199,43 @@ unsent    | answer',RemoveAll     | request':    | request':9     | a command to
     {
         const QStringList lines =
             m_lines.mid(0, 3) +
-            QStringList{u"{\"kind\":"_s, u"7"_s, u""_s, u"{\"kind\":\"dream\"}"_s,
-                        u"{\"kind\":\"signal\",\"value\":{\"$type\":\"x\"}}"_s} +
+            QStringList{u"{\"kind\":"_s,
+                        u"7"_s,
+                        u""_s,
+                        u"{\"kind\":\"dream\"}"_s,
+                        u"{\"kind\":\"signal\",\"value\":{\"$type\":\"x\"}}"_s,
+                        u"{\"kind\":\"connection\",\"depth\":-1}"_s,
+                        u"{\"kind\":\"connection\",\"depth\":501}"_s} +
             m_lines.mid(3);
         const replay::Result result = replayed(write(lines));
         QList<int> numbers;
         for (const Recording::BadLine &bad : result.badLines)
             numbers.append(bad.number);
-        QCOMPARE(numbers, (QList<int>{4, 5, 7, 8}));
+        QCOMPARE(numbers, (QList<int>{4, 5, 7, 8, 9, 10}));
         QVERIFY(result.differences.isEmpty());
         QCOMPARE(result.exitCode(), 1);
     }
 
+    void deeplyNestedCallsAreReplayedUpToALimit()
+    {
+        // Each call sends a command, from inside which comes the next call.
+        const qsizetype call = lineWith({u"call"_s, u"addBookmark\""_s});
+        QStringList lines{m_lines.constFirst()};
+        for (int depth = 0; depth < 20'000; ++depth) {
+            lines.append(m_lines.at(call + depth % 2));
+            lines.last().replace(QRegularExpression(u"\"depth\":\\d+"_s),
+                                 u"\"depth\":%1"_s.arg(depth));
+        }
+        const replay::Result result = replayed(write(lines));
+        QCOMPARE(result.inputs + result.outputs, Recording::MaxDepth + 1);
+        QCOMPARE(result.badLines.size(), 20'000 - (Recording::MaxDepth + 1));
+    }
+
     void refusesOtherFiles()
     {
-        for (const QString &file : {m_folder.filePath(u"none"_s), write({u"{}"_s})}) {
+        const QString longLine = QString(17 * 1024 * 1024, u' ') + m_lines.constFirst();
+        for (const QString &header : {QString(), u"{}"_s, longLine}) {
+            const QString file = header.isEmpty() ? m_folder.filePath(u"none"_s) : write({header});
             const replay::Result result = replayed(file);
             QVERIFY2(result.error.startsWith(file), qPrintable(result.error));
             QCOMPARE(result.exitCode(), 2);

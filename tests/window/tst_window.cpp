@@ -7,13 +7,14 @@
 #include "StationThread.h"
 
 #include <QtCore/QFileInfo>
-#include <QtCore/QSemaphore>
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
 #include <QtQml/QQmlContext>
 #include <QtQml/QQmlEngine>
 #include <QtQuickControls2/QQuickStyle>
 #include <QtQuickTest/quicktest.h>
+
+#include <future>
 
 using namespace workbench;
 namespace command = protocol::command;
@@ -150,12 +151,12 @@ private:
     /// Waits until the stations have done it.
     void perform(const std::function<void(Site &)> &job)
     {
-        QSemaphore done;
+        std::promise<void> done;
         m_stations.perform([&](Site &site) {
             job(site);
-            done.release();
+            done.set_value();
         });
-        done.acquire();
+        done.get_future().wait();
     }
 
     StationThread &m_stations;

@@ -55,6 +55,22 @@ class TestWorkbench : public QObject
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
+    /// The bookmarks of all stations.
+    static int storedIn(const QString &folder)
+    {
+        int stored = 0;
+        const QFileInfoList files = QDir(folder).entryInfoList({u"*.sqlite"_s});
+        for (const QFileInfo &file : files) {
+            QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s);
+            database.setDatabaseName(file.filePath());
+            if (!database.open())
+                qFatal("%s can't be opened", qPrintable(file.filePath()));
+            QSqlQuery query(u"SELECT count(*) FROM bookmark"_s, database);
+            stored += query.next() ? query.value(0).toInt() : 0;
+        }
+        return stored;
+    }
+
 private Q_SLOTS:
     void initTestCase() { qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder.path())); }
 
@@ -85,6 +101,33 @@ private Q_SLOTS:
         const Run second = run(data);
         QVERIFY2(second.exitCode == 0, qPrintable(second.output + second.errors));
         QVERIFY(second.output.contains("\"Description\":\"kept\""_L1));
+
+        const QFileInfoList databases = QDir(data.at(1)).entryInfoList({u"relay-1*.sqlite"_s});
+        QVERIFY(QFile::resize(databases.constFirst().filePath(), 0));
+        const Run third = run(data);
+        QCOMPARE(third.exitCode, 0);
+        QVERIFY2(third.errors.contains("had 0 bytes"_L1), qPrintable(third.errors));
+    }
+
+    void interruptedFirstDataIsMadeAgain()
+    {
+        const QString data = m_folder.filePath(u"interrupted"_s);
+        const QStringList arguments{u"--data"_s, data, u"--screenshot"_s,
+                                    m_folder.filePath(u"b.png"_s)};
+        QProcess process;
+        process.start(QStringLiteral(WORKBENCH_PATH),
+                      arguments + QStringList{u"--bookmarks=1000000"_s});
+        process.setReadChannel(QProcess::StandardError);
+        QTRY_VERIFY_WITH_TIMEOUT(process.peek(1000).contains("Making the first bookmarks"), 60'000);
+        process.kill();
+        QVERIFY(process.waitForFinished());
+
+        for (const bool first : {true, false}) {
+            const Run again = run(arguments + QStringList{u"--bookmarks=30"_s});
+            QVERIFY2(again.exitCode == 0, qPrintable(again.errors));
+            QCOMPARE(again.errors.contains("interrupted"_L1), first);
+            QCOMPARE(storedIn(data), 30);
+        }
     }
 
     void refusesToBegin_data()
@@ -121,8 +164,8 @@ private Q_SLOTS:
         values(u"--bookmarks"_s, {u"-1"_s, u"1000001"_s, u"1e3"_s},
                u"a whole number from 0 to 1000000"_s);
         values(u"--seed"_s, {u"-1"_s, u"4294967296"_s}, u"a whole number from 0 to 4294967295"_s);
-        values(u"--import"_s, {u"/none.csv"_s, u"/"_s}, u"a file that can be read"_s);
-        row("no such recording", {u"--replay=/none.jsonl"_s}, u"/none.jsonl"_s);
+        for (const QString &option : {u"--import"_s, u"--replay"_s})
+            values(option, {u"/none"_s, u"/"_s, u"/dev/zero"_s}, u"a file that can be read"_s);
 
         const auto patched = [&](const char *name, const QByteArray &before,
                                  const QByteArray &after, const QString &complaint) {
@@ -172,7 +215,9 @@ private Q_SLOTS:
         QCOMPARE(other.exitCode, 1);
         QVERIFY2(other.output.contains(file + ":2: expected"_L1), qPrintable(other.output));
         write(u"s.jsonl"_s, session.left(session.indexOf('\n') + 1));
-        QCOMPARE(run({u"--replay"_s, file}).exitCode, 0);
+        const Run empty = run({u"--replay"_s, file});
+        QCOMPARE(empty.exitCode, 1);
+        QVERIFY2(empty.output.contains("nothing was compared"_L1), qPrintable(empty.output));
     }
 
     /// Every input reaches what it is meant for, and a frame shows it.

@@ -2,10 +2,12 @@
 
 #include "CsvImport.h"
 #include "FirstData.h"
+#include "Protocol.h"
 #include "StationThread.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
+#include <QtCore/QFile>
 #include <QtCore/QLocale>
 
 #include <functional>
@@ -20,6 +22,22 @@ using Report = std::function<bool(const QString &activity, double progress)>;
 bool holdsStations(const QString &folder)
 {
     return !QDir(folder).entryList({QStringLiteral("*.sqlite")}, QDir::Files).isEmpty();
+}
+
+/// A file in the data folder for as long as the first bookmarks are not complete.
+QString markOfUnfinished(const QString &folder)
+{
+    return QDir(folder).filePath(QStringLiteral("first-bookmarks.unfinished"));
+}
+
+/// The bookmarks of an interrupted start: nobody has worked with them yet.
+void removeUnfinished(const Site &site, Preparation::Outcome &outcome)
+{
+    const QList<Station *> stations = site.stations();
+    for (Station *const station : stations)
+        station->execute(protocol::command::RemoveAllBookmarks, QVariant());
+    outcome.messages.append(Preparation::tr(
+        "Making the first bookmarks was interrupted last time. They were made again."));
 }
 
 void makeFirstData(Site &site, const Preparation::Plan &plan, const Report &report,
@@ -92,13 +110,20 @@ void Preparation::start()
         mailbox->post([=] { show(text, progress); });
         return !*cancelled;
     };
-    const bool isNew = !holdsStations(m_plan.folder);
+    const QString mark = markOfUnfinished(m_plan.folder);
+    const bool interrupted = QFile::exists(mark);
+    const bool isNew = interrupted || !holdsStations(m_plan.folder);
+    if (isNew && m_plan.bookmarks > 0 && QDir().mkpath(m_plan.folder))
+        QFile(mark).open(QIODevice::WriteOnly);
     m_stations.open(m_plan.folder, [=, mailbox = m_mailbox, cancelled = m_cancelled,
                                     plan = m_plan](Site *site, const QString &error) {
         Outcome outcome;
         outcome.error = error;
         if (site) {
             outcome.defects = site->defects();
+            outcome.messages = site->notices();
+            if (interrupted)
+                removeUnfinished(*site, outcome);
             if (isNew && plan.bookmarks > 0)
                 makeFirstData(*site, plan, report, outcome);
             if (!plan.importFile.isEmpty() && !*cancelled)
@@ -119,6 +144,8 @@ void Preparation::finish(const Outcome &outcome)
 {
     m_outcome = outcome;
     m_running = false;
+    if (outcome.error.isEmpty())
+        QFile::remove(markOfUnfinished(m_plan.folder));
     Q_EMIT runningChanged();
     Q_EMIT finished();
 }

@@ -5,6 +5,7 @@
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QSet>
 #include <QtSql/QSqlError>
 #include <QtSql/QSqlQuery>
@@ -56,6 +57,21 @@ std::unique_ptr<BookmarkStore> BookmarkStore::open(const QString &path, QString 
         return nullptr;
     }
     return store;
+}
+
+QString BookmarkStore::renameEmptied(const QString &path)
+{
+    const QFileInfo file(path);
+    if (!file.isFile() || file.size() != 0)
+        return QString();
+    QString renamed = path + QLatin1String(".emptied");
+    for (int number = 2; QFile::exists(renamed); ++number)
+        renamed = QStringLiteral("%1.emptied-%2").arg(path).arg(number);
+    if (!QFile::rename(path, renamed))
+        return QString();
+    for (const char *journal : {"-wal", "-shm", "-journal"})
+        QFile::rename(path + QLatin1String(journal), renamed + QLatin1String(journal));
+    return renamed;
 }
 
 BookmarkStore::BookmarkStore(const QString &path)

@@ -43,6 +43,9 @@ public:
     /// Opens the file, creates it when there is none. Null with @p error, which names the file,
     /// for one that isn't a station's, is damaged or is of a newer version; it stays untouched.
     static std::unique_ptr<BookmarkStore> open(const QString &path, QString *error);
+    /// Renames a file of 0 bytes and its journals: SQLite would take it for a new file, and delete
+    /// the log that may hold its bookmarks. Returns the new name, or an empty text for other files.
+    static QString renameEmptied(const QString &path);
     ~BookmarkStore();
     Q_DISABLE_COPY_MOVE(BookmarkStore)
 

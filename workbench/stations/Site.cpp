@@ -57,6 +57,13 @@ std::unique_ptr<Site> Site::open(const QString &folder, const QList<StationConfi
                          .arg(QDir::toNativeSeparators(config.filePath), config.relayPath);
             return nullptr;
         }
+        const QString renamed = BookmarkStore::renameEmptied(config.filePath);
+        if (!renamed.isEmpty())
+            site->m_notices.append(
+                QStringLiteral("%1 had 0 bytes: its bookmarks are lost, and a new file was made. "
+                               "The old one is %2 now.")
+                    .arg(QDir::toNativeSeparators(config.filePath),
+                         QDir::toNativeSeparators(renamed)));
         QString defect;
         std::unique_ptr<Station> station = Station::open(config, &defect);
         if (!station) {

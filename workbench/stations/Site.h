@@ -25,6 +25,8 @@ public:
 
     /// What is wrong with the files of the stations that always fail; each names its file.
     QStringList defects() const { return m_defects; }
+    /// Files that were found empty and made anew, a line each.
+    QStringList notices() const { return m_notices; }
 
     /// Name of the file for a relay path: fit for every file system, different for each path.
     static QString fileNameOf(const QString &relayPath);
@@ -70,6 +72,7 @@ private:
 
     std::vector<std::unique_ptr<Station>> m_stations;
     QStringList m_defects;
+    QStringList m_notices;
     QByteArray m_timeZone;
     bool m_settingPermission = true;
 };

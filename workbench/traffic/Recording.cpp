@@ -21,6 +21,7 @@ using Kind = TrafficEntry::Kind;
 
 const QLatin1String Format("tessaline-recording");
 constexpr int Version = 1;
+constexpr qint64 MaxHeaderSize = 16'777'216; // bytes, for a large device tree
 
 QJsonObject toJson(const Recording::Header &header)
 {
@@ -91,6 +92,11 @@ QString readEntry(const QByteArray &line, TrafficEntry *entry)
     if (!document.isObject())
         return QStringLiteral("expected a JSON object: %1").arg(parsing.errorString());
     const QJsonObject json = document.object();
+    entry->depth = json.value(QLatin1String("depth")).toInt();
+    if (entry->depth < 0 || entry->depth > Recording::MaxDepth)
+        return QStringLiteral("expected a depth from 0 to %1, found %2")
+            .arg(Recording::MaxDepth)
+            .arg(entry->depth);
     const QString kind = json.value(QLatin1String("kind")).toString();
     if (!kindOf(kind, &entry->kind))
         return QStringLiteral("unknown kind \"%1\"").arg(kind);
@@ -104,7 +110,6 @@ QString readEntry(const QByteArray &line, TrafficEntry *entry)
     entry->result = *result;
     entry->sequence = static_cast<quint64>(json.value(QLatin1String("n")).toInteger());
     entry->elapsed = json.value(QLatin1String("ms")).toInteger();
-    entry->depth = json.value(QLatin1String("depth")).toInt();
     entry->name = json.value(QLatin1String("name")).toString();
     entry->request = static_cast<quint64>(json.value(QLatin1String("request")).toInteger());
     entry->context = json.value(QLatin1String("context")).toInt();
@@ -137,7 +142,8 @@ std::optional<Recording> Recording::read(const QString &path, QString *error)
         *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), file.errorString());
         return std::nullopt;
     }
-    const auto header = headerFromJson(QJsonDocument::fromJson(file.readLine()).object());
+    const auto header =
+        headerFromJson(QJsonDocument::fromJson(file.readLine(MaxHeaderSize)).object());
     if (!header) {
         *error = QStringLiteral("%1:1: expected the format \"%2\", version %3")
                      .arg(QDir::toNativeSeparators(path), Format)

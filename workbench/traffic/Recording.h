@@ -14,6 +14,9 @@ namespace workbench {
 /// A session with the plug-in as a file of JSON lines; docs/recordings.md describes the form.
 struct Recording
 {
+    /// The deepest nesting that can be replayed: each level needs some of the stack.
+    static constexpr int MaxDepth = 500;
+
     /// What the session depended on.
     struct Header
     {

@@ -349,7 +349,7 @@ int Result::exitCode() const
 {
     if (!error.isEmpty())
         return 2;
-    return differences.isEmpty() && badLines.isEmpty() ? 0 : 1;
+    return differences.isEmpty() && badLines.isEmpty() && !isEmpty() ? 0 : 1;
 }
 
 QStringList Result::report() const
@@ -367,6 +367,9 @@ QStringList Result::report() const
                          .arg(file)
                          .arg(difference.line)
                          .arg(difference.expected, difference.found));
+    if (isEmpty())
+        lines.append(
+            QStringLiteral("%1: nothing was compared, as no line of it can be used").arg(file));
     lines.append(
         QStringLiteral("%1 inputs given, %2 outputs compared: %3 differences, %4 bad lines.")
             .arg(inputs)

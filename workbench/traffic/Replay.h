@@ -30,8 +30,10 @@ struct Result
     int inputs = 0;  ///< calls, connections, answers and events that were given to the plug-in
     int outputs = 0; ///< commands and signals that were compared
 
-    /// 0: the same, 1: different or with bad lines, 2: not begun.
+    /// 0: the same, 1: different, with bad lines or without any use, 2: not begun.
     int exitCode() const;
+    /// Whether the recording had nothing to give to the plug-in and nothing to compare.
+    bool isEmpty() const { return inputs == 0 && outputs == 0; }
     /// In words, a line each.
     QStringList report() const;
 };

@@ -1,27 +1,32 @@
 #!/usr/bin/env bash
-# Runs a command on a copy of this tree in Debian 13, which has Qt 6.8. Its root folder is made by
-# debootstrap, once for a machine. Needs root, with the right to mount /proc: programs find the
-# libraries of the build by it.
-#   tools/next-debian.sh COMMAND...
-#   tools/next-debian.sh --if-made     fails where the root folder has not been made yet
+# Runs a command on a copy of this tree in another Debian release. debootstrap makes its root folder
+# once for a machine, from the mirror in tools/mirror.sh. Needs root, with the right to mount /proc:
+# programs find the libraries of the build by it.
+#   tools/debian.sh SUITE COMMAND...
+#   tools/debian.sh SUITE --if-made     fails where the root folder has not been made yet
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source tools/cache.sh
 
-root=$cache/debian-13
-if [ "${1:-}" = --if-made ]; then
+suite=$1
+root=$cache/debian-$suite
+if [ "${2:-}" = --if-made ]; then
     [ -f "$root/made" ]
     exit
 fi
-[ "$(id -u)" = 0 ] || exec sudo TESSALINE_CACHE="$cache" "$0" "$@"
+[ "$(id -u)" = 0 ] || exec sudo TESSALINE_CACHE="$cache" TESSALINE_MIRROR="${TESSALINE_MIRROR:-}" "$0" "$@"
+shift
 
 if [ ! -f "$root/made" ]; then
-    echo "Making a root folder with Debian 13 ..." >&2
+    source tools/mirror.sh
+    echo "Making a root folder with Debian $suite ..." >&2
     rm -rf "$root"
     mkdir -p "$cache"
-    debootstrap --variant=minbase --include=ca-certificates,locales trixie "$root" \
-        http://deb.debian.org/debian >"$cache/debootstrap.log" 2>&1 ||
+    debootstrap --variant=minbase --include=ca-certificates,locales "$suite" "$root" \
+        "$mirror" >"$cache/debootstrap.log" 2>&1 ||
         { tail -n 40 "$cache/debootstrap.log" >&2; exit 1; }
+    # A mirror may be a few days behind: its lists are still the ones that the folder was made from.
+    echo 'Acquire::Check-Valid-Until "false";' >"$root/etc/apt/apt.conf.d/90mirror"
     for locale in en_US de_DE; do # Qt complains of locales that are not there
         chroot "$root" localedef -i "$locale" -f UTF-8 "$locale.UTF-8"
     done

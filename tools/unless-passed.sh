@@ -1,0 +1,40 @@
+#!/usr/bin/env bash
+# Runs a tool of clang on source files and skips those that passed before on this machine: with the
+# same tool, the same settings, and the same text of the file and of all its headers.
+#   tools/unless-passed.sh TOOL ARGUMENTS... -- FILE...      TESSALINE_AGAIN=1 skips none
+set -euo pipefail
+cd "$(dirname "$0")/.."
+source tools/cache.sh
+
+tool=()
+while [ "$1" != -- ]; do
+    tool+=("$1")
+    shift
+done
+shift
+passed=$cache/passed
+mkdir -p "$passed"
+
+# The text that the tool reads: with all headers, with comments, and with macros as they are written.
+text_of() {
+    local command
+    command=$(grep -B 1 -F "\"file\": \"$PWD/$1\"" build/release/compile_commands.json |
+        sed -n '/"command"/{s/^ *"command": "//; s/",$//; s/\\\(.\)/\1/g
+            s/ -o [^ ]* -c / -E -fdirectives-only -P /; p; q}')
+    [ -n "$command" ] || { echo "$0: $1 is not in the preset release" >&2; return 1; }
+    (cd build/release && eval "$command") | sed "s,$PWD,,g"
+}
+
+key_of() {
+    { printf '%s\n' "${tool[@]}" && "${tool[0]}" --version && cat .clang-tidy && text_of "$1"; } |
+        sha256sum | cut -d' ' -f1
+}
+
+status=0
+for file; do
+    key=$passed/$(key_of "$file")
+    if [ ! -f "$key" ] || [ -n "${TESSALINE_AGAIN:-}" ]; then
+        "${tool[@]}" "$file" && touch "$key" || status=1
+    fi
+done
+exit "$status"
