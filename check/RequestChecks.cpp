@@ -21,6 +21,18 @@ void checkSingleRequests(Trial &trial)
              "addBookmark('c', 'l', 'A', 1704067200000, 1704067260000, 'd', 'me', 'g')",
              R"(send AddBookmark@A {CameraID: QString "c", Creator: QString "me", Description: QString "d", EndTimestamp: qlonglong 1704067260000, Group: QString "g", LocationID: QString "l", StartTimestamp: qlonglong 1704067200000}
                 = bool true)"},
+            {"blanks stay", "grant",
+             "addBookmark(' c ', ' l ', ' A', 1, 2, ' d ', ' me ', ' g ')\nupdateBookmark(' b ', ' d ', ' g ')\ndeleteBookmark(' b ', ' A')\nremoveAllBookmarks(' A')\nqueryBookmarkForRecent(' c ', ' A', 1)",
+             R"(send AddBookmark@ A {CameraID: QString " c ", Creator: QString " me ", Description: QString " d ", EndTimestamp: qlonglong 2, Group: QString " g ", LocationID: QString " l ", StartTimestamp: qlonglong 1}
+                = bool true
+                send UpdateBookmark@ {BookmarkID: QString " b ", Description: QString " d ", Group: QString " g "}
+                = bool true
+                send DeleteBookmark@ A {BookmarkID: QString " b "}
+                = bool true
+                send RemoveAllBookmarks@ A invalid
+                = bool true
+                send QueryBookmarkForRecent@ A {LocationID: QString " c ", RecentCnt: int 1}
+                = bool true)"},
             {"empty fields, end before start", "",
              "addBookmark('c', '', '', 2000, 1000, '', '', '')",
              R"(send AddBookmark@ {CameraID: QString "c", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 1000, Group: QString "", LocationID: QString "", StartTimestamp: qlonglong 2000}
@@ -113,6 +125,13 @@ void checkBatchRequests(Trial &trial)
             {"doubles and no map", "",
              "addBookmarks([{'CameraID': '1', 'LocationID': 'l'}, 5, {'CameraID': '1', 'LocationID': 'l'}, {'CameraID': '1', 'LocationID': 'k'}], 1, 2, '', '', '')",
              R"(send AddBookmarks@ [{CameraID: QString "1", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "l", StartTimestamp: qlonglong 1}, {CameraID: QString "", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "", StartTimestamp: qlonglong 1}, {CameraID: QString "1", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "k", StartTimestamp: qlonglong 1}] context 1
+                = bool true)"},
+            {"blanks stay", "grant",
+             "addBookmarks([{'CameraID': ' 1 ', 'LocationID': ' l ', 'relayPath': ' A '}, {'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}], 1, 2, ' d ', ' me ', ' g ')\ndeleteBookmarks([{'BookmarkID': ' b ', 'relayPath': ' A '}, {'BookmarkID': 'b', 'relayPath': ' A '}])",
+             R"(send AddBookmarks@ A  [{CameraID: QString " 1 ", Creator: QString " me ", Description: QString " d ", EndTimestamp: qlonglong 2, Group: QString " g ", LocationID: QString " l ", StartTimestamp: qlonglong 1}] context 1
+                send AddBookmarks@A [{CameraID: QString "1", Creator: QString " me ", Description: QString " d ", EndTimestamp: qlonglong 2, Group: QString " g ", LocationID: QString "l", StartTimestamp: qlonglong 1}] context 1
+                = bool true
+                send DeleteBookmarks@ A  [{BookmarkID: QString " b "}, {BookmarkID: QString "b"}] context 2
                 = bool true)"},
             {"numbers as identifiers", "grant",
              "deleteBookmarks([{'BookmarkID': 7, 'relayPath': 'A'}])",
