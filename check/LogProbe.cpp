@@ -71,9 +71,10 @@ QString LogProbe::libraryPath()
     return (QFileInfo::exists(built) ? built : folder) + QLatin1String("/" LOG_LIBRARY_NAME);
 }
 
-QString LogProbe::hollowLibraryPath()
+QString LogProbe::lackingLibraryPath(const QString &kind)
 {
-    return QCoreApplication::applicationDirPath() + QLatin1String("/hollow/" LOG_LIBRARY_NAME);
+    return QCoreApplication::applicationDirPath() + u'/' + kind +
+           QLatin1String("/" LOG_LIBRARY_NAME);
 }
 
 QString LogProbe::loaderName()
