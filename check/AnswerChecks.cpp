@@ -332,6 +332,16 @@ void checkEvents(Trial &trial)
                 signal addBookmarkResponsed(true)
                 signal addBookmarkResponsed(false)
                 signal addBookmarkResponsed(true))"},
+            {"added for a view cell without a model, and one with",
+             "setTimelineFocusInfo('l', 'A', 'before')\nshow cell l A",
+             "reply AddBookmark@A ok {'BookmarkID': 'x', 'LocationID': 'l'}",
+             R"(timeline refillItems(x)
+                signal addBookmarkResponsed(false))"},
+            {"view cell asked for without a focus", "getBookmarkModelForTimeline('cell')",
+             "event AddBookmark@ {}\nsetTimelineBoundary(1, 2, 'cell')\nevent AddBookmark@ {}",
+             R"(timeline setBoundary(1, 2, -1, 0)
+                send QueryBookmarkForTimeline@ {EndTimestamp: qlonglong 2, LocationID: QString "", StartTimestamp: qlonglong 1} context 1
+                timeline refillItems())"},
             {"added without a directory", "show cell l A\ntopology gone",
              "reply AddBookmark@A ok {'BookmarkID': 'x', 'LocationID': 'l'}",
              R"(log Tessaline_Local: %s, get TopologyPlugin failed <Tessaline::GetAllCamNames>

@@ -196,6 +196,24 @@ void checkFromTimelines(Trial &trial)
     checkCallsFromInside(trial, places[3]);
 }
 
+void checkQueriesFromQuestions(Trial &trial)
+{
+    LoggingHost host(trial);
+    if (!host)
+        return;
+    WatchedTopology topology(host->topology);
+    host->framework.addPlugin(standin::Topology::pluginID(), &topology);
+    host->play(u"queryAllBookmarks()"_s);
+    topology.onCall = [&] {
+        topology.onCall = nullptr;
+        host->call(u"queryAllBookmarks()"_s);
+    };
+    trial.compare(u"an answer superseded while it is stored"_s, u"list []"_s,
+                  host->play(u"answer 1 ok {'Bookmarks': [{'BookmarkID': 'b'}]}\nlist all"_s)
+                      .section(u'\n', -1));
+    trial.summarize(u"a query made inside an answer supersedes that answer"_s);
+}
+
 // ---- Answers that should not come, or not now ----
 
 /// What a plug-in must have said once all of a batch or query has been answered, however often.
@@ -607,6 +625,8 @@ std::vector<Check> hostileHostChecks()
          checkFromQuestions},
         {"5.from-timelines", "Every entry called from inside changes of a timeline model",
          checkFromTimelines},
+        {"5.query-from-question", "A new query made while an answer is being stored",
+         checkQueriesFromQuestions},
         {"5.kept-memory", "Nothing is kept of requests that have ended", checkKeptMemory},
         {"5.random-calls", "Calls and answers in random order", checkRandomCalls},
     };
