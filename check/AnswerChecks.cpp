@@ -3,6 +3,7 @@
 #include "Host.h"
 #include "Scenario.h"
 #include "TimeShiftBufferModel.h"
+#include "WatchedTopology.h"
 
 #include <QtCore/QAbstractItemModel>
 #include <QtCore/QDateTime>
@@ -604,6 +605,12 @@ void checkDirectory(Trial &trial)
     for (const standin::SentCommand &command : sent)
         stations.append(command.relayPath);
     trial.compare(u"stations"_s, u" G ,A,C,D"_s, stations.join(u','));
+
+    WatchedTopology watched(host->topology);
+    host->framework.addPlugin(standin::Topology::pluginID(), &watched);
+    host->play(u"queryAllBookmarks()\n"_s + QLatin1String(answer));
+    trial.compare(u"roles asked for"_s, u"0 nodeIDRole nodeTypeRole,0 idRole nameRole"_s,
+                  watched.asked.join(u','));
     trial.summarize(u"stations by their type, names once for each answer"_s);
 }
 
