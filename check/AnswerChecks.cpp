@@ -2,6 +2,8 @@
 #include "Describe.h"
 #include "Host.h"
 #include "Scenario.h"
+#include "TimeShiftBufferModel.h"
+#include "WatchedTopology.h"
 
 #include <QtCore/QAbstractItemModel>
 #include <QtCore/QDateTime>
@@ -30,7 +32,7 @@ void checkSimpleAnswers(Trial &trial)
                 signal removeAllBookmarksResponsed(true)
                 signal updateBookmarkResponsed(true)
                 signal queryBookmarkForRecentResponsed(true))"},
-            {"failure", "",
+            {"failure", "show cell l A",
              "reply AddBookmark@A -1\nreply DeleteBookmark@A -1 'b'\n"
              "reply RemoveAllBookmarks@A -905\nreply UpdateBookmark@ -1\n"
              "reply QueryBookmarkForRecent@A -1\nreply QueryBookmarkForTimeline@A -1",
@@ -58,6 +60,8 @@ void checkSimpleAnswers(Trial &trial)
              "reply GetRecycleSetting@ ok {'reserveHour': 72, 'enableRecycle': true}\n"
              "reply GetRecycleSetting@ -1 {'enableRecycle': true}\nreply GetRecycleSetting@ ok\n"
              "reply GetRecycleSetting@ ok {'reserveHour': 4294967295}\n"
+             "reply GetRecycleSetting@ ok {'reserveHour': '4294967295'}\n"
+             "reply GetRecycleSetting@ ok {'reserveHour': '-1'}\n"
              "reply GetRecycleSetting@ ok {'ReserveHour': 5, 'reserveHour': 'x'}\n"
              "reply UpdateRecycleSetting@ ok true\nreply UpdateRecycleSetting@ -1 true\n"
              "reply UpdateRecycleSetting@ ok",
@@ -65,6 +69,8 @@ void checkSimpleAnswers(Trial &trial)
                 signal getRecycleSettingResponse(0,true)
                 signal getRecycleSettingResponse(0,false)
                 signal getRecycleSettingResponse(4294967295,false)
+                signal getRecycleSettingResponse(4294967295,false)
+                signal getRecycleSettingResponse(0,false)
                 signal getRecycleSettingResponse(0,false)
                 signal updateRecycleSettingResponse(true)
                 signal updateRecycleSettingResponse(true)
@@ -128,9 +134,26 @@ void checkBatchAnswers(Trial &trial)
                 signal deleteBookmarksResponsed()
                 rows [])"},
             {"one station can't delete",
-             "grant\ndeleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'BookmarkID': 'y', 'relayPath': 'B'}])",
-             "answer 1 -1 ['x', 'also']\nanswer 2 ok ['y']",
-             "signal deleteBookmarksResponsed(x,also)"},
+             "grant\nshow cell l A\nevent AddBookmark@A {'BookmarkID': 'x', 'LocationID': 'l'}\n"
+             "deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'BookmarkID': 'y', 'relayPath': 'B'}])",
+             "answer 1 -1 ['x', 'also']\nanswer 2 ok ['y']\nrows cell",
+             R"(timeline removeItems(y)
+                signal deleteBookmarksResponsed(x,also)
+                rows [x])"},
+            {"object gone while bookmarks are placed",
+             "show cell l A\nwatch cell\n"
+             "addBookmarks([{'CameraID': '1', 'relayPath': 'A'}], 1, 2, '', '', '')",
+             "during changed cell | delete\n"
+             "answer 1 ok [{'BookmarkID': 'x', 'LocationID': 'l'}, {'CameraID': '1'}]",
+             R"(timeline refillItems(x)
+                changed cell)"},
+            {"object gone while bookmarks are removed",
+             "grant\nshow cell l A\nshow other l A\n"
+             "event AddBookmark@A {'BookmarkID': 'x', 'LocationID': 'l'}\nwatch cell\n"
+             "deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}])",
+             "during changed cell | delete\nanswer 1 ok ['x']",
+             R"(timeline removeItems(x)
+                changed cell)"},
         });
 }
 
@@ -161,6 +184,31 @@ void checkQueryAnswers(Trial &trial)
                 signal queryAllBookmarksResponsed(false)
                 signal queryAllBookmarksResponsed(true)
                 list [A/new])"},
+            {"superseded and failed", "queryAllBookmarks()\nqueryAllBookmarks()", "answer 1 -1",
+             "log Tessaline_ReqRespHandler: %s, query all bookmarks for server (%s) failed <Tessaline::HandleQueryAllBookmarksResp, A>"},
+            {"Init begins to count anew", "queryAllBookmarks()\ninitialise\nqueryAllBookmarks()",
+             "answer 1 ok {'Bookmarks': [{'BookmarkID': 'a'}]}\n"
+             "answer 4 ok {'Bookmarks': [{'BookmarkID': 'b'}]}\nlist all",
+             R"(signal queryAllBookmarksResponsed(false)
+                signal queryAllBookmarksResponsed(false)
+                list [A/a A/b])"},
+            {"Init supersedes nothing", "queryAllBookmarks()\ninitialise",
+             "answer 1 ok {'Bookmarks': [{'BookmarkID': 'b'}]}\nlist all",
+             R"(signal queryAllBookmarksResponsed(false)
+                list [A/b])"},
+            {"lists are filled before the signal", "queryAllBookmarks()",
+             "during signal queryAllBookmarksResponsed | list all\n"
+             "answer 1 ok {'Bookmarks': [{'BookmarkID': 'a'}]}\n"
+             "during signal queryBookmarkForRecentResponsed | list recent\n"
+             "reply QueryBookmarkForRecent@A ok {'Bookmarks': [{'BookmarkID': 'r'}]}\n"
+             "during signal queryBookmarkForApiFinished | list api\n"
+             "reply QueryBookmarkForApi@ ok [{'BookmarkID': 'q'}]",
+             R"(signal queryAllBookmarksResponsed(false)
+                list [A/a]
+                signal queryBookmarkForRecentResponsed(true)
+                list [A/r]
+                signal queryBookmarkForApiFinished(true)
+                list [q])"},
             {"no context", "",
              "reply QueryAllBookmars@A ok {'Bookmarks': [{'BookmarkID': 'b'}]}\nlist all",
              R"(log Tessaline_ReqRespHandler: %s, request response context is NULL <Tessaline::HandleQueryAllBookmarksResp>
@@ -214,6 +262,12 @@ void checkTimelines(Trial &trial)
              R"(timeline clear()
                 timeline refillItems()
                 signal queryBookmarkForTimelineResponsed(true))"},
+            {"range set while the focus moves", "show cell l A",
+             "during timeline clear() | setTimelineBoundary(1, 2, 'cell')\n"
+             "setTimelineFocusInfo('k', 'B', 'cell')",
+             R"(timeline clear()
+                timeline setBoundary(1, 2, -1, 0)
+                send QueryBookmarkForTimeline@A {EndTimestamp: qlonglong 2, LocationID: QString "l", StartTimestamp: qlonglong 1} context 1)"},
             {"view cell closed",
              "show cell l A\nsetTimelineBoundary(1, 5000, 'cell')\nremoveTimelineModel('cell')",
              "answer 1 ok {'Bookmarks': [{'BookmarkID': 'b', 'LocationID': 'l'}]}", ""},
@@ -252,6 +306,18 @@ void checkEvents(Trial &trial)
              "event AddBookmark@A {'BookmarkID': 'x', 'LocationID': 'l'}",
              R"(timeline refillItems(x)
                 timeline refillItems(x))"},
+            {"view cells in the order of their names", "show b l A\nshow a l A\nwatch a\nwatch b",
+             "event AddBookmark@A {'BookmarkID': 'x', 'LocationID': 'l'}\n"
+             "reply DeleteBookmark@A ok 'x'",
+             R"(timeline refillItems(x)
+                changed a
+                timeline refillItems(x)
+                changed b
+                timeline removeItems(x)
+                changed a
+                timeline removeItems(x)
+                changed b
+                signal deleteBookmarkResponsed(true))"},
             {"event that fits no cell", "show cell l A",
              "event AddBookmark@A {'BookmarkID': 'x', 'LocationID': 'L'}\nevent AddBookmark@a {'BookmarkID': 'x', 'LocationID': 'l'}",
              ""},
@@ -267,6 +333,16 @@ void checkEvents(Trial &trial)
                 signal addBookmarkResponsed(true)
                 signal addBookmarkResponsed(false)
                 signal addBookmarkResponsed(true))"},
+            {"added for a view cell without a model, and one with",
+             "setTimelineFocusInfo('l', 'A', 'before')\nshow cell l A",
+             "reply AddBookmark@A ok {'BookmarkID': 'x', 'LocationID': 'l'}",
+             R"(timeline refillItems(x)
+                signal addBookmarkResponsed(false))"},
+            {"view cell asked for without a focus", "getBookmarkModelForTimeline('cell')",
+             "event AddBookmark@ {}\nsetTimelineBoundary(1, 2, 'cell')\nevent AddBookmark@ {}",
+             R"(timeline setBoundary(1, 2, -1, 0)
+                send QueryBookmarkForTimeline@ {EndTimestamp: qlonglong 2, LocationID: QString "", StartTimestamp: qlonglong 1} context 1
+                timeline refillItems())"},
             {"added without a directory", "show cell l A\ntopology gone",
              "reply AddBookmark@A ok {'BookmarkID': 'x', 'LocationID': 'l'}",
              R"(log Tessaline_Local: %s, get TopologyPlugin failed <Tessaline::GetAllCamNames>
@@ -333,6 +409,7 @@ QList<QVariantMap> recordsToShow()
                      u"g"_s),
         serverRecord(u"b2"_s, u"2"_s, u""_s, 1711846800000, 1711843200000),
         serverRecord(u"b3"_s, u"1/2"_s, u"\u00d6\u4e2d"_s, -1, 4102444800000, u"a\nb"_s),
+        serverRecord(u" b "_s, u" 1 "_s, u" l "_s, 1, 2, u" d "_s, u" me "_s, u" g "_s),
         QVariantMap(),
         QVariantMap{{u"BookmarkID"_s, 5},
                     {u"StartTimestamp"_s, u"1704067200000"_s},
@@ -346,11 +423,13 @@ QList<QVariantMap> recordsToShow()
     return records;
 }
 
-QString cameraNameOf(const QVariantMap &record, const QString &relayPath)
+QString cameraNameOf(const QVariantMap &record, const QString &relayPath,
+                     standin::Topology &topology)
 {
-    const bool isKnown = relayPath == u"A" && record.value(u"CameraID"_s) == u"1"_s;
-    return (relayPath.isEmpty() ? QString() : u"Station "_s + relayPath) + u" - "_s +
-           (isKnown ? u"Camera A1"_s : QString());
+    const QVariantMap names = topology.getValuesFromModel(0, u"idRole"_s, u"nameRole"_s);
+    const QString cameraID = record.value(u"CameraID"_s).toString();
+    return names.value(relayPath).toString() + u" - "_s +
+           names.value(relayPath.isEmpty() ? cameraID : relayPath + u'/' + cameraID).toString();
 }
 
 void checkDisplayRecords(Trial &trial)
@@ -358,6 +437,9 @@ void checkDisplayRecords(Trial &trial)
     LoggingHost host(trial);
     if (!host)
         return;
+    for (const char *camera : {"1", "A/1/2", "%2/1", "A/ 1 "})
+        host->topology.setCamera(QLatin1String(camera), u"Camera "_s + QLatin1String(camera));
+    host->topology.setStation(u"%2"_s, u"Placeholder"_s);
     QVariantList answer;
     const QList<QVariantMap> records = recordsToShow();
     for (const QVariantMap &record : records)
@@ -365,7 +447,7 @@ void checkDisplayRecords(Trial &trial)
     for (const char *id : {"", "Asia/Kathmandu", "America/New_York", "Europe/Berlin"}) {
         host->answer(u"QuerySevTimezone"_s, QByteArray(id), {});
         const QTimeZone zone{*id ? QByteArray(id) : QTimeZone::systemTimeZoneId()};
-        for (const QString &relayPath : {u"A"_s, QString()}) {
+        for (const QString &relayPath : {u"A"_s, u"%2"_s, QString()}) {
             host->call(u"queryBookmarkForRecent('', '', 1)"_s);
             host->answer(u"QueryBookmarkForRecent"_s, QVariantMap{{u"Bookmarks"_s, answer}},
                          relayPath);
@@ -374,8 +456,9 @@ void checkDisplayRecords(Trial &trial)
                          QString::number(shown.size()));
             for (qsizetype i = 0; i < records.size(); ++i) {
                 trial.compare(u"record %1 in the zone '%2'"_s.arg(i).arg(QLatin1String(id)),
-                              textOf(displayRecord(records.at(i), relayPath,
-                                                   cameraNameOf(records.at(i), relayPath), zone)),
+                              textOf(displayRecord(
+                                  records.at(i), relayPath,
+                                  cameraNameOf(records.at(i), relayPath, host->topology), zone)),
                               textOf(shown.value(i)));
             }
         }
@@ -427,13 +510,19 @@ void checkTimelineItems(Trial &trial)
         if (!trial.expect(model, u"a list model"_s, u"none"_s))
             return;
         host->framework.sendEvent(u"AddBookmark"_s, record, u"A"_s);
-        const auto data = itemData(record, u"A"_s, cameraNameOf(record, u"A"_s), zone);
+        const auto data =
+            itemData(record, u"A"_s, cameraNameOf(record, u"A"_s, host->topology), zone);
         for (auto entry = data.cbegin(); entry != data.cend(); ++entry)
             trial.compare(u"role %1"_s.arg(entry.key()), textOf(*entry),
                           textOf(model->index(0, 0).data(entry.key())));
         for (int i = 0; i < 11; ++i)
             trial.compare(u"name of role %1"_s.arg(269 + i), QLatin1String(ownRoles[i]),
                           QString::fromLatin1(model->roleNames().value(269 + i)));
+        const auto roles = TimeShiftBufferModel::defaultRoleHash();
+        for (auto role = roles.cbegin(); role != roles.cend(); ++role)
+            trial.compare(u"name of the model's own role %1"_s.arg(role.key()),
+                          QString::fromLatin1(*role),
+                          QString::fromLatin1(model->roleNames().value(role.key())));
     }
     trial.summarize(u"18 roles of %1 items"_s.arg(records.size()));
 }
@@ -454,7 +543,12 @@ void checkTimeZone(Trial &trial)
                         {QByteArray("Pacific/Chatham"), "Pacific/Chatham"},
                         {QByteArray(), "Pacific/Chatham"},
                         {u"America/Caracas"_s, "America/Caracas"},
-                        {QVariantMap(), "America/Caracas"}};
+                        {QVariantMap(), "America/Caracas"},
+                        {QByteArray(""), "America/Caracas"},
+                        {u""_s, "America/Caracas"},
+                        {QByteArray(" Asia/Tokyo "), " Asia/Tokyo "},
+                        {QByteArray("Asia/Tokyo"), "Asia/Tokyo"},
+                        {QByteArray("Nowhere/City"), "Nowhere/City"}};
     for (const Row &row : rows) {
         host->call(u"queryBookmarkForRecent('', '', 1)"_s);
         host->answer(u"QuerySevTimezone"_s, row.answer, {}, nullptr, u"-1"_s);
@@ -487,9 +581,22 @@ void checkDirectory(Trial &trial)
     trial.compare(u"questions of an event"_s, u"1"_s,
                   callsOf("event AddBookmark@A {'LocationID': 'l'}"));
 
+    // Renamed between two answers.
+    const char *const answer =
+        "reply QueryBookmarkForRecent@A ok {'Bookmarks': [{'CameraID': '1'}]}";
+    host->play(QLatin1String(answer));
+    host->topology.rename(u"A/1"_s, u"Renamed"_s);
+    host->play(QLatin1String(answer));
+    QStringList names;
+    for (const QVariant &record : host->call(u"getBookmarkListForRecent()"_s).toList())
+        names.append(record.toMap().value(u"cameraName"_s).toString());
+    trial.compare(u"names of a renamed camera"_s, u"Station A - Camera A1,Station A - Renamed"_s,
+                  names.join(u','));
+
     host->topology.setNode({u"D"_s, u"Text"_s, u"1"_s});
     host->topology.setNode({u"E"_s, u"Other"_s, u"one"_s});
     host->topology.setNode({u"F"_s, u"Other"_s, 3});
+    host->topology.setStation(u" G "_s, u"Blanks"_s);
     host->topology.remove(u"B"_s);
     host->framework.clearSent();
     host->play(u"queryAllBookmarks()"_s);
@@ -497,7 +604,13 @@ void checkDirectory(Trial &trial)
     const QList<standin::SentCommand> sent = host->framework.sent();
     for (const standin::SentCommand &command : sent)
         stations.append(command.relayPath);
-    trial.compare(u"stations"_s, u"A C D"_s, stations.join(u' '));
+    trial.compare(u"stations"_s, u" G ,A,C,D"_s, stations.join(u','));
+
+    WatchedTopology watched(host->topology);
+    host->framework.addPlugin(standin::Topology::pluginID(), &watched);
+    host->play(u"queryAllBookmarks()\n"_s + QLatin1String(answer));
+    trial.compare(u"roles asked for"_s, u"0 nodeIDRole nodeTypeRole,0 idRole nameRole"_s,
+                  watched.asked.join(u','));
     trial.summarize(u"stations by their type, names once for each answer"_s);
 }
 

@@ -10,7 +10,7 @@ const std::vector<Check> &allChecks()
         std::vector<Check> all;
         for (const auto &group :
              {fileChecks(), lifeChecks(), surfaceChecks(), requestChecks(), answerChecks(),
-              listChecks(), hostileValueChecks(), hostileHostChecks()})
+              listChecks(), hostileValueChecks(), hostileHostChecks(), memoryChecks()})
             all.insert(all.end(), group.begin(), group.end());
         return all;
     }();

@@ -16,7 +16,7 @@ struct Check
     const char *proves; ///< one line for people
     void (*run)(Trial &trial);
 
-    /// The number in front of the name, 1 to 5.
+    /// The number in front of the name, 1 to 6.
     int level() const { return name[0] - '0'; }
 };
 
@@ -29,6 +29,7 @@ std::vector<Check> answerChecks();
 std::vector<Check> listChecks();
 std::vector<Check> hostileValueChecks();
 std::vector<Check> hostileHostChecks();
+std::vector<Check> memoryChecks();
 
 /// All checks, in the order of their levels.
 const std::vector<Check> &allChecks();

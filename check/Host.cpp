@@ -130,6 +130,7 @@ void Host::resetRules()
 void Host::forgetTraffic()
 {
     takeTrace();
+    m_during.clear();
     if (m_signals)
         m_signals->take();
     m_contexts.clear();
@@ -145,8 +146,16 @@ void Host::introduce(FrameworkWrapperBase *newFramework)
 void Host::note(const QString &line)
 {
     m_trace.append(line);
+    stepDuring(line);
     if (const auto callback = onLine)
         callback(line);
+}
+
+void Host::stepDuring(const QString &line)
+{
+    if (m_during.isEmpty() || !line.startsWith(m_during.section(u" | "_s, 0, 0)))
+        return;
+    step(std::exchange(m_during, QString()).section(u" | "_s, 1));
 }
 
 /// As "send AddBookmark@A {...} context 1": no number without a context, equal numbers for equal
@@ -207,6 +216,10 @@ void Host::step(const QString &text)
         note(u"list ["_s + identifiersOf(target) + u']');
     else if (word == u"rows")
         note(u"rows ["_s + rowsOf(target) + u']');
+    else if (word == u"watch")
+        watch(target);
+    else if (word == u"during")
+        m_during = text.section(u' ', 1);
     else if (word == u"delete")
         deleteObject();
     else if (const QVariant result = call(text); result.isValid())
@@ -253,11 +266,26 @@ QString Host::identifiersOf(const QString &list)
     return identifiers.join(u' ');
 }
 
+QAbstractItemModel *Host::modelOf(const QString &viewCellUID)
+{
+    QVariant model;
+    call("getBookmarkModelForTimeline", {viewCellUID}, &model);
+    return qobject_cast<QAbstractItemModel *>(model.value<QObject *>());
+}
+
+void Host::watch(const QString &viewCellUID)
+{
+    const QAbstractItemModel *const model = modelOf(viewCellUID);
+    if (!model)
+        return;
+    const auto noteChange = [this, viewCellUID] { note(u"changed "_s + viewCellUID); };
+    QObject::connect(model, &QAbstractItemModel::rowsInserted, model, noteChange);
+    QObject::connect(model, &QAbstractItemModel::rowsRemoved, model, noteChange);
+}
+
 QString Host::rowsOf(const QString &viewCellUID)
 {
-    QVariant result;
-    call("getBookmarkModelForTimeline", {viewCellUID}, &result);
-    const auto *const model = qobject_cast<QAbstractItemModel *>(result.value<QObject *>());
+    const QAbstractItemModel *const model = modelOf(viewCellUID);
     QStringList identifiers;
     for (int row = 0; model && row < model->rowCount(); ++row)
         identifiers.append(model->index(row, 0).data(Qt::UserRole + 1).toString());
@@ -332,10 +360,9 @@ void Host::answer(const standin::SentCommand &command, const QVariant &result, c
 QAbstractItemModel *Host::showCell(const QString &viewCellUID, const QString &locationID,
                                    const QString &relayPath)
 {
-    QVariant model;
-    call("getBookmarkModelForTimeline", {viewCellUID}, &model);
+    QAbstractItemModel *const model = modelOf(viewCellUID);
     call("setTimelineFocusInfo", {locationID, relayPath, viewCellUID});
-    return qobject_cast<QAbstractItemModel *>(model.value<QObject *>());
+    return model;
 }
 
 LoggingHost::LoggingHost(Trial &trial, Host::Start start)

@@ -77,6 +77,8 @@ public:
     ///   show cell location A                opens a view cell and sets what it shows
     ///   list all | recent | api             the identifiers in a list; "list [A/b1 b2]"
     ///   rows cell                           those in a view cell's model
+    ///   watch cell                          notes "changed cell" when rows come into its model or
+    ///   go during timeline clear() | STEP      carries out STEP from inside the next such line
     ///   delete                              the object
     QString play(const QString &steps);
 
@@ -106,7 +108,10 @@ private:
     void resetRules();
     void refuse(const QStringList &stations);
     QString identifiersOf(const QString &list);
+    QAbstractItemModel *modelOf(const QString &viewCellUID);
     QString rowsOf(const QString &viewCellUID);
+    void watch(const QString &viewCellUID);
+    void stepDuring(const QString &line);
 
     LoadedPlugin m_library;
     Start m_start;
@@ -117,6 +122,7 @@ private:
     QList<void *> m_contexts; ///< in the order in which they came up
     QString m_error;
     QStringList m_trace;
+    QString m_during; ///< beginning of the line, " | ", step; empty when there is nothing to do
 };
 
 /// A host with the logging library, whose lines go into the trace.

@@ -196,6 +196,24 @@ void checkFromTimelines(Trial &trial)
     checkCallsFromInside(trial, places[3]);
 }
 
+void checkQueriesFromQuestions(Trial &trial)
+{
+    LoggingHost host(trial);
+    if (!host)
+        return;
+    WatchedTopology topology(host->topology);
+    host->framework.addPlugin(standin::Topology::pluginID(), &topology);
+    host->play(u"queryAllBookmarks()"_s);
+    topology.onCall = [&] {
+        topology.onCall = nullptr;
+        host->call(u"queryAllBookmarks()"_s);
+    };
+    trial.compare(u"an answer superseded while it is stored"_s, u"list []"_s,
+                  host->play(u"answer 1 ok {'Bookmarks': [{'BookmarkID': 'b'}]}\nlist all"_s)
+                      .section(u'\n', -1));
+    trial.summarize(u"a query made inside an answer supersedes that answer"_s);
+}
+
 // ---- Answers that should not come, or not now ----
 
 /// What a plug-in must have said once all of a batch or query has been answered, however often.
@@ -246,6 +264,29 @@ QStringList signalsOf(Host &host)
     return host.takeTrace().filter(u"signal "_s);
 }
 
+/// Allocators tend to reuse a freed address immediately: an answer that comes again must not be
+/// taken for one to the request that follows.
+void answerThePreviousRequestAgain(Trial &trial, Host &host, const Request &one)
+{
+    constexpr int Rounds = 100;
+    const auto answerAll = [&](const QList<standin::SentCommand> &commands) {
+        for (const standin::SentCommand &command : commands)
+            host.answer(command, answeredIds());
+        return signalsOf(host).join(u'\n');
+    };
+    QList<standin::SentCommand> previous = sendAgain(host, one.steps);
+    const QString signalLines = answerAll(previous);
+    for (int round = 0; round < Rounds && !trial.hasFailed(); ++round) {
+        host.framework.clearSent();
+        host.play(u"clearTimelineModel('cell')\n"_s + QLatin1String(one.steps));
+        const QList<standin::SentCommand> next = host.framework.sent();
+        trial.compare(one.title() + u", the previous one answered again"_s, QString(),
+                      answerAll(previous));
+        trial.compare(one.title() + u", answered after that"_s, signalLines, answerAll(next));
+        previous = next;
+    }
+}
+
 void checkDoubledAnswers(Trial &trial)
 {
     LoggingHost host(trial);
@@ -285,6 +326,7 @@ void checkDoubledAnswers(Trial &trial)
             host->answer(command, answeredIds(), u"-1"_s);
         trial.compare(title + u", after late answers to another"_s, one.allSignals(),
                       signalsOf(*host).join(u'\n'));
+        answerThePreviousRequestAgain(trial, *host, one);
     }
     trial.summarize(u"every context answered twice and more often"_s);
 }
@@ -583,6 +625,8 @@ std::vector<Check> hostileHostChecks()
          checkFromQuestions},
         {"5.from-timelines", "Every entry called from inside changes of a timeline model",
          checkFromTimelines},
+        {"5.query-from-question", "A new query made while an answer is being stored",
+         checkQueriesFromQuestions},
         {"5.kept-memory", "Nothing is kept of requests that have ended", checkKeptMemory},
         {"5.random-calls", "Calls and answers in random order", checkRandomCalls},
     };

@@ -326,18 +326,29 @@ void checkLogAbsent(Trial &trial)
     trial.summarize(u"works without "_s + name);
 }
 
-void checkLogHollow(Trial &trial)
+/// Works with a logging library that lacks something from the start.
+void workWithLackingLog(Trial &trial, const QString &kind, const QString &lack)
 {
-    QLibrary hollow(LogProbe::hollowLibraryPath());
-    if (!hollow.load()) {
-        trial.warn(u"the stand-in without an entry point is not there: "_s + hollow.errorString());
+    QLibrary library(LogProbe::lackingLibraryPath(kind));
+    if (!library.load()) {
+        trial.warn(u"the stand-in without %1 is not there: "_s.arg(lack) + library.errorString());
         return;
     }
     Host host(trial.library());
     if (!trial.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
         return;
-    trial.compare(u"without the entry point"_s, u"= bool false"_s, host.play(badRequest));
-    trial.summarize(u"works with a logging library that lacks its entry point"_s);
+    trial.compare(u"without "_s + lack, u"= bool false"_s, host.play(badRequest));
+    trial.summarize(u"works with a logging library without "_s + lack);
+}
+
+void checkLogHollow(Trial &trial)
+{
+    workWithLackingLog(trial, u"hollow"_s, u"an entry point"_s);
+}
+
+void checkLogEmpty(Trial &trial)
+{
+    workWithLackingLog(trial, u"empty"_s, u"a log object"_s);
 }
 
 } // namespace
@@ -364,6 +375,7 @@ std::vector<Check> lifeChecks()
         {"2.log-refused", "It writes only lines that the log wants", checkLogRefused},
         {"2.log-absent", "It works without the logging library", checkLogAbsent},
         {"2.log-hollow", "It works with a logging library that has no entry point", checkLogHollow},
+        {"2.log-empty", "It works with a logging library that gives no log object", checkLogEmpty},
     };
 }
 

@@ -140,19 +140,23 @@ void judge(Trial &trial, const QVariantList &stored, const QVariantMap &filter,
 
 constexpr qint64 Day = 86400000;
 
-/// Loads the host with bookmarks of two stations; returns the stored list.
+/// Loads the host with bookmarks of three stations, from before and after 2000.
+/// @return the stored list
 QVariantList fill(Host &host, int count, QRandomGenerator &random)
 {
+    // Folded like ASCII, like no other letter, to another one, beyond 16 bits, and never to "ss".
+    const QString creators[] = {u"ann"_s, u"Z\u00f6e"_s, u"\u039f\u0394\u039f\u03a3"_s,
+                                u"\U00010400x"_s, u"Stra\u00dfe"_s};
     host.call(u"queryAllBookmarks()"_s);
     const QList<standin::SentCommand> sent = host.framework.sent();
     for (const standin::SentCommand &query : sent) {
         QVariantList records;
         for (int i = 0; i < count; ++i)
             records.append(serverRecord(
-                query.relayPath + QString::number(i), QString::number(random.bounded(3)), u"l"_s,
-                Day * random.bounded(9000) + random.bounded(1000), Day * 9000,
-                u"Text %1"_s.arg(random.bounded(7)), random.bounded(2) ? u"ann"_s : u"Z\u00f6e"_s,
-                QString::number(random.bounded(4))));
+                u"id-"_s + query.relayPath + QString::number(i), QString::number(random.bounded(3)),
+                u"place"_s, Day * random.bounded(20000) + random.bounded(1000), Day * 20000,
+                u"Text %1"_s.arg(random.bounded(7)), creators[random.bounded(5)],
+                u"group %1"_s.arg(random.bounded(4))));
         host.answer(query, QVariantMap{{u"Bookmarks"_s, records}});
     }
     return host.call(u"getBookmarkListByNodeID('')"_s).toList();
@@ -185,6 +189,17 @@ void checkFilters(Trial &trial)
                         {"text", u"nowhere"_s},
                         {"text", QString()},
                         {"text", u"A1"_s},
+                        {"text", u"\u03bf\u03b4\u03bf\u03c2"_s},
+                        {"text", u"\U00010428X"_s},
+                        {"text", u"STRA\u1e9eE"_s},
+                        {"text", u"strasse"_s},
+                        // In two fields at once, then in fields that are not searched.
+                        {"text", u"1ann"_s},
+                        {"text", u"id-"_s},
+                        {"text", u"place"_s},
+                        {"text", u"group"_s},
+                        {"text", u"/"_s},
+                        {"text", u" am"_s},
                         {"nodeID", u"A/1"_s},
                         {"nodeID", u"A"_s},
                         {"nodeID", u"1"_s},
@@ -233,11 +248,14 @@ void checkPages(Trial &trial)
         return;
     QRandomGenerator random(trial.seed());
     const QVariantList stored = fill(*host, 40, random);
-    for (const int number : {0, 1, 2, 3, 1000, std::numeric_limits<int>::max()}) {
-        QVariantMap filter = everything();
-        filter.insert(u"groupKey"_s, u"bookmarkID"_s);
-        filter.insert(u"pageNumber"_s, number);
-        judge(trial, stored, filter, pageOf(*host, filter));
+    // As many groups as bookmarks, and a few large ones: a page is measured in bookmarks.
+    for (const char *key : {"bookmarkID", "creator"}) {
+        for (const int number : {0, 1, 2, 3, 1000, std::numeric_limits<int>::max()}) {
+            QVariantMap filter = everything();
+            filter.insert(u"groupKey"_s, QLatin1String(key));
+            filter.insert(u"pageNumber"_s, number);
+            judge(trial, stored, filter, pageOf(*host, filter));
+        }
     }
     host->renewObject();
     judge(trial, {}, everything(), pageOf(*host, everything()));

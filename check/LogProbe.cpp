@@ -28,6 +28,13 @@ QString argumentsOf(const QByteArray &format, va_list arguments)
     return texts.join(QLatin1String(", "));
 }
 
+/// "Tessaline_Req" for "src/Tessaline_Req.cpp"; another path as it is.
+QString shortened(const QString &path)
+{
+    const QString name = QFileInfo(path).completeBaseName();
+    return path == QLatin1String("src/") + name + QLatin1String(".cpp") ? name : path;
+}
+
 } // namespace
 
 LogProbe::LogProbe(Missing missing)
@@ -64,9 +71,10 @@ QString LogProbe::libraryPath()
     return (QFileInfo::exists(built) ? built : folder) + QLatin1String("/" LOG_LIBRARY_NAME);
 }
 
-QString LogProbe::hollowLibraryPath()
+QString LogProbe::lackingLibraryPath(const QString &kind)
 {
-    return QCoreApplication::applicationDirPath() + QLatin1String("/hollow/" LOG_LIBRARY_NAME);
+    return QCoreApplication::applicationDirPath() + u'/' + kind +
+           QLatin1String("/" LOG_LIBRARY_NAME);
 }
 
 QString LogProbe::loaderName()
@@ -90,9 +98,7 @@ int LogProbe::checkLine(void *handle, quint32 severity, int number, const char *
     LogProbe &probe = *s_probe;
     ++probe.m_checks;
     Checked checked;
-    QString path = QString::fromLocal8Bit(file);
-    path.replace(u'\\', u'/');
-    checked.file = QFileInfo(path).completeBaseName();
+    checked.file = shortened(QString::fromLocal8Bit(file).replace(u'\\', u'/'));
     if (severity != (probe.m_moduleId << 8 | ErrorLevel))
         checked.oddities += QStringLiteral(" with severity 0x%1").arg(severity, 0, 16);
     if (handle != probe.m_object->handle)

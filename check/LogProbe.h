@@ -44,8 +44,9 @@ public:
 
     /// The path of the logging library that belongs to this program, without prefix and suffix.
     static QString libraryPath();
-    /// A library of the same name that lacks the entry point.
-    static QString hollowLibraryPath();
+    /// A library of the same name: a "hollow" one lacks the entry point, that of an "empty" one
+    /// leaves the log object null.
+    static QString lackingLibraryPath(const QString &kind);
     /// The name by which plug-ins look for the logging library.
     static QString loaderName();
 

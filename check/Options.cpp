@@ -39,7 +39,7 @@ void describe(QCommandLineParser &parser)
          {QStringLiteral("include"), QStringLiteral("Runs the checks whose name matches."),
           QStringLiteral("regex")},
          {QStringLiteral("level"), QStringLiteral("Runs the levels from 1 to this one."),
-          QStringLiteral("1..5"), QStringLiteral("5")},
+          QStringLiteral("1..6"), QStringLiteral("6")},
          {QStringLiteral("seed"), QStringLiteral("Where random choices begin."),
           QStringLiteral("number"), QStringLiteral("1")},
          {QStringLiteral("timeout"), QStringLiteral("Processor time for each check."),
@@ -73,7 +73,7 @@ std::optional<Options> Options::parse(const QStringList &arguments, QString &err
     if (!options.include.isValid())
         error = QStringLiteral("--include: ") + options.include.errorString();
 
-    const auto level = numberOf(parser, QStringLiteral("level"), 1, 5, error);
+    const auto level = numberOf(parser, QStringLiteral("level"), 1, 6, error);
     const auto seed = numberOf(parser, QStringLiteral("seed"), 0, 0xffffffffU, error);
     const auto timeout = numberOf(parser, QStringLiteral("timeout"), 1, 86400, error);
     options.level = int(level.value_or(0));

@@ -21,6 +21,18 @@ void checkSingleRequests(Trial &trial)
              "addBookmark('c', 'l', 'A', 1704067200000, 1704067260000, 'd', 'me', 'g')",
              R"(send AddBookmark@A {CameraID: QString "c", Creator: QString "me", Description: QString "d", EndTimestamp: qlonglong 1704067260000, Group: QString "g", LocationID: QString "l", StartTimestamp: qlonglong 1704067200000}
                 = bool true)"},
+            {"blanks stay", "grant",
+             "addBookmark(' ', ' l ', ' A', 1, 2, ' d ', ' me ', ' g ')\nupdateBookmark(' b ', ' d ', ' g ')\ndeleteBookmark(' b ', ' A')\nremoveAllBookmarks(' A')\nqueryBookmarkForRecent(' c ', ' A', 1)",
+             R"(send AddBookmark@ A {CameraID: QString " ", Creator: QString " me ", Description: QString " d ", EndTimestamp: qlonglong 2, Group: QString " g ", LocationID: QString " l ", StartTimestamp: qlonglong 1}
+                = bool true
+                send UpdateBookmark@ {BookmarkID: QString " b ", Description: QString " d ", Group: QString " g "}
+                = bool true
+                send DeleteBookmark@ A {BookmarkID: QString " b "}
+                = bool true
+                send RemoveAllBookmarks@ A invalid
+                = bool true
+                send QueryBookmarkForRecent@ A {LocationID: QString " c ", RecentCnt: int 1}
+                = bool true)"},
             {"empty fields, end before start", "",
              "addBookmark('c', '', '', 2000, 1000, '', '', '')",
              R"(send AddBookmark@ {CameraID: QString "c", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 1000, Group: QString "", LocationID: QString "", StartTimestamp: qlonglong 2000}
@@ -113,6 +125,13 @@ void checkBatchRequests(Trial &trial)
             {"doubles and no map", "",
              "addBookmarks([{'CameraID': '1', 'LocationID': 'l'}, 5, {'CameraID': '1', 'LocationID': 'l'}, {'CameraID': '1', 'LocationID': 'k'}], 1, 2, '', '', '')",
              R"(send AddBookmarks@ [{CameraID: QString "1", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "l", StartTimestamp: qlonglong 1}, {CameraID: QString "", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "", StartTimestamp: qlonglong 1}, {CameraID: QString "1", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "k", StartTimestamp: qlonglong 1}] context 1
+                = bool true)"},
+            {"blanks stay", "grant",
+             "addBookmarks([{'CameraID': ' 1 ', 'LocationID': ' l ', 'relayPath': ' A '}, {'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}], 1, 2, ' d ', ' me ', ' g ')\ndeleteBookmarks([{'BookmarkID': ' b ', 'relayPath': ' A '}, {'BookmarkID': 'b', 'relayPath': ' A '}])",
+             R"(send AddBookmarks@ A  [{CameraID: QString " 1 ", Creator: QString " me ", Description: QString " d ", EndTimestamp: qlonglong 2, Group: QString " g ", LocationID: QString " l ", StartTimestamp: qlonglong 1}] context 1
+                send AddBookmarks@A [{CameraID: QString "1", Creator: QString " me ", Description: QString " d ", EndTimestamp: qlonglong 2, Group: QString " g ", LocationID: QString "l", StartTimestamp: qlonglong 1}] context 1
+                = bool true
+                send DeleteBookmarks@ A  [{BookmarkID: QString " b "}, {BookmarkID: QString "b"}] context 2
                 = bool true)"},
             {"numbers as identifiers", "grant",
              "deleteBookmarks([{'BookmarkID': 7, 'relayPath': 'A'}])",
@@ -282,17 +301,20 @@ void checkDateTimes(Trial &trial)
     const QString end = u"2024/07/01 01:02:03"_s;
     const QString query = u"queryBookmarkForAPI(['1'], '%1', '%2')"_s;
     const QString batch = u"addBookmarks([{}], '%1', '%2', '', '', '')"_s;
-    trial.compare(u"query"_s,
-                  u"send QueryBookmarkForApi@ {CameraIDList: [QString \"1\"], EndTimestamp: "
-                  "qlonglong %2, StartTimestamp: qlonglong %1}"_s.arg(millisecondsOf(start),
-                                                                      millisecondsOf(end)),
-                  host->play(query.arg(start, end)));
-    trial.compare(
-        u"batch"_s,
-        u"send AddBookmarks@ [{CameraID: QString \"\", Creator: QString \"\", "
-        "Description: QString \"\", EndTimestamp: qlonglong %2, Group: QString \"\", LocationID: QString \"\", StartTimestamp: qlonglong %1}] context 1\n"
-        "= bool true"_s.arg(millisecondsOf(start), millisecondsOf(end)),
-        host->play(batch.arg(start, end)));
+    // Forwards, backwards and for a moment: the order is the server's business.
+    for (const auto &[first, last] :
+         {std::pair(start, end), std::pair(end, start), std::pair(end, end)}) {
+        trial.compare(u"query"_s,
+                      u"send QueryBookmarkForApi@ {CameraIDList: [QString \"1\"], EndTimestamp: "
+                      "qlonglong %2, StartTimestamp: qlonglong %1}"_s.arg(millisecondsOf(first),
+                                                                          millisecondsOf(last)),
+                      host->play(query.arg(first, last)));
+        trial.compare(
+            u"batch"_s,
+            u"AddBookmarks@ [{CameraID: QString \"\", Creator: QString \"\", Description: QString \"\", EndTimestamp: qlonglong %2, Group: QString \"\", LocationID: QString \"\", StartTimestamp: qlonglong %1}]"_s
+                .arg(millisecondsOf(first), millisecondsOf(last)),
+            host->play(batch.arg(first, last)).section(u' ', 1).section(u" context"_s, 0, 0));
+    }
     for (const char *wrong : {"", "2024/13/01 00:00:00", "2024/01/01", "2024-01-01 00:00:00",
                               "2024/1/1 0:0:0", "2024/02/30 00:00:00", "2024/01/01 24:00:00",
                               "24/01/01 00:00:00", " 2024/01/01 00:00:00", "now"}) {

@@ -4,8 +4,6 @@
 
 namespace check {
 
-namespace {
-
 QString withoutIndentation(const char *text)
 {
     QStringList lines;
@@ -16,8 +14,6 @@ QString withoutIndentation(const char *text)
     }
     return lines.join(u'\n');
 }
-
-} // namespace
 
 void playScenarios(Trial &trial, std::initializer_list<Scenario> scenarios)
 {

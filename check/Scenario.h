@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/QString>
+
 #include <initializer_list>
 
 namespace check {
@@ -14,6 +16,9 @@ struct Scenario
     const char *steps;
     const char *trace; ///< lines; indentation does not count
 };
+
+/// The lines of a trace as scenarios write it, without blanks around them and empty lines.
+QString withoutIndentation(const char *text);
 
 /// Plays each scenario on an object of its own and compares the traces.
 void playScenarios(Trial &trial, std::initializer_list<Scenario> scenarios);

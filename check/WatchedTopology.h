@@ -2,6 +2,8 @@
 
 #include "topology/Topology.h"
 
+#include <QtCore/QStringList>
+
 #include <functional>
 #include <optional>
 
@@ -20,9 +22,11 @@ public:
 
     std::function<void()> onCall;    ///< from inside each question
     std::optional<QVariantMap> says; ///< instead of what is true
+    QStringList asked;               ///< "0 idRole nameRole" for each question
 
     Q_INVOKABLE QVariantMap getValuesFromModel(int tree, const QString &key, const QString &value)
     {
+        asked.append(QStringLiteral("%1 %2 %3").arg(QString::number(tree), key, value));
         if (const auto callback = onCall)
             callback();
         return says ? *says : m_topology.getValuesFromModel(tree, key, value);

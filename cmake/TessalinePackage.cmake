@@ -15,9 +15,11 @@ install(TARGETS tessaline-check TimeShiftBufferModel
 install(TARGETS QarnLogUtl
     RUNTIME DESTINATION logging LIBRARY DESTINATION logging
     ARCHIVE DESTINATION logging EXCLUDE_FROM_ALL)
-install(TARGETS tessaline_hollow_log
-    RUNTIME DESTINATION check/hollow LIBRARY DESTINATION check/hollow
-    ARCHIVE DESTINATION check/hollow EXCLUDE_FROM_ALL)
+foreach(kind IN ITEMS hollow empty)
+    install(TARGETS tessaline_${kind}_log
+        RUNTIME DESTINATION check/${kind} LIBRARY DESTINATION check/${kind}
+        ARCHIVE DESTINATION check/${kind} EXCLUDE_FROM_ALL)
+endforeach()
 
 set(CPACK_GENERATOR ZIP)
 set(CPACK_VERBATIM_VARIABLES ON)

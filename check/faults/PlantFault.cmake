@@ -28,6 +28,15 @@ function(plant_fault name)
                 COMPILE_DEFINITIONS "${definitions}")
         endif()
         string(REPLACE "." "\\." replaced "/${arg_FILE}.")
+    elseif(arg_FILE STREQUAL "RequestContexts.h")
+        # Compiled again with all that includes it; beside it, as that is where it is looked for.
+        foreach(part IN ITEMS RequestContexts Tessaline Tessaline_Req Tessaline_ReqRespHandler)
+            fault_copy("${folder}" "${part}.cpp" "" "" "")
+            target_sources(${target} PRIVATE "${folder}/${part}.cpp")
+            set_source_files_properties("${folder}/${part}.cpp" PROPERTIES
+                COMPILE_DEFINITIONS "TESSALINE_SOURCE=\"src/${part}.cpp\"")
+        endforeach()
+        set(replaced "/(RequestContexts|Tessaline(_Req|_ReqRespHandler)?)\\.cpp\\.")
     elseif(arg_FILE MATCHES "\\.(h|json)$")
         # What the header declares for the meta-object system: that alone is compiled again.
         foreach(part IN ITEMS Tessaline.h Tessaline.json)

@@ -202,8 +202,8 @@ never ended    | timeout pass     | 1 | 2 checks: 1 pass, 1 timeout)"_s);
     {
         addTable({"arguments", "error"}, uR"(
 lowest          | lib --level=1 --seed=0 --timeout=1 |
-highest         | lib --level=5 --seed=4294967295 --timeout=86400 |
-level below     | lib --level=0          | --level takes a number from 1 to 5
+highest         | lib --level=6 --seed=4294967295 --timeout=86400 |
+level below     | lib --level=0          | --level takes a number from 1 to 6
 seed above      | lib --seed=4294967296  | --seed takes a number from 0 to 4294967295
 no time         | lib --timeout=0        | --timeout takes a number from 1 to 86400
 two libraries   | lib other              | one library is needed; see --help)"_s);
@@ -262,7 +262,7 @@ two libraries   | lib other              | one library is needed; see --help)"_s
         QTest::newRow("not of this level")
             << QStringList{library, u"--level"_s, u"2"_s, u"--include"_s, u"3.class"_s} << 1;
         QTest::newRow("no argument") << QStringList{} << 2;
-        QTest::newRow("bad level") << QStringList{library, u"--level"_s, u"6"_s} << 2;
+        QTest::newRow("bad level") << QStringList{library, u"--level"_s, u"7"_s} << 2;
         QTest::newRow("bad pattern") << QStringList{library, u"--include"_s, u"("_s} << 2;
     }
     void endsWithTheRightCode()

@@ -15,6 +15,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+// There in a build that counts executed lines.
+extern "C" void __gcov_init(void *) __attribute__((weak)); // NOLINT(bugprone-reserved-identifier)
+
 // The functions between an allocation and its true caller are recognised by their section.
 #define HOOK [[gnu::section("memory_hooks"), gnu::noinline]]
 // NOLINTNEXTLINE(bugprone-reserved-identifier): made by the linker
@@ -27,8 +30,10 @@ enum class Mode { Off, Watching, FailingAt, FailingOn, Forking };
 Mode s_mode = Mode::Off;
 int s_countdown = 0;
 bool s_isDouble = false;
+bool s_isDead = false; ///< by a signal
 int s_tried = 0;
-int s_pipe[2];
+int s_pipe[2] = {-1, -1};
+std::string s_library; ///< "/" and the name of the plug-in's file
 
 std::string &reports()
 {
@@ -48,9 +53,15 @@ struct Range
 std::array<Range, 16> s_ranges; ///< of the project's own code, the program's included
 std::size_t s_rangeCount = 0;
 
+bool endsWith(const char *text, const std::string &end)
+{
+    const std::size_t length = std::strlen(text);
+    return length >= end.size() && text + length - end.size() == end;
+}
+
 int noteRanges(dl_phdr_info *info, std::size_t, void *)
 {
-    const bool isPlugin = std::strstr(info->dlpi_name, "/Tessaline.so");
+    const bool isPlugin = endsWith(info->dlpi_name, s_library);
     if (!isPlugin && *info->dlpi_name &&
         !std::strstr(info->dlpi_name, "/libTimeShiftBufferModel.so") &&
         !std::strstr(info->dlpi_name, "/libQarnLogUtl.so"))
@@ -84,6 +95,7 @@ HOOK bool isForPlugin()
 void reportDeath(int number)
 {
     s_mode = Mode::Off;
+    s_isDead = true;
     void *frames[64];
     const int count = backtrace(frames, 64);
     std::string owner;
@@ -165,7 +177,7 @@ void forget(void *block)
 } // namespace
 
 // The loaded libraries take these instead of the runtime's, as every program's own come first.
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef FAILING_MEMORY_IS_NEW_ALONE
 HOOK void *operator new(std::size_t size, const std::nothrow_t &) noexcept
 {
     bool isNoted = false;
@@ -226,14 +238,18 @@ void free(void *block)
 
 namespace failingmemory {
 
+void setLibrary(const std::string &path)
+{
+    s_library = path.substr(path.rfind('/'));
+}
+
 void watch()
 {
-    if (s_rangeCount == 0) {
-        dl_iterate_phdr(noteRanges, nullptr);
-        isForPlugin(); // its first call loads the unwinder
-        if (pipe(s_pipe) != 0 || fcntl(s_pipe[0], F_SETFL, O_NONBLOCK) != 0)
-            std::abort();
-    }
+    s_rangeCount = 0; // the library may have been loaded anew, to another place
+    dl_iterate_phdr(noteRanges, nullptr);
+    isForPlugin(); // its first call loads the unwinder
+    if (s_pipe[0] < 0 && (pipe(s_pipe) != 0 || fcntl(s_pipe[0], F_SETFL, O_NONBLOCK) != 0))
+        std::abort();
     s_mode = Mode::Watching;
 }
 
@@ -267,7 +283,11 @@ bool isDouble()
 
 void endDouble(const std::string &report)
 {
-    _exit(write(s_pipe[1], report.data(), report.size()) < 0 ? 1 : 0);
+    const int code = write(s_pipe[1], report.data(), report.size()) < 0 ? 1 : 0;
+    // Only an ordinary exit writes the counts of each library; a dead process has no ordinary exit.
+    if (__gcov_init && !s_isDead)
+        std::exit(code);
+    _exit(code);
 }
 
 std::string takeReports()

@@ -5,10 +5,20 @@
 
 // Lets allocations fail: those of the plug-in's own code and those that Qt makes for it, which are
 // the ones whose nearest caller outside of Qt and the runtime is the plug-in. The memory of the
-// stand-ins is not the plug-in's to handle. Under the sanitizers only operator new can fail.
+// stand-ins is not the plug-in's to handle.
 
 namespace failingmemory {
 
+/// Whether operator new alone can fail; the sanitizers need the C functions for themselves.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define FAILING_MEMORY_IS_NEW_ALONE
+constexpr bool IsNewAlone = true;
+#else
+constexpr bool IsNewAlone = false;
+#endif
+
+/// The file of the plug-in; set before anything else.
+void setLibrary(const std::string &path);
 /// Nothing fails, but what the plug-in allocates is noted.
 void watch();
 /// The n-th allocation from now fails, counted from 0.
