@@ -100,9 +100,11 @@ private Q_SLOTS:
         QVERIFY2(first.errors.contains(csv + ":3: "_L1), qPrintable(first.errors));
         QVERIFY(first.errors.contains("Imported 1 bookmarks, skipped 1 lines."_L1));
 
-        const Run second = run(data);
+        const Run second = run(data + QStringList{u"--import"_s, csv});
+        QVERIFY(second.errors.contains(csv + " was imported on "_L1));
         QVERIFY2(second.exitCode == 0, qPrintable(second.output + second.errors));
-        QVERIFY(second.output.contains("\"Description\":\"kept\""_L1));
+        QCOMPARE(second.output.count("\"Description\":\"kept\""_L1),
+                 first.output.count("\"Description\":\"kept\""_L1));
     }
 
     void refusesToBegin_data()
@@ -141,6 +143,8 @@ private Q_SLOTS:
                u"a whole number from 0 to 1000000"_s);
         values(u"--seed"_s, {u"-1"_s, u"4294967296"_s}, u"a whole number from 0 to 4294967295"_s);
         values(u"--import"_s, {u"/none.csv"_s, u"/"_s}, u"a file that can be read"_s);
+        const QString useless = write(u"useless.csv"_s, "camera,start,end\ncamera-99,1,2\n");
+        row("nothing imported", {u"--import"_s, useless}, useless + ": no bookmark was imported"_L1);
         row("no such recording", {u"--replay=/none.jsonl"_s}, u"/none.jsonl"_s);
 
         const auto patched = [&](const char *name, const QByteArray &before,

@@ -1,6 +1,6 @@
 #include "Preparation.h"
 
-#include "CsvImport.h"
+#include "FileImport.h"
 #include "FirstData.h"
 #include "StationThread.h"
 
@@ -8,21 +8,16 @@
 #include <QtCore/QDir>
 #include <QtCore/QLocale>
 
-#include <functional>
-
 namespace workbench {
 
 namespace {
-
-/// Tells how far an activity is; returns false to cancel.
-using Report = std::function<bool(const QString &activity, double progress)>;
 
 bool holdsStations(const QString &folder)
 {
     return !QDir(folder).entryList({QStringLiteral("*.sqlite")}, QDir::Files).isEmpty();
 }
 
-void makeFirstData(Site &site, const Preparation::Plan &plan, const Report &report,
+void makeFirstData(Site &site, const Preparation::Plan &plan, const Preparation::Report &report,
                    Preparation::Outcome &outcome)
 {
     const FirstData data(site, plan.seed, QDateTime::currentMSecsSinceEpoch());
@@ -40,30 +35,6 @@ void makeFirstData(Site &site, const Preparation::Plan &plan, const Report &repo
                      QDir::toNativeSeparators(plan.folder)));
     }
 }
-
-void importBookmarks(Site &site, const Preparation::Plan &plan, const Report &report,
-                     Preparation::Outcome &outcome)
-{
-    CsvImport csv(site, QDate::currentDate());
-    csv.setProgressCallback([&](const CsvImport::Progress &progress) {
-        const double done =
-            progress.totalBytes > 0 ? double(progress.bytes) / double(progress.totalBytes) : 0;
-        return report(
-            Preparation::tr("Importing %1").arg(QDir::toNativeSeparators(plan.importFile)), done);
-    });
-    const CsvImport::Result result = csv.run(plan.importFile);
-    outcome.messages.append(result.messages);
-    const qint64 more = result.skipped - result.messages.size();
-    if (more > 0)
-        outcome.messages.append(Preparation::tr("... and %1 more lines").arg(more));
-    if (!result.error.isEmpty())
-        outcome.messages.append(result.error);
-    if (result.cancelled)
-        outcome.messages.append(Preparation::tr("The import was cancelled before its end."));
-    outcome.summary = Preparation::tr("Imported %1 bookmarks, skipped %2 lines.")
-                          .arg(result.imported)
-                          .arg(result.skipped);
-} // namespace
 
 } // namespace
 
@@ -102,7 +73,7 @@ void Preparation::start()
             if (isNew && plan.bookmarks > 0)
                 makeFirstData(*site, plan, report, outcome);
             if (!plan.importFile.isEmpty() && !*cancelled)
-                importBookmarks(*site, plan, report, outcome);
+                importFile(*site, plan, report, outcome);
         }
         mailbox->post([=] { finish(outcome); });
     });
