@@ -137,6 +137,26 @@ WindowTest {
         compare(part("chosenCameras").text, "Harbour - Quay north");
     }
 
+    /// Of the active cell: from its play head on, or in live view the time before it.
+    function test_newBookmarkIsThatOfTheActiveCell_data() {
+        return [{ tag: "live, A", key: Qt.Key_A, modifiers: Qt.NoModifier, live: true },
+                { tag: "live, Ctrl+N", key: Qt.Key_N, modifiers: Qt.ControlModifier, live: true },
+                { tag: "paused, Ctrl+N", key: Qt.Key_N, modifiers: Qt.ControlModifier, live: false }];
+    }
+    function test_newBookmarkIsThatOfTheActiveCell(data) {
+        showCamera();
+        const past = bench.now - 3600000;
+        data.live ? cell.goLive() : cell.head.seek(past);
+        keyClick(data.key, data.modifiers);
+        const dialog = find("addDialog");
+        tryCompare(dialog, "opened", true);
+        const part = name => findChild(dialog.contentItem, name);
+        const [start, end] = [part("addStart").moment, part("addEnd").moment];
+        compare(part("chosenCameras").text, "Harbour - Quay north");
+        compare(end - start, 30000);
+        verify(data.live ? end <= Date.now() : start === past);
+    }
+
     function test_failingStationIsNamedAndAskedAgain() {
         showCamera();
         const status = findChild(cell, "cellStatus");

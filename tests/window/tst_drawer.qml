@@ -63,6 +63,23 @@ WindowTest {
         showsLast(trafficOfAdd);
     }
 
+    /// Records have their texts from the zone in which they arrived.
+    function test_reconnectBringsTheTextsOfAnotherZone() {
+        const list = find("bookmarkList").page;
+        const before = list.recordAt(0).displayTimeRange;
+        openTab(2);
+        retype(find("serverZone"), "Asia/Tokyo");
+        mouseClick(find("reconnect"));
+        tryVerify(() => list.recordAt(0).displayTimeRange !== before);
+        retype(find("serverZone"), "Moon/Base");
+        mouseClick(find("reconnect"));
+        tryVerify(() => find("notice").text.includes("time zone Moon/Base is unknown"));
+        verify(find("serverTime").text.includes("unknown zone Moon/Base"));
+        retype(find("serverZone"), "Europe/Berlin");
+        mouseClick(find("reconnect"));
+        tryVerify(() => list.recordAt(0).displayTimeRange === before);
+    }
+
     function test_trafficOfAnAdd() {
         searchAndAdd("Crane stuck");
         for (const kind of ["send", "answer", "signal", "call"]) {

@@ -71,12 +71,43 @@ WindowTest {
         showsPage("51 to 100 of 360");
         mouseClick(row(3), 50, 10, Qt.LeftButton, Qt.ControlModifier);
         compare(find("selectedCount").text, "3 selected");
-        searchFor("nothing like it");
         mouseClick(find("deleteSelected"));
-        tryVerify(() => find("deleteDialog").opened);
+        const dialog = find("deleteDialog");
+        tryVerify(() => dialog.opened);
         keyClick(Qt.Key_Return);
         tryVerify(() => stored() === 357);
         tryVerify(() => !find("selectedCount").visible);
+    }
+
+    /// Bookmarks 0 and 1 differ in their text, so that the filter hides one of them.
+    function test_actionsLeaveOutWhatTheFilterHides_data() {
+        return [{ tag: "one of two", text: "white v", records: 1, hint: "Also 1 that the filter hides" },
+                { tag: "all", text: "nothing like it", records: 0,
+                  hint: "The filter hides all 2; include them" }];
+    }
+    function test_actionsLeaveOutWhatTheFilterHides(data) {
+        for (const time of [1, 2])
+            lab.fill(1, "hidden");
+        keyClick(Qt.Key_F5);
+        showsPage("1 to 50 of 362");
+        const white = plugin.getBookmarkListByNodeID("").find(one => one.description.startsWith("white"));
+        panel().selection.setRecords([record(0), white]);
+        searchFor(data.text);
+        tryCompare(panel().query, "total", data.records ? 120 : 0);
+        for (const [key, name] of [[Qt.Key_F2, "editDialog"], [Qt.Key_Delete, "deleteDialog"]]) {
+            find("bookmarkList").forceActiveFocus();
+            keyClick(key);
+            const dialog = find(name);
+            tryVerify(() => dialog.opened);
+            compare(dialog.records.length, data.records);
+            const box = findChild(dialog.contentItem, "hiddenToo");
+            compare([box.visible, box.text], [true, data.hint]);
+            mouseClick(box);
+            compare(dialog.records.length, 2);
+            mouseClick(box);
+            keyClick(Qt.Key_Escape);
+            tryCompare(dialog, "visible", false);
+        }
     }
 
     function test_shiftSelectsOverPages() {

@@ -22,6 +22,10 @@ QtObject {
     /// relayPath, key, name and stationName.
     property var currentCamera: null
 
+    /// IANA identifier of the server's zone, in which bookmarks have their texts.
+    readonly property string timeZone: bench.clientTimeZone
+    readonly property bool timeZoneKnown: bench.isTimeZone(timeZone)
+
     readonly property bool settingAllowed: bench.settingPermission
     /// Why actions that change settings are disabled; empty when they are not.
     readonly property string lockReason: settingAllowed ? ""
@@ -73,6 +77,21 @@ QtObject {
             }
         }
         return null;
+    }
+
+    readonly property Connections zone: Connections {
+        target: client.bench
+
+        // Records keep the texts of the zone in which they arrived.
+        function onClientTimeZoneChanged() {
+            if (!client.timeZoneKnown)
+                client.notice(qsTr("The server's time zone %1 is unknown here. Bookmarks have no dates and times.")
+                              .arg(client.timeZone), true);
+            if (client.querying && client.partsReceived === 0)
+                return;
+            client.refresh();
+            client.timelinesOutdated();
+        }
     }
 
     readonly property Connections answers: Connections {

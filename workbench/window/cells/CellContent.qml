@@ -31,7 +31,7 @@ ColumnLayout {
     }
 
     function addHere() {
-        rangeMarked(head.position, head.position + 30000);
+        rangeMarked(...head.rangeForNew());
     }
 
     /// To the next bookmark or the previous one; where none is known yet, to unseen times.
@@ -77,7 +77,7 @@ ColumnLayout {
         cameraKey: content.camera.key
         caption: content.camera.name
         time: content.head.position
-        timeZone: content.client.bench.serverTimeZone
+        timeZone: content.client.timeZone
         Accessible.role: Accessible.Graphic
         Accessible.name: qsTr("Picture of %1 at %2").arg(caption).arg(timeText)
         Layout.fillWidth: true
@@ -88,7 +88,7 @@ ColumnLayout {
         objectName: "timelineBar"
         range: content.range
         marks: marks
-        timeZone: content.client.bench.serverTimeZone
+        timeZone: content.client.timeZone
         position: content.head.position
         markedFrom: content.markedFrom
         onSeekRequested: time => content.head.seek(time)

@@ -22,6 +22,14 @@ QtObject {
         position = time;
     }
 
+    /// Start and end of a bookmark that is added now. A live picture has shown the time before it,
+    /// and no bookmark reaches into the future.
+    function rangeForNew() {
+        const length = 30000;
+        const end = Math.min(position + length, clock.now);
+        return [live || position >= end ? end - length : position, end];
+    }
+
     /// Catches up with the present and stays with it.
     function goLive() {
         position = clock.now;

@@ -12,6 +12,8 @@ Dialog {
 
     property string acceptText: qsTr("OK")
     property bool valid: true  ///< what was entered may be sent
+    property string missing: "" ///< what else is needed; said once the user has tried without
+    property bool tried: false ///< to send
     property bool gated: false ///< the server may forbid it
     property Item firstField: null
     property bool busy: false  ///< an outcome is to come
@@ -24,7 +26,8 @@ Dialog {
     signal submitted()
 
     function submit() {
-        if (!ready)
+        tried = true;
+        if (!ready || missing)
             return;
         begin();
         submitted();
@@ -80,6 +83,7 @@ Dialog {
     }
     onAboutToShow: {
         error = "";
+        tried = false;
         busy = false;
     }
     onOpened: {

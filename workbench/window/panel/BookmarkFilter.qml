@@ -31,7 +31,7 @@ QtObject {
         })
 
     readonly property DateRanges ranges: DateRanges {
-        timeZone: filter.client.bench.serverTimeZone
+        timeZone: filter.client.timeZone
     }
 
     /// What the plug-in is asked for. Today is another day after midnight.

@@ -17,8 +17,9 @@ Pane {
     readonly property alias query: query
 
     signal addWanted()
-    signal editWanted(var records)
-    signal deleteWanted(var records)
+    /// For bookmarks that the filter shows, and others that it hides.
+    signal editWanted(var shown, var hidden)
+    signal deleteWanted(var shown, var hidden)
 
     /// Keys and what they do, for the help.
     readonly property var shortcuts: [
@@ -98,8 +99,8 @@ Pane {
             selection: selection
             byDate: filter.groupKey === "displayDate"
             onShowWanted: record => panel.client.bookmarkWanted(record)
-            onEditWanted: records => panel.editWanted(records)
-            onDeleteWanted: records => panel.deleteWanted(records)
+            onEditWanted: records => panel.editWanted(...query.found.shownAndHidden(records))
+            onDeleteWanted: records => panel.deleteWanted(...query.found.shownAndHidden(records))
 
             EmptyState {
                 anchors.centerIn: parent
@@ -117,8 +118,8 @@ Pane {
             visible: selection.count > 0
             client: panel.client
             selection: selection
-            onEditWanted: records => panel.editWanted(records)
-            onDeleteWanted: records => panel.deleteWanted(records)
+            onEditWanted: records => panel.editWanted(...query.found.shownAndHidden(records))
+            onDeleteWanted: records => panel.deleteWanted(...query.found.shownAndHidden(records))
         }
         QueryProgress {
             Layout.fillWidth: true

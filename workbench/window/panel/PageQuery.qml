@@ -10,7 +10,11 @@ FrameUpdate {
     required property BookmarkFilter filter
     required property PageModel model
 
-    readonly property int pageSize: 50 ///< fixed by the plug-in
+    readonly property FoundRecords found: FoundRecords {
+        client: query.client
+        filter: query.filter
+    }
+    readonly property int pageSize: found.pageSize
     property int pageNumber: 0         ///< what the user wants to see
     property int shownPage: 0
     property int total: 0
@@ -61,11 +65,7 @@ FrameUpdate {
     }
 
     function recordsOf(page) {
-        if (page === shownPage)
-            return model.recordsBetween(0, pageSize - 1);
-        const groups = client.bookmarks.getFilteredBookmarkList(filter.pageWanted(page))
-            .bookmarkGroupList;
-        return [].concat(...groups.map(group => group.bookmarkList));
+        return page === shownPage ? model.recordsBetween(0, pageSize - 1) : found.recordsOf(page);
     }
 
     Connections {
