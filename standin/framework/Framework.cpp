@@ -26,7 +26,7 @@ PluginBase *pluginBase(QObject *object)
 /// longer than a window may stand still.
 Answer withDataOfItsOwn(const Answer &answer)
 {
-    return {deepCopy(answer.result), deepCopy(answer.resultCode)};
+    return {deepCopy(answer.result), deepCopy(answer.resultCode), answer.tookMs};
 }
 
 } // namespace
@@ -185,8 +185,8 @@ void Framework::executeElsewhere(const SentCommand &command, const Delivery &del
         ++m_roundUnderWay;
     const auto done = [this, inbox = m_inbox, command, delivery](const Answer &answer) {
         // In the server's thread still; what is posted runs only while the framework lives.
-        const Answer own =
-            withDataOfItsOwn({delivery.replacedResult.value_or(answer.result), answer.resultCode});
+        const Answer own = withDataOfItsOwn({delivery.replacedResult.value_or(answer.result),
+                                             answer.resultCode, answer.tookMs + delivery.delayMs});
         inbox->post([=] {
             if (delivery.when == Delivery::When::Reversed)
                 --m_roundUnderWay;
@@ -244,6 +244,7 @@ void Framework::deliver(const Pending &pending)
     traffic.context = command.context;
     traffic.resultCode = pending.answer.resultCode;
     traffic.relayPath = command.relayPath;
+    traffic.tookMs = pending.answer.tookMs;
     notify(traffic);
 
     ++m_deliveries;
