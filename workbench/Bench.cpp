@@ -64,7 +64,7 @@ void Bench::noteTraffic(const standin::Traffic &traffic)
 {
     m_recorder.noteTraffic(traffic);
     m_stationStates.noteTraffic(traffic);
-    m_addFailures.noteTraffic(traffic);
+    m_addOutcomes.noteTraffic(traffic);
     using Kind = standin::Traffic::Kind;
     if (traffic.kind == Kind::Sent)
         m_lastRequest = traffic.sequence;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "framework/Traffic.h"
-#include "traffic/AddFailures.h"
+#include "traffic/AddOutcomes.h"
 #include "traffic/FaultsModel.h"
 #include "traffic/LogModel.h"
 #include "traffic/Recorder.h"
@@ -126,10 +126,15 @@ public:
     /// While the plug-in takes an answer: the number of its command. 0 otherwise.
     Q_INVOKABLE double answeredRequest() const;
 
-    /// Cameras on which the commands after @p request could not add a bookmark, see AddFailures.
+    /// Cameras on which the commands after @p request could not add a bookmark, see AddOutcomes.
     Q_INVOKABLE QVariantMap addFailuresAfter(double request) const
     {
-        return m_addFailures.after(quint64(request));
+        return m_addOutcomes.failuresAfter(quint64(request));
+    }
+    /// Bookmarks that they have added.
+    Q_INVOKABLE QStringList bookmarksAddedAfter(double request) const
+    {
+        return m_addOutcomes.addedAfter(quint64(request));
     }
 
     /// Names of all signals of the plug-in's object.
@@ -164,7 +169,7 @@ private:
     quint64 m_lastRequest = 0;
     quint64 m_answeredRequest = 0; ///< of the last answer or event; an event has none
     StationStates m_stationStates;
-    AddFailures m_addFailures;
+    AddOutcomes m_addOutcomes;
     TrafficModel m_traffic;
     Recorder m_recorder;
     LogModel m_log;

@@ -58,6 +58,10 @@ WindowTest {
         const mark = bar.marks.row(3);
         mouseDoubleClickSequence(bar, mark.barX + mark.barWidth / 2, mark.lane * bar.laneHeight + 5);
         compare(cell.head.position, mark.start);
+        const share = 900000 / cell.range.span; // of a bookmark
+        verify(share >= 0.05 && share < 0.1, share);
+        keyClick(Qt.Key_Z);
+        fuzzyCompare(cell.range.span, 2 * 900000, 2);
         const from = cell.range.from;
         keyClick(Qt.Key_PageUp); // goes there as well now
         verify(cell.range.from < from);
@@ -117,6 +121,27 @@ WindowTest {
         find("now").forceActiveFocus();
         keyClick(Qt.Key_Space);
         verify(cell.head.live);
+    }
+
+    function test_cellsInStep() {
+        showCamera();
+        const other = find("cell0");
+        const alike = () => other.range.from === cell.range.from && other.range.span === cell.range.span
+              && other.head.position === cell.head.position && other.head.playing === cell.head.playing;
+        keyClick(Qt.Key_Plus);
+        verify(!alike());
+        keyClick(Qt.Key_I);
+        verify(find("inStep").checked && alike());
+        [Qt.Key_PageUp, Qt.Key_B, Qt.Key_Space].forEach(key => keyClick(key));
+        const before = other.head.position;
+        tryVerify(() => other.head.position > before && alike());
+        other.forceActiveFocus(); // leads now
+        keyClick(Qt.Key_Home);
+        verify(cell.head.live && alike());
+        mouseClick(find("inStep"));
+        other.forceActiveFocus();
+        keyClick(Qt.Key_Minus);
+        verify(!alike());
     }
 
     /// Under the mouse, the bookmark's text; at the play head, by key, the dialog for a new one.

@@ -34,6 +34,46 @@ WindowTest {
         verify(turns <= 2, turns + " pages for 40 letters");
     }
 
+    function withoutIDs() {
+        return bench.stations.map(at => lab.stored(at.relayPath).map(
+            one => JSON.stringify(Object.assign(one, { BookmarkID: "" }))).sort());
+    }
+
+    function test_whatWasFoundIsExportedAndImported() {
+        const dialog = find("exportDialog");
+        const path = findChild(dialog.contentItem, "savePath");
+        const group = "a \"quoted\", group\nof two lines";
+        lab.fill(3, group);
+        keyClick(Qt.Key_F5);
+        for (const [text, count] of [["gate", 143], ["", 363]]) {
+            panel().filter.text = text;
+            tryCompare(panel().query, "total", count);
+            mouseClick(find("exportButton"));
+            tryCompare(dialog, "opened", true);
+            path.text = lab.exportFile();
+            keyClick(Qt.Key_Return);
+            tryCompare(dialog, "visible", false);
+            const before = withoutIDs();
+            compare(lab.importAnew(lab.exportFile()), count + " imported");
+            compare(JSON.stringify(withoutIDs()) === JSON.stringify(before), text === "");
+            lab.reset();
+            lab.fill(3, group);
+        }
+    }
+
+    function test_addedBookmarkIsFramed() {
+        const framed = () => Array.from({ length: 50 }, (_, i) => find("row-" + i))
+            .filter(one => one && one.parent.framed).map(one => one.parent.record.description);
+        const list = find("bookmarkList");
+        list.positionViewAtEnd();
+        keyClick(Qt.Key_N, Qt.ControlModifier);
+        tryVerify(() => find("addDialog").opened);
+        type("Crane stuck");
+        keyClick(Qt.Key_Return);
+        tryVerify(() => framed().join() === "Crane stuck");
+        compare(list.contentY, list.originY, "it can be seen");
+    }
+
     function test_pages() {
         for (const [button, text] of [["lastPage", "351 to 360"], ["previousPage", "301 to 350"],
                                       ["firstPage", "1 to 50"], ["nextPage", "51 to 100"]]) {

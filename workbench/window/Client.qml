@@ -34,6 +34,9 @@ QtObject {
     /// Counts the changes of the plug-in's list of all bookmarks. A page depends on it.
     property int revision: 0
 
+    /// Bookmarks that the user has just added, as "relay path/identifier"; the list frames them.
+    property var added: []
+
     property int deletedTogether: 0 ///< how many bookmarks were last to be deleted at once
 
     property bool querying: false ///< a query of all bookmarks has answers to come

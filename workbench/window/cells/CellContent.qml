@@ -45,6 +45,18 @@ ColumnLayout {
         }
     }
 
+    /// The timeline shows the bookmark at the play head, and half of its length on either side.
+    function zoomToBookmark() {
+        for (let row = 0; row < marks.rowCount(); ++row) {
+            const bar = marks.row(row);
+            if (bar.start > head.position || head.position > bar.end)
+                continue;
+            const margin = (bar.end - bar.start) / 2;
+            range.show(bar.start - margin, bar.end + margin);
+            return;
+        }
+    }
+
     spacing: 0
 
     TimelineFeed {

@@ -8,6 +8,8 @@ QtObject {
     required property PlayClock clock
     /// Whether anybody looks.
     property bool shown: true
+    /// Whether another head moves this one.
+    property bool led: false
 
     property real position: 0
     property bool playing: true
@@ -50,7 +52,7 @@ QtObject {
 
     readonly property Connections beats: Connections {
         target: head.clock
-        enabled: head.playing && head.shown
+        enabled: head.playing && head.shown && !head.led
 
         function onBeat(elapsed) {
             head.advance(elapsed);

@@ -58,6 +58,7 @@ FormDialog {
             : qsTr("%1 did not accept it").arg(camera.stationName));
         cameras.choose(asked.filter(camera => !failed.includes(camera)), false);
         cameras.show(failed[0]);
+        client.added = client.bench.bookmarksAddedAfter(lastBefore);
         settle(failed.length === 0 ? "" : qsTr("Not added on %1 of %2 cameras: %3.")
             .arg(failed.length).arg(asked.length).arg([...new Set(reasons)].join(", ")));
     }

@@ -9,6 +9,7 @@ ColumnLayout {
 
     required property Client client
     required property bool shown ///< rows that nobody sees would be made all the same
+    readonly property Recorder recorder: client.bench.recorder
     readonly property TrafficModel traffic: client.bench.traffic
 
     function copyPayload() {
@@ -30,7 +31,7 @@ ColumnLayout {
         shownCount: filter.count
         canCopy: list.currentIndex >= 0
         onCopyWanted: tab.copyPayload()
-        onSaveWanted: saveDialog.openNew()
+        onSaveWanted: saveDialog.openFor(tab.recorder.newFile())
         Layout.fillWidth: true
     }
     SplitView {
@@ -62,6 +63,10 @@ ColumnLayout {
 
     SaveDialog {
         id: saveDialog
+        objectName: "saveDialog"
         client: tab.client
+        title: qsTr("Save the traffic")
+        fileTitle: qsTr("File, as JSON lines for --replay")
+        save: path => tab.recorder.save(path)
     }
 }

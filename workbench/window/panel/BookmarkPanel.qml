@@ -70,6 +70,18 @@ Pane {
         onTurned: anew => list.turn(query.pageNumber, anew)
     }
 
+    CsvExport {
+        id: csv
+    }
+    SaveDialog {
+        id: exportDialog
+        objectName: "exportDialog"
+        client: panel.client
+        title: qsTr("Export %L1 bookmarks").arg(query.total)
+        fileTitle: qsTr("File, as CSV for --import")
+        save: path => csv.save(path, panel.client.plugin, filter.pageWanted(0))
+    }
+
     ColumnLayout {
         anchors.fill: parent
         spacing: Theme.gap
@@ -89,6 +101,7 @@ Pane {
             Layout.fillWidth: true
             client: panel.client
             filter: filter
+            onExportWanted: exportDialog.openFor(csv.newFile())
         }
         BookmarkList {
             id: list

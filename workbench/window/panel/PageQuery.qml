@@ -26,6 +26,9 @@ FrameUpdate {
     /// The page is not what it was before, but another one; of another result when @p anew.
     signal turned(bool anew)
 
+    /// The model has got a page.
+    signal loaded()
+
     function goTo(page) {
         pageNumber = Math.min(Math.max(page, 0), pageCount - 1);
     }
@@ -49,6 +52,7 @@ FrameUpdate {
         shownPage = pageNumber < pageCount ? pageNumber : 0; // as the plug-in does
         if (!client.querying)
             pageNumber = Math.min(pageNumber, pageCount - 1);
+        loaded();
     }
 
     /// The bookmarks from one place in the result to another, counted from 0, in any order and on

@@ -1,4 +1,4 @@
-#include "AddFailures.h"
+#include "AddOutcomes.h"
 
 #include "stations/Protocol.h"
 
@@ -20,7 +20,7 @@ QString cameraKey(const QString &relayPath, const QVariant &record)
 
 } // namespace
 
-void AddFailures::noteTraffic(const standin::Traffic &traffic)
+void AddOutcomes::noteTraffic(const standin::Traffic &traffic)
 {
     if (traffic.name != protocol::command::AddBookmark &&
         traffic.name != protocol::command::AddBookmarks)
@@ -33,30 +33,48 @@ void AddFailures::noteTraffic(const standin::Traffic &traffic)
         else
             noteFailures(traffic.sequence, command, QString());
     } else if (traffic.kind == Kind::Answered && m_pending.contains(traffic.request)) {
-        Command command = m_pending.take(traffic.request);
-        const bool failed = traffic.resultCode != protocol::code::Success;
-        if (!failed) {
-            command.records = recordsOf(traffic.value);
-            command.records.removeIf([](const QVariant &record) {
-                return record.toMap().contains(protocol::key::BookmarkID);
-            });
-        }
-        noteFailures(traffic.request, command, failed ? traffic.resultCode : QString());
+        noteAnswer(m_pending.take(traffic.request), traffic);
     }
 }
 
-void AddFailures::noteFailures(quint64 request, const Command &command, const QString &code)
+void AddOutcomes::noteAnswer(const Command &command, const standin::Traffic &answer)
+{
+    if (answer.resultCode != protocol::code::Success) {
+        noteFailures(answer.request, command, answer.resultCode);
+        return;
+    }
+    Command failed{command.relayPath, {}};
+    const QVariantList records = recordsOf(answer.value);
+    for (const QVariant &record : records) {
+        const QString bookmarkID = record.toMap().value(protocol::key::BookmarkID).toString();
+        if (bookmarkID.isEmpty())
+            failed.records.append(record);
+        else
+            m_added[answer.request].append(command.relayPath + QLatin1Char('/') + bookmarkID);
+    }
+    noteFailures(answer.request, failed, QString());
+}
+
+void AddOutcomes::noteFailures(quint64 request, const Command &command, const QString &code)
 {
     for (const QVariant &record : command.records)
         m_failures[request].insert(cameraKey(command.relayPath, record), code);
 }
 
-QVariantMap AddFailures::after(quint64 request) const
+QVariantMap AddOutcomes::failuresAfter(quint64 request) const
 {
     QVariantMap failures;
     for (auto it = m_failures.upperBound(request); it != m_failures.cend(); ++it)
         failures.insert(*it);
     return failures;
+}
+
+QStringList AddOutcomes::addedAfter(quint64 request) const
+{
+    QStringList added;
+    for (auto it = m_added.upperBound(request); it != m_added.cend(); ++it)
+        added += *it;
+    return added;
 }
 
 } // namespace workbench

@@ -3,41 +3,42 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Workbench
 
-/// Saves the traffic for a replay. The style's own dialog for files loses names that are typed.
+/// Asks for a file and saves something in it. The style's own dialog for files loses names that are
+/// typed.
 FormDialog {
     id: dialog
 
-    readonly property Recorder recorder: client.bench.recorder
+    required property string fileTitle
+    /// Saves under a path; returns an error, or an empty text.
+    required property var save
 
-    objectName: "saveDialog"
-    title: qsTr("Save the traffic")
     acceptText: qsTr("Save")
     valid: path.text !== ""
     firstField: path
 
-    function openNew() {
-        path.text = recorder.newFile();
+    function openFor(file) {
+        path.text = file;
         open();
     }
 
     onSubmitted: {
-        settle(recorder.save(path.text));
+        settle(save(path.text));
         if (error === "")
             client.notice(qsTr("Saved as %1").arg(path.text), false);
     }
 
     Label {
-        text: qsTr("File, as JSON lines for --replay")
+        text: dialog.fileTitle
     }
     TextField {
         id: path
         objectName: "savePath"
         selectByMouse: true
-        Accessible.name: qsTr("File")
+        Accessible.name: dialog.fileTitle
         Layout.fillWidth: true
     }
     Label {
-        visible: dialog.recorder.exists(path.text)
+        visible: dialog.client.bench.recorder.exists(path.text)
         text: qsTr("The file exists and will be replaced.")
         color: Theme.warning
     }

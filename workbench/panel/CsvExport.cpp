@@ -1,0 +1,83 @@
+#include "CsvExport.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QDir>
+#include <QtCore/QSaveFile>
+
+namespace workbench {
+
+namespace {
+
+QByteArray quoted(const QString &text)
+{
+    QByteArray field = text.toUtf8();
+    for (const char special : {',', '"', '\r', '\n'}) {
+        if (field.contains(special))
+            return '"' + field.replace('"', "\"\"") + '"';
+    }
+    return field;
+}
+
+QByteArray lineOf(const QVariantMap &record)
+{
+    const auto text = [&record](const char *key) {
+        return quoted(record.value(QLatin1String(key)).toString());
+    };
+    const auto time = [&record](const char *key) {
+        const qint64 moment = record.value(QLatin1String(key)).toLongLong();
+        return QDateTime::fromMSecsSinceEpoch(moment, Qt::UTC)
+            .toString(Qt::ISODateWithMs)
+            .toLatin1();
+    };
+    const QByteArrayList fields{text("cameraID"),    time("startTimestamp"), time("endTimestamp"),
+                                text("description"), text("relayPath"),      text("creator"),
+                                text("group")};
+    return fields.join(',') + '\n';
+}
+
+/// Returns the number of records of the page.
+qsizetype writePage(const QVariantMap &page, QIODevice &file)
+{
+    qsizetype written = 0;
+    const QVariantList groups = page.value(QStringLiteral("bookmarkGroupList")).toList();
+    for (const QVariant &group : groups) {
+        const QVariantList records = group.toMap().value(QStringLiteral("bookmarkList")).toList();
+        for (const QVariant &record : records)
+            file.write(lineOf(record.toMap()));
+        written += records.size();
+    }
+    return written;
+}
+
+} // namespace
+
+QString CsvExport::newFile()
+{
+    const QString now = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss"));
+    return QDir::toNativeSeparators(
+        QDir::home().filePath(QStringLiteral("bookmarks-%1.csv").arg(now)));
+}
+
+QString CsvExport::save(const QString &path, QObject *plugin, QVariantMap filter)
+{
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write("camera,start,end,description,station,creator,group\n");
+        qint64 left = 1;
+        for (int number = 0; left > 0; ++number) {
+            filter.insert(QStringLiteral("pageNumber"), number);
+            QVariantMap page;
+            QMetaObject::invokeMethod(plugin, "getFilteredBookmarkList",
+                                      Q_RETURN_ARG(QVariantMap, page), Q_ARG(QVariantMap, filter));
+            if (number == 0)
+                left = page.value(QStringLiteral("totalBookmarkNumber")).toLongLong();
+            const qsizetype written = writePage(page, file);
+            left = written > 0 ? left - written : 0;
+        }
+    }
+    if (file.isOpen() && file.commit())
+        return QString();
+    return QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), file.errorString());
+}
+
+} // namespace workbench
