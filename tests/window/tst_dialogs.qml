@@ -101,6 +101,7 @@ WindowTest {
             type(station.name);
             keyClick(Qt.Key_Return);
             verify(find("addDialog").busy);
+            tryVerify(() => part(find("addDialog"), "dialogWaiting").text.includes(station.name));
             if (station === harbour)
                 keyClick(Qt.Key_Escape);
             tryCompare(find("addDialog"), "visible", station === depot);

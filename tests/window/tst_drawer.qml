@@ -46,6 +46,15 @@ WindowTest {
         tryVerify(() => row.Accessible.name === "Harbour, " + state, 20000, state);
         compare(texts(row).includes(state), state !== "connected");
     }
+    /// A row of the harbour's traffic, to a screen reader.
+    function rowSays(text) {
+        mouseClick(find("drawerTabs").itemAt(0));
+        retype(find("trafficSearch"), "relay-1");
+        keyClick(Qt.Key_Return);
+        const names = () => Array.from({ length: list().count }, (_, i) => list().itemAtIndex(i))
+            .map(row => row ? row.Accessible.name : "");
+        tryVerify(() => names().some(name => name.includes(text)), 5000, text);
+    }
     function panelNames(station) {
         tryVerify(() => find("queryProgress").visible === (station !== "")
                   && find("queryProgress").text.includes(station), 20000, station);
@@ -101,6 +110,9 @@ WindowTest {
         const tree = find("payloadTree");
         tryVerify(() => texts(tree).includes("\"Rope torn\""));
         verify(texts(tree).includes("Description"));
+        const type = tree.itemAtCell(PayloadTree.TypeColumn, 0);
+        verify(type.x + type.implicitWidth <= tree.width && type.text !== "", "the type is visible");
+        compare(texts(find("payloadHeadings")), ["Key", "Value", "Type"]);
         data.copy();
         retype(find("trafficSearch"), "");
         keyClick(Qt.Key_V, Qt.ControlModifier);
@@ -109,12 +121,12 @@ WindowTest {
     }
 
     function test_faultOfAStation_data() {
-        return [{ tag: "failing", logged: "(relay-1) failed",
+        return [{ tag: "failing", logged: "(relay-1) failed", spoken: "relay-1 code 9",
                   turn: on => {
                       retype(fault("code"), on ? "9" : "");
                       keyClick(Qt.Key_Return);
                   } },
-                { tag: "disconnected", logged: "SendCommand failed",
+                { tag: "disconnected", logged: "SendCommand failed", spoken: "relay-1 refused",
                   turn: () => mouseClick(fault("connected")) }];
     }
     function test_faultOfAStation(data) {
@@ -125,10 +137,21 @@ WindowTest {
             keyClick(Qt.Key_F5);
             treeSays(on ? data.tag : "connected");
             panelNames(on ? "Harbour" : "");
+            if (on)
+                rowSays(data.spoken);
             keyClick(Qt.Key_F12);
         }
         openTab(1);
         tryVerify(() => texts(find("logList")).some(text => text.includes(data.logged)));
+        const search = find("logSearch");
+        retype(search, data.logged);
+        keyClick(Qt.Key_Return);
+        tryVerify(() => find("logList").count > 0);
+        mouseClick(find("logList").itemAtIndex(0));
+        keyClick(Qt.Key_C, Qt.ControlModifier);
+        retype(search, "");
+        keyClick(Qt.Key_V, Qt.ControlModifier);
+        verify(search.text.includes(" error ") && search.text.includes(data.logged), search.text);
     }
 
     function test_delayIsSlowUntilMended() {

@@ -17,6 +17,7 @@ Dialog {
     property bool gated: false ///< the server may forbid it
     property Item firstField: null
     property bool busy: false  ///< an outcome is to come
+    property string awaited: "" ///< names of those whose answers are to come
     property string error: ""
     property real lastBefore: 0 ///< number of the last command before those of this dialog
     property var answered: new Set() ///< numbers of those whose outcome has come
@@ -31,6 +32,19 @@ Dialog {
             return;
         begin();
         submitted();
+    }
+
+    function noteAwaited() {
+        const stations = client.bench.stations.filter(one => client.bench.isAwaited(one.relayPath));
+        awaited = stations.map(one => one.name).join(", ") || qsTr("the server");
+    }
+
+    readonly property Connections traffic: Connections {
+        target: dialog.client.bench
+        enabled: dialog.busy
+        function onTrafficPassed() {
+            dialog.noteAwaited();
+        }
     }
 
     /// From now on outcomes are awaited.
@@ -102,6 +116,7 @@ Dialog {
         acceptText: dialog.acceptText
         ready: dialog.ready
         busy: dialog.busy
+        awaited: dialog.awaited
         problem: dialog.error
         hint: dialog.gated ? dialog.client.lockReason : ""
         onAccepted: dialog.submit()

@@ -53,7 +53,7 @@ ColumnLayout {
                     bar.focusSearch();
             }
         }
-        PayloadView {
+        PayloadPane {
             traffic: tab.traffic
             row: filter.sourceRow(list.currentIndex)
             SplitView.preferredWidth: 320
