@@ -42,9 +42,8 @@ RowLayout {
     }
     CellButton {
         objectName: "inStep"
-        implicitWidth: 60
-        text: qsTr("In step")
-        hint: qsTr("All cells show the time of the active one (I)")
+        text: "⇄"
+        hint: qsTr("In step: all cells show the time of the active one (I)")
         checkable: true
         checked: bar.inStep
         onToggled: bar.inStepChosen(checked)

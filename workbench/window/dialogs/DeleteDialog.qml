@@ -13,8 +13,9 @@ SelectionDialog {
     signal removed(var records)
 
     objectName: "deleteDialog"
-    title: records.length === 1 ? qsTr("Delete this bookmark?")
-                                : qsTr("Delete %1 bookmarks?").arg(records.length)
+    title: records.length === 0 ? qsTr("Delete bookmarks?")
+        : records.length === 1 ? qsTr("Delete this bookmark?")
+        : qsTr("Delete %1 bookmarks?").arg(records.length)
     acceptText: qsTr("Delete")
     gated: true
     valid: records.length > 0
