@@ -144,7 +144,8 @@ private Q_SLOTS:
         values(u"--seed"_s, {u"-1"_s, u"4294967296"_s}, u"a whole number from 0 to 4294967295"_s);
         values(u"--import"_s, {u"/none.csv"_s, u"/"_s}, u"a file that can be read"_s);
         const QString useless = write(u"useless.csv"_s, "camera,start,end\ncamera-99,1,2\n");
-        row("nothing imported", {u"--import"_s, useless}, useless + ": no bookmark was imported"_L1);
+        row("nothing imported", {u"--import"_s, useless},
+            useless + ": no bookmark was imported"_L1);
         row("no such recording", {u"--replay=/none.jsonl"_s}, u"/none.jsonl"_s);
 
         const auto patched = [&](const char *name, const QByteArray &before,

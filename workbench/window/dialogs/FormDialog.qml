@@ -35,8 +35,12 @@ Dialog {
     }
 
     function noteAwaited() {
-        const stations = client.bench.stations.filter(one => client.bench.isAwaited(one.relayPath));
-        awaited = stations.map(one => one.name).join(", ") || qsTr("the server");
+        const names = [];
+        for (const station of client.bench.stations) {
+            if (client.bench.isAwaited(station.relayPath))
+                names.push(station.name);
+        }
+        awaited = names.join(", ") || qsTr("the server");
     }
 
     readonly property Connections traffic: Connections {

@@ -9,8 +9,16 @@ FormDialog {
     id: dialog
 
     required property string fileTitle
-    /// Saves under a path; returns an error, or an empty text.
-    required property var save
+
+    /// To be answered by finish().
+    signal saveWanted(string path)
+
+    /// With an error, or an empty text.
+    function finish(problem) {
+        settle(problem);
+        if (problem === "")
+            client.notice(qsTr("Saved as %1").arg(path.text), false);
+    }
 
     acceptText: qsTr("Save")
     valid: path.text !== ""
@@ -21,11 +29,7 @@ FormDialog {
         open();
     }
 
-    onSubmitted: {
-        settle(save(path.text));
-        if (error === "")
-            client.notice(qsTr("Saved as %1").arg(path.text), false);
-    }
+    onSubmitted: saveWanted(path.text)
 
     Label {
         text: dialog.fileTitle

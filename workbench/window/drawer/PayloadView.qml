@@ -33,6 +33,7 @@ TreeView {
     selectionModel: ItemSelectionModel { model: view.model }
     delegate: TreeViewDelegate {
         id: part
+        required property int column
         text: model.display
         implicitHeight: Theme.normalText + Theme.gap + 4
         ToolTip.visible: hovered

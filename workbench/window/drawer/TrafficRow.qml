@@ -28,7 +28,7 @@ ItemDelegate {
     padding: 0
     highlighted: ListView.isCurrentItem
     focusPolicy: Qt.NoFocus
-    Accessible.name: [clock, kind, name, relayPath, outcome, summary].filter(text => text).join(" ")
+    Accessible.name: clock + " " + kind + " " + name + " " + relayPath + " " + outcome + " " + summary
 
     onClicked: {
         ListView.view.currentIndex = index;

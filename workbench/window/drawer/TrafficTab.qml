@@ -67,6 +67,6 @@ ColumnLayout {
         client: tab.client
         title: qsTr("Save the traffic")
         fileTitle: qsTr("File, as JSON lines for --replay")
-        save: path => tab.recorder.save(path)
+        onSaveWanted: path => finish(tab.recorder.save(path))
     }
 }

@@ -79,7 +79,7 @@ Pane {
         client: panel.client
         title: qsTr("Export %L1 bookmarks").arg(query.total)
         fileTitle: qsTr("File, as CSV for --import")
-        save: path => csv.save(path, panel.client.plugin, filter.pageWanted(0))
+        onSaveWanted: path => finish(csv.save(path, panel.client.plugin, filter.pageWanted(0)))
     }
 
     ColumnLayout {
