@@ -19,7 +19,7 @@ private Q_SLOTS:
         const StationConfig station = demoStations().constFirst();
         QStringList made[3];
         QSet<QString> cameras;
-        const QRegularExpression sentence(QStringLiteral(
+        static const QRegularExpression sentence(QStringLiteral(
             "^(?!Two )[A-Z][a-z ]* (is [a-z]|(passes|waits|turns|stops|drives|comes|blocks|enters|"
             "asks|leaves|falls)\\b)"));
         for (int i = 0; i < 3; ++i) {
