@@ -35,18 +35,46 @@ QByteArray lineOf(const QVariantMap &record)
     return fields.join(',') + '\n';
 }
 
-/// Returns the number of records of the page.
-qsizetype writePage(const QVariantMap &page, QIODevice &file)
+/// All records of the filter's camera that begin in its range, whatever their texts.
+QVariantList recordsInRange(QObject *plugin, const QVariantMap &filter)
 {
-    qsizetype written = 0;
-    const QVariantList groups = page.value(QStringLiteral("bookmarkGroupList")).toList();
-    for (const QVariant &group : groups) {
-        const QVariantList records = group.toMap().value(QStringLiteral("bookmarkList")).toList();
-        for (const QVariant &record : records)
-            file.write(lineOf(record.toMap()));
-        written += records.size();
+    QVariantList records;
+    QMetaObject::invokeMethod(plugin, "getBookmarkListByNodeID",
+                              Q_RETURN_ARG(QVariantList, records),
+                              Q_ARG(QString, filter.value(QStringLiteral("nodeID")).toString()));
+    const QString key = QStringLiteral("startTimestamp");
+    const qint64 first = filter.value(key).toLongLong();
+    const qint64 last = filter.value(QStringLiteral("endTimestamp")).toLongLong();
+    records.removeIf([&](const QVariant &record) {
+        const qint64 start = record.toMap().value(key).toLongLong();
+        return start < first || start > last;
+    });
+    return records;
+}
+
+QVariantList recordsWithText(QObject *plugin, QVariantMap filter)
+{
+    QVariantList records;
+    for (int number = 0;; ++number) {
+        filter.insert(QStringLiteral("pageNumber"), number);
+        QVariantMap page;
+        QMetaObject::invokeMethod(plugin, "getFilteredBookmarkList",
+                                  Q_RETURN_ARG(QVariantMap, page), Q_ARG(QVariantMap, filter));
+        const QVariantList groups = page.value(QStringLiteral("bookmarkGroupList")).toList();
+        for (const QVariant &group : groups)
+            records += group.toMap().value(QStringLiteral("bookmarkList")).toList();
+        const qint64 total = page.value(QStringLiteral("totalBookmarkNumber")).toLongLong();
+        if (groups.isEmpty() || records.size() >= total)
+            return records;
     }
-    return written;
+}
+
+/// Pages are for texts alone, as the plug-in sorts all that match for each page.
+QVariantList recordsFound(QObject *plugin, const QVariantMap &filter)
+{
+    return filter.value(QStringLiteral("text")).toString().isEmpty()
+               ? recordsInRange(plugin, filter)
+               : recordsWithText(plugin, filter);
 }
 
 } // namespace
@@ -58,22 +86,14 @@ QString CsvExport::newFile()
         QDir::home().filePath(QStringLiteral("bookmarks-%1.csv").arg(now)));
 }
 
-QString CsvExport::save(const QString &path, QObject *plugin, QVariantMap filter)
+QString CsvExport::save(const QString &path, QObject *plugin, const QVariantMap &filter)
 {
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
         file.write("camera,start,end,description,station,creator,group\n");
-        qint64 left = 1;
-        for (int number = 0; left > 0; ++number) {
-            filter.insert(QStringLiteral("pageNumber"), number);
-            QVariantMap page;
-            QMetaObject::invokeMethod(plugin, "getFilteredBookmarkList",
-                                      Q_RETURN_ARG(QVariantMap, page), Q_ARG(QVariantMap, filter));
-            if (number == 0)
-                left = page.value(QStringLiteral("totalBookmarkNumber")).toLongLong();
-            const qsizetype written = writePage(page, file);
-            left = written > 0 ? left - written : 0;
-        }
+        const QVariantList records = recordsFound(plugin, filter);
+        for (const QVariant &record : records)
+            file.write(lineOf(record.toMap()));
     }
     if (file.isOpen() && file.commit())
         return QString();

@@ -22,7 +22,8 @@ public:
     /// @param plugin the plug-in's object, asked for one page after the other
     /// @param filter as for getFilteredBookmarkList()
     /// @return why the file could not be written, beginning with its name; else empty
-    Q_INVOKABLE static QString save(const QString &path, QObject *plugin, QVariantMap filter);
+    Q_INVOKABLE static QString save(const QString &path, QObject *plugin,
+                                    const QVariantMap &filter);
 };
 
 } // namespace workbench

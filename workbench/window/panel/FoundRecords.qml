@@ -19,10 +19,6 @@ QtObject {
         return [].concat(...page.bookmarkGroupList.map(group => group.bookmarkList));
     }
 
-    function all() {
-        return pages(filter.pageWanted(0), () => false);
-    }
-
     /// Records of all pages, up to the page for which @p enough returns true.
     function pages(wanted, enough) {
         const records = [];
@@ -43,11 +39,15 @@ QtObject {
         return [shown, records.filter(record => !shown.includes(record))];
     }
 
-    /// The plug-in decides, asked for the moment of that record alone.
+    /// Which texts match, the plug-in decides, asked for the moment of that record alone.
     function matches(record, wanted) {
         const moment = record.startTimestamp;
-        if (moment < wanted.startTimestamp || moment > wanted.endTimestamp)
+        const key = (record.relayPath ? record.relayPath + "/" : "") + record.cameraID;
+        if (moment < wanted.startTimestamp || moment > wanted.endTimestamp
+                || (wanted.nodeID !== "" && wanted.nodeID !== key))
             return false;
+        if (wanted.text === "")
+            return true;
         const isIn = records => records.some(one => one.bookmarkID === record.bookmarkID
                                              && one.relayPath === record.relayPath);
         return isIn(pages(Object.assign({}, wanted, { startTimestamp: moment, endTimestamp: moment }),
