@@ -235,6 +235,43 @@ WindowTest {
         showsPage("1 to 50 of 360");
     }
 
+    /// With day, text or camera as well, over pages, and for what is selected or exported.
+    function test_timeOfDay_data() {
+        const night = hour => hour >= 22 || hour < 6;
+        return [{ tag: "over midnight", box: "22:00 to 06:00", text: "", holds: night },
+                { tag: "with a text", box: "22:00-6:00", text: "white v", holds: night },
+                { tag: "by day", box: "06:00-22:00", text: "", holds: hour => !night(hour) }];
+    }
+    function test_timeOfDay(data) {
+        const hourOf = one => Number(one.displayTimeRange.slice(0, 2));
+        const expected = plugin.getBookmarkListByNodeID("").filter(
+            one => one.description.includes(data.text) && data.holds(hourOf(one)));
+        panel().filter.text = data.text;
+        const box = find("timeOfDay");
+        mouseClick(box, 30, 10);
+        keyClick(Qt.Key_A, Qt.ControlModifier);
+        type("nonsense");
+        verify(!box.valid);
+        keyClick(Qt.Key_A, Qt.ControlModifier);
+        type(data.box);
+        keyClick(Qt.Key_Return);
+        tryCompare(panel().query, "total", expected.length);
+        for (const ascending of [false, true]) {
+            panel().filter.ascending = ascending;
+            const found = panel().query.found.pages(panel().filter.pageWanted(0), () => false);
+            compare(found.map(one => one.bookmarkID).sort(),
+                    expected.map(one => one.bookmarkID).sort());
+            const days = found.map(one => panel().filter.ranges.dayOf(one.startTimestamp));
+            const sorted = days.slice().sort();
+            compare(days, ascending ? sorted : sorted.reverse());
+        }
+        const [shown, hidden] = panel().query.found.shownAndHidden(plugin.getBookmarkListByNodeID(""));
+        compare([shown.length, hidden.length], [expected.length, 360 - expected.length]);
+        panel().filter.clear();
+        showsPage("1 to 50 of 360");
+        compare(box.editText, "Any time");
+    }
+
     function test_waitingIsCancelled() {
         bench.faults.setData(bench.faults.index(2, 0), 3000, FaultsModel.DelayRole);
         keyClick(Qt.Key_F5);

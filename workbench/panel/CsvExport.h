@@ -1,5 +1,7 @@
 #pragma once
 
+#include "RecordFinder.h"
+
 #include <QtCore/QObject>
 #include <QtCore/QVariant>
 #include <QtQml/qqmlregistration.h>
@@ -18,11 +20,9 @@ public:
     /// A name for a new file in the user's home folder.
     Q_INVOKABLE static QString newFile();
 
-    /// Saves all bookmarks that match a filter, on whatever pages they are.
-    /// @param plugin the plug-in's object, asked for one page after the other
-    /// @param filter as for getFilteredBookmarkList()
+    /// Saves all bookmarks that match a filter, see RecordFinder.
     /// @return why the file could not be written, beginning with its name; else empty
-    Q_INVOKABLE static QString save(const QString &path, QObject *plugin,
+    Q_INVOKABLE static QString save(const QString &path, workbench::RecordFinder *finder,
                                     const QVariantMap &filter);
 };
 

@@ -79,7 +79,7 @@ Pane {
         client: panel.client
         title: qsTr("Export %L1 bookmarks").arg(query.total)
         fileTitle: qsTr("File, as CSV for --import")
-        onSaveWanted: path => finish(csv.save(path, panel.client.plugin, filter.pageWanted(0)))
+        onSaveWanted: path => finish(csv.save(path, query.found.finder, filter.pageWanted(0)))
     }
 
     ColumnLayout {
@@ -96,6 +96,7 @@ Pane {
         DateBar {
             Layout.fillWidth: true
             filter: filter
+            finder: query.found.finder
         }
         OrderBar {
             Layout.fillWidth: true

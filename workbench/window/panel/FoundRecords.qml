@@ -9,10 +9,14 @@ QtObject {
     required property Client client
     required property BookmarkFilter filter
 
+    readonly property RecordFinder finder: RecordFinder {
+        plugin: found.client.plugin
+        timeZone: found.client.timeZone
+    }
     readonly property int pageSize: 50 ///< fixed by the plug-in
 
     function recordsOf(page) {
-        return recordsIn(client.plugin.getFilteredBookmarkList(filter.pageWanted(page)));
+        return recordsIn(finder.page(filter.pageWanted(page)));
     }
 
     function recordsIn(page) {
@@ -23,7 +27,7 @@ QtObject {
     function pages(wanted, enough) {
         const records = [];
         for (let count = 1; wanted.pageNumber < count; ++wanted.pageNumber) {
-            const page = client.plugin.getFilteredBookmarkList(wanted);
+            const page = finder.page(wanted);
             count = Math.ceil(page.totalBookmarkNumber / pageSize);
             records.push(...recordsIn(page));
             if (enough(records))
@@ -46,7 +50,7 @@ QtObject {
         if (moment < wanted.startTimestamp || moment > wanted.endTimestamp
                 || (wanted.nodeID !== "" && wanted.nodeID !== key))
             return false;
-        if (wanted.text === "")
+        if (wanted.text === "" && wanted.timeOfDay === "")
             return true;
         const isIn = records => records.some(one => one.bookmarkID === record.bookmarkID
                                              && one.relayPath === record.relayPath);

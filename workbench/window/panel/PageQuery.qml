@@ -44,7 +44,9 @@ FrameUpdate {
     }
 
     function load() {
-        const page = client.bookmarks.getFilteredBookmarkList(filter.pageWanted(pageNumber));
+        const wanted = filter.pageWanted(pageNumber);
+        const page = filter.timeOfDay === "" ? client.bookmarks.getFilteredBookmarkList(wanted)
+                                             : found.finder.page(wanted);
         total = page.totalBookmarkNumber;
         anyBookmarks = total > 0 || client.bookmarks.getFilteredBookmarkList(filter.anything())
             .totalBookmarkNumber > 0;
