@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace workbench {
 
@@ -40,21 +41,33 @@ std::optional<std::pair<QTime, QTime>> timesOf(const QString &text)
     return std::pair(from, to);
 }
 
-/// Sorts as the plug-in does: groups by title, days by date, and the newest first within a group.
-void sort(QVariantList &records, const QString &groupKey, bool ascending)
+/// A record with the values that it is sorted by: reading them from the map takes longer.
+struct Row
 {
-    std::stable_sort(records.begin(), records.end(),
-                     [](const QVariant &a, const QVariant &b) { return startOf(a) > startOf(b); });
+    qint64 start;
+    QString title;
+    QVariant record;
+};
+
+/// Sorts as the plug-in does: groups by title, days by date, and the newest first within a group.
+QVariantList sorted(const QVariantList &records, const QString &groupKey, bool ascending)
+{
+    QList<Row> rows;
+    rows.reserve(records.size());
+    for (const QVariant &record : records)
+        rows.append({startOf(record), record.toMap().value(groupKey).toString(), record});
     const bool byDate = groupKey.startsWith(QLatin1String("display"));
-    const auto comesBefore = [&](const QVariant &a, const QVariant &b) {
-        const QString first = a.toMap().value(groupKey).toString();
-        const QString second = b.toMap().value(groupKey).toString();
-        if (first == second)
-            return false;
-        const bool isLess = byDate ? startOf(a) < startOf(b) : first < second;
+    std::stable_sort(rows.begin(), rows.end(), [&](const Row &a, const Row &b) {
+        if (a.title == b.title)
+            return a.start > b.start;
+        const bool isLess = byDate ? a.start < b.start : a.title < b.title;
         return isLess == ascending;
-    };
-    std::stable_sort(records.begin(), records.end(), comesBefore);
+    });
+    QVariantList list;
+    list.reserve(rows.size());
+    for (const Row &row : std::as_const(rows))
+        list.append(row.record);
+    return list;
 }
 
 QVariantList grouped(const QVariantList &records, const QString &groupKey)
@@ -92,8 +105,8 @@ QVariantMap RecordFinder::page(const QVariantMap &filter) const
     QString groupKey = filter.value(QStringLiteral("groupKey")).toString();
     if (groupKey == QLatin1String("displayTimeRange"))
         groupKey = QStringLiteral("displayDate");
-    QVariantList found = records(filter);
-    sort(found, groupKey, filter.value(QStringLiteral("ascending")).toBool());
+    const QVariantList found =
+        sorted(records(filter), groupKey, filter.value(QStringLiteral("ascending")).toBool());
     qsizetype first = filter.value(PageNumber).toLongLong() * PageSize;
     if (first >= found.size())
         first = 0;
