@@ -25,7 +25,8 @@ QByteArray lineOf(const QVariantMap &record)
     };
     const auto time = [&record](const char *key) {
         const qint64 moment = record.value(QLatin1String(key)).toLongLong();
-        return QDateTime::fromMSecsSinceEpoch(moment, Qt::UTC)
+        return QDateTime::fromMSecsSinceEpoch(moment)
+            .toUTC()
             .toString(Qt::ISODateWithMs)
             .toLatin1();
     };

@@ -61,7 +61,7 @@ QString DateTimeTexts::remarkOn(const QString &text) const
     if (moments.size() == 1)
         return QString();
     const bool isSummer =
-        zone().isDaylightTime(QDateTime::fromMSecsSinceEpoch(moments.constFirst(), Qt::UTC));
+        zone().isDaylightTime(QDateTime::fromMSecsSinceEpoch(moments.constFirst()));
     return isSummer ? tr("%1 occurs twice, summer time is taken.").arg(clock)
                     : tr("%1 occurs twice, the first one is taken.").arg(clock);
 }
@@ -86,7 +86,7 @@ QList<qint64> DateTimeTexts::momentsOf(QDate date, QTime time) const
     QList<qint64> moments;
     if (!date.isValid() || !time.isValid())
         return moments;
-    const QDateTime local(date, time, Qt::UTC);
+    const QDateTime local(date, time, QTimeZone::utc());
     // The offset of the zone is one of those a day before and after.
     for (const int days : {-1, 1}) {
         const int offset = zone().offsetFromUtc(local.addDays(days));
