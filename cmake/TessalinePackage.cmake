@@ -1,6 +1,10 @@
 # cmake --install and CPack: what an integrator gets, in one folder. Qt, the compiler's runtime and the
 # host's libraries are the client's own and not among it.
 install(TARGETS Tessaline LIBRARY DESTINATION .)
+if(UNIX AND NOT APPLE)
+    # The client has its own place for the host's libraries.
+    install(CODE [[file(RPATH_REMOVE FILE "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/Tessaline.so")]])
+endif()
 if(MINGW)
     install(FILES "$<TARGET_FILE:Tessaline>.debug" DESTINATION .)
 elseif(MSVC)

@@ -10,6 +10,7 @@ struct Answer
 {
     QVariant result;
     QString resultCode = QString::fromLatin1("0"); ///< "0" is success, anything else a failure
+    qint64 tookMs = 0; ///< time that the server has spent on it, without time in queues
 };
 
 /// The far side of the stand-in framework: whatever executes commands.

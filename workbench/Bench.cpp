@@ -8,6 +8,7 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QMetaMethod>
+#include <QtCore/QTimeZone>
 
 #include <algorithm>
 #include <utility>
@@ -63,6 +64,7 @@ void Bench::noteTraffic(const standin::Traffic &traffic)
 {
     m_recorder.noteTraffic(traffic);
     m_stationStates.noteTraffic(traffic);
+    m_addOutcomes.noteTraffic(traffic);
     using Kind = standin::Traffic::Kind;
     if (traffic.kind == Kind::Sent)
         m_lastRequest = traffic.sequence;
@@ -84,12 +86,29 @@ void Bench::noteTraffic(const standin::Traffic &traffic)
 
 void Bench::noteAnswer(const standin::Traffic &answer)
 {
-    if (answer.name != protocol::command::QuerySettingPermission ||
-        answer.resultCode != protocol::code::Success)
+    if (answer.resultCode != protocol::code::Success)
+        return;
+    if (answer.name == protocol::command::QueryServerTimeZone)
+        noteClientTimeZone(answer.value.toString());
+    if (answer.name != protocol::command::QuerySettingPermission)
         return;
     const bool permission = answer.value.toBool();
     if (permission != std::exchange(m_settingPermission, permission))
         Q_EMIT settingPermissionChanged();
+}
+
+void Bench::noteClientTimeZone(const QString &ianaId)
+{
+    // The plug-in ignores an empty zone.
+    if (ianaId.isEmpty() || ianaId == m_clientTimeZone)
+        return;
+    m_clientTimeZone = ianaId;
+    QMetaObject::invokeMethod(this, &Bench::clientTimeZoneChanged, Qt::QueuedConnection);
+}
+
+bool Bench::isTimeZone(const QString &ianaId)
+{
+    return QTimeZone(ianaId.toUtf8()).isValid();
 }
 
 QVariantList Bench::stations() const
@@ -106,6 +125,8 @@ void Bench::setServerTimeZone(const QString &ianaId)
     m_serverTimeZone = ianaId;
     m_stations.setTimeZone(ianaId.toUtf8());
     Q_EMIT serverTimeZoneChanged();
+    if (m_clientTimeZone.isEmpty())
+        Q_EMIT clientTimeZoneChanged();
 }
 
 void Bench::connectToServer()

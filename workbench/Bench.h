@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/Traffic.h"
+#include "traffic/AddOutcomes.h"
 #include "traffic/FaultsModel.h"
 #include "traffic/LogModel.h"
 #include "traffic/Recorder.h"
@@ -55,6 +56,8 @@ class Bench : public QObject
     /// IANA identifier that the server gives to the next who asks.
     Q_PROPERTY(QString serverTimeZone READ serverTimeZone WRITE setServerTimeZone NOTIFY
                    serverTimeZoneChanged)
+    /// The zone that the client has got from the server, by which its bookmarks have their texts.
+    Q_PROPERTY(QString clientTimeZone READ clientTimeZone NOTIFY clientTimeZoneChanged)
     /// Whether the server has told the client that its user may change settings.
     Q_PROPERTY(bool settingPermission READ settingPermission NOTIFY settingPermissionChanged)
 
@@ -83,6 +86,12 @@ public:
     void setReplayReport(const QStringList &report) { m_replayReport = report; }
     QString serverTimeZone() const { return m_serverTimeZone; }
     void setServerTimeZone(const QString &ianaId);
+    QString clientTimeZone() const
+    {
+        return m_clientTimeZone.isEmpty() ? m_serverTimeZone : m_clientTimeZone;
+    }
+    /// Whether Qt knows a zone; the texts of times are empty in one that it does not know.
+    Q_INVOKABLE static bool isTimeZone(const QString &ianaId);
     bool settingPermission() const { return m_settingPermission; }
 
     /// Tells the plug-in that the connection to the server is up.
@@ -117,6 +126,17 @@ public:
     /// While the plug-in takes an answer: the number of its command. 0 otherwise.
     Q_INVOKABLE double answeredRequest() const;
 
+    /// Cameras on which the commands after @p request could not add a bookmark, see AddOutcomes.
+    Q_INVOKABLE QVariantMap addFailuresAfter(double request) const
+    {
+        return m_addOutcomes.failuresAfter(quint64(request));
+    }
+    /// Bookmarks that they have added.
+    Q_INVOKABLE QStringList bookmarksAddedAfter(double request) const
+    {
+        return m_addOutcomes.addedAfter(quint64(request));
+    }
+
     /// Names of all signals of the plug-in's object.
     Q_INVOKABLE QStringList signalNames() const;
 
@@ -130,12 +150,15 @@ Q_SIGNALS:
     void trafficPassed();
     void stationStatesChanged();
     void serverTimeZoneChanged();
+    /// Comes after the plug-in has got the zone.
+    void clientTimeZoneChanged();
     void settingPermissionChanged();
     void bookmarkOfOtherRefused(const QString &relayPath);
     void finished();
 
 private:
     void noteAnswer(const standin::Traffic &answer);
+    void noteClientTimeZone(const QString &ianaId);
 
     PluginBase &m_plugin;
     standin::Framework &m_framework;
@@ -146,12 +169,14 @@ private:
     quint64 m_lastRequest = 0;
     quint64 m_answeredRequest = 0; ///< of the last answer or event; an event has none
     StationStates m_stationStates;
+    AddOutcomes m_addOutcomes;
     TrafficModel m_traffic;
     Recorder m_recorder;
     LogModel m_log;
     FaultsModel m_faults;
     QStringList m_replayReport;
     QString m_serverTimeZone;
+    QString m_clientTimeZone; ///< empty before the first answer
     bool m_settingPermission = false;
     std::optional<QHash<QString, QStringList>> m_asked; ///< relay paths by command
 };

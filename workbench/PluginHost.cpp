@@ -4,18 +4,16 @@
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonObject>
 
 namespace workbench {
 
 namespace {
 
-/// What is wrong with the metadata of a library, in words; empty when it is the plug-in.
+/// Why a library is not the plug-in, as far as its metadata tells; empty when it is.
 QString defectOf(const QJsonObject &metaData)
 {
-    if (metaData.isEmpty())
-        return QStringLiteral("expected a Qt plug-in, found a file without metadata");
-
     const QString iid = metaData.value(QLatin1String("IID")).toString();
     if (iid != QLatin1String(PluginBase_iid))
         return QStringLiteral("expected the interface \"%1\", found \"%2\"")
@@ -57,18 +55,43 @@ QString PluginHost::pluginID()
 
 PluginBase *PluginHost::load(const QString &path, QString *error)
 {
-    m_loader.setFileName(path);
-    QString defect = defectOf(m_loader.metaData());
+    // Absolute, as the loader looks for any other file in the folders of Qt's plug-ins.
+    const QFileInfo file(QFileInfo(path).absoluteFilePath());
+    m_loader.setFileName(file.filePath());
     PluginBase *plugin = nullptr;
-    if (defect.isEmpty()) {
+    const QString defect = readingDefect(file);
+    if (defect.isEmpty())
         plugin = qobject_cast<PluginBase *>(m_loader.instance());
-        if (!plugin)
-            defect = QStringLiteral("expected a plug-in that works with Qt %1, found: %2")
-                         .arg(QLatin1String(qVersion()), m_loader.errorString());
-    }
     if (!plugin)
-        *error = QDir::toNativeSeparators(path) + QLatin1String(": ") + defect;
+        *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(file.filePath()),
+                                              defect.isEmpty() ? loadingDefect() : defect);
     return plugin;
+}
+
+/// Why the file can't be the plug-in, before its code runs; empty when it can.
+QString PluginHost::readingDefect(const QFileInfo &file) const
+{
+    if (!file.exists())
+        return QStringLiteral("there is no such file");
+    if (!file.isFile() || !file.isReadable())
+        return QStringLiteral("expected a file that can be read");
+    const QJsonObject metaData = m_loader.metaData();
+    return metaData.isEmpty()
+               ? QStringLiteral("expected a Qt plug-in, found: ") + m_loader.errorString()
+               : defectOf(metaData);
+}
+
+/// Why the loader has not loaded it.
+QString PluginHost::loadingDefect() const
+{
+    // The version as the metadata has it, a byte for each part.
+    const int version = m_loader.metaData().value(QLatin1String("version")).toInt();
+    const int major = version >> 16;
+    const int minor = (version >> 8) & 0xff;
+    if (major != QT_VERSION_MAJOR || minor > QT_VERSION_MINOR)
+        return QStringLiteral("it was built with Qt %1.%2; a program with Qt %3 can't load it")
+            .arg(QString::number(major), QString::number(minor), QLatin1String(qVersion()));
+    return QStringLiteral("it can't be loaded: ") + m_loader.errorString();
 }
 
 } // namespace workbench

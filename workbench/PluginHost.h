@@ -4,6 +4,7 @@
 #include <QtCore/QString>
 
 class PluginBase;
+class QFileInfo;
 
 namespace workbench {
 
@@ -28,6 +29,9 @@ public:
     PluginBase *load(const QString &path, QString *error);
 
 private:
+    QString readingDefect(const QFileInfo &file) const;
+    QString loadingDefect() const;
+
     QPluginLoader m_loader;
 };
 

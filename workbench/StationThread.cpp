@@ -2,6 +2,8 @@
 
 #include "Protocol.h"
 
+#include <QtCore/QElapsedTimer>
+
 #include <future>
 
 namespace workbench {
@@ -51,8 +53,13 @@ void StationThread::execute(const QString &command, const QVariant &payload,
                             const QString &relayPath, const Completion &done)
 {
     post([=] {
-        done(m_site ? m_site->execute(command, payload, relayPath)
-                    : standin::Answer{QVariant(), protocol::code::DatabaseError});
+        QElapsedTimer clock;
+        clock.start();
+        standin::Answer answer = m_site
+                                     ? m_site->execute(command, payload, relayPath)
+                                     : standin::Answer{QVariant(), protocol::code::DatabaseError};
+        answer.tookMs = clock.elapsed();
+        done(answer);
     });
 }
 

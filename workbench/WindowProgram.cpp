@@ -52,7 +52,7 @@ void WindowProgram::goOn()
     if (m_exitCode)
         return;
     if (!m_preparation.outcome().error.isEmpty())
-        fail(m_preparation.outcome().error);
+        fail(m_preparation.outcome().error, m_preparation.report());
     else if (m_preparation.report().isEmpty() || !m_preparationWindow)
         showMain();
 }
@@ -76,15 +76,17 @@ void WindowProgram::showMain()
     });
 }
 
-/// In a window too, where somebody may be looking.
-void WindowProgram::fail(const QString &error)
+/// In a window too, where somebody may be looking; @p details are on standard error already.
+void WindowProgram::fail(const QString &error, const QString &details)
 {
     m_exitCode = complain(error);
     if (m_preparationWindow)
         m_preparationWindow->deleteLater();
     const bool hasScreen = QGuiApplication::platformName() != QLatin1String("offscreen");
-    const bool shown = hasScreen && show(QStringLiteral("start/ErrorWindow.qml"),
-                                         {{QStringLiteral("message"), error}});
+    const bool shown =
+        hasScreen &&
+        show(QStringLiteral("start/ErrorWindow.qml"),
+             {{QStringLiteral("message"), QString(details + QLatin1Char('\n') + error).trimmed()}});
     // Not before the event loop runs, which would not notice.
     if (!shown)
         QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);

@@ -29,7 +29,7 @@ private:
     void showPreparation();
     void goOn();
     void showMain();
-    void fail(const QString &error);
+    void fail(const QString &error, const QString &details = {});
     QQuickWindow *show(const QString &file, const QVariantMap &properties);
 
     Options m_options;

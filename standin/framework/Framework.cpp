@@ -27,7 +27,7 @@ PluginBase *pluginBase(QObject *object)
 /// longer than a window may stand still.
 Answer withDataOfItsOwn(const Answer &answer)
 {
-    return {deepCopy(answer.result), deepCopy(answer.resultCode)};
+    return {deepCopy(answer.result), deepCopy(answer.resultCode), answer.tookMs};
 }
 
 } // namespace
@@ -195,9 +195,9 @@ void Framework::executeElsewhere(const SentCommand &command, const Delivery &del
         inbox->post([=] {
             if (delivery.when == Delivery::When::Reversed)
                 --m_roundUnderWay;
-            schedule(
-                {command, {delivery.replacedResult.value_or(answer.result), answer.resultCode}},
-                delivery);
+            const Answer delayed{delivery.replacedResult.value_or(answer.result), answer.resultCode,
+                                 answer.tookMs + delivery.delayMs};
+            schedule({command, delayed}, delivery);
         });
     };
     m_asyncServer->execute(command.command, command.payload, command.relayPath, done);
@@ -251,6 +251,7 @@ void Framework::deliver(const Pending &pending)
     traffic.context = command.context;
     traffic.resultCode = pending.answer.resultCode;
     traffic.relayPath = command.relayPath;
+    traffic.tookMs = pending.answer.tookMs;
     notify(traffic);
 
     ++m_deliveries;

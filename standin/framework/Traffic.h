@@ -37,6 +37,7 @@ struct Traffic
     QString resultCode; ///< of an answer
     QString relayPath;
     bool accepted = true; ///< of a command
+    qint64 tookMs = 0;    ///< of an answer: time of the server and delay by a rule, without queues
 };
 
 } // namespace standin

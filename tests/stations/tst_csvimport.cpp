@@ -98,7 +98,7 @@ void TestCsvImport::importsFiles_data()
     good("quotes", "camera,start,end,event\n1,1,2,\"a,\"\"b\"\"\n\r\nc\"\n2,3,4,\"\"\n",
          u"A 1 1 2 a,\"b\"\n\r\nc, A 2 3 4"_s);
     good("key of a camera", "camera,start,end\nB/3,1,2\nA/2,3,4\n", u"A 2 3 4, B 3 1 2"_s);
-    good("station given", "camera,start,end,station\nx,1,2,B\ny,3,4,B\n2,5,6,A\n",
+    good("station given", "camera,start,end,station\n3,1,2,B\nB/3,3,4,B\n2,5,6,A\n",
          u"A 2 5 6, B 3 1 2, B 3 3 4"_s);
     good("texts", "camera,start,end,event,description,creator,group\n1,1,2,e,d,c,g\n1,3,4,e,,c,\n",
          u"A 1 1 2 d c g, A 1 3 4 e c"_s);
@@ -122,10 +122,16 @@ void TestCsvImport::importsFiles_data()
 
     const auto badLine = [](const char *name, const QByteArray &line, const QString &reason) {
         QTest::newRow(name) << "camera,start,end,station,event\n\r\n1,1,2,,\"two\nlines\"\n\n" +
-                                   line + "\nx,3,4,,\n"
+                                   line + "\n1,3,4,,\n"
                             << u"A 1 1 2 two\nlines, A 1 3 4"_s << u":6: "_s + reason;
     };
     badLine("no camera", " ,1,2,,", u"no camera"_s);
+    badLine("unknown camera", "camera-99,1,2,,", u"unknown camera \"camera-99\""_s);
+    badLine("camera of another station", "3,1,2,A,", u"unknown camera \"3\""_s);
+    badLine("key of an unknown station", "C/3,1,2,,", u"unknown camera \"C/3\""_s);
+    QTest::newRow("key of an unknown camera among recordings")
+        << QByteArray("camera,start_offset_ms,end_offset_ms\nA/9,1,2\n") << QString()
+        << u":2: unknown camera \"A/9\""_s;
     badLine("too few fields", "y,1,2,", u"4 fields instead of 5"_s);
     badLine("no start", "y,,2,,", u"the start is no time"_s);
     badLine("start below 0", "y,-1,2,,", u"the start is no time"_s);
@@ -157,7 +163,15 @@ void TestCsvImport::importsFiles_data()
     unusable("two kinds of times", "camera,start,end,start_offset_ms,end_offset_ms\n", times);
     unusable("column twice", "camera,CAMERA,start,end\n",
              u":1: the column \"camera\" is there twice"_s);
-    unusable("other encoding", "\xFF\xFE-", u":1: the text is not UTF-8"_s);
+    unusable("other encoding", "camera,\xE9,start,end\n", u":1: the text is not UTF-8"_s);
+    const QString utf16 = u":1: the text is UTF-16; save the file as UTF-8"_s;
+    unusable("UTF-16", "\xFF\xFE-", utf16);
+    unusable("UTF-16 without a mark", QByteArray("c\0a\0m\0,\0\n", 9), utf16);
+    unusable("CR alone", "camera,start,end\r1,1,2\r",
+             u":1: lines end in CR alone; save the file with LF or CR LF"_s);
+    const QString separated = u":1: the columns are separated by %1; separate them by commas"_s;
+    unusable("semicolons", "camera;start;end\n1;1;2\n", separated.arg(u"\";\""_s));
+    unusable("tabs", "camera\tstart\tend\n1\t1\t2\n", separated.arg(u"tabs"_s));
 }
 
 void TestCsvImport::importsFiles()
@@ -175,6 +189,7 @@ void TestCsvImport::importsFiles()
              complaint.isEmpty() ? complaint : path() + complaint);
     QCOMPARE(result.imported, stored().isEmpty() ? 0 : stored().count(u", "_s) + 1);
     QCOMPARE(result.skipped, result.messages.size());
+    QCOMPARE(result.recordings, csv.contains("Abuse") ? 4 : 0);
 }
 
 void TestCsvImport::cancelKeepsWholeBatches()
@@ -216,7 +231,7 @@ void TestCsvImport::unusableFilesAndSites()
     for (const QString &file : {m_folder->filePath(u"missing.csv"_s), m_folder->path()})
         QVERIFY(CsvImport(*m_site, {}).run(file).error.startsWith(file + u": "_s));
     open(u"bare"_s, {});
-    const CsvImport::Result result = import("camera,start,end\n1,1,2\n");
+    const CsvImport::Result result = import("camera,start_offset_ms,end_offset_ms\n1,1,2\n");
     QCOMPARE(result.imported, 0);
     QCOMPARE(result.messages, QStringList{path() + u":2: there is no camera for this recording"_s});
 }

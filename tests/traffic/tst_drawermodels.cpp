@@ -7,6 +7,7 @@
 #include "TrafficModel.h"
 #include "framework/Framework.h"
 
+#include <QtCore/QThread>
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlEngine>
 #include <QtTest/QAbstractItemModelTester>
@@ -142,6 +143,28 @@ connected        | gone back                     | connected    |   |)"_s);
         states.setSlowAfter(20);
         states.noteTraffic(trafficOf(u"ask1"_s));
         QTRY_COMPARE(states.states().value(u"relay-1"_s), u"slow"_s);
+    }
+
+    /// Neither this program, when it is busy, nor the station before it makes a station slow.
+    void slownessIsTheStationsOwn()
+    {
+        constexpr int SlowAfter = 200;
+        StationStates states;
+        states.addStation(u"relay-1"_s, u"A"_s);
+        states.setSlowAfter(SlowAfter);
+        for (int round = 0; round < 2; ++round) {
+            states.noteTraffic(trafficOf(u"ask2"_s));
+            for (const char *const before : {"ask1", "ok1"}) {
+                states.noteTraffic(trafficOf(QLatin1String(before)));
+                QThread::msleep(SlowAfter);
+                QCoreApplication::processEvents();
+                QCOMPARE(states.states().value(u"relay-1"_s), u"connected"_s);
+            }
+            standin::Traffic answer = trafficOf(u"ok2"_s);
+            answer.tookMs = round * SlowAfter;
+            states.noteTraffic(answer);
+            QTRY_COMPARE(states.states().value(u"relay-1"_s), round ? u"slow"_s : u"connected"_s);
+        }
     }
 
     void limits_data()

@@ -58,6 +58,10 @@ WindowTest {
         const mark = bar.marks.row(3);
         mouseDoubleClickSequence(bar, mark.barX + mark.barWidth / 2, mark.lane * bar.laneHeight + 5);
         compare(cell.head.position, mark.start);
+        const share = 900000 / cell.range.span; // of a bookmark
+        verify(share >= 0.05 && share < 0.1, share);
+        keyClick(Qt.Key_Z);
+        fuzzyCompare(cell.range.span, 2 * 900000, 2);
         const from = cell.range.from;
         keyClick(Qt.Key_PageUp); // goes there as well now
         verify(cell.range.from < from);
@@ -119,6 +123,27 @@ WindowTest {
         verify(cell.head.live);
     }
 
+    function test_cellsInStep() {
+        showCamera();
+        const other = find("cell0");
+        const alike = () => other.range.from === cell.range.from && other.range.span === cell.range.span
+              && other.head.position === cell.head.position && other.head.playing === cell.head.playing;
+        keyClick(Qt.Key_Plus);
+        verify(!alike());
+        keyClick(Qt.Key_I);
+        verify(find("inStep").checked && alike());
+        [Qt.Key_PageUp, Qt.Key_B, Qt.Key_Space].forEach(key => keyClick(key));
+        const before = other.head.position;
+        tryVerify(() => other.head.position > before && alike());
+        other.forceActiveFocus(); // leads now
+        keyClick(Qt.Key_Home);
+        verify(cell.head.live && alike());
+        mouseClick(find("inStep"));
+        other.forceActiveFocus();
+        keyClick(Qt.Key_Minus);
+        verify(!alike());
+    }
+
     /// Under the mouse, the bookmark's text; at the play head, by key, the dialog for a new one.
     function test_hoverTellsTheBookmark() {
         showCamera();
@@ -135,6 +160,26 @@ WindowTest {
         const part = name => findChild(find("addDialog").contentItem, name);
         compare(part("addStart").moment, mark.start);
         compare(part("chosenCameras").text, "Harbour - Quay north");
+    }
+
+    /// Of the active cell: from its play head on, or in live view the time before it.
+    function test_newBookmarkIsThatOfTheActiveCell_data() {
+        return [{ tag: "live, A", key: Qt.Key_A, modifiers: Qt.NoModifier, live: true },
+                { tag: "live, Ctrl+N", key: Qt.Key_N, modifiers: Qt.ControlModifier, live: true },
+                { tag: "paused, Ctrl+N", key: Qt.Key_N, modifiers: Qt.ControlModifier, live: false }];
+    }
+    function test_newBookmarkIsThatOfTheActiveCell(data) {
+        showCamera();
+        const past = bench.now - 3600000;
+        data.live ? cell.goLive() : cell.head.seek(past);
+        keyClick(data.key, data.modifiers);
+        const dialog = find("addDialog");
+        tryCompare(dialog, "opened", true);
+        const part = name => findChild(dialog.contentItem, name);
+        const [start, end] = [part("addStart").moment, part("addEnd").moment];
+        compare(part("chosenCameras").text, "Harbour - Quay north");
+        compare(end - start, 30000);
+        verify(data.live ? end <= Date.now() : start === past);
     }
 
     function test_failingStationIsNamedAndAskedAgain() {

@@ -30,15 +30,45 @@ WindowTest {
         type(text);
     }
 
+    /// One of two stations fails; the next try is for its camera alone.
     function test_addOnCamerasOfManyStations() {
+        const hall = bench.stations[2];
         dialogs().addFor([harbour.cameras[0]], noon, noon + 60000);
         const dialog = opened("addDialog");
         retype(part(dialog, "cameraSearch"), "station hall");
         mouseClick(part(dialog, "checkShown"));
-        bench.failStation(harbour.relayPath, true);
+        bench.failStation(hall.relayPath, true);
+        for (const problem of ["Not added on 4 of 5 cameras: Station hall answered with code 4.",
+                               "Not added on 4 of 4 cameras: Station hall answered with code 4."]) {
+            keyClick(Qt.Key_Return);
+            tryCompare(part(dialog, "dialogProblem"), "text", problem);
+        }
+        bench.failStation(hall.relayPath, false);
         keyClick(Qt.Key_Return);
-        tryVerify(() => part(dialog, "dialogProblem").text.includes("Gate"));
-        compare(records(bench.stations[2]).length, 4 * 30 + 4);
+        tryCompare(dialog, "visible", false);
+        compare([records().length, records(hall).length], [120 + 1, 120 + 4]);
+    }
+
+    function test_addWithoutACameraIsAnErrorOnceTried() {
+        dialogs().addFor([], noon, noon + 60000);
+        const dialog = opened("addDialog");
+        const hint = part(dialog, "chosenCameras");
+        compare([hint.text, hint.color], ["Choose a camera", Theme.faintText]);
+        keyClick(Qt.Key_Return);
+        compare(hint.color, Theme.failure);
+        verify(!dialog.busy);
+    }
+
+    function test_fieldsKeepTheirWidthBesideAnError() {
+        dialogs().addFor([harbour.cameras[0]], noon, noon + 60000);
+        const dialog = opened("addDialog");
+        const fields = ["addStartInput", "addEndInput"].map(name => part(dialog, name));
+        const width = fields[0].width;
+        compare(part(dialog, "addLength").text, "Length: 1 min");
+        retype(fields[1], "2026-10-25 02:30");
+        compare(part(dialog, "addEndProblem").text, "02:30 occurs twice, summer time is taken.");
+        settle();
+        compare(fields.map(field => field.width), [width, width]);
     }
 
     function test_addOnOneCameraOnceTheTimesCanBe() {
@@ -71,6 +101,7 @@ WindowTest {
             type(station.name);
             keyClick(Qt.Key_Return);
             verify(find("addDialog").busy);
+            tryVerify(() => part(find("addDialog"), "dialogWaiting").text.includes(station.name));
             if (station === harbour)
                 keyClick(Qt.Key_Escape);
             tryCompare(find("addDialog"), "visible", station === depot);

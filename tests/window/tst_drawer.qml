@@ -46,6 +46,15 @@ WindowTest {
         tryVerify(() => row.Accessible.name === "Harbour, " + state, 20000, state);
         compare(texts(row).includes(state), state !== "connected");
     }
+    /// A row of the harbour's traffic, to a screen reader.
+    function rowSays(text) {
+        mouseClick(find("drawerTabs").itemAt(0));
+        retype(find("trafficSearch"), "relay-1");
+        keyClick(Qt.Key_Return);
+        const names = () => Array.from({ length: list().count }, (_, i) => list().itemAtIndex(i))
+            .map(row => row ? row.Accessible.name : "");
+        tryVerify(() => names().some(name => name.includes(text)), 5000, text);
+    }
     function panelNames(station) {
         tryVerify(() => find("queryProgress").visible === (station !== "")
                   && find("queryProgress").text.includes(station), 20000, station);
@@ -61,6 +70,23 @@ WindowTest {
         addByKeys(description);
         tryVerify(() => list().count === before + trafficOfAdd.length);
         showsLast(trafficOfAdd);
+    }
+
+    /// Records have their texts from the zone in which they arrived.
+    function test_reconnectBringsTheTextsOfAnotherZone() {
+        const list = find("bookmarkList").page;
+        const before = list.recordAt(0).displayTimeRange;
+        openTab(2);
+        retype(find("serverZone"), "Asia/Tokyo");
+        mouseClick(find("reconnect"));
+        tryVerify(() => list.recordAt(0).displayTimeRange !== before);
+        retype(find("serverZone"), "Moon/Base");
+        mouseClick(find("reconnect"));
+        tryVerify(() => find("notice").text.includes("time zone Moon/Base is unknown"));
+        verify(find("serverTime").text.includes("unknown zone Moon/Base"));
+        retype(find("serverZone"), "Europe/Berlin");
+        mouseClick(find("reconnect"));
+        tryVerify(() => list.recordAt(0).displayTimeRange === before);
     }
 
     function test_trafficOfAnAdd() {
@@ -84,6 +110,9 @@ WindowTest {
         const tree = find("payloadTree");
         tryVerify(() => texts(tree).includes("\"Rope torn\""));
         verify(texts(tree).includes("Description"));
+        const type = tree.itemAtCell(PayloadTree.TypeColumn, 0);
+        verify(type.x + type.implicitWidth <= tree.width && type.text !== "", "the type is visible");
+        compare(texts(find("payloadHeadings")), ["Key", "Value", "Type"]);
         data.copy();
         retype(find("trafficSearch"), "");
         keyClick(Qt.Key_V, Qt.ControlModifier);
@@ -92,12 +121,12 @@ WindowTest {
     }
 
     function test_faultOfAStation_data() {
-        return [{ tag: "failing", logged: "(relay-1) failed",
+        return [{ tag: "failing", logged: "(relay-1) failed", spoken: "relay-1 code 9",
                   turn: on => {
                       retype(fault("code"), on ? "9" : "");
                       keyClick(Qt.Key_Return);
                   } },
-                { tag: "disconnected", logged: "SendCommand failed",
+                { tag: "disconnected", logged: "SendCommand failed", spoken: "relay-1 refused",
                   turn: () => mouseClick(fault("connected")) }];
     }
     function test_faultOfAStation(data) {
@@ -108,10 +137,21 @@ WindowTest {
             keyClick(Qt.Key_F5);
             treeSays(on ? data.tag : "connected");
             panelNames(on ? "Harbour" : "");
+            if (on)
+                rowSays(data.spoken);
             keyClick(Qt.Key_F12);
         }
         openTab(1);
         tryVerify(() => texts(find("logList")).some(text => text.includes(data.logged)));
+        const search = find("logSearch");
+        retype(search, data.logged);
+        keyClick(Qt.Key_Return);
+        tryVerify(() => find("logList").count > 0);
+        mouseClick(find("logList").itemAtIndex(0));
+        keyClick(Qt.Key_C, Qt.ControlModifier);
+        retype(search, "");
+        keyClick(Qt.Key_V, Qt.ControlModifier);
+        verify(search.text.includes(" error ") && search.text.includes(data.logged), search.text);
     }
 
     function test_delayIsSlowUntilMended() {

@@ -34,6 +34,46 @@ WindowTest {
         verify(turns <= 2, turns + " pages for 40 letters");
     }
 
+    function withoutIDs() {
+        return bench.stations.map(at => lab.stored(at.relayPath).map(
+            one => JSON.stringify(Object.assign(one, { BookmarkID: "" }))).sort());
+    }
+
+    function test_whatWasFoundIsExportedAndImported() {
+        const dialog = find("exportDialog");
+        const path = findChild(dialog.contentItem, "savePath");
+        const group = "a \"quoted\", group\nof two lines";
+        lab.fill(3, group);
+        keyClick(Qt.Key_F5);
+        for (const [text, count] of [["gate", 143], ["", 363]]) {
+            panel().filter.text = text;
+            tryCompare(panel().query, "total", count);
+            mouseClick(find("exportButton"));
+            tryCompare(dialog, "opened", true);
+            path.text = lab.exportFile();
+            keyClick(Qt.Key_Return);
+            tryCompare(dialog, "visible", false);
+            const before = withoutIDs();
+            compare(lab.importAnew(lab.exportFile()), count + " imported");
+            compare(JSON.stringify(withoutIDs()) === JSON.stringify(before), text === "");
+            lab.reset();
+            lab.fill(3, group);
+        }
+    }
+
+    function test_addedBookmarkIsFramed() {
+        const framed = () => Array.from({ length: 50 }, (_, i) => find("row-" + i))
+            .filter(one => one && one.parent.framed).map(one => one.parent.record.description);
+        const list = find("bookmarkList");
+        list.positionViewAtEnd();
+        keyClick(Qt.Key_N, Qt.ControlModifier);
+        tryVerify(() => find("addDialog").opened);
+        type("Crane stuck");
+        keyClick(Qt.Key_Return);
+        tryVerify(() => framed().join() === "Crane stuck");
+        compare(list.contentY, list.originY, "it can be seen");
+    }
+
     function test_pages() {
         for (const [button, text] of [["lastPage", "351 to 360"], ["previousPage", "301 to 350"],
                                       ["firstPage", "1 to 50"], ["nextPage", "51 to 100"]]) {
@@ -71,12 +111,45 @@ WindowTest {
         showsPage("51 to 100 of 360");
         mouseClick(row(3), 50, 10, Qt.LeftButton, Qt.ControlModifier);
         compare(find("selectedCount").text, "3 selected");
-        searchFor("nothing like it");
         mouseClick(find("deleteSelected"));
-        tryVerify(() => find("deleteDialog").opened);
+        const dialog = find("deleteDialog");
+        tryVerify(() => dialog.opened);
         keyClick(Qt.Key_Return);
         tryVerify(() => stored() === 357);
         tryVerify(() => !find("selectedCount").visible);
+    }
+
+    /// Bookmarks 0 and 1 differ in their text, so that the filter hides one of them.
+    function test_actionsLeaveOutWhatTheFilterHides_data() {
+        return [{ tag: "one of two", text: "white v", records: 1, hint: "Also 1 that the filter hides" },
+                { tag: "all", text: "nothing like it", records: 0,
+                  hint: "The filter hides all 2; include them" }];
+    }
+    function test_actionsLeaveOutWhatTheFilterHides(data) {
+        for (const time of [1, 2])
+            lab.fill(1, "hidden");
+        keyClick(Qt.Key_F5);
+        showsPage("1 to 50 of 362");
+        const white = plugin.getBookmarkListByNodeID("").find(one => one.description.startsWith("white"));
+        panel().selection.setRecords([record(0), white]);
+        searchFor(data.text);
+        tryCompare(panel().query, "total", data.records ? 120 : 0);
+        for (const [key, name] of [[Qt.Key_F2, "editDialog"], [Qt.Key_Delete, "deleteDialog"]]) {
+            find("bookmarkList").forceActiveFocus();
+            keyClick(key);
+            const dialog = find(name);
+            tryVerify(() => dialog.opened);
+            compare(dialog.records.length, data.records);
+            const box = findChild(dialog.contentItem, "hiddenToo");
+            compare([box.visible, box.text], [true, data.hint]);
+            box.forceActiveFocus();
+            for (const count of [2, data.records]) {
+                keyClick(Qt.Key_Space);
+                compare(dialog.records.length, count);
+            }
+            keyClick(Qt.Key_Escape);
+            tryCompare(dialog, "visible", false);
+        }
     }
 
     function test_shiftSelectsOverPages() {
@@ -160,6 +233,43 @@ WindowTest {
         find("presetAll").forceActiveFocus();
         keyClick(Qt.Key_Space);
         showsPage("1 to 50 of 360");
+    }
+
+    /// With day, text or camera as well, over pages, and for what is selected or exported.
+    function test_timeOfDay_data() {
+        const night = hour => hour >= 22 || hour < 6;
+        return [{ tag: "over midnight", box: "22:00 to 06:00", text: "", holds: night },
+                { tag: "with a text", box: "22:00-6:00", text: "white v", holds: night },
+                { tag: "by day", box: "06:00-22:00", text: "", holds: hour => !night(hour) }];
+    }
+    function test_timeOfDay(data) {
+        const hourOf = one => Number(one.displayTimeRange.slice(0, 2));
+        const expected = plugin.getBookmarkListByNodeID("").filter(
+            one => one.description.includes(data.text) && data.holds(hourOf(one)));
+        panel().filter.text = data.text;
+        const box = find("timeOfDay");
+        mouseClick(box, 30, 10);
+        keyClick(Qt.Key_A, Qt.ControlModifier);
+        type("nonsense");
+        verify(!box.valid);
+        keyClick(Qt.Key_A, Qt.ControlModifier);
+        type(data.box);
+        keyClick(Qt.Key_Return);
+        tryCompare(panel().query, "total", expected.length);
+        for (const ascending of [false, true]) {
+            panel().filter.ascending = ascending;
+            const found = panel().query.found.pages(panel().filter.pageWanted(0), () => false);
+            compare(found.map(one => one.bookmarkID).sort(),
+                    expected.map(one => one.bookmarkID).sort());
+            const days = found.map(one => panel().filter.ranges.dayOf(one.startTimestamp));
+            const sorted = days.slice().sort();
+            compare(days, ascending ? sorted : sorted.reverse());
+        }
+        const [shown, hidden] = panel().query.found.shownAndHidden(plugin.getBookmarkListByNodeID(""));
+        compare([shown.length, hidden.length], [expected.length, 360 - expected.length]);
+        panel().filter.clear();
+        showsPage("1 to 50 of 360");
+        compare(box.editText, "Any time");
     }
 
     function test_waitingIsCancelled() {

@@ -246,6 +246,14 @@ WindowTest {
         compare(cells.filter(one => one.content).length, Math.min(4, data.count));
     }
 
+    function test_smallestWindowShowsTheWholeToolBar() {
+        window.width = window.minimumWidth;
+        window.height = window.minimumHeight;
+        settle();
+        const [button, grid] = [find("now"), find("cellGrid")];
+        verify(button.mapToItem(grid, button.width, 0).x <= grid.width);
+    }
+
     function test_emptiedCellGivesItsTimelineBack() {
         const expected = "view-cell-1,view-cell-2";
         verify(lastRemoved(2) !== expected);

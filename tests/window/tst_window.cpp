@@ -1,3 +1,4 @@
+#include "CsvImport.h"
 #include "DemoSite.h"
 #include "Installation.h"
 #include "PluginBase.h"
@@ -106,6 +107,21 @@ public:
         m_preparation->start();
         QJSEngine::setObjectOwnership(&*m_preparation, QJSEngine::CppOwnership);
         return &*m_preparation;
+    }
+
+    Q_INVOKABLE QString exportFile() const { return m_folder.filePath(u"found.csv"_s); }
+    /// Removes all bookmarks and imports a file; returns how many, and what was wrong with it.
+    Q_INVOKABLE QString importAnew(const QString &file)
+    {
+        QStringList words;
+        perform([&](Site &site) {
+            const auto stations = site.stations();
+            for (Station *station : stations)
+                station->execute(command::RemoveAllBookmarks, QVariant());
+            const CsvImport::Result result = CsvImport(site, {}).run(file);
+            words = QStringList(u"%1 imported"_s.arg(result.imported)) + result.messages;
+        });
+        return words.join(u'\n');
     }
 
     Q_INVOKABLE QString sessionFile() const { return m_folder.filePath(u"session.jsonl"_s); }

@@ -1,6 +1,7 @@
 #include "DemoSite.h"
 #include "preparation/BookmarkMaker.h"
 
+#include <QtCore/QRegularExpression>
 #include <QtCore/QSet>
 #include <QtTest/QTest>
 
@@ -18,12 +19,17 @@ private Q_SLOTS:
         const StationConfig station = demoStations().constFirst();
         QStringList made[3];
         QSet<QString> cameras;
+        static const QRegularExpression sentence(QStringLiteral(
+            "^(?!Two )[A-Z][a-z ]* (is [a-z]|(passes|waits|turns|stops|drives|comes|blocks|enters|"
+            "asks|leaves|falls)\\b)"));
         for (int i = 0; i < 3; ++i) {
             const auto bookmarks = BookmarkMaker(station, i < 2 ? 1 : 2, Now).make(2'000);
             for (const Bookmark &bookmark : bookmarks) {
                 QVERIFY(bookmark.start >= Now - 28 * Day && bookmark.start <= bookmark.end &&
                         bookmark.end <= Now);
                 cameras.insert(bookmark.cameraID);
+                QVERIFY2(sentence.match(bookmark.description).hasMatch(),
+                         qPrintable(bookmark.description));
                 made[i].append(QString::number(bookmark.start) + bookmark.description);
             }
             QCOMPARE(made[i].size(), 2'000);

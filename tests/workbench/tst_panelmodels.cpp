@@ -112,18 +112,23 @@ no day            | 2026-02-30 | 1  | 0   |)"_s);
 
     void typedMoments_data()
     {
-        addTable({"zone", "text", "moment", "shown"}, uR"(
-whole             | Asia/Tokyo    | 2026-07-01 08:30:15 | 2026-06-30T23:30:15Z | 2026-07-01 08:30:15
-without seconds   | Asia/Tokyo    | 2026-07-01 08:30    | 2026-06-30T23:30:00Z | 2026-07-01 08:30:00
-before the jump   | Europe/Berlin | 2026-03-29 01:59:59 | 2026-03-29T00:59:59Z | 2026-03-29 01:59:59
-first skipped     | Europe/Berlin | 2026-03-29 02:00:00 |                      |
-last skipped      | Europe/Berlin | 2026-03-29 02:59:59 |                      |
-after the jump    | Europe/Berlin | 2026-03-29 03:00:00 | 2026-03-29T01:00:00Z | 2026-03-29 03:00:00
-not skipped there | no zone       | 2026-03-29 02:30:00 | 2026-03-29T02:30:00Z | 2026-03-29 02:30:00
-before 1970       | no zone       | 1969-12-31 23:59:59 | 1969-12-31T23:59:59Z | 1969-12-31 23:59:59
-no leap year      | no zone       | 2026-02-29 10:00:00 |                      |
-something behind  | no zone       | 2026-07-01 08:30:15Z |                     |
-nothing           | no zone       |                     |                      |)"_s);
+        addTable({"zone", "text", "moment", "shown", "remark"}, uR"(
+whole             | Asia/Tokyo    | 2026-07-01 08:30:15 | 2026-06-30T23:30:15Z | 2026-07-01 08:30:15 |
+without seconds   | Asia/Tokyo    | 2026-07-01 08:30    | 2026-06-30T23:30:00Z | 2026-07-01 08:30:00 |
+before the jump   | Europe/Berlin | 2026-03-29 01:59:59 | 2026-03-29T00:59:59Z | 2026-03-29 01:59:59 |
+first skipped     | Europe/Berlin | 2026-03-29 02:00:00 |                      | | 02:00 does not occur
+last skipped      | Europe/Berlin | 2026-03-29 02:59:59 |                      | | 02:59 does not occur
+after the jump    | Europe/Berlin | 2026-03-29 03:00:00 | 2026-03-29T01:00:00Z | 2026-03-29 03:00:00 |
+before it repeats | Europe/Berlin | 2026-10-25 01:59:59 | 2026-10-24T23:59:59Z | 2026-10-25 01:59:59 |
+first repeated    | Europe/Berlin | 2026-10-25 02:00    | 2026-10-25T00:00:00Z | 2026-10-25 02:00:00 | 02:00 occurs twice, summer time is taken
+last repeated     | Europe/Berlin | 2026-10-25 02:59:59 | 2026-10-25T00:59:59Z | 2026-10-25 02:59:59 | 02:59 occurs twice, summer time is taken
+after that        | Europe/Berlin | 2026-10-25 03:00    | 2026-10-25T02:00:00Z | 2026-10-25 03:00:00 |
+a day left out    | Pacific/Apia  | 2011-12-30 12:00    |                      | | 12:00 does not occur
+not skipped there | no zone       | 2026-03-29 02:30:00 | 2026-03-29T02:30:00Z | 2026-03-29 02:30:00 |
+before 1970       | no zone       | 1969-12-31 23:59:59 | 1969-12-31T23:59:59Z | 1969-12-31 23:59:59 |
+no leap year      | no zone       | 2026-02-29 10:00:00 |                      | | The calendar has no day 2026-02-29
+something behind  | no zone       | 2026-07-01 08:30:15Z |                     | | Not a time
+nothing           | no zone       |                     |                      | | Not a time)"_s);
     }
     void typedMoments()
     {
@@ -135,6 +140,17 @@ nothing           | no zone       |                     |                      |
         const QVariant found = texts.momentOf(text);
         QCOMPARE(found, moment.isEmpty() ? QVariant() : QVariant(momentOf(moment)));
         QTEST(found.isValid() ? texts.textOf(found.toLongLong()) : QString(), "shown");
+        QFETCH(const QString, remark);
+        QCOMPARE(texts.remarkOn(text).left(remark.size()), remark);
+        QCOMPARE(texts.remarkOn(text).isEmpty(), remark.isEmpty());
+    }
+
+    void lengths()
+    {
+        const qint64 day = 86'400'000;
+        QCOMPARE(DateTimeTexts::lengthText(0), u"0 s"_s);
+        QCOMPARE(DateTimeTexts::lengthText(day + 3'661'499), u"1 d 1 h 1 min 1 s"_s);
+        QCOMPARE(DateTimeTexts::lengthText(2 * day + 59'500), u"2 d 1 min"_s);
     }
 
     void pages_data()

@@ -1,9 +1,11 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QProcess>
+#include <QtCore/QProcessEnvironment>
 #include <QtCore/QTemporaryDir>
 #include <QtSql/QSqlDatabase>
 #include <QtSql/QSqlQuery>
@@ -22,9 +24,13 @@ class TestWorkbench : public QObject
         QString output;
         QString errors;
     };
-    static Run run(const QStringList &arguments)
+    static Run
+    run(const QStringList &arguments, const QString &folder = {},
+        const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
     {
         QProcess process;
+        process.setProcessEnvironment(environment);
+        process.setWorkingDirectory(folder);
         process.start(QStringLiteral(WORKBENCH_PATH), arguments);
         if (!process.waitForFinished(60'000) || process.exitStatus() != QProcess::NormalExit)
             return {-1, QString(), process.errorString()};
@@ -87,6 +93,18 @@ private Q_SLOTS:
         }
     }
 
+    void playsTheTourWhereTheDisplayIsEmpty()
+    {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        for (const char *name : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY"})
+            environment.remove(QLatin1String(name));
+        environment.insert(u"DISPLAY"_s, QString());
+        const QFileInfo plugin(QStringLiteral(PLUGIN_PATH));
+        const Run tour = run({u"--library"_s, plugin.fileName()}, plugin.path(), environment);
+        QVERIFY2(tour.exitCode == 0, qPrintable(tour.errors));
+        QVERIFY(tour.output.contains(" 0 failed."_L1));
+    }
+
     void importsAndKeepsTheDataFolder()
     {
         const QString csv = write(u"some.csv"_s, "camera,start,end,description\n"
@@ -98,9 +116,11 @@ private Q_SLOTS:
         QVERIFY2(first.errors.contains(csv + ":3: "_L1), qPrintable(first.errors));
         QVERIFY(first.errors.contains("Imported 1 bookmarks, skipped 1 lines."_L1));
 
-        const Run second = run(data);
+        const Run second = run(data + QStringList{u"--import"_s, csv});
+        QVERIFY(second.errors.contains(csv + " was imported on "_L1));
         QVERIFY2(second.exitCode == 0, qPrintable(second.output + second.errors));
-        QVERIFY(second.output.contains("\"Description\":\"kept\""_L1));
+        QCOMPARE(second.output.count("\"Description\":\"kept\""_L1),
+                 first.output.count("\"Description\":\"kept\""_L1));
 
         const QFileInfoList databases = QDir(data.at(1)).entryInfoList({u"relay-1*.sqlite"_s});
         QVERIFY(QFile::resize(databases.constFirst().filePath(), 0));
@@ -147,7 +167,8 @@ private Q_SLOTS:
             QTest::newRow(title) << arguments << complaint;
         };
         row("no such library", {u"--library"_s, u"/none.so"_s},
-            u"/none.so: expected a Qt plug-in"_s);
+            u"/none.so: there is no such file"_s);
+        row("a folder", {u"--library"_s, u"/tmp"_s}, u"/tmp: expected a file that can be read"_s);
         row("no library", {u"--library"_s, text}, text + ": expected a Qt plug-in"_L1);
         row("no plug-in", {u"--library"_s, QStringLiteral(NO_PLUGIN_PATH)},
             u"expected a Qt plug-in"_s);
@@ -166,6 +187,9 @@ private Q_SLOTS:
         values(u"--seed"_s, {u"-1"_s, u"4294967296"_s}, u"a whole number from 0 to 4294967295"_s);
         for (const QString &option : {u"--import"_s, u"--replay"_s})
             values(option, {u"/none"_s, u"/"_s, u"/dev/zero"_s}, u"a file that can be read"_s);
+        const QString useless = write(u"useless.csv"_s, "camera,start,end\ncamera-99,1,2\n");
+        row("nothing imported", {u"--import"_s, useless},
+            useless + ": no bookmark was imported"_L1);
 
         const auto patched = [&](const char *name, const QByteArray &before,
                                  const QByteArray &after, const QString &complaint) {
@@ -174,13 +198,16 @@ private Q_SLOTS:
                 qFatal("the plug-in can't be read");
             const QString file =
                 write(QLatin1String(name), plugin.readAll().replace(before, after));
-            row(name, {u"--library"_s, file}, u"%1: expected %2"_s.arg(file, complaint));
+            row(name, {u"--library"_s, file}, u"%1: %2"_s.arg(file, complaint));
         };
-        patched("newer Qt", QByteArray("qt-project!\0\1\6\4", 15),
-                QByteArray("qt-project!\0\1\6\143", 15),
-                u"a plug-in that works with Qt %1, found: "_s.arg(QLatin1String(qVersion())));
+        patched(
+            "newer Qt", QByteArray("qt-project!\0\1\6\4", 15),
+            QByteArray("qt-project!\0\1\6\143", 15),
+            u"it was built with Qt 6.99; a program with Qt %1"_s.arg(QLatin1String(qVersion())));
         patched("key", "ClientOnly\xf4", "ClientOnly\x07",
-                u"the key \"ClientOnly\" with true or false, found \"7\""_s);
+                u"expected the key \"ClientOnly\" with true or false, found \"7\""_s);
+        patched("missing library", "libTimeShiftBufferModel.so", "libTimeShiftBufferModel.xy",
+                u"it can't be loaded: "_s);
         row("unknown option", {u"--nonsense"_s}, u"nonsense"_s);
         row("stray argument", {u"stray"_s}, u"Unexpected argument: stray"_s);
     }

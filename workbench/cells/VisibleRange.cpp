@@ -62,6 +62,22 @@ void VisibleRange::reveal(qint64 time)
         set(time - m_span / 2, m_span);
 }
 
+void VisibleRange::revealRange(qint64 from, qint64 to)
+{
+    constexpr qint64 Part = 20;
+    from = std::clamp(from, FirstTime, LastTime);
+    to = std::clamp(to, from, LastTime);
+    const qint64 length = to - from;
+    const qint64 middle = from + length / 2;
+    if (length > m_span)
+        show(from - length / Part, to + length / Part);
+    else if (length > 0 && length * Part < m_span)
+        show(middle - Part / 2 * length, middle + Part / 2 * length);
+    else if (from < m_from || to > end())
+        set(middle - m_span / 2, m_span);
+    reveal(from);
+}
+
 void VisibleRange::follow(qint64 before, qint64 after)
 {
     if (before <= end() && after > end())

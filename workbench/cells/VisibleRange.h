@@ -35,6 +35,8 @@ public:
     Q_INVOKABLE void zoomAbout(qint64 time, double factor);
     /// Keeps the span and puts @p time in the middle, unless it can be seen already.
     Q_INVOKABLE void reveal(qint64 time);
+    /// Shows a bookmark so that it can be seen well: with at least a twentieth of the span.
+    Q_INVOKABLE void revealRange(qint64 from, qint64 to);
     /// Moves on with a play head that has run out at the end.
     Q_INVOKABLE void follow(qint64 before, qint64 after);
 

@@ -1,6 +1,8 @@
 #include "DateTimeTexts.h"
 
-#include <QtCore/QDateTime>
+#include <QtCore/QStringList>
+
+#include <algorithm>
 
 namespace workbench {
 
@@ -11,6 +13,25 @@ constexpr QStringView DateFormat = u"yyyy-MM-dd";
 constexpr QStringView TimeFormat = u"HH:mm:ss";
 constexpr QStringView ShortTimeFormat = u"HH:mm";
 
+struct DateAndTime
+{
+    QDate date;
+    QTime time;
+};
+
+// One by one: a date and time together would be read by the clock of this computer, which may skip
+// a time that the station's clock does not.
+DateAndTime read(const QString &text)
+{
+    const QString trimmed = text.trimmed();
+    const QString time = trimmed.section(u' ', 1);
+    DateAndTime read{QDate::fromString(trimmed.section(u' ', 0, 0), DateFormat),
+                     QTime::fromString(time, TimeFormat)};
+    if (!read.time.isValid())
+        read.time = QTime::fromString(time, ShortTimeFormat);
+    return read;
+}
+
 } // namespace
 
 QString DateTimeTexts::textOf(qint64 moment) const
@@ -20,19 +41,61 @@ QString DateTimeTexts::textOf(qint64 moment) const
 
 QVariant DateTimeTexts::momentOf(const QString &text) const
 {
-    const QString trimmed = text.trimmed();
-    // One by one: a date and time together would be read by the clock of this computer, which may
-    // skip what the station's does not.
-    const QDate date = QDate::fromString(trimmed.section(u' ', 0, 0), DateFormat);
-    QTime time = QTime::fromString(trimmed.section(u' ', 1), TimeFormat);
-    if (!time.isValid())
-        time = QTime::fromString(trimmed.section(u' ', 1), ShortTimeFormat);
+    const auto [date, time] = read(text);
+    const QList<qint64> moments = momentsOf(date, time);
+    return moments.isEmpty() ? QVariant() : QVariant(moments.constFirst());
+}
+
+QString DateTimeTexts::remarkOn(const QString &text) const
+{
+    const auto [date, time] = read(text);
+    const QString day = text.trimmed().section(u' ', 0, 0);
+    if (time.isValid() && !date.isValid() && day.size() == DateFormat.size())
+        return tr("The calendar has no day %1.").arg(day);
     if (!date.isValid() || !time.isValid())
-        return {};
-    // A skipped time is moved by the zone's jump, and no longer reads as it was typed.
-    const QDateTime moment(date, time, zone());
-    const bool same = moment.date() == date && moment.time() == time;
-    return moment.isValid() && same ? QVariant(moment.toMSecsSinceEpoch()) : QVariant();
+        return tr("Not a time. Type it as 2026-03-29 14:05.");
+    const QList<qint64> moments = momentsOf(date, time);
+    const QString clock = time.toString(ShortTimeFormat);
+    if (moments.isEmpty())
+        return tr("%1 does not occur on this day: the clocks go forward.").arg(clock);
+    if (moments.size() == 1)
+        return QString();
+    const bool isSummer =
+        zone().isDaylightTime(QDateTime::fromMSecsSinceEpoch(moments.constFirst()));
+    return isSummer ? tr("%1 occurs twice, summer time is taken.").arg(clock)
+                    : tr("%1 occurs twice, the first one is taken.").arg(clock);
+}
+
+QString DateTimeTexts::lengthText(qint64 milliseconds)
+{
+    const qint64 seconds = (milliseconds + 500) / 1000;
+    QStringList parts;
+    const auto add = [&](qint64 amount, const QString &unit) {
+        if (amount > 0)
+            parts.append(unit.arg(amount));
+    };
+    add(seconds / 86400, tr("%1 d"));
+    add(seconds / 3600 % 24, tr("%1 h"));
+    add(seconds / 60 % 60, tr("%1 min"));
+    add(seconds % 60, tr("%1 s"));
+    return parts.isEmpty() ? tr("%1 s").arg(0) : parts.join(u' ');
+}
+
+QList<qint64> DateTimeTexts::momentsOf(QDate date, QTime time) const
+{
+    QList<qint64> moments;
+    if (!date.isValid() || !time.isValid())
+        return moments;
+    const QDateTime local(date, time, QTimeZone::utc());
+    // The offset of the zone is one of those a day before and after.
+    for (const int days : {-1, 1}) {
+        const int offset = zone().offsetFromUtc(local.addDays(days));
+        const QDateTime moment = local.addSecs(-offset);
+        if (zone().offsetFromUtc(moment) == offset && !moments.contains(moment.toMSecsSinceEpoch()))
+            moments.append(moment.toMSecsSinceEpoch());
+    }
+    std::sort(moments.begin(), moments.end());
+    return moments;
 }
 
 } // namespace workbench

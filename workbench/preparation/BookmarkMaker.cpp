@@ -17,50 +17,40 @@ constexpr qint64 Hour = 60 * Minute;
 constexpr std::size_t HourWeights[] = {2,  1, 1, 1, 2,  4,  7,  11, 14, 12, 10, 9,
                                        10, 9, 9, 9, 11, 14, 13, 9,  6,  5,  4,  3};
 
-/// Two of the 25 are vans, so that a search for "van" finds one in twelve.
-const QStringList &subjects()
+/// Subjects, all singular, and actions that fit them. Two of all 24 subjects are vans, so that a
+/// search for "van" finds one in twelve.
+struct Scenes
 {
-    static const QStringList words{
-        QStringLiteral("White van"),
-        QStringLiteral("Blue van"),
-        QStringLiteral("Red car"),
-        QStringLiteral("Silver car"),
-        QStringLiteral("Lorry"),
-        QStringLiteral("Tanker lorry"),
-        QStringLiteral("Forklift"),
-        QStringLiteral("Motorcycle"),
-        QStringLiteral("Cyclist"),
-        QStringLiteral("Taxi"),
-        QStringLiteral("Bus"),
-        QStringLiteral("Visitor"),
-        QStringLiteral("Two visitors"),
-        QStringLiteral("Group of people"),
-        QStringLiteral("Person in hood"),
-        QStringLiteral("Courier"),
-        QStringLiteral("Cleaner"),
-        QStringLiteral("Technician"),
-        QStringLiteral("Guard"),
-        QStringLiteral("Child"),
-        QStringLiteral("Dog"),
-        QStringLiteral("Suitcase"),
-        QStringLiteral("Box"),
-        QStringLiteral("Smoke"),
-        QStringLiteral("Open door"),
-    };
-    return words;
-}
+    QStringList subjects;
+    QStringList actions;
+};
 
-const QStringList &actions()
+const QList<Scenes> &scenes()
 {
-    static const QStringList words{
-        QStringLiteral("passes"),      QStringLiteral("waits"),
-        QStringLiteral("turns round"), QStringLiteral("stops in the way"),
-        QStringLiteral("loads up"),    QStringLiteral("left alone"),
-        QStringLiteral("too fast"),    QStringLiteral("without a badge"),
-        QStringLiteral("in the dark"), QStringLiteral("asks for the way"),
-        QStringLiteral("comes back"),  QStringLiteral("reported by phone"),
+    static const QList<Scenes> list{
+        {{QStringLiteral("White van"), QStringLiteral("Blue van"), QStringLiteral("Red car"),
+          QStringLiteral("Silver car"), QStringLiteral("Lorry"), QStringLiteral("Tanker lorry"),
+          QStringLiteral("Forklift"), QStringLiteral("Taxi")},
+         {QStringLiteral("passes"), QStringLiteral("waits"), QStringLiteral("turns round"),
+          QStringLiteral("stops in the way"), QStringLiteral("is loaded"),
+          QStringLiteral("drives too fast"), QStringLiteral("comes back"),
+          QStringLiteral("blocks the exit")}},
+        {{QStringLiteral("Visitor"), QStringLiteral("Group of people"),
+          QStringLiteral("Person in hood"), QStringLiteral("Courier"), QStringLiteral("Cleaner"),
+          QStringLiteral("Technician"), QStringLiteral("Guard"), QStringLiteral("Child")},
+         {QStringLiteral("passes"), QStringLiteral("waits"), QStringLiteral("turns round"),
+          QStringLiteral("enters without a badge"), QStringLiteral("asks for the way"),
+          QStringLiteral("comes back"), QStringLiteral("leaves by the side door"),
+          QStringLiteral("is seen in the dark")}},
+        {{QStringLiteral("Suitcase"), QStringLiteral("Box"), QStringLiteral("Pallet"),
+          QStringLiteral("Bicycle"), QStringLiteral("Ladder"), QStringLiteral("Toolbox"),
+          QStringLiteral("Rucksack"), QStringLiteral("Umbrella")},
+         {QStringLiteral("is left alone"), QStringLiteral("is in the way"),
+          QStringLiteral("is moved"), QStringLiteral("is taken away"),
+          QStringLiteral("is found again"), QStringLiteral("falls over"),
+          QStringLiteral("is reported by phone"), QStringLiteral("is gone")}},
     };
-    return words;
+    return list;
 }
 
 /// Most often nothing is added.
@@ -175,8 +165,9 @@ qint64 BookmarkMaker::timeOfIncident()
 QString BookmarkMaker::description()
 {
     // One statement each: the order in which operands are evaluated is the compiler's.
-    const QString &subject = oneOf(subjects());
-    const QString &action = oneOf(actions());
+    const Scenes &scene = scenes().at(m_random.bounded(scenes().size()));
+    const QString &subject = oneOf(scene.subjects);
+    const QString &action = oneOf(scene.actions);
     const QString &remark = oneOf(remarks());
     return subject + QLatin1Char(' ') + action + remark;
 }

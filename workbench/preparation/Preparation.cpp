@@ -1,6 +1,6 @@
 #include "Preparation.h"
 
-#include "CsvImport.h"
+#include "FileImport.h"
 #include "FirstData.h"
 #include "Protocol.h"
 #include "StationThread.h"
@@ -10,14 +10,9 @@
 #include <QtCore/QFile>
 #include <QtCore/QLocale>
 
-#include <functional>
-
 namespace workbench {
 
 namespace {
-
-/// Tells how far an activity is; returns false to cancel.
-using Report = std::function<bool(const QString &activity, double progress)>;
 
 bool holdsStations(const QString &folder)
 {
@@ -40,7 +35,7 @@ void removeUnfinished(const Site &site, Preparation::Outcome &outcome)
         "Making the first bookmarks was interrupted last time. They were made again."));
 }
 
-void makeFirstData(Site &site, const Preparation::Plan &plan, const Report &report,
+void makeFirstData(Site &site, const Preparation::Plan &plan, const Preparation::Report &report,
                    Preparation::Outcome &outcome)
 {
     const FirstData data(site, plan.seed, QDateTime::currentMSecsSinceEpoch());
@@ -58,30 +53,6 @@ void makeFirstData(Site &site, const Preparation::Plan &plan, const Report &repo
                      QDir::toNativeSeparators(plan.folder)));
     }
 }
-
-void importBookmarks(Site &site, const Preparation::Plan &plan, const Report &report,
-                     Preparation::Outcome &outcome)
-{
-    CsvImport csv(site, QDate::currentDate());
-    csv.setProgressCallback([&](const CsvImport::Progress &progress) {
-        const double done =
-            progress.totalBytes > 0 ? double(progress.bytes) / double(progress.totalBytes) : 0;
-        return report(
-            Preparation::tr("Importing %1").arg(QDir::toNativeSeparators(plan.importFile)), done);
-    });
-    const CsvImport::Result result = csv.run(plan.importFile);
-    outcome.messages.append(result.messages);
-    const qint64 more = result.skipped - result.messages.size();
-    if (more > 0)
-        outcome.messages.append(Preparation::tr("... and %1 more lines").arg(more));
-    if (!result.error.isEmpty())
-        outcome.messages.append(result.error);
-    if (result.cancelled)
-        outcome.messages.append(Preparation::tr("The import was cancelled before its end."));
-    outcome.summary = Preparation::tr("Imported %1 bookmarks, skipped %2 lines.")
-                          .arg(result.imported)
-                          .arg(result.skipped);
-} // namespace
 
 } // namespace
 
@@ -127,7 +98,7 @@ void Preparation::start()
             if (isNew && plan.bookmarks > 0)
                 makeFirstData(*site, plan, report, outcome);
             if (!plan.importFile.isEmpty() && !*cancelled)
-                importBookmarks(*site, plan, report, outcome);
+                importFile(*site, plan, report, outcome);
         }
         mailbox->post([=] { finish(outcome); });
     });

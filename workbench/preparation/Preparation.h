@@ -7,6 +7,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <atomic>
+#include <functional>
 #include <memory>
 
 namespace workbench {
@@ -40,10 +41,13 @@ public:
         QString importFile; ///< empty for none
     };
 
+    /// Called with the progress of an activity, from 0 to 1; returns false to cancel.
+    using Report = std::function<bool(const QString &activity, double progress)>;
+
     /// What has come of it.
     struct Outcome
     {
-        QString error;        ///< why there are no stations at all; empty when there are
+        QString error;        ///< why the workbench can't begin; empty when it can
         QStringList defects;  ///< of stations whose files can't be used, and that fail
         QStringList messages; ///< of first data and import
         QString summary;

@@ -8,6 +8,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QHash>
+#include <QtCore/QSet>
 #include <QtCore/QTimeZone>
 #include <QtCore/QtNumeric>
 
@@ -18,6 +19,7 @@ namespace workbench {
 namespace {
 
 constexpr qint64 LinesBetweenProgress = 1'000;
+constexpr qint64 LookedAtFirst = 1 << 16; ///< bytes
 
 /// Where the values of a bookmark stand in a record.
 class Columns
@@ -49,6 +51,12 @@ public:
             if (found.count(name) > 1)
                 return QStringLiteral("the column \"%1\" is there twice").arg(name);
             m_indexes.append(found.indexOf(name));
+        }
+        for (const char separator : {';', '\t', '|'}) {
+            if (header.size() == 1 && found.constFirst().contains(QLatin1Char(separator)))
+                return QStringLiteral("the columns are separated by %1; separate them by commas")
+                    .arg(separator == '\t' ? QStringLiteral("tabs")
+                                           : QStringLiteral("\"%1\"").arg(QLatin1Char(separator)));
         }
         if (!has(CameraName))
             return QStringLiteral("there is no column \"camera\"");
@@ -136,6 +144,11 @@ public:
             m_result.error = QStringLiteral("%1: %2").arg(m_path, file.errorString());
             return m_result;
         }
+        const QString defect = csvFormatDefect(file.peek(LookedAtFirst));
+        if (!defect.isEmpty()) {
+            m_result.error = located(1, defect);
+            return m_result;
+        }
         CsvReader reader(&file);
         if (readHeader(reader) && readRecords(reader, file.size())) {
             if (file.error() != QFileDevice::NoError)
@@ -176,6 +189,7 @@ private:
                     return false;
             }
         }
+        m_result.recordings = m_recordings.size();
         return flushAll() && report(reader, totalBytes);
     }
 
@@ -200,6 +214,10 @@ private:
         if (!reason.isEmpty())
             return reason;
 
+        const bool isCamera = m_plan.isCamera(name, station);
+        if (!isCamera && (!m_columns.has(Columns::StartOffset) || m_plan.isKey(name)))
+            return QStringLiteral("unknown camera \"%1\"").arg(name.left(80));
+
         const std::optional<PlacedRecording> recording = m_plan.recording(name, station);
         if (!recording)
             return QStringLiteral("there is no camera for this recording");
@@ -208,6 +226,8 @@ private:
             reason = readTimes(fields, recording->start, &bookmark);
         if (!reason.isEmpty())
             return reason;
+        if (!isCamera)
+            m_recordings.insert(name);
         m_pending[recording->station].append(bookmark);
         if (m_pending[recording->station].size() >= CsvImport::BatchSize)
             flush(recording->station);
@@ -290,6 +310,7 @@ private:
     QString m_path;
     Columns m_columns;
     QHash<Station *, QList<Bookmark>> m_pending;
+    QSet<QString> m_recordings;
     CsvImport::Result m_result;
 };
 

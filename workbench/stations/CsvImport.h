@@ -12,7 +12,8 @@ class Site;
 /// Loads bookmarks from a CSV file with a header line into the stations of a site.
 ///
 /// Columns are found by their names, in any order; others are ignored:
-///   camera                           a camera's identifier or key, else the name of a recording
+///   camera                           a camera's identifier or key; with offsets also the name of a
+///                                    recording
 ///   start, end                       milliseconds since the epoch or ISO 8601 (UTC when it says
 ///                                    nothing else), or instead of these two
 ///   start_offset_ms, end_offset_ms   milliseconds since the start of the recording
@@ -38,8 +39,9 @@ public:
     struct Result
     {
         qint64 imported = 0;
-        qint64 skipped = 0;   ///< lines that could not be used
-        QStringList messages; ///< "FILE:LINE: reason" of the first MaxMessages of them
+        qint64 recordings = 0; ///< names that are not cameras, and were placed as recordings
+        qint64 skipped = 0;    ///< lines that could not be used
+        QStringList messages;  ///< "FILE:LINE: reason" of the first MaxMessages of them
         bool cancelled = false;
         QString error; ///< why the import ended early or never began; names the file or station
     };

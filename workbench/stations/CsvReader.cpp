@@ -73,6 +73,17 @@ QString split(QByteArrayView rest, QStringList *fields)
 
 } // namespace
 
+QString csvFormatDefect(const QByteArray &start)
+{
+    const bool hasLineFeed = start.contains('\n');
+    const QByteArray firstLine = start.left(start.indexOf('\n'));
+    if (start.startsWith("\xFF\xFE") || start.startsWith("\xFE\xFF") || firstLine.contains('\0'))
+        return QStringLiteral("the text is UTF-16; save the file as UTF-8");
+    if (start.contains('\r') && !hasLineFeed)
+        return QStringLiteral("lines end in CR alone; save the file with LF or CR LF");
+    return QString();
+}
+
 CsvReader::CsvReader(QIODevice *device)
     : m_device(device)
 {

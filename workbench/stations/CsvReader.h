@@ -17,6 +17,10 @@ struct CsvRecord
     QString error; ///< why the record can't be read; the fields are empty then
 };
 
+/// Why a file that begins with @p start can't be read as CSV at all: its encoding or line ends.
+/// Empty for any other file.
+QString csvFormatDefect(const QByteArray &start);
+
 /// Reads UTF-8 CSV record by record: fields may be quoted and then hold commas, doubled quotes
 /// and line breaks; lines end in LF or CRLF; a byte order mark and empty lines are passed over.
 /// A record that can't be read costs its first line only: reading goes on at the next one, so

@@ -5,6 +5,8 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QTimeZone>
 
+#include <algorithm>
+
 namespace workbench {
 
 RecordingPlan::RecordingPlan(const Site &site, QDate baseDate)
@@ -42,6 +44,15 @@ std::optional<RecordingPlan::Place> RecordingPlan::knownCamera(const QString &na
             return place;
     }
     return std::nullopt;
+}
+
+bool RecordingPlan::isKey(const QString &name) const
+{
+    const QList<Station *> stations = m_site.stations();
+    return std::any_of(stations.cbegin(), stations.cend(), [&name](const Station *station) {
+        const QString relayPath = station->config().relayPath;
+        return !relayPath.isEmpty() && name.startsWith(relayPath + QLatin1Char('/'));
+    });
 }
 
 std::optional<RecordingPlan::Place> RecordingPlan::nextCamera(Station *station)

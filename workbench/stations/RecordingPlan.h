@@ -37,6 +37,14 @@ public:
     /// the whole site. Nothing when there is no camera to choose from.
     std::optional<PlacedRecording> recording(const QString &name, Station *station);
 
+    /// Whether a name is a camera's identifier or key, at @p station if that is not null.
+    bool isCamera(const QString &name, Station *station) const
+    {
+        return knownCamera(name, station).has_value();
+    }
+    /// Whether a name begins like a key: with a station's relay path and a slash.
+    bool isKey(const QString &name) const;
+
 private:
     struct Place
     {

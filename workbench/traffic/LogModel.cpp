@@ -1,6 +1,8 @@
 #include "LogModel.h"
 
 #include <QtCore/QTime>
+#include <QtGui/QClipboard>
+#include <QtGui/QGuiApplication>
 
 namespace workbench {
 
@@ -27,6 +29,15 @@ void LogModel::clear()
     m_lines.clear();
     endResetModel();
     Q_EMIT countChanged();
+}
+
+void LogModel::copy(int row) const
+{
+    if (row < 0 || row >= count())
+        return;
+    const Line &line = at(row);
+    QGuiApplication::clipboard()->setText(
+        QStringList{line.clock, line.severity, line.place, line.text}.join(QLatin1Char(' ')));
 }
 
 void LogModel::append(const standin::LogLine &line)

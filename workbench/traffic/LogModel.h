@@ -33,6 +33,8 @@ public:
 
     int count() const { return rowCount(); }
     Q_INVOKABLE void clear();
+    /// Puts a line onto the clipboard, as the log shows it.
+    Q_INVOKABLE void copy(int row) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;

@@ -24,6 +24,7 @@ class PayloadTree : public QAbstractItemModel
 
 public:
     enum Column { KeyColumn, ValueColumn, TypeColumn, ColumnCount };
+    Q_ENUM(Column)
 
     explicit PayloadTree(QObject *parent = nullptr);
     ~PayloadTree() override;

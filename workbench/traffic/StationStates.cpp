@@ -3,16 +3,25 @@
 #include "stations/Protocol.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace workbench {
+
+namespace {
+
+/// Milliseconds between two beats; eight of them make a station slow.
+int beatInterval(int slowAfter)
+{
+    return std::max(1, slowAfter / 8);
+}
+
+} // namespace
 
 StationStates::StationStates(QObject *parent)
     : QObject(parent)
 {
-    m_clock.start();
-    m_timer.setSingleShot(true);
-    connect(&m_timer, &QTimer::timeout, this, &StationStates::publish);
+    m_publication.setSingleShot(true);
+    connect(&m_publication, &QTimer::timeout, this, &StationStates::publish);
+    connect(&m_beat, &QTimer::timeout, this, &StationStates::beat);
 }
 
 void StationStates::addStation(const QString &relayPath, const QString &name)
@@ -21,7 +30,7 @@ void StationStates::addStation(const QString &relayPath, const QString &name)
     station.relayPath = relayPath;
     station.name = name;
     m_stations.append(station);
-    m_states.insert(relayPath, stateOf(station, 0));
+    m_states.insert(relayPath, stateOf(station));
 }
 
 void StationStates::noteTraffic(const standin::Traffic &traffic)
@@ -30,17 +39,17 @@ void StationStates::noteTraffic(const standin::Traffic &traffic)
     if (!station)
         return;
     if (traffic.kind == standin::Traffic::Kind::Sent)
-        noteSent(*station, traffic, m_clock.elapsed());
+        noteSent(*station, traffic);
     else if (traffic.kind == standin::Traffic::Kind::Answered)
-        noteAnswered(*station, traffic, m_clock.elapsed());
-    m_timer.start(0);
+        noteAnswered(*station, traffic);
+    m_publication.start(0);
 }
 
 void StationStates::setDisconnected(const QString &relayPath, bool disconnected)
 {
     if (Station *const station = find(relayPath))
         station->disconnected = disconnected;
-    m_timer.start(0);
+    m_publication.start(0);
 }
 
 bool StationStates::isAwaited(const QString &relayPath) const
@@ -50,19 +59,24 @@ bool StationStates::isAwaited(const QString &relayPath) const
     });
 }
 
-void StationStates::noteSent(Station &station, const standin::Traffic &command, qint64 now)
+void StationStates::noteSent(Station &station, const standin::Traffic &command)
 {
     if (command.name == protocol::command::QueryAllBookmarks) {
         station.lastQuery = command.sequence;
         station.bookmarksMissing = true;
     }
-    if (command.accepted)
-        station.outstanding.insert(command.sequence, now);
-    else
+    if (!command.accepted) {
         station.failing = true;
+        return;
+    }
+    station.outstanding.insert(command.sequence, m_now);
+    if (!m_beat.isActive()) {
+        m_sinceBeat.start();
+        m_beat.start(beatInterval(m_slowAfter));
+    }
 }
 
-void StationStates::noteAnswered(Station &station, const standin::Traffic &answer, qint64 now) const
+void StationStates::noteAnswered(Station &station, const standin::Traffic &answer)
 {
     const bool succeeded = answer.resultCode == protocol::code::Success;
     station.failing = !succeeded;
@@ -73,12 +87,25 @@ void StationStates::noteAnswered(Station &station, const standin::Traffic &answe
     const auto command = outstanding.constFind(answer.request);
     if (command == outstanding.cend())
         return; // doubled
-    station.slow = now - *command >= m_slowAfter;
+    station.slow = answer.tookMs >= m_slowAfter;
     outstanding.erase(command);
     // The station answers again: what is overdue from before that command is lost.
     while (!outstanding.isEmpty() && outstanding.firstKey() < answer.request &&
-           now - outstanding.first() >= m_slowAfter)
+           isOverdue(outstanding.first()))
         outstanding.erase(outstanding.cbegin());
+    restartClocksAfter(answer.request);
+}
+
+/// Commands that were sent later had to wait for this one.
+void StationStates::restartClocksAfter(quint64 request)
+{
+    for (Station &station : m_stations) {
+        auto &outstanding = station.outstanding;
+        for (auto it = outstanding.upperBound(request); it != outstanding.end(); ++it) {
+            if (!isOverdue(*it))
+                *it = m_now;
+        }
+    }
 }
 
 StationStates::Station *StationStates::find(const QString &relayPath)
@@ -89,46 +116,48 @@ StationStates::Station *StationStates::find(const QString &relayPath)
     return found == m_stations.end() ? nullptr : &*found;
 }
 
-QString StationStates::stateOf(const Station &station, qint64 now) const
+QString StationStates::stateOf(const Station &station) const
 {
     if (station.disconnected)
         return QStringLiteral("disconnected");
     if (station.failing)
         return QStringLiteral("failing");
-    // The commands are in the order of sending, so the first one waits longest.
-    const bool overdue =
-        !station.outstanding.isEmpty() && now - station.outstanding.first() >= m_slowAfter;
+    const bool overdue = std::any_of(station.outstanding.cbegin(), station.outstanding.cend(),
+                                     [this](qint64 since) { return isOverdue(since); });
     return station.slow || overdue ? QStringLiteral("slow") : QStringLiteral("connected");
+}
+
+bool StationStates::isWaiting() const
+{
+    return std::any_of(m_stations.cbegin(), m_stations.cend(), [this](const Station &station) {
+        return std::any_of(station.outstanding.cbegin(), station.outstanding.cend(),
+                           [this](qint64 since) { return !isOverdue(since); });
+    });
+}
+
+/// A late beat counts as two at most: this program was busy, and answers may lie here undelivered.
+void StationStates::beat()
+{
+    m_now += std::min(m_sinceBeat.restart(), qint64(2) * m_beat.interval());
+    publish();
+    if (!isWaiting())
+        m_beat.stop();
 }
 
 void StationStates::publish()
 {
-    const qint64 now = m_clock.elapsed();
     QVariantMap states;
     QStringList failedStations;
     for (const Station &station : std::as_const(m_stations)) {
-        states.insert(station.relayPath, stateOf(station, now));
+        states.insert(station.relayPath, stateOf(station));
         if (station.bookmarksMissing)
             failedStations.append(station.name);
     }
-    waitForNextDelay(now);
     if (states == m_states && failedStations == m_failedStations)
         return;
     m_states = states;
     m_failedStations = failedStations;
     Q_EMIT changed();
-}
-
-/// A station becomes slow without any traffic.
-void StationStates::waitForNextDelay(qint64 now)
-{
-    qint64 next = std::numeric_limits<qint64>::max();
-    for (const Station &station : std::as_const(m_stations)) {
-        if (!station.outstanding.isEmpty() && now - station.outstanding.first() < m_slowAfter)
-            next = std::min(next, station.outstanding.first() + m_slowAfter - now);
-    }
-    if (next < std::numeric_limits<qint64>::max())
-        m_timer.start(static_cast<int>(next));
 }
 
 } // namespace workbench

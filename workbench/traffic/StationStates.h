@@ -16,7 +16,9 @@ namespace workbench {
 ///
 /// A station is "disconnected" when the host says so, "failing" when its last answer was a failure
 /// or it refused the last command, "slow" when an answer is outstanding for too long or the last
-/// one took too long, else "connected".
+/// one took too long, else "connected". Time counts for a station only while nothing else holds its
+/// answer up: neither commands that were sent before, as the stations work one after the other, nor
+/// this program while it is busy.
 class StationStates : public QObject
 {
     Q_OBJECT
@@ -52,21 +54,27 @@ private:
         bool disconnected = false;
         bool failing = false;
         bool slow = false;                 ///< took too long for its last answer
-        QMap<quint64, qint64> outstanding; ///< times of sending by sequence number
+        QMap<quint64, qint64> outstanding; ///< since when, by sequence number
         quint64 lastQuery = 0;             ///< sequence number of the last query of all bookmarks
         bool bookmarksMissing = false;
     };
 
-    static void noteSent(Station &station, const standin::Traffic &command, qint64 now);
-    void noteAnswered(Station &station, const standin::Traffic &answer, qint64 now) const;
+    void noteSent(Station &station, const standin::Traffic &command);
+    void noteAnswered(Station &station, const standin::Traffic &answer);
+    void restartClocksAfter(quint64 request);
+    bool isOverdue(qint64 since) const { return m_now - since >= m_slowAfter; }
+    /// Whether an answer is outstanding that may become overdue.
+    bool isWaiting() const;
     Station *find(const QString &relayPath);
-    QString stateOf(const Station &station, qint64 now) const;
+    QString stateOf(const Station &station) const;
+    void beat();
     void publish();
-    void waitForNextDelay(qint64 now);
 
     QList<Station> m_stations;
-    QElapsedTimer m_clock;
-    QTimer m_timer;
+    qint64 m_now = 0; ///< milliseconds, counted by beats and only while this program is not busy
+    QElapsedTimer m_sinceBeat;
+    QTimer m_beat;
+    QTimer m_publication;
     int m_slowAfter = 2000;
     QVariantMap m_states;
     QStringList m_failedStations;

@@ -22,6 +22,10 @@ QtObject {
     /// relayPath, key, name and stationName.
     property var currentCamera: null
 
+    /// IANA identifier of the server's zone, in which bookmarks have their texts.
+    readonly property string timeZone: bench.clientTimeZone
+    readonly property bool timeZoneKnown: bench.isTimeZone(timeZone)
+
     readonly property bool settingAllowed: bench.settingPermission
     /// Why actions that change settings are disabled; empty when they are not.
     readonly property string lockReason: settingAllowed ? ""
@@ -29,6 +33,9 @@ QtObject {
 
     /// Counts the changes of the plug-in's list of all bookmarks. A page depends on it.
     property int revision: 0
+
+    /// Bookmarks that the user has just added, as "relay path/identifier"; the list frames them.
+    property var added: []
 
     property int deletedTogether: 0 ///< how many bookmarks were last to be deleted at once
 
@@ -73,6 +80,21 @@ QtObject {
             }
         }
         return null;
+    }
+
+    readonly property Connections zone: Connections {
+        target: client.bench
+
+        // Records keep the texts of the zone in which they arrived.
+        function onClientTimeZoneChanged() {
+            if (!client.timeZoneKnown)
+                client.notice(qsTr("The server's time zone %1 is unknown here. Bookmarks have no dates and times.")
+                              .arg(client.timeZone), true);
+            if (client.querying && client.partsReceived === 0)
+                return;
+            client.refresh();
+            client.timelinesOutdated();
+        }
     }
 
     readonly property Connections answers: Connections {

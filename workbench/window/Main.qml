@@ -67,8 +67,8 @@ ThemedWindow {
                 objectName: "bookmarkPanel"
                 client: client
                 onAddWanted: window.addBookmark()
-                onEditWanted: records => dialogs.edit(records)
-                onDeleteWanted: records => dialogs.remove(records)
+                onEditWanted: (shown, hidden) => dialogs.edit(shown, hidden)
+                onDeleteWanted: (shown, hidden) => dialogs.remove(shown, hidden)
                 SplitView.preferredWidth: 420
                 SplitView.minimumWidth: 340
             }
@@ -126,7 +126,11 @@ ThemedWindow {
     }
 
     function addBookmark() {
-        dialogs.addFor(client.currentCamera ? [client.currentCamera] : []);
+        const cell = cells.activeCell;
+        if (cell.occupied)
+            dialogs.addFor([cell.camera], ...cell.head.rangeForNew());
+        else
+            dialogs.addFor(client.currentCamera ? [client.currentCamera] : []);
     }
 
     function toggleDrawer() {

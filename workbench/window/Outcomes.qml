@@ -26,11 +26,11 @@ QtObject {
         target: outcomes.client.plugin
 
         function onAddBookmarkResponsed(success) {
-            outcomes.report(success, qsTr("Bookmark added."), qsTr("The bookmark was not added."));
+            outcomes.report(success, qsTr("Bookmark added."), qsTr("Not added, or not shown in a view cell."));
         }
         function onAddBookmarksResponsed(failCamNameList) {
             outcomes.report(failCamNameList.length === 0, qsTr("Bookmarks added."),
-                            qsTr("Not added on: %1").arg(failCamNameList.join(", ")));
+                            qsTr("Not added, or not shown in a view cell: %1").arg(failCamNameList.join(", ")));
         }
         function onUpdateBookmarkResponsed(success) {
             success ? outcomes.changed += 1 : outcomes.unchanged += 1;

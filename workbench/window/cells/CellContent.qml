@@ -31,7 +31,7 @@ ColumnLayout {
     }
 
     function addHere() {
-        rangeMarked(head.position, head.position + 30000);
+        rangeMarked(...head.rangeForNew());
     }
 
     /// To the next bookmark or the previous one; where none is known yet, to unseen times.
@@ -42,6 +42,18 @@ ColumnLayout {
             range.reveal(start);
         } else {
             range.moveBy(forward ? range.span : -range.span);
+        }
+    }
+
+    /// The timeline shows the bookmark at the play head, and half of its length on either side.
+    function zoomToBookmark() {
+        for (let row = 0; row < marks.rowCount(); ++row) {
+            const bar = marks.row(row);
+            if (bar.start > head.position || head.position > bar.end)
+                continue;
+            const margin = (bar.end - bar.start) / 2;
+            range.show(bar.start - margin, bar.end + margin);
+            return;
         }
     }
 
@@ -77,7 +89,7 @@ ColumnLayout {
         cameraKey: content.camera.key
         caption: content.camera.name
         time: content.head.position
-        timeZone: content.client.bench.serverTimeZone
+        timeZone: content.client.timeZone
         Accessible.role: Accessible.Graphic
         Accessible.name: qsTr("Picture of %1 at %2").arg(caption).arg(timeText)
         Layout.fillWidth: true
@@ -88,7 +100,7 @@ ColumnLayout {
         objectName: "timelineBar"
         range: content.range
         marks: marks
-        timeZone: content.client.bench.serverTimeZone
+        timeZone: content.client.timeZone
         position: content.head.position
         markedFrom: content.markedFrom
         onSeekRequested: time => content.head.seek(time)

@@ -10,6 +10,7 @@ Pane {
 
     required property Client client
 
+    property alias inStep: step.enabled
     property alias cellCount: cells.shownCount
     property alias activeIndex: cells.activeIndex
     readonly property alias activeCell: cells.activeCell
@@ -24,6 +25,8 @@ Pane {
         [qsTr("Space"), qsTr("Play or pause")],
         [qsTr("Home"), qsTr("Go to the present")],
         [qsTr("B, N"), qsTr("Previous, next bookmark")],
+        [qsTr("Z"), qsTr("Zoom to the bookmark at the play head")],
+        [qsTr("I"), qsTr("Keep all cells in step with this one")],
         [qsTr("A"), qsTr("Add a bookmark at the play head")],
         [qsTr("M"), qsTr("Mark the start, then the end of a new bookmark")],
         [qsTr("Delete"), qsTr("Empty the cell")],
@@ -48,7 +51,7 @@ Pane {
         const key = record.relayPath ? record.relayPath + "/" + record.cameraID : record.cameraID;
         const camera = client.cameraWithKey(key);
         if (camera)
-            showCamera(camera).goTo(record.startTimestamp);
+            showCamera(camera).goTo(record.startTimestamp, record.endTimestamp);
         else
             client.notice(qsTr("The bookmark's camera is not known here."), true);
     }
@@ -88,6 +91,10 @@ Pane {
         id: playClock
         bench: pane.client.bench
     }
+    CellsInStep {
+        id: step
+        cells: cells
+    }
     Connections {
         target: pane.client
         function onCameraWanted(camera) {
@@ -106,6 +113,8 @@ Pane {
             cellCount: pane.cellCount
             head: pane.activeCell ? pane.activeCell.head : null
             canPlay: pane.activeCell !== null && pane.activeCell.occupied
+            inStep: pane.inStep
+            onInStepChosen: on => pane.inStep = on
             onCellCountChosen: count => pane.cellCount = count
             onLiveRequested: pane.activeCell.goLive()
             Layout.fillWidth: true
@@ -114,6 +123,7 @@ Pane {
             id: cells
             client: pane.client
             clock: playClock
+            onInStepToggled: pane.inStep = !pane.inStep
             onRangeMarked: (camera, start, end) => pane.rangeMarked(camera, start, end)
             Layout.fillWidth: true
             Layout.fillHeight: true

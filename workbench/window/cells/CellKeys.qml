@@ -11,6 +11,7 @@ QtObject {
 
     signal liveRequested()
     signal clearRequested()
+    signal inStepToggled()
 
     /// Works in cells with a camera, by key code.
     readonly property var actions: ({
@@ -25,6 +26,8 @@ QtObject {
         [Qt.Key_Home]: () => keys.liveRequested(),
         [Qt.Key_N]: () => keys.content.goToBookmark(true),
         [Qt.Key_B]: () => keys.content.goToBookmark(false),
+        [Qt.Key_Z]: () => keys.content.zoomToBookmark(),
+        [Qt.Key_I]: () => keys.inStepToggled(),
         [Qt.Key_M]: () => keys.content.mark(),
         [Qt.Key_A]: () => keys.content.addHere(),
         [Qt.Key_Escape]: () => keys.content.markedFrom = NaN,

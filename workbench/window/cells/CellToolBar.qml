@@ -12,6 +12,9 @@ RowLayout {
     required property PlayHead head ///< of the active cell; null while there is none
     property bool canPlay: false    ///< the active cell has a camera
 
+    property bool inStep: false
+
+    signal inStepChosen(bool on)
     signal cellCountChosen(int count)
     signal liveRequested()
 
@@ -36,6 +39,14 @@ RowLayout {
             checked: bar.cellCount === modelData
             onClicked: bar.cellCountChosen(modelData)
         }
+    }
+    CellButton {
+        objectName: "inStep"
+        text: "⇄"
+        hint: qsTr("In step: all cells show the time of the active one (I)")
+        checkable: true
+        checked: bar.inStep
+        onToggled: bar.inStepChosen(checked)
     }
     Item {
         Layout.fillWidth: true

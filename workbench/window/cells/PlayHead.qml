@@ -8,6 +8,8 @@ QtObject {
     required property PlayClock clock
     /// Whether anybody looks.
     property bool shown: true
+    /// Whether another head moves this one.
+    property bool led: false
 
     property real position: 0
     property bool playing: true
@@ -20,6 +22,14 @@ QtObject {
 
     function seek(time) {
         position = time;
+    }
+
+    /// Start and end of a bookmark that is added now. A live picture has shown the time before it,
+    /// and no bookmark reaches into the future.
+    function rangeForNew() {
+        const length = 30000;
+        const end = Math.min(position + length, clock.now);
+        return [live || position >= end ? end - length : position, end];
     }
 
     /// Catches up with the present and stays with it.
@@ -42,7 +52,7 @@ QtObject {
 
     readonly property Connections beats: Connections {
         target: head.clock
-        enabled: head.playing && head.shown
+        enabled: head.playing && head.shown && !head.led
 
         function onBeat(elapsed) {
             head.advance(elapsed);

@@ -65,6 +65,8 @@ MouseArea {
         const bar = pointedRow >= 0 ? marks.row(pointedRow) : null;
         if (bar && bar.count > 1)
             magnify(bar);
+        else if (bar)
+            range.revealRange(bar.start, bar.end);
         seekRequested(bar ? bar.start : timeAt(event.x));
     }
     onWheel: event => {

@@ -21,6 +21,7 @@ FocusScope {
         onAdvanced: before => cell.range.follow(before, position)
     }
 
+    signal inStepToggled()
     signal rangeMarked(var camera, real start, real end)
 
     function show(newCamera) {
@@ -33,9 +34,10 @@ FocusScope {
         camera = null;
     }
 
-    function goTo(time) {
-        head.seek(time);
-        range.reveal(time);
+    /// To the start of a bookmark, which is shown as a whole when its @p end is known.
+    function goTo(start, end) {
+        head.seek(start);
+        range.revealRange(start, end ?? start);
     }
 
     function goLive() {
@@ -81,6 +83,7 @@ FocusScope {
         content: cell.content
         onLiveRequested: cell.goLive()
         onClearRequested: cell.clear()
+        onInStepToggled: cell.inStepToggled()
     }
 
     EmptyCell {

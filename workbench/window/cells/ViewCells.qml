@@ -17,6 +17,7 @@ GridLayout {
     /// Null until there are cells.
     readonly property ViewCell activeCell: count > 0 ? at(activeIndex) : null
 
+    signal inStepToggled()
     /// A range for a new bookmark, in milliseconds since the epoch.
     signal rangeMarked(var camera, real start, real end)
 
@@ -60,6 +61,7 @@ GridLayout {
             visible: index < grid.shownCount
             active: index === grid.activeIndex
             onActiveFocusChanged: if (activeFocus) grid.activeIndex = index
+            onInStepToggled: grid.inStepToggled()
             onRangeMarked: (camera, start, end) => grid.rangeMarked(camera, start, end)
             Layout.fillWidth: true
             Layout.fillHeight: true

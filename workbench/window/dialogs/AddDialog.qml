@@ -9,15 +9,14 @@ FormDialog {
 
     required property KnownGroups known
 
-    readonly property bool inOrder: start.moment === undefined || end.moment === undefined
-        || start.moment <= end.moment
+    property var asked: [] ///< cameras of the last try
 
     objectName: "addDialog"
     title: qsTr("Add a bookmark")
     acceptText: cameras.cameras.length > 1 ? qsTr("Add %1").arg(cameras.cameras.length)
                                            : qsTr("Add")
-    valid: cameras.cameras.length > 0 && start.moment !== undefined && end.moment !== undefined
-           && inOrder
+    valid: range.valid
+    missing: cameras.cameras.length === 0 ? qsTr("Choose a camera.") : ""
     firstField: description
     height: Math.min(parent ? parent.height - 40 : 560, 560)
 
@@ -25,8 +24,7 @@ FormDialog {
     function openFor(wanted, startMoment, endMoment) {
         const last = endMoment ?? Date.now();
         cameras.begin(wanted);
-        end.setMoment(last);
-        start.setMoment(startMoment ?? last - 60000);
+        range.setRange(startMoment ?? last - 60000, last);
         description.text = "";
         creator.text = client.userName;
         group.begin("");
@@ -34,14 +32,14 @@ FormDialog {
     }
 
     onSubmitted: {
-        const common = [start.moment, end.moment, description.text, creator.text, group.editText];
-        const wanted = cameras.cameras;
-        if (wanted.length === 1) {
-            const camera = wanted[0];
+        const common = [range.start, range.end, description.text, creator.text, group.editText];
+        asked = cameras.cameras;
+        if (asked.length === 1) {
+            const camera = asked[0];
             noteSent(client.bookmarks.addBookmark(camera.cameraID, camera.locationID,
                                                   camera.relayPath, ...common));
         } else {
-            const targets = wanted.map(camera => ({
+            const targets = asked.map(camera => ({
                         CameraID: camera.cameraID,
                         LocationID: camera.locationID,
                         relayPath: camera.relayPath
@@ -50,20 +48,31 @@ FormDialog {
         }
     }
 
-    DateTimeTexts {
-        id: texts
-        timeZone: dialog.client.bench.serverTimeZone
+    /// Only the cameras that failed stay ticked, so that another try adds nothing twice. A view cell
+    /// that could not show its bookmark is no failure here: the bookmark is stored.
+    function settleAdd() {
+        const failures = client.bench.addFailuresAfter(lastBefore);
+        const failed = asked.filter(camera => failures[camera.key] !== undefined);
+        const reasons = failed.map(camera => failures[camera.key]
+            ? qsTr("%1 answered with code %2").arg(camera.stationName).arg(failures[camera.key])
+            : qsTr("%1 did not accept it").arg(camera.stationName));
+        cameras.choose(asked.filter(camera => !failed.includes(camera)), false);
+        cameras.show(failed[0]);
+        client.added = client.bench.bookmarksAddedAfter(lastBefore);
+        settle(failed.length === 0 ? "" : qsTr("Not added on %1 of %2 cameras: %3.")
+            .arg(failed.length).arg(asked.length).arg([...new Set(reasons)].join(", ")));
     }
+
     Connections {
         target: dialog.client.plugin
         enabled: dialog.busy
-        function onAddBookmarkResponsed(success) {
-            dialog.noteOutcome(success ? "" : qsTr("The bookmark was not added, or a view cell of "
-                                                   + "its camera could not show it."));
+        function onAddBookmarkResponsed() {
+            if (dialog.isOwn())
+                dialog.settleAdd();
         }
-        function onAddBookmarksResponsed(failCamNameList) {
-            dialog.noteOutcome(failCamNameList.length === 0 ? ""
-                : qsTr("Not added on: %1").arg(failCamNameList.join(", ")));
+        function onAddBookmarksResponsed() {
+            if (dialog.isOwn())
+                dialog.settleAdd();
         }
     }
 
@@ -77,22 +86,10 @@ FormDialog {
         selectByMouse: true
         Accessible.name: qsTr("Description")
     }
-    RowLayout {
-        spacing: Theme.margin
-
-        DateTimeField {
-            id: start
-            objectName: "addStart"
-            title: qsTr("Start")
-            texts: texts
-        }
-        DateTimeField {
-            id: end
-            objectName: "addEnd"
-            title: qsTr("End")
-            texts: texts
-            problem: dialog.inOrder ? "" : qsTr("The end is before the start")
-        }
+    TimeRangeFields {
+        id: range
+        Layout.fillWidth: true
+        timeZone: dialog.client.timeZone
     }
     RowLayout {
         spacing: Theme.gap
@@ -123,5 +120,6 @@ FormDialog {
         Layout.fillWidth: true
         Layout.fillHeight: true
         client: dialog.client
+        required: dialog.tried
     }
 }

@@ -9,6 +9,7 @@ ColumnLayout {
     id: list
 
     required property Client client
+    property bool required: false ///< none is an error
 
     property var chosen: ({}) ///< cameras by key
     readonly property var cameras: Object.values(chosen)
@@ -31,6 +32,13 @@ ColumnLayout {
                 delete byKey[camera.key];
         }
         chosen = byKey;
+    }
+
+    /// Scrolls to a camera; does nothing for one that is not listed.
+    function show(camera) {
+        const row = view.model.indexOf(camera);
+        if (row >= 0)
+            view.positionViewAtIndex(row, ListView.Contain);
     }
 
     function titleOf(camera) {
@@ -116,7 +124,7 @@ ColumnLayout {
         objectName: "chosenCameras"
         Layout.fillWidth: true
         elide: Text.ElideRight
-        color: list.cameras.length > 0 ? Theme.faintText : Theme.failure
+        color: list.cameras.length > 0 || !list.required ? Theme.faintText : Theme.failure
         font.pixelSize: Theme.smallText
         text: list.cameras.length === 0 ? qsTr("Choose a camera")
             : list.cameras.length === 1 ? list.titleOf(list.cameras[0])

@@ -4,24 +4,25 @@ import QtQuick.Layouts
 import Workbench
 
 /// Deletes bookmarks, after showing which.
-FormDialog {
+SelectionDialog {
     id: dialog
 
-    property var records: []
     readonly property int named: 5
 
     /// These are gone.
     signal removed(var records)
 
     objectName: "deleteDialog"
-    title: records.length === 1 ? qsTr("Delete this bookmark?")
-                                : qsTr("Delete %1 bookmarks?").arg(records.length)
+    title: records.length === 0 ? qsTr("Delete bookmarks?")
+        : records.length === 1 ? qsTr("Delete this bookmark?")
+        : qsTr("Delete %1 bookmarks?").arg(records.length)
     acceptText: qsTr("Delete")
     gated: true
+    valid: records.length > 0
     firstField: list
 
-    function openFor(wanted) {
-        records = wanted;
+    function openFor(shownRecords, hiddenRecords) {
+        choose(shownRecords, hiddenRecords);
         open();
     }
 
@@ -35,7 +36,7 @@ FormDialog {
         const count = records.length;
         removed(records.filter(record => !left.includes(record)));
         if (left.length > 0)
-            records = left;
+            choose(left);
         settle(left.length === 0 ? "" : qsTr("%1 of %2 could not be deleted.").arg(left.length)
             .arg(count));
     }

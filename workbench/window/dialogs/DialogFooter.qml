@@ -10,6 +10,7 @@ Pane {
     required property string acceptText
     required property bool ready
     required property bool busy
+    required property string awaited
     required property string problem
     required property string hint ///< why it may not be accepted at all
 
@@ -36,13 +37,18 @@ Pane {
 
             ProgressBar {
                 objectName: "dialogProgress"
-                Layout.preferredWidth: 120
+                Layout.preferredWidth: 60
                 visible: footer.busy
                 indeterminate: true
-                Accessible.name: qsTr("Waiting for the outcome")
+                Accessible.name: waiting.text
             }
-            Item {
+            Label {
+                id: waiting
+                objectName: "dialogWaiting"
                 Layout.fillWidth: true
+                elide: Text.ElideRight
+                color: Theme.faintText
+                text: footer.busy ? qsTr("Waiting for %1 …").arg(footer.awaited) : ""
             }
             Button {
                 objectName: "dialogAccept"

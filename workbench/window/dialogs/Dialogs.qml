@@ -17,13 +17,13 @@ Item {
         addDialog.openFor(cameras, start, end);
     }
 
-    /// Display records, at least one; so for remove().
-    function edit(records) {
-        editDialog.openFor(records);
+    /// Display records, at least one: those that the filter shows, and those that it hides.
+    function edit(shown, hidden) {
+        editDialog.openFor(shown, hidden);
     }
 
-    function remove(records) {
-        deleteDialog.openFor(records);
+    function remove(shown, hidden) {
+        deleteDialog.openFor(shown, hidden);
     }
 
     /// A station as in client.bench.stations.

@@ -4,12 +4,11 @@ import QtQuick.Layouts
 import Workbench
 
 /// Changes description and group of one bookmark, or of many at once; what is not touched stays.
-FormDialog {
+SelectionDialog {
     id: dialog
 
     required property KnownGroups known
 
-    property var records: []
     property int awaited: 0
     property int failed: 0
     readonly property bool many: records.length > 1
@@ -17,13 +16,14 @@ FormDialog {
     objectName: "editDialog"
     title: many ? qsTr("Edit %1 bookmarks").arg(records.length) : qsTr("Edit bookmark")
     acceptText: qsTr("Save")
-    valid: changeText.checked || changeGroup.checked
+    valid: records.length > 0 && (changeText.checked || changeGroup.checked)
     firstField: description
 
-    function openFor(wanted) {
-        records = wanted;
-        description.text = many ? "" : wanted[0].description;
-        group.begin(many ? "" : wanted[0].group);
+    function openFor(shownRecords, hiddenRecords) {
+        choose(shownRecords, hiddenRecords);
+        const only = records.length === 1 ? records[0] : null;
+        description.text = only ? only.description : "";
+        group.begin(only ? only.group : "");
         changeText.checked = false;
         changeGroup.checked = false;
         open();

@@ -12,9 +12,12 @@ Dialog {
 
     property string acceptText: qsTr("OK")
     property bool valid: true  ///< what was entered may be sent
+    property string missing: "" ///< what else is needed; said once the user has tried without
+    property bool tried: false ///< to send
     property bool gated: false ///< the server may forbid it
     property Item firstField: null
     property bool busy: false  ///< an outcome is to come
+    property string awaited: "" ///< names of those whose answers are to come
     property string error: ""
     property real lastBefore: 0 ///< number of the last command before those of this dialog
     property var answered: new Set() ///< numbers of those whose outcome has come
@@ -24,10 +27,28 @@ Dialog {
     signal submitted()
 
     function submit() {
-        if (!ready)
+        tried = true;
+        if (!ready || missing)
             return;
         begin();
         submitted();
+    }
+
+    function noteAwaited() {
+        const names = [];
+        for (const station of client.bench.stations) {
+            if (client.bench.isAwaited(station.relayPath))
+                names.push(station.name);
+        }
+        awaited = names.join(", ") || qsTr("the server");
+    }
+
+    readonly property Connections traffic: Connections {
+        target: dialog.client.bench
+        enabled: dialog.busy
+        function onTrafficPassed() {
+            dialog.noteAwaited();
+        }
     }
 
     /// From now on outcomes are awaited.
@@ -80,6 +101,7 @@ Dialog {
     }
     onAboutToShow: {
         error = "";
+        tried = false;
         busy = false;
     }
     onOpened: {
@@ -98,6 +120,7 @@ Dialog {
         acceptText: dialog.acceptText
         ready: dialog.ready
         busy: dialog.busy
+        awaited: dialog.awaited
         problem: dialog.error
         hint: dialog.gated ? dialog.client.lockReason : ""
         onAccepted: dialog.submit()

@@ -12,7 +12,7 @@ Pane {
     /// Keys and what they do, for the help.
     readonly property var shortcuts: [
         [qsTr("Up, Down, Home, End"), qsTr("Choose an entry of the traffic or the log")],
-        [qsTr("Ctrl+C"), qsTr("Copy the chosen entry's payload as JSON")],
+        [qsTr("Ctrl+C"), qsTr("Copy the chosen entry's payload as JSON, or the line of the log")],
         [qsTr("/"), qsTr("Search in the traffic or the log")]
     ]
 

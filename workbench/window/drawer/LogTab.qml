@@ -9,6 +9,10 @@ ColumnLayout {
 
     required property LogModel log
 
+    function copyLine() {
+        log.copy(filter.sourceRow(list.currentIndex));
+    }
+
     spacing: Theme.gap
 
     SearchFilter {
@@ -32,6 +36,14 @@ ColumnLayout {
             Layout.fillWidth: true
         }
         Button {
+            objectName: "copyLine"
+            text: qsTr("Copy")
+            enabled: list.currentIndex >= 0
+            ToolTip.text: qsTr("The chosen line (Ctrl+C)")
+            ToolTip.visible: hovered
+            onClicked: tab.copyLine()
+        }
+        Button {
             text: qsTr("Clear")
             onClicked: tab.log.clear()
         }
@@ -45,7 +57,9 @@ ColumnLayout {
         Layout.fillHeight: true
         delegate: LogRow { }
         Keys.onPressed: event => {
-            if (event.text === "/")
+            if (event.matches(StandardKey.Copy) && currentIndex >= 0)
+                tab.copyLine();
+            else if (event.text === "/")
                 search.forceActiveFocus();
         }
 

@@ -10,7 +10,16 @@ TreeView {
     /// Of the traffic.
     required property int row
 
+    readonly property real typeWidth: 88 ///< of the longest usual name
+    readonly property real valueWidth: (width - typeWidth - 2 * columnSpacing) / 2
+
+    function widthOf(column) {
+        return Math.max(40, column === PayloadTree.TypeColumn ? typeWidth : valueWidth);
+    }
+
     objectName: "payloadTree"
+    columnWidthProvider: widthOf
+    onWidthChanged: forceLayout()
     clip: true
     activeFocusOnTab: true
     boundsBehavior: Flickable.StopAtBounds
@@ -24,6 +33,7 @@ TreeView {
     selectionModel: ItemSelectionModel { model: view.model }
     delegate: TreeViewDelegate {
         id: part
+        required property int column
         text: model.display
         implicitHeight: Theme.normalText + Theme.gap + 4
         ToolTip.visible: hovered
@@ -32,7 +42,8 @@ TreeView {
         contentItem: Label {
             text: part.text
             elide: Text.ElideRight
-            color: part.highlighted ? Theme.accentText : Theme.text
+            color: part.highlighted ? Theme.accentText
+                : part.column === PayloadTree.TypeColumn ? Theme.faintText : Theme.text
         }
     }
 

@@ -9,6 +9,7 @@ ColumnLayout {
 
     required property Client client
     required property bool shown ///< rows that nobody sees would be made all the same
+    readonly property Recorder recorder: client.bench.recorder
     readonly property TrafficModel traffic: client.bench.traffic
 
     function copyPayload() {
@@ -30,7 +31,7 @@ ColumnLayout {
         shownCount: filter.count
         canCopy: list.currentIndex >= 0
         onCopyWanted: tab.copyPayload()
-        onSaveWanted: saveDialog.openNew()
+        onSaveWanted: saveDialog.openFor(tab.recorder.newFile())
         Layout.fillWidth: true
     }
     SplitView {
@@ -52,7 +53,7 @@ ColumnLayout {
                     bar.focusSearch();
             }
         }
-        PayloadView {
+        PayloadPane {
             traffic: tab.traffic
             row: filter.sourceRow(list.currentIndex)
             SplitView.preferredWidth: 320
@@ -62,6 +63,10 @@ ColumnLayout {
 
     SaveDialog {
         id: saveDialog
+        objectName: "saveDialog"
         client: tab.client
+        title: qsTr("Save the traffic")
+        fileTitle: qsTr("File, as JSON lines for --replay")
+        onSaveWanted: path => finish(tab.recorder.save(path))
     }
 }

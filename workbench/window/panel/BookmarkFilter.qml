@@ -11,16 +11,19 @@ QtObject {
     property int preset: DateRanges.All
     property string firstDay: "" ///< ISO day in the server's zone; with preset Days only
     property string lastDay: ""
+    property string timeOfDay: "" ///< as "22:00-06:00", in the server's zone; empty: any
     property string groupKey: "displayDate"
     property bool ascending: false
 
     readonly property string nodeID: client.currentCamera ? client.currentCamera.key : ""
     /// Whether it leaves anything out.
     readonly property bool active: text !== "" || nodeID !== "" || preset !== DateRanges.All
+                                   || timeOfDay !== ""
 
     /// Another value for whatever changes above.
     readonly property var criteria: ({
             text: text,
+            timeOfDay: timeOfDay,
             nodeID: nodeID,
             groupKey: groupKey,
             ascending: ascending,
@@ -31,7 +34,7 @@ QtObject {
         })
 
     readonly property DateRanges ranges: DateRanges {
-        timeZone: filter.client.bench.serverTimeZone
+        timeZone: filter.client.timeZone
     }
 
     /// What the plug-in is asked for. Today is another day after midnight.
@@ -46,6 +49,7 @@ QtObject {
 
     function clear() {
         text = "";
+        timeOfDay = "";
         preset = DateRanges.All;
         client.currentCamera = null;
     }
@@ -59,6 +63,7 @@ QtObject {
     function saveState() {
         return {
             text: text,
+            timeOfDay: timeOfDay,
             preset: preset,
             firstDay: firstDay,
             lastDay: lastDay,
@@ -69,6 +74,7 @@ QtObject {
 
     function restoreState(state) {
         text = state.text ?? "";
+        timeOfDay = state.timeOfDay ?? "";
         preset = state.preset ?? DateRanges.All;
         firstDay = state.firstDay ?? "";
         lastDay = state.lastDay ?? "";

@@ -15,6 +15,9 @@ ListView {
     property int anchor: 0 ///< where a range of bookmarks began: a place in the whole result
     readonly property int longestRange: 1000 ///< pages of bookmarks; more would take too long
 
+    /// Bookmarks that were added and have not been scrolled to, as in client.added.
+    property var unseen: []
+
     signal showWanted(var record)
     signal editWanted(var records)
     signal deleteWanted(var records)
@@ -32,8 +35,36 @@ ListView {
     delegate: BookmarkRow {
         byDate: list.byDate
         focused: list.activeFocus
+        framed: list.isOf(list.query.client.added, record)
         onPressed: modifiers => list.press(index, modifiers)
         onShowWanted: list.show(index)
+    }
+
+    function isOf(keys, record) {
+        return keys.includes(record.relayPath + "/" + record.bookmarkID);
+    }
+
+    /// Scrolls to the first bookmark that was added, as soon as the page has it.
+    function showAdded() {
+        for (let row = 0; unseen.length > 0 && row < count; ++row) {
+            if (!isOf(unseen, page.recordAt(row)))
+                continue;
+            positionViewAtIndex(row, ListView.Contain);
+            unseen = [];
+        }
+    }
+
+    Connections {
+        target: list.query
+        function onLoaded() {
+            list.showAdded();
+        }
+    }
+    Connections {
+        target: list.query.client
+        function onAddedChanged() {
+            list.unseen = list.query.client.added;
+        }
     }
 
     function show(row) {

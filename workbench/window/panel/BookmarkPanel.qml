@@ -17,8 +17,9 @@ Pane {
     readonly property alias query: query
 
     signal addWanted()
-    signal editWanted(var records)
-    signal deleteWanted(var records)
+    /// For bookmarks that the filter shows, and others that it hides.
+    signal editWanted(var shown, var hidden)
+    signal deleteWanted(var shown, var hidden)
 
     /// Keys and what they do, for the help.
     readonly property var shortcuts: [
@@ -69,6 +70,18 @@ Pane {
         onTurned: anew => list.turn(query.pageNumber, anew)
     }
 
+    CsvExport {
+        id: csv
+    }
+    SaveDialog {
+        id: exportDialog
+        objectName: "exportDialog"
+        client: panel.client
+        title: qsTr("Export %L1 bookmarks").arg(query.total)
+        fileTitle: qsTr("File, as CSV for --import")
+        onSaveWanted: path => finish(csv.save(path, query.found.finder, filter.pageWanted(0)))
+    }
+
     ColumnLayout {
         anchors.fill: parent
         spacing: Theme.gap
@@ -83,11 +96,13 @@ Pane {
         DateBar {
             Layout.fillWidth: true
             filter: filter
+            finder: query.found.finder
         }
         OrderBar {
             Layout.fillWidth: true
             client: panel.client
             filter: filter
+            onExportWanted: exportDialog.openFor(csv.newFile())
         }
         BookmarkList {
             id: list
@@ -98,8 +113,8 @@ Pane {
             selection: selection
             byDate: filter.groupKey === "displayDate"
             onShowWanted: record => panel.client.bookmarkWanted(record)
-            onEditWanted: records => panel.editWanted(records)
-            onDeleteWanted: records => panel.deleteWanted(records)
+            onEditWanted: records => panel.editWanted(...query.found.shownAndHidden(records))
+            onDeleteWanted: records => panel.deleteWanted(...query.found.shownAndHidden(records))
 
             EmptyState {
                 anchors.centerIn: parent
@@ -117,8 +132,8 @@ Pane {
             visible: selection.count > 0
             client: panel.client
             selection: selection
-            onEditWanted: records => panel.editWanted(records)
-            onDeleteWanted: records => panel.deleteWanted(records)
+            onEditWanted: records => panel.editWanted(...query.found.shownAndHidden(records))
+            onDeleteWanted: records => panel.deleteWanted(...query.found.shownAndHidden(records))
         }
         QueryProgress {
             Layout.fillWidth: true

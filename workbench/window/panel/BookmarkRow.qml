@@ -13,6 +13,7 @@ Column {
     required property int sectionCount
     required property bool byDate ///< the heading tells the date
     required property bool focused ///< the keys go to the list
+    required property bool framed  ///< the user has just added it
 
     readonly property bool current: ListView.isCurrentItem
     readonly property string wholeText: [record.displayDateTime, record.displayTimeRange,
@@ -35,8 +36,8 @@ Column {
         width: parent.width
         height: time.height + description.height + 7
         color: row.selected ? Theme.selection : hover.hovered ? Theme.raised : "transparent"
-        border.width: row.current && row.focused ? 1 : 0
-        border.color: Theme.accent
+        border.width: row.framed ? 2 : row.current && row.focused ? 1 : 0
+        border.color: row.framed ? Theme.good : Theme.accent
         Accessible.role: Accessible.ListItem
         Accessible.name: row.wholeText
         Accessible.selected: row.selected

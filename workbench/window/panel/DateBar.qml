@@ -8,12 +8,14 @@ Flow {
     id: bar
 
     required property BookmarkFilter filter
+    required property RecordFinder finder
 
     spacing: 2
 
     component Choice: ToolButton {
         required property int preset
         checked: bar.filter.preset === preset
+        horizontalPadding: 4 // all choices are in one line with the time of day
         focusPolicy: Qt.StrongFocus
         Accessible.role: Accessible.RadioButton
         Accessible.checked: checked
@@ -56,6 +58,11 @@ Flow {
             .arg(bar.filter.ranges.timeZone)
         ToolTip.visible: hovered && !calendar.visible
         onClicked: calendar.openAt(bar.filter)
+    }
+
+    TimeOfDayBox {
+        filter: bar.filter
+        finder: bar.finder
     }
 
     Calendar {

@@ -10,6 +10,9 @@ RowLayout {
     required property Client client
     required property BookmarkFilter filter
 
+    /// The bookmarks found are to be saved.
+    signal exportWanted()
+
     readonly property bool byDate: filter.groupKey === "displayDate"
 
     spacing: Theme.gap
@@ -67,5 +70,13 @@ RowLayout {
     }
     Item {
         Layout.fillWidth: true
+    }
+    ToolButton {
+        objectName: "exportButton"
+        focusPolicy: Qt.StrongFocus
+        text: qsTr("Export …")
+        ToolTip.text: qsTr("Save the bookmarks found as CSV, for --import")
+        ToolTip.visible: hovered
+        onClicked: bar.exportWanted()
     }
 }

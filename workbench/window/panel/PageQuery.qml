@@ -10,7 +10,11 @@ FrameUpdate {
     required property BookmarkFilter filter
     required property PageModel model
 
-    readonly property int pageSize: 50 ///< fixed by the plug-in
+    readonly property FoundRecords found: FoundRecords {
+        client: query.client
+        filter: query.filter
+    }
+    readonly property int pageSize: found.pageSize
     property int pageNumber: 0         ///< what the user wants to see
     property int shownPage: 0
     property int total: 0
@@ -21,6 +25,9 @@ FrameUpdate {
 
     /// The page is not what it was before, but another one; of another result when @p anew.
     signal turned(bool anew)
+
+    /// The model has got a page.
+    signal loaded()
 
     function goTo(page) {
         pageNumber = Math.min(Math.max(page, 0), pageCount - 1);
@@ -37,7 +44,9 @@ FrameUpdate {
     }
 
     function load() {
-        const page = client.bookmarks.getFilteredBookmarkList(filter.pageWanted(pageNumber));
+        const wanted = filter.pageWanted(pageNumber);
+        const page = filter.timeOfDay === "" ? client.bookmarks.getFilteredBookmarkList(wanted)
+                                             : found.finder.page(wanted);
         total = page.totalBookmarkNumber;
         anyBookmarks = total > 0 || client.bookmarks.getFilteredBookmarkList(filter.anything())
             .totalBookmarkNumber > 0;
@@ -45,6 +54,7 @@ FrameUpdate {
         shownPage = pageNumber < pageCount ? pageNumber : 0; // as the plug-in does
         if (!client.querying)
             pageNumber = Math.min(pageNumber, pageCount - 1);
+        loaded();
     }
 
     /// The bookmarks from one place in the result to another, counted from 0, in any order and on
@@ -61,11 +71,7 @@ FrameUpdate {
     }
 
     function recordsOf(page) {
-        if (page === shownPage)
-            return model.recordsBetween(0, pageSize - 1);
-        const groups = client.bookmarks.getFilteredBookmarkList(filter.pageWanted(page))
-            .bookmarkGroupList;
-        return [].concat(...groups.map(group => group.bookmarkList));
+        return page === shownPage ? model.recordsBetween(0, pageSize - 1) : found.recordsOf(page);
     }
 
     Connections {

@@ -23,8 +23,10 @@ ToolBar {
             font { bold: true; pixelSize: Theme.largeText }
         }
         Label {
-            text: qsTr("server time: %1").arg(bar.client.bench.serverTimeZone)
-            color: Theme.faintText
+            objectName: "serverTime"
+            text: bar.client.timeZoneKnown ? qsTr("server time: %1").arg(bar.client.timeZone)
+                : qsTr("server time: unknown zone %1, no dates and times").arg(bar.client.timeZone)
+            color: bar.client.timeZoneKnown ? Theme.faintText : Theme.warning
             elide: Text.ElideRight
             Layout.fillWidth: true
             Layout.leftMargin: Theme.margin

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "RecordFinder.h"
+
+#include <QtCore/QObject>
+#include <QtCore/QVariant>
+#include <QtQml/qqmlregistration.h>
+
+namespace workbench {
+
+/// Saves bookmarks as a CSV file that --import reads.
+class CsvExport : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+
+public:
+    using QObject::QObject;
+
+    /// A name for a new file in the user's home folder.
+    Q_INVOKABLE static QString newFile();
+
+    /// Saves all bookmarks that match a filter, see RecordFinder.
+    /// @return why the file could not be written, beginning with its name; else empty
+    Q_INVOKABLE static QString save(const QString &path, workbench::RecordFinder *finder,
+                                    const QVariantMap &filter);
+};
+
+} // namespace workbench
