@@ -247,6 +247,9 @@ QString problemOf(const QString &path)
         return file.errorString();
     if (file.size() == 0)
         return QStringLiteral("the file is empty");
+    constexpr qint64 maxSize = qint64(1) << 30; // the checks read all of it
+    if (file.size() > maxSize)
+        return QStringLiteral("the file is larger than 1 GiB");
     const uchar *const start = file.map(0, file.size());
     if (!start)
         return file.errorString();

@@ -121,7 +121,8 @@ Options Options::parse(const QStringList &arguments)
                number(options.rounds));
     parser.add("replay",
                "Play the session recorded in <file> against the plug-in first and tell where it "
-               "behaves differently; exit code 0 where nowhere, 1 where somewhere.",
+               "behaves differently. Exits with 0 if the behaviour is identical, and with 1 if it "
+               "differs or if nothing was compared.",
                "file");
     parser.add(
         "pictures",

@@ -301,6 +301,8 @@ void TestChecker::refusesFilesAtOnce_data()
         file(qPrintable(QString::number(size)), whole.first(size),
              u"the file is cut off after %1 bytes"_s.arg(size));
     file("empty", {}, u"the file is empty"_s);
+    file("large", whole, u"the file is larger than 1 GiB"_s);
+    QFile::resize(m_folder.filePath(u"large"_s), (qint64(1) << 30) + 1);
     const QString pipe = m_folder.filePath(u"pipe"_s);
     mkfifo(qPrintable(pipe), 0600);
     for (const QString &other : {pipe, u"/dev/zero"_s, u"/"_s})
