@@ -61,7 +61,7 @@ void checkSimpleAnswers(Trial &trial)
              "reply GetRecycleSetting@ -1 {'enableRecycle': true}\nreply GetRecycleSetting@ ok\n"
              "reply GetRecycleSetting@ ok {'reserveHour': 4294967295}\n"
              "reply GetRecycleSetting@ ok {'reserveHour': '4294967295'}\n"
-             "reply GetRecycleSetting@ ok {'reserveHour': '-1'}\n"
+             "reply GetRecycleSetting@ ok {'reserveHour': '-1', 'enableRecycle': 2}\n"
              "reply GetRecycleSetting@ ok {'ReserveHour': 5, 'reserveHour': 'x'}\n"
              "reply UpdateRecycleSetting@ ok true\nreply UpdateRecycleSetting@ -1 true\n"
              "reply UpdateRecycleSetting@ ok",
@@ -70,7 +70,7 @@ void checkSimpleAnswers(Trial &trial)
                 signal getRecycleSettingResponse(0,false)
                 signal getRecycleSettingResponse(4294967295,false)
                 signal getRecycleSettingResponse(4294967295,false)
-                signal getRecycleSettingResponse(0,false)
+                signal getRecycleSettingResponse(0,true)
                 signal getRecycleSettingResponse(0,false)
                 signal updateRecycleSettingResponse(true)
                 signal updateRecycleSettingResponse(true)
@@ -108,6 +108,14 @@ void checkBatchAnswers(Trial &trial)
              "answer 1 ok [{'CameraID': '1'}, {'BookmarkID': '', 'CameraID': '1'}]\n"
              "answer 2 ok [{'CameraID': '1'}, 'nonsense']",
              "signal addBookmarksResponsed(Camera A1,Camera B1,)"},
+            {"named once for each view cell without a model",
+             "setTimelineFocusInfo('l', 'A', 'none')\nsetTimelineFocusInfo('l', 'A', 'other')\n"
+             "addBookmarks([{'CameraID': '1', 'relayPath': 'A'}], 1, 2, '', '', '')",
+             "answer 1 ok [{'BookmarkID': 'x', 'CameraID': '1', 'LocationID': 'l'}]",
+             "signal addBookmarksResponsed(Camera A1,Camera A1)"},
+            {"answered by a map",
+             "addBookmarks([{'CameraID': '1', 'relayPath': 'A'}], 1, 2, '', '', '')",
+             "answer 1 ok {'Bookmarks': [{'CameraID': '1'}]}", "signal addBookmarksResponsed()"},
             {"placed in view cells",
              "show cell l A\nshow other l A\nsetTimelineFocusInfo('l', 'A', 'none')\n"
              "addBookmarks([{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}], 1, 2, '', '', '')",
@@ -192,6 +200,20 @@ void checkQueryAnswers(Trial &trial)
              R"(signal queryAllBookmarksResponsed(false)
                 signal queryAllBookmarksResponsed(false)
                 list [A/a A/b])"},
+            {"Init keeps the lists and the focus",
+             "show cell l A\nqueryAllBookmarks()\nanswer 1 ok {'Bookmarks': [{'BookmarkID': 'b'}]}\n"
+             "reply QueryBookmarkForRecent@A ok {'Bookmarks': [{'BookmarkID': 'r'}]}\n"
+             "reply QueryBookmarkForApi@ ok [{'BookmarkID': 'q'}]",
+             "initialise\nlist all\nlist recent\nlist api\n"
+             "event AddBookmark@A {'BookmarkID': 'x', 'LocationID': 'l'}",
+             R"(list [A/b]
+                list [A/r]
+                list [q]
+                timeline refillItems(x))"},
+            {"no identifier, and the same twice", "queryAllBookmarks()",
+             "answer 1 ok {'Bookmarks': [{}, {'BookmarkID': 'b'}, {'BookmarkID': 'b'}]}\nlist all",
+             R"(signal queryAllBookmarksResponsed(false)
+                list [A/ A/b A/b])"},
             {"Init supersedes nothing", "queryAllBookmarks()\ninitialise",
              "answer 1 ok {'Bookmarks': [{'BookmarkID': 'b'}]}\nlist all",
              R"(signal queryAllBookmarksResponsed(false)
@@ -245,6 +267,8 @@ void checkTimelines(Trial &trial)
              R"(timeline refillItems(b a)
                 signal queryBookmarkForTimelineResponsed(true)
                 rows [a b])"},
+            {"range backwards", "show cell l A", "setTimelineBoundary(5000, 1, 'cell')",
+             "timeline setBoundary(5000, 1, -1, 0)"},
             {"nothing found", "show cell l A\nsetTimelineBoundary(1, 5000, 'cell')",
              "answer 1 ok {}",
              R"(timeline refillItems()

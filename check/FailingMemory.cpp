@@ -33,12 +33,18 @@ bool s_isDouble = false;
 bool s_isDead = false; ///< by a signal
 int s_tried = 0;
 int s_pipe[2] = {-1, -1};
-std::string s_library; ///< "/" and the name of the plug-in's file
 
 std::string &reports()
 {
     static std::string lines;
     return lines;
+}
+
+/// "/" and the name of the plug-in's file.
+std::string &library()
+{
+    static std::string name;
+    return name;
 }
 
 // In arrays, as nothing here may allocate.
@@ -61,7 +67,7 @@ bool endsWith(const char *text, const std::string &end)
 
 int noteRanges(dl_phdr_info *info, std::size_t, void *)
 {
-    const bool isPlugin = endsWith(info->dlpi_name, s_library);
+    const bool isPlugin = endsWith(info->dlpi_name, library());
     if (!isPlugin && *info->dlpi_name &&
         !std::strstr(info->dlpi_name, "/libTimeShiftBufferModel.so") &&
         !std::strstr(info->dlpi_name, "/libQarnLogUtl.so"))
@@ -240,7 +246,7 @@ namespace failingmemory {
 
 void setLibrary(const std::string &path)
 {
-    s_library = path.substr(path.rfind('/'));
+    library() = path.substr(path.rfind('/'));
 }
 
 void watch()

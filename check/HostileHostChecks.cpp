@@ -264,8 +264,8 @@ QStringList signalsOf(Host &host)
     return host.takeTrace().filter(u"signal "_s);
 }
 
-/// Allocators tend to reuse a freed address immediately: an answer that comes again must not be
-/// taken for one to the request that follows.
+/// Allocators tend to reuse a freed address immediately: a repeated answer must not end the request
+/// that follows.
 void answerThePreviousRequestAgain(Trial &trial, Host &host, const Request &one)
 {
     constexpr int Rounds = 100;

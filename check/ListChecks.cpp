@@ -207,10 +207,14 @@ void checkFilters(Trial &trial)
                         {"startTimestamp", Day * 4000},
                         {"endTimestamp", Day * 4000},
                         {"endTimestamp", std::numeric_limits<qint64>::min()},
+                        {"ascending", QVariant()},
+                        {"groupKey", QVariant()},
                         {"startTimestamp", QVariant()}};
     for (const Row &row : rows) {
         QVariantMap filter = everything();
         filter.insert(QLatin1String(row.key), row.value);
+        if (!row.value.isValid())
+            filter.remove(QLatin1String(row.key));
         judge(trial, stored, filter, pageOf(*host, filter));
     }
     // The ends belong to the range.

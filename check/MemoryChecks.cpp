@@ -8,10 +8,10 @@
 #include <QtCore/QRegularExpression>
 #include <QtCore/QVersionNumber>
 
-// Level 6: in each scenario every allocation of the plug-in fails once, in a double of the process:
-// alone, and together with all that follow. The plug-in lets no exception out, leaks nothing, and
-// leaves each list and model as it was or as it should be. Qt itself may end the process: it reads
-// what it could not allocate.
+// Level 6: in each scenario every allocation of the plug-in fails once, in a fork of the process:
+// alone, and together with all that follow. The plug-in throws nothing, leaks nothing, and each
+// list and model is in its old or its new state. Qt itself may end the process: it reads memory
+// that it could not allocate.
 
 namespace check {
 

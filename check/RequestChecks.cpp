@@ -126,10 +126,10 @@ void checkBatchRequests(Trial &trial)
              "addBookmarks([{'CameraID': '1', 'LocationID': 'l'}, 5, {'CameraID': '1', 'LocationID': 'l'}, {'CameraID': '1', 'LocationID': 'k'}], 1, 2, '', '', '')",
              R"(send AddBookmarks@ [{CameraID: QString "1", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "l", StartTimestamp: qlonglong 1}, {CameraID: QString "", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "", StartTimestamp: qlonglong 1}, {CameraID: QString "1", Creator: QString "", Description: QString "", EndTimestamp: qlonglong 2, Group: QString "", LocationID: QString "k", StartTimestamp: qlonglong 1}] context 1
                 = bool true)"},
-            {"blanks stay", "grant",
-             "addBookmarks([{'CameraID': ' 1 ', 'LocationID': ' l ', 'relayPath': ' A '}, {'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}], 1, 2, ' d ', ' me ', ' g ')\ndeleteBookmarks([{'BookmarkID': ' b ', 'relayPath': ' A '}, {'BookmarkID': 'b', 'relayPath': ' A '}])",
+            {"blanks and capitals stay", "grant",
+             "addBookmarks([{'CameraID': ' 1 ', 'LocationID': ' l ', 'relayPath': ' A '}, {'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}, {'CameraID': '1', 'LocationID': 'L', 'relayPath': 'A'}], 1, 2, ' d ', ' me ', ' g ')\ndeleteBookmarks([{'BookmarkID': ' b ', 'relayPath': ' A '}, {'BookmarkID': 'b', 'relayPath': ' A '}])",
              R"(send AddBookmarks@ A  [{CameraID: QString " 1 ", Creator: QString " me ", Description: QString " d ", EndTimestamp: qlonglong 2, Group: QString " g ", LocationID: QString " l ", StartTimestamp: qlonglong 1}] context 1
-                send AddBookmarks@A [{CameraID: QString "1", Creator: QString " me ", Description: QString " d ", EndTimestamp: qlonglong 2, Group: QString " g ", LocationID: QString "l", StartTimestamp: qlonglong 1}] context 1
+                send AddBookmarks@A [{CameraID: QString "1", Creator: QString " me ", Description: QString " d ", EndTimestamp: qlonglong 2, Group: QString " g ", LocationID: QString "l", StartTimestamp: qlonglong 1}, {CameraID: QString "1", Creator: QString " me ", Description: QString " d ", EndTimestamp: qlonglong 2, Group: QString " g ", LocationID: QString "L", StartTimestamp: qlonglong 1}] context 1
                 = bool true
                 send DeleteBookmarks@ A  [{BookmarkID: QString " b "}, {BookmarkID: QString "b"}] context 2
                 = bool true)"},

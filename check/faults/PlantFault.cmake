@@ -29,7 +29,7 @@ function(plant_fault name)
         endif()
         string(REPLACE "." "\\." replaced "/${arg_FILE}.")
     elseif(arg_FILE STREQUAL "RequestContexts.h")
-        # Compiled again with all that includes it; beside it, as that is where it is looked for.
+        # Sources find the changed header only from its own folder, so each that includes it moves there.
         foreach(part IN ITEMS RequestContexts Tessaline Tessaline_Req Tessaline_ReqRespHandler)
             fault_copy("${folder}" "${part}.cpp" "" "" "")
             target_sources(${target} PRIVATE "${folder}/${part}.cpp")
