@@ -145,8 +145,8 @@ constexpr qint64 Day = 86400000;
 QVariantList fill(Host &host, int count, QRandomGenerator &random)
 {
     // Folded like ASCII, like no other letter, to another one, beyond 16 bits, and never to "ss".
-    const QString creators[] = {u"ann"_s, u"Z\u00f6e"_s, u"\u039f\u0394\u039f\u03a3"_s,
-                                u"\U00010400x"_s, u"Stra\u00dfe"_s};
+    const QString words[] = {u"ann"_s, u"Z\u00f6e"_s, u"\u039f\u0394\u039f\u03a3"_s,
+                             u"\U00010400x"_s, u"Stra\u00dfe"_s};
     host.call(u"queryAllBookmarks()"_s);
     const QList<standin::SentCommand> sent = host.framework.sent();
     for (const standin::SentCommand &query : sent) {
@@ -155,8 +155,8 @@ QVariantList fill(Host &host, int count, QRandomGenerator &random)
             records.append(serverRecord(
                 u"id-"_s + query.relayPath + QString::number(i), QString::number(random.bounded(3)),
                 u"place"_s, Day * random.bounded(20000) + random.bounded(1000), Day * 20000,
-                u"Text %1"_s.arg(random.bounded(7)), creators[random.bounded(5)],
-                u"group %1"_s.arg(random.bounded(4))));
+                u"Text %1 %2"_s.arg(random.bounded(7)).arg(words[random.bounded(5)]),
+                words[random.bounded(5)], u"group %1"_s.arg(random.bounded(4))));
         host.answer(query, QVariantMap{{u"Bookmarks"_s, records}});
     }
     return host.call(u"getBookmarkListByNodeID('')"_s).toList();
@@ -193,8 +193,10 @@ void checkFilters(Trial &trial)
                         {"text", u"\U00010428X"_s},
                         {"text", u"STRA\u1e9eE"_s},
                         {"text", u"strasse"_s},
-                        // In two fields at once, then in fields that are not searched.
+                        // In two fields at once, in the descriptions of two bookmarks, then in
+                        // fields that are not searched.
                         {"text", u"1ann"_s},
+                        {"text", u"annText"_s},
                         {"text", u"id-"_s},
                         {"text", u"place"_s},
                         {"text", u"group"_s},

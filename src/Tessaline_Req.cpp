@@ -322,7 +322,7 @@ bool Tessaline::queryAllBookmarks()
         if (!query || (self && !query->pendingStations.empty()))
             return handedOn;
         const auto finished = contexts.take(context);
-        if (self && handedOn && finished->generation == m_queryAllGeneration)
+        if (self && handedOn && finished->generation >= m_queryAllGeneration)
             Q_EMIT queryAllBookmarksResponsed(true);
         return handedOn;
     });
