@@ -16,9 +16,10 @@ struct BookmarkRecord;
 
 /// Formats the times of bookmarks as operators read them, in one time zone.
 ///
-/// Date and time texts are the costliest part of a record, and they repeat: the offsets of the zone,
-/// the texts of days and of times of the day are cached. The formatter is made for the zone and the
-/// formats of the system locale at its construction; a cached text does not change afterwards.
+/// Date and time texts are the costliest part of a record, and they repeat: the offsets of the
+/// zone, the texts of days and of times of the day are cached. The formatter is made for the zone
+/// and the formats of the system locale at its construction; a cached text does not change
+/// afterwards.
 class TimeFormatter
 {
 public:

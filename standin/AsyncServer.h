@@ -15,8 +15,8 @@ public:
     virtual ~AsyncServer() = default;
 
     /// As Server::execute(), but returns at once. @p done is called once, from any thread; answers
-    /// to commands for the same station come in the order of the commands. The answer shares no data
-    /// with what the server keeps.
+    /// to commands for the same station come in the order of the commands. The answer shares no
+    /// data with what the server keeps.
     virtual void execute(const QString &command, const QVariant &payload, const QString &relayPath,
                          const Completion &done) = 0;
 
