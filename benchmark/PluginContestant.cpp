@@ -89,9 +89,10 @@ public:
     void prepare(Job job) override
     {
         m_list = {};
-        if (job == Job::StoreAnswer)
-            queryAll();
-        else if (m_isEmpty)
+        if (job != Job::StoreAnswer && !m_isEmpty)
+            return;
+        queryAll(); // the one before may have ended
+        if (job != Job::StoreAnswer)
             storeAnswer();
     }
 

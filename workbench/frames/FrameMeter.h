@@ -15,6 +15,7 @@ struct FrameTimes
     QList<double> latencies; ///< from the moment an input was due to the frame that shows it
     QList<double> frames;    ///< from the begin of a frame to its end
     QList<double> work;      ///< what the thread worked of that; else it waited for a processor
+    QList<double> stations;  ///< how long a station worked for an answer, in its own thread
     QList<double> answers;   ///< how long the plug-in took for an answer, QML's slots included
     QList<double> blocks;    ///< how long a timer that was due had to wait for the event loop
     int unseen = 0;          ///< inputs that no frame has shown
@@ -38,6 +39,7 @@ public:
     void noteInput(double due) { m_inputs.append(due); }
     /// What is to be drawn follows all inputs noted so far: the next frame shows them.
     void noteChange();
+    void noteStation(double milliseconds) { m_times.stations.append(milliseconds); }
     void noteAnswer(double milliseconds) { m_times.answers.append(milliseconds); }
     /// Whether an input waits for its frame.
     bool isWaiting() const { return !m_inputs.isEmpty() || !m_changed.isEmpty(); }

@@ -24,6 +24,8 @@ constexpr Measure Measures[] = {
      "From an input to the end of the frame that shows it, ms"},
     {&FrameTimes::frames, "frame", "From the begin of a frame to its end, ms"},
     {&FrameTimes::work, "frameWork", "Processor time of a frame, ms"},
+    {&FrameTimes::stations, "station",
+     "How long a station worked for an answer, in its thread, ms"},
     {&FrameTimes::answers, "answer",
      "How long the plug-in took for an answer, with what QML does about it, ms"},
     {&FrameTimes::blocks, "block", "How long the event loop was held up, ms"},

@@ -44,6 +44,10 @@ UserActions::UserActions(QQuickWindow &window, const Bench &bench, standin::Fram
 {
     const auto note = [this] { m_meter.noteChange(); };
     m_framework.setCallObserver([this](double time) { m_meter.noteAnswer(time); });
+    QObject::connect(&m_bench, &Bench::passing, &m_meter, [this](const standin::Traffic &traffic) {
+        if (traffic.kind == standin::Traffic::Kind::Answered)
+            m_meter.noteStation(double(traffic.tookMs));
+    });
     const auto *const page = window.findChild<PageModel *>();
     QObject::connect(page, &PageModel::dataChanged, &m_meter, note);
     QObject::connect(page, &PageModel::rowsInserted, &m_meter, note);
