@@ -167,6 +167,55 @@ connected        | gone back                     | connected    |   |)"_s);
         }
     }
 
+    void timeBeginsAnewAfterAnEarlierCommand_data()
+    {
+        addTable({"first", "state"}, uR"(
+same station     | relay-1 | connected
+other station    | relay-2 | connected
+not answered     |         | slow)"_s);
+    }
+    void timeBeginsAnewAfterAnEarlierCommand()
+    {
+        QFETCH(const QString, first);
+        StationStates states;
+        states.addStation(u"relay-1"_s, u"A"_s);
+        states.addStation(u"relay-2"_s, u"B"_s);
+        states.setSlowAfter(40);
+        standin::Traffic traffic = trafficOf(u"ask1"_s);
+        traffic.relayPath = first;
+        states.noteTraffic(traffic);
+        states.noteTraffic(trafficOf(u"ask2"_s));
+        QTRY_COMPARE(states.states().value(u"relay-1"_s), u"slow"_s);
+        states.setSlowAfter(Never); // as if that time had passed without being too long
+        traffic.kind = standin::Traffic::Kind::Answered;
+        traffic.resultCode = u"0"_s;
+        states.noteTraffic(traffic);
+        states.setSlowAfter(40);
+        states.setDisconnected(u"relay-1"_s, false);
+        QCoreApplication::processEvents();
+        QTEST(states.states().value(u"relay-1"_s).toString(), "state");
+    }
+
+    /// Else a busy site would hide a station that has stopped to answer.
+    void answersToLaterCommandsDoNotExcuseAStation()
+    {
+        StationStates states;
+        states.addStation(u"relay-1"_s, u"A"_s);
+        states.addStation(u"relay-2"_s, u"B"_s);
+        states.setSlowAfter(300);
+        states.noteTraffic(trafficOf(u"ask1"_s));
+        const auto isSlow = [&] {
+            for (const char *const word : {"send2", "ok2"}) {
+                standin::Traffic traffic = trafficOf(QLatin1String(word));
+                traffic.relayPath = u"relay-2"_s;
+                states.noteTraffic(traffic);
+            }
+            return states.states().value(u"relay-1"_s) == u"slow"_s;
+        };
+        QTRY_VERIFY(isSlow());
+        QCOMPARE(states.states().value(u"relay-2"_s), u"connected"_s);
+    }
+
     void limits_data()
     {
         // An entry has two values, a call that has returned one of two elements four.

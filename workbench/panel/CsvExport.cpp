@@ -25,10 +25,10 @@ QByteArray lineOf(const QVariantMap &record)
     };
     const auto time = [&record](const char *key) {
         const qint64 moment = record.value(QLatin1String(key)).toLongLong();
-        return QDateTime::fromMSecsSinceEpoch(moment)
-            .toUTC()
-            .toString(Qt::ISODateWithMs)
-            .toLatin1();
+        const QString iso =
+            QDateTime::fromMSecsSinceEpoch(moment, Qt::UTC).toString(Qt::ISODateWithMs);
+        // ISO 8601 has years of four digits only.
+        return iso.isEmpty() ? QByteArray::number(moment) : iso.toLatin1();
     };
     const QByteArrayList fields{text("cameraID"),    time("startTimestamp"), time("endTimestamp"),
                                 text("description"), text("relayPath"),      text("creator"),

@@ -1,10 +1,10 @@
 #include "RecordFinder.h"
 
 #include <QtCore/QDateTime>
+#include <QtCore/QMap>
 #include <QtCore/QRegularExpression>
 
 #include <algorithm>
-#include <limits>
 #include <optional>
 #include <utility>
 
@@ -14,7 +14,7 @@ namespace {
 
 constexpr qsizetype PageSize = 50; ///< fixed by the plug-in
 constexpr qint64 Day = 86'400'000;
-constexpr qint64 LongestRange = 400 * Day;
+constexpr qint64 LongRange = 400 * Day;
 
 constexpr QLatin1String Start("startTimestamp");
 constexpr QLatin1String End("endTimestamp");
@@ -29,6 +29,17 @@ qint64 startOf(const QVariant &record)
     return record.toMap().value(Start).toLongLong();
 }
 
+std::pair<qint64, qint64> rangeOf(const QVariantMap &filter)
+{
+    return {filter.value(Start).toLongLong(), filter.value(End).toLongLong()};
+}
+
+bool isLong(const QVariantMap &filter)
+{
+    const auto [first, last] = rangeOf(filter);
+    return first < 0 || last - first >= LongRange;
+}
+
 std::optional<std::pair<QTime, QTime>> timesOf(const QString &text)
 {
     static const QRegularExpression pattern(
@@ -39,6 +50,13 @@ std::optional<std::pair<QTime, QTime>> timesOf(const QString &text)
     if (!from.isValid() || !to.isValid())
         return std::nullopt;
     return std::pair(from, to);
+}
+
+/// A time of day that ends before it begins goes on over midnight.
+bool isWithin(QTime time, const std::pair<QTime, QTime> &times)
+{
+    const auto &[from, to] = times;
+    return from < to ? from <= time && time < to : from <= time || time < to;
 }
 
 /// A record with the values that it is sorted by: reading them from the map takes longer.
@@ -115,18 +133,26 @@ QVariantMap RecordFinder::page(const QVariantMap &filter) const
 
 QVariantList RecordFinder::records(const QVariantMap &filter) const
 {
-    // The plug-in sorts all that match for each page: where it can be done without pages, it is.
-    if (filter.value(TimeOfDay).toString().isEmpty() &&
-        filter.value(QStringLiteral("text")).toString().isEmpty())
-        return recordsOfCamera(filter);
+    const auto times = timesOf(filter.value(TimeOfDay).toString());
     QVariantList found;
-    const QList<Range> ranges = rangesOf(filter);
-    for (const auto &[first, last] : ranges) {
-        QVariantMap narrowed = filter;
-        narrowed.insert(Start, first);
-        narrowed.insert(End, last);
-        found += pluginRecords(narrowed);
+    // The plug-in sorts all that match for each page: where it can be done without pages, it is.
+    if (filter.value(QStringLiteral("text")).toString().isEmpty() && (!times || isLong(filter))) {
+        found = recordsOfCamera(filter);
+    } else {
+        const QList<Range> ranges = times ? daysOf(filter) : QList<Range>{rangeOf(filter)};
+        for (const auto &[first, last] : ranges) {
+            QVariantMap narrowed = filter;
+            narrowed.insert(Start, first);
+            narrowed.insert(End, last);
+            found += pluginRecords(narrowed);
+        }
     }
+    // By the clock at each moment, as clocks that change skip or repeat some times.
+    if (times)
+        found.removeIf([&](const QVariant &record) {
+            return !isWithin(QDateTime::fromMSecsSinceEpoch(startOf(record), zone()).time(),
+                             *times);
+        });
     return found;
 }
 
@@ -160,53 +186,34 @@ QVariantList RecordFinder::recordsOfCamera(const QVariantMap &filter) const
     QMetaObject::invokeMethod(m_plugin, "getBookmarkListByNodeID",
                               Q_RETURN_ARG(QVariantList, found),
                               Q_ARG(QString, filter.value(QStringLiteral("nodeID")).toString()));
-    const qint64 first = filter.value(Start).toLongLong();
-    const qint64 last = filter.value(End).toLongLong();
-    found.removeIf([&](const QVariant &record) {
+    found.removeIf([range = rangeOf(filter)](const QVariant &record) {
         const qint64 start = startOf(record);
-        return start < first || start > last;
+        return start < range.first || start > range.second;
     });
     return found;
 }
 
-/// The filter's range, or if that is very long, the range in which bookmarks begin.
-RecordFinder::Range RecordFinder::daysOf(const QVariantMap &filter) const
+/// Ranges of a day each in which bookmarks of the filter begin: short, as the plug-in sorts all of
+/// a range for each of its pages.
+QList<RecordFinder::Range> RecordFinder::daysOf(const QVariantMap &filter) const
 {
-    const qint64 first = filter.value(Start).toLongLong();
-    const qint64 last = filter.value(End).toLongLong();
-    if (first > 0 && last - first < LongestRange)
-        return {first, last};
-    Range range(std::numeric_limits<qint64>::max(), std::numeric_limits<qint64>::min());
+    const auto [first, last] = rangeOf(filter);
+    QList<Range> days;
+    if (!isLong(filter)) {
+        for (qint64 begin = first; last - begin >= Day; begin += Day)
+            days.append({begin, begin + Day - 1});
+        days.append({first + days.size() * Day, last});
+        return days;
+    }
+    QMap<qint64, Range> ranges;
     const QVariantList all = recordsOfCamera(filter);
     for (const QVariant &record : all) {
-        range.first = std::min(range.first, startOf(record));
-        range.second = std::max(range.second, startOf(record));
+        const qint64 start = startOf(record);
+        Range &range =
+            ranges.insert(start / Day, ranges.value(start / Day, {start, start})).value();
+        range = {std::min(range.first, start), std::max(range.second, start)};
     }
-    return range;
-}
-
-/// The time of day on each day of the filter's range, or that range where there is none.
-QList<RecordFinder::Range> RecordFinder::rangesOf(const QVariantMap &filter) const
-{
-    const auto times = timesOf(filter.value(TimeOfDay).toString());
-    if (!times)
-        return {{filter.value(Start).toLongLong(), filter.value(End).toLongLong()}};
-    const auto &[from, to] = *times;
-    const auto [first, last] = daysOf(filter);
-    QList<Range> ranges;
-    if (first > last)
-        return ranges;
-    const QDate lastDay = QDateTime::fromMSecsSinceEpoch(last, zone()).date();
-    // From the day before on: its night may reach into the range.
-    for (QDate day = QDateTime::fromMSecsSinceEpoch(first, zone()).date().addDays(-1);
-         day <= lastDay; day = day.addDays(1)) {
-        const QDate endDay = to > from ? day : day.addDays(1);
-        const qint64 begin = QDateTime(day, from, zone()).toMSecsSinceEpoch();
-        const qint64 end = QDateTime(endDay, to, zone()).toMSecsSinceEpoch() - 1;
-        if (begin <= last && end >= first)
-            ranges.append({std::max(begin, first), std::min(end, last)});
-    }
-    return ranges;
+    return ranges.values();
 }
 
 } // namespace workbench

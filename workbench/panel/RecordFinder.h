@@ -39,8 +39,7 @@ private:
     QVariantMap pluginPage(const QVariantMap &filter) const;
     QVariantList pluginRecords(const QVariantMap &filter) const;
     QVariantList recordsOfCamera(const QVariantMap &filter) const;
-    Range daysOf(const QVariantMap &filter) const;
-    QList<Range> rangesOf(const QVariantMap &filter) const;
+    QList<Range> daysOf(const QVariantMap &filter) const;
 
     QPointer<QObject> m_plugin;
 };

@@ -97,6 +97,7 @@ void Preparation::start()
                 removeUnfinished(*site, outcome);
             if (isNew && plan.bookmarks > 0)
                 makeFirstData(*site, plan, report, outcome);
+            QFile::remove(mark); // before an import that may fail
             if (!plan.importFile.isEmpty() && !*cancelled)
                 importFile(*site, plan, report, outcome);
         }
@@ -115,8 +116,6 @@ void Preparation::finish(const Outcome &outcome)
 {
     m_outcome = outcome;
     m_running = false;
-    if (outcome.error.isEmpty())
-        QFile::remove(markOfUnfinished(m_plan.folder));
     Q_EMIT runningChanged();
     Q_EMIT finished();
 }

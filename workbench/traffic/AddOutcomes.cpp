@@ -43,14 +43,16 @@ void AddOutcomes::noteAnswer(const Command &command, const standin::Traffic &ans
         noteFailures(answer.request, command, answer.resultCode);
         return;
     }
-    Command failed{command.relayPath, {}};
+    Command failed = command;
     const QVariantList records = recordsOf(answer.value);
     for (const QVariant &record : records) {
         const QString bookmarkID = record.toMap().value(protocol::key::BookmarkID).toString();
         if (bookmarkID.isEmpty())
-            failed.records.append(record);
-        else
-            m_added[answer.request].append(command.relayPath + QLatin1Char('/') + bookmarkID);
+            continue;
+        m_added[answer.request].append(command.relayPath + QLatin1Char('/') + bookmarkID);
+        failed.records.removeIf([&](const QVariant &wanted) {
+            return cameraKey(QString(), wanted) == cameraKey(QString(), record);
+        });
     }
     noteFailures(answer.request, failed, QString());
 }
