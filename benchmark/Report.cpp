@@ -36,35 +36,33 @@ QMap<int, double> Report::times(const QString &job, const QString &contestant) c
     return m_times.value(job).value(contestant);
 }
 
-QString Report::tables() const
+QString Report::table(int size) const
 {
     const QString own = m_contestants.constFirst();
     QString text;
     QTextStream out(&text);
-    for (auto figures = m_figures.cbegin(); figures != m_figures.cend(); ++figures) {
-        const int size = figures.key();
-        out << "\n### " << size << " bookmarks\n\n| job | " << own << ", ms |";
-        for (const QString &contestant : m_contestants.mid(1))
-            out << " x " << contestant << " |";
-        out << "\n|---" << u"|---:"_s.repeated(m_contestants.size()) << "|\n";
-        for (const QString &job : m_jobs) {
-            const double time = times(job, own).value(size);
-            out << "| " << job << " | " << number(time) << " |";
-            for (const QString &contestant : m_contestants.mid(1)) {
-                const double other = times(job, contestant).value(size);
-                out << ' ' << (other > 0 && time > 0 ? number(other / time) : u"–"_s) << " |";
-            }
-            out << '\n';
+    const PluginFigures figures = m_figures.value(size);
+    out << "\n### " << size << " bookmarks\n\n| job | " << own << ", ms |";
+    for (const QString &contestant : m_contestants.mid(1))
+        out << " x " << contestant << " |";
+    out << "\n|---" << u"|---:"_s.repeated(m_contestants.size()) << "|\n";
+    for (const QString &job : m_jobs) {
+        const double time = times(job, own).value(size);
+        out << "| " << job << " | " << number(time) << " |";
+        for (const QString &contestant : m_contestants.mid(1)) {
+            const double other = times(job, contestant).value(size);
+            out << ' ' << (other > 0 && time > 0 ? number(other / time) : u"–"_s) << " |";
         }
-        out << "\nHeap for each bookmark: " << number(figures->bytesPerBookmark)
-            << " bytes. An answer in pieces takes "
-            << number(times(QString::fromUtf8(nameOf(Job::ManyAnswers)), own).value(size) /
-                      times(QString::fromUtf8(nameOf(Job::StoreAnswer)), own).value(size))
-            << " x one answer. The first use of a group key takes, compared to the second:";
-        for (auto key = figures->firstUse.cbegin(); key != figures->firstUse.cend(); ++key)
-            out << ' ' << key.key() << " x " << number(*key) << ';';
         out << '\n';
     }
+    out << "\nHeap for each bookmark: " << number(figures.bytesPerBookmark)
+        << " bytes. An answer in pieces takes "
+        << number(times(QString::fromUtf8(nameOf(Job::ManyAnswers)), own).value(size) /
+                  times(QString::fromUtf8(nameOf(Job::StoreAnswer)), own).value(size))
+        << " x one answer. The first use of a group key takes, compared to the second:";
+    for (auto key = figures.firstUse.cbegin(); key != figures.firstUse.cend(); ++key)
+        out << ' ' << key.key() << " x " << number(*key) << ';';
+    out << '\n';
     return text;
 }
 

@@ -21,9 +21,9 @@ public:
 
     void setFigures(int size, const PluginFigures &figures) { m_figures.insert(size, figures); }
 
-    /// A table for each size: the library's time, and by how much the others take longer; then what
+    /// A table of one size: the library's time, and by how much the others take longer; then what
     /// is measured of the library alone.
-    QString tables() const;
+    QString table(int size) const;
 
     /// Writes benchmark.json and benchmark.svg. False when that is not possible.
     bool write(const QString &folder) const;
