@@ -79,7 +79,7 @@ Run play(Host &host, const Scenario &scenario, void (*arm)())
     run.traceAgain = host.play(steps).split(u'\n');
     run.again = stateOf(host);
 
-    // What is left when nothing is under way is left for ever.
+    // No request is under way any more, so memory that is still allocated has leaked.
     const QList<standin::SentCommand> sent = host.framework.sent();
     for (const standin::SentCommand &command : sent)
         host.answer(command, QVariant(), u"-1"_s);

@@ -8,7 +8,7 @@
 
 namespace check {
 
-// What only the operating system can tell of a process; one source file a platform.
+// Facts about a process that only the operating system has. Each platform has its source file.
 
 /// Whether the library is mapped into this process, by path or plain name.
 bool isInMemory(const QString &library);
@@ -22,8 +22,7 @@ std::optional<QStringList> openFiles();
 /// What has been allocated and not been freed; nothing where it can't be told.
 std::optional<qint64> allocatedBytes();
 
-/// The processor time that a running process has used, in milliseconds; nothing where it can't be
-/// told.
+/// @return processor time of a running process in milliseconds, or nullopt if it can't be read
 std::optional<qint64> processorTime(qint64 processId);
 
 /// "signal 11, SIGSEGV" for the exit code of a process that crashed.

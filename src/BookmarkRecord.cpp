@@ -48,7 +48,7 @@ struct Field
 {
     const QString &displayKey;
     Member member;
-    const QString *serverKey; ///< null for what the server does not send
+    const QString *serverKey; ///< null if the server does not send this field
 };
 const Field fields[] = {
     {displayKey::BookmarkID, &BookmarkRecord::bookmarkID, &serverKey::BookmarkID},

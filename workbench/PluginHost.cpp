@@ -11,7 +11,7 @@ namespace workbench {
 
 namespace {
 
-/// Why a library is not the plug-in, as far as its metadata tells; empty when it is.
+/// @return the reason why the library's metadata is not that of the plug-in; empty if it is
 QString defectOf(const QJsonObject &metaData)
 {
     const QString iid = metaData.value(QLatin1String("IID")).toString();

@@ -25,7 +25,7 @@ QString markOfUnfinished(const QString &folder)
     return QDir(folder).filePath(QStringLiteral("first-bookmarks.unfinished"));
 }
 
-/// The bookmarks of an interrupted start: nobody has worked with them yet.
+/// Removes the bookmarks that an interrupted start has made. No user has changed them yet.
 void removeUnfinished(const Site &site, Preparation::Outcome &outcome)
 {
     const QList<Station *> stations = site.stations();

@@ -12,7 +12,7 @@ Dialog {
 
     property string acceptText: qsTr("OK")
     property bool valid: true  ///< what was entered may be sent
-    property string missing: "" ///< what else is needed; said once the user has tried without
+    property string missing: "" ///< the missing input, as text; shown after the first try
     property bool tried: false ///< to send
     property bool gated: false ///< the server may forbid it
     property Item firstField: null
