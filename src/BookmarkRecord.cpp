@@ -178,8 +178,10 @@ std::unique_ptr<QStandardItem> toTimelineItem(const BookmarkRecord &record)
     }();
     auto item = std::make_unique<QStandardItem>();
     CopiedItem::assign(*item, *itemTemplate);
-    for (const RoleMember &entry : roleMembers)
-        item->setData(entry.member.value(record), entry.role);
+    for (const RoleMember &entry : roleMembers) {
+        if (entry.member.text || entry.member.number) // the template has the zeros
+            item->setData(entry.member.value(record), entry.role);
+    }
     return item;
 }
 

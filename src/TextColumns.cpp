@@ -58,7 +58,8 @@ bool appendFoldedText(std::string &bytes, QStringView text)
 
 void TextDictionary::append(const QString &text)
 {
-    if (!m_numbers.empty() && IsSame()(at(m_numbers.size() - 1), text)) { // much the most frequent
+    if (!m_numbers.empty() &&
+        IsSame()(at(m_numbers.size() - 1), text)) { // by far the most frequent case
         m_numbers.push_back(m_numbers.back());
         return;
     }
