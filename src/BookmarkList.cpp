@@ -42,7 +42,7 @@ void keepRows(Rows &rows, Predicate isKept)
                rows.end());
 }
 
-/// For each distinct text whether it passes.
+/// @return for each distinct text, by number, whether it passes
 template <typename Predicate>
 std::vector<char> passing(const TextDictionary &dictionary, Predicate passes)
 {
@@ -251,9 +251,8 @@ void BookmarkList::sort(Rows &rows, const QString &key, bool ascending, Range pa
     sortByUniqueText(rows, key, ascending, page);
 }
 
-/// @return the distinct days as dates. A short format with two-digit years gives years of the
-/// 1900s,
-///         the base year of fromString(); texts that can't be parsed are equal.
+/// @return the distinct days as dates; texts that can't be parsed are equal. Two-digit years become
+/// years of the 1900s, the base year of fromString().
 const std::vector<QDateTime> &BookmarkList::dates()
 {
     const QString format = QLocale::system().dateFormat(QLocale::ShortFormat);

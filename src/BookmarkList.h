@@ -41,7 +41,7 @@ class BookmarkList
 public:
     std::size_t size() const { return m_starts.size(); }
 
-    /// Appends the records of a station's answer, all or none.
+    /// Appends the records of a station's answer, all or, if it throws std::bad_alloc, none.
     void append(const QVariantList &serverRecords, CameraNames &names,
                 const std::shared_ptr<TimeFormatter> &formatter);
 

@@ -27,6 +27,7 @@ public:
     CameraNames(const QVariantMap &names, const QString &relayPath);
 
     QString relayPath() const { return m_relayPath; }
+    /// @return the camera, valid as long as this object
     const Camera &camera(const QString &cameraID);
 
 private:

@@ -66,7 +66,7 @@ public:
     /// Appends a text for nextMatch() instead of at().
     /// @return false if the text has no UTF-8 form: nextMatch() does not find it
     bool appendFolded(const QString &text);
-    /// @param needle the result of foldedText()
+    /// @param needle not empty; what appendFoldedText() appends
     /// @return the first row from @p row on that contains the needle, or the number of rows
     std::size_t nextMatch(std::string_view needle, std::size_t row) const;
 
