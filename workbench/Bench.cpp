@@ -21,12 +21,13 @@ QVariantMap describe(const StationConfig &station)
 {
     QVariantList cameras;
     for (const Camera &camera : station.cameras) {
-        cameras.append(QVariantMap{{QStringLiteral("cameraID"), camera.cameraID},
-                                   {QStringLiteral("name"), camera.name},
-                                   {QStringLiteral("key"), cameraKeyOf(station, camera)},
-                                   {QStringLiteral("locationID"), station.locationID},
-                                   {QStringLiteral("relayPath"), station.relayPath},
-                                   {QStringLiteral("stationName"), station.name}});
+        cameras.append(
+            QVariantMap{{QStringLiteral("cameraID"), camera.cameraID},
+                        {QStringLiteral("name"), camera.name},
+                        {QStringLiteral("key"), cameraKeyOf(station.relayPath, camera.cameraID)},
+                        {QStringLiteral("locationID"), station.locationID},
+                        {QStringLiteral("relayPath"), station.relayPath},
+                        {QStringLiteral("stationName"), station.name}});
     }
     return {{QStringLiteral("relayPath"), station.relayPath},
             {QStringLiteral("name"), station.name},

@@ -87,14 +87,13 @@ void showInTopology(const QList<StationConfig> &stations, standin::Topology &top
     for (const StationConfig &station : stations) {
         topology.setStation(station.relayPath, station.name);
         for (const Camera &camera : station.cameras)
-            topology.setCamera(cameraKeyOf(station, camera), camera.name);
+            topology.setCamera(cameraKeyOf(station.relayPath, camera.cameraID), camera.name);
     }
 }
 
-QString cameraKeyOf(const StationConfig &station, const Camera &camera)
+QString cameraKeyOf(const QString &relayPath, const QString &cameraID)
 {
-    return station.relayPath.isEmpty() ? camera.cameraID
-                                       : station.relayPath + QLatin1Char('/') + camera.cameraID;
+    return relayPath.isEmpty() ? cameraID : relayPath + QLatin1Char('/') + cameraID;
 }
 
 } // namespace workbench

@@ -1,10 +1,10 @@
 #include "RecordFinder.h"
 
 #include <QtCore/QDateTime>
-#include <QtCore/QMap>
 #include <QtCore/QRegularExpression>
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -13,14 +13,9 @@ namespace workbench {
 namespace {
 
 constexpr qsizetype PageSize = 50; ///< fixed by the plug-in
-constexpr qint64 Day = 86'400'000;
-constexpr qint64 LongRange = 400 * Day;
 
 constexpr QLatin1String Start("startTimestamp");
 constexpr QLatin1String End("endTimestamp");
-constexpr QLatin1String PageNumber("pageNumber");
-constexpr QLatin1String Total("totalBookmarkNumber");
-constexpr QLatin1String Groups("bookmarkGroupList");
 constexpr QLatin1String Records("bookmarkList");
 constexpr QLatin1String TimeOfDay("timeOfDay");
 
@@ -29,15 +24,16 @@ qint64 startOf(const QVariant &record)
     return record.toMap().value(Start).toLongLong();
 }
 
-std::pair<qint64, qint64> rangeOf(const QVariantMap &filter)
+/// @return true if the plug-in's filter "text" would keep the record
+bool hasText(const QVariantMap &record, const QString &text)
 {
-    return {filter.value(Start).toLongLong(), filter.value(End).toLongLong()};
-}
-
-bool isLong(const QVariantMap &filter)
-{
-    const auto [first, last] = rangeOf(filter);
-    return first < 0 || last - first >= LongRange;
+    constexpr QLatin1String searched[] = {QLatin1String("description"), QLatin1String("cameraName"),
+                                          QLatin1String("creator"),
+                                          QLatin1String("displayTimeRange")};
+    return text.isEmpty() ||
+           std::any_of(std::begin(searched), std::end(searched), [&](QLatin1String key) {
+               return record.value(key).toString().contains(text, Qt::CaseInsensitive);
+           });
 }
 
 std::optional<std::pair<QTime, QTime>> timesOf(const QString &text)
@@ -118,102 +114,44 @@ bool RecordFinder::isTimeOfDay(const QString &text)
 
 QVariantMap RecordFinder::page(const QVariantMap &filter) const
 {
-    if (filter.value(TimeOfDay).toString().isEmpty())
-        return pluginPage(filter);
+    if (filter.value(TimeOfDay).toString().isEmpty()) {
+        QVariantMap page;
+        QMetaObject::invokeMethod(m_plugin, "getFilteredBookmarkList",
+                                  Q_RETURN_ARG(QVariantMap, page), Q_ARG(QVariantMap, filter));
+        return page;
+    }
     QString groupKey = filter.value(QStringLiteral("groupKey")).toString();
     if (groupKey == QLatin1String("displayTimeRange"))
         groupKey = QStringLiteral("displayDate");
     const QVariantList found =
         sorted(records(filter), groupKey, filter.value(QStringLiteral("ascending")).toBool());
-    qsizetype first = filter.value(PageNumber).toLongLong() * PageSize;
+    qsizetype first = filter.value(QStringLiteral("pageNumber")).toLongLong() * PageSize;
     if (first >= found.size())
         first = 0;
-    return {{Total, found.size()}, {Groups, grouped(found.mid(first, PageSize), groupKey)}};
+    return {{QStringLiteral("totalBookmarkNumber"), found.size()},
+            {QStringLiteral("bookmarkGroupList"), grouped(found.mid(first, PageSize), groupKey)}};
 }
 
 QVariantList RecordFinder::records(const QVariantMap &filter) const
 {
-    const auto times = timesOf(filter.value(TimeOfDay).toString());
-    QVariantList found;
-    // The plug-in sorts all that match for each page: where it can be done without pages, it is.
-    if (filter.value(QStringLiteral("text")).toString().isEmpty() && (!times || isLong(filter))) {
-        found = recordsOfCamera(filter);
-    } else {
-        const QList<Range> ranges = times ? daysOf(filter) : QList<Range>{rangeOf(filter)};
-        for (const auto &[first, last] : ranges) {
-            QVariantMap narrowed = filter;
-            narrowed.insert(Start, first);
-            narrowed.insert(End, last);
-            found += pluginRecords(narrowed);
-        }
-    }
-    // By the clock at each moment, as clocks that change skip or repeat some times.
-    if (times)
-        found.removeIf([&](const QVariant &record) {
-            return !isWithin(QDateTime::fromMSecsSinceEpoch(startOf(record), zone()).time(),
-                             *times);
-        });
-    return found;
-}
-
-QVariantMap RecordFinder::pluginPage(const QVariantMap &filter) const
-{
-    QVariantMap page;
-    QMetaObject::invokeMethod(m_plugin, "getFilteredBookmarkList", Q_RETURN_ARG(QVariantMap, page),
-                              Q_ARG(QVariantMap, filter));
-    return page;
-}
-
-QVariantList RecordFinder::pluginRecords(const QVariantMap &filter) const
-{
-    QVariantList found;
-    QVariantMap wanted = filter;
-    for (int number = 0;; ++number) {
-        wanted.insert(PageNumber, number);
-        const QVariantMap page = pluginPage(wanted);
-        const QVariantList groups = page.value(Groups).toList();
-        for (const QVariant &group : groups)
-            found += group.toMap().value(Records).toList();
-        if (groups.isEmpty() || found.size() >= page.value(Total).toLongLong())
-            return found;
-    }
-}
-
-/// All that begin in the filter's range, whatever their texts.
-QVariantList RecordFinder::recordsOfCamera(const QVariantMap &filter) const
-{
+    // One call for all of them: the plug-in would search and sort again for each page of 50.
     QVariantList found;
     QMetaObject::invokeMethod(m_plugin, "getBookmarkListByNodeID",
                               Q_RETURN_ARG(QVariantList, found),
                               Q_ARG(QString, filter.value(QStringLiteral("nodeID")).toString()));
-    found.removeIf([range = rangeOf(filter)](const QVariant &record) {
-        const qint64 start = startOf(record);
-        return start < range.first || start > range.second;
+    const qint64 first = filter.value(Start).toLongLong();
+    const qint64 last = filter.value(End).toLongLong();
+    const QString text = filter.value(QStringLiteral("text")).toString();
+    const auto times = timesOf(filter.value(TimeOfDay).toString());
+    const QTimeZone zone = this->zone();
+    found.removeIf([&](const QVariant &element) {
+        const QVariantMap record = element.toMap();
+        const qint64 start = record.value(Start).toLongLong();
+        // By the clock at each start: clocks that change skip or repeat some times.
+        return start < first || start > last || !hasText(record, text) ||
+               (times && !isWithin(QDateTime::fromMSecsSinceEpoch(start, zone).time(), *times));
     });
     return found;
-}
-
-/// Ranges of a day each in which bookmarks of the filter begin: short, as the plug-in sorts all of
-/// a range for each of its pages.
-QList<RecordFinder::Range> RecordFinder::daysOf(const QVariantMap &filter) const
-{
-    const auto [first, last] = rangeOf(filter);
-    QList<Range> days;
-    if (!isLong(filter)) {
-        for (qint64 begin = first; last - begin >= Day; begin += Day)
-            days.append({begin, begin + Day - 1});
-        days.append({first + days.size() * Day, last});
-        return days;
-    }
-    QMap<qint64, Range> ranges;
-    const QVariantList all = recordsOfCamera(filter);
-    for (const QVariant &record : all) {
-        const qint64 start = startOf(record);
-        Range &range =
-            ranges.insert(start / Day, ranges.value(start / Day, {start, start})).value();
-        range = {std::min(range.first, start), std::max(range.second, start)};
-    }
-    return ranges.values();
 }
 
 } // namespace workbench

@@ -29,18 +29,10 @@ public:
     /// A page as getFilteredBookmarkList() returns it.
     Q_INVOKABLE QVariantMap page(const QVariantMap &filter) const;
 
-    /// The display records of all pages, in no particular order.
+    /// The display records of all pages, in the order of the list of all bookmarks.
     QVariantList records(const QVariantMap &filter) const;
 
 private:
-    /// First and last millisecond.
-    using Range = std::pair<qint64, qint64>;
-
-    QVariantMap pluginPage(const QVariantMap &filter) const;
-    QVariantList pluginRecords(const QVariantMap &filter) const;
-    QVariantList recordsOfCamera(const QVariantMap &filter) const;
-    QList<Range> daysOf(const QVariantMap &filter) const;
-
     QPointer<QObject> m_plugin;
 };
 

@@ -1,10 +1,21 @@
 #include "AddOutcomes.h"
 
+#include "DemoSite.h"
 #include "stations/Protocol.h"
 
 namespace workbench {
 
 namespace {
+
+/// Far more than one batch has commands; older ones are not asked for any more.
+constexpr qsizetype MaxCommands = 10'000;
+
+template <typename Outcome>
+void dropOldest(QMap<quint64, Outcome> &outcomes)
+{
+    if (outcomes.size() > MaxCommands)
+        outcomes.erase(outcomes.begin());
+}
 
 /// Records of a command or its answer: one for AddBookmark, a list for AddBookmarks.
 QVariantList recordsOf(const QVariant &value)
@@ -12,10 +23,9 @@ QVariantList recordsOf(const QVariant &value)
     return value.userType() == QMetaType::QVariantList ? value.toList() : QVariantList{value};
 }
 
-QString cameraKey(const QString &relayPath, const QVariant &record)
+QString cameraIDOf(const QVariant &record)
 {
-    const QString cameraID = record.toMap().value(protocol::key::CameraID).toString();
-    return relayPath.isEmpty() ? cameraID : relayPath + QLatin1Char('/') + cameraID;
+    return record.toMap().value(protocol::key::CameraID).toString();
 }
 
 } // namespace
@@ -50,17 +60,18 @@ void AddOutcomes::noteAnswer(const Command &command, const standin::Traffic &ans
         if (bookmarkID.isEmpty())
             continue;
         m_added[answer.request].append(command.relayPath + QLatin1Char('/') + bookmarkID);
-        failed.records.removeIf([&](const QVariant &wanted) {
-            return cameraKey(QString(), wanted) == cameraKey(QString(), record);
-        });
+        failed.records.removeIf(
+            [&](const QVariant &wanted) { return cameraIDOf(wanted) == cameraIDOf(record); });
     }
+    dropOldest(m_added);
     noteFailures(answer.request, failed, QString());
 }
 
 void AddOutcomes::noteFailures(quint64 request, const Command &command, const QString &code)
 {
     for (const QVariant &record : command.records)
-        m_failures[request].insert(cameraKey(command.relayPath, record), code);
+        m_failures[request].insert(cameraKeyOf(command.relayPath, cameraIDOf(record)), code);
+    dropOldest(m_failures);
 }
 
 QVariantMap AddOutcomes::failuresAfter(quint64 request) const
