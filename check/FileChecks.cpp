@@ -98,7 +98,7 @@ void checkBuildPaths(Trial &trial)
     if (const auto file = ElfFile::read(contentOf(trial))) {
         // The loader resolves an empty or relative element against the current folder.
         for (const QByteArray &folder : file->searchFolders) {
-            trial.expect(folder.startsWith("$ORIGIN") || folder.startsWith("${ORIGIN}"),
+            trial.expect((folder + '/').startsWith("$ORIGIN/") || folder.startsWith("${ORIGIN}"),
                          u"search folders that begin with $ORIGIN"_s,
                          folder.isEmpty() ? u"an empty one, which is the current folder"_s
                                           : QString::fromUtf8(folder));

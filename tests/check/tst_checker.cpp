@@ -222,6 +222,41 @@ two libraries   | lib other              | one library is needed; see --help)"_s
     void refusesFilesAtOnce();
 #endif
 
+    /// In the library itself, with another text of the same length.
+    void searchFoldersBeginAtTheLibrary_data()
+    {
+        addTable({"folders", "found"}, uR"(
+as built            | $ORIGIN/../lib |
+in braces           | ${ORIGIN}/lib/ |
+the folder and another | $ORIGIN:lib/aa | lib/aa
+longer word         | $ORIGINAL/libs | $ORIGINAL/libs
+other variable      | $ORIGIN:$LIB/x | $LIB/x
+absolute            | /opt/build/lib | /opt/build/lib
+empty at the end    | $ORIGIN/../li: | an empty one
+empty at the start  | :$ORIGIN/../li | an empty one)"_s);
+    }
+    void searchFoldersBeginAtTheLibrary()
+    {
+        QFETCH(const QString, folders);
+        QFETCH(const QString, found);
+        const QByteArray built("$ORIGIN/../lib");
+        QByteArray library = contentOf(QStringLiteral(TESSALINE_PLUGIN_PATH));
+        if (library.count(built) != 1)
+            QSKIP("This build has other search folders");
+        library.replace(built, folders.toLatin1());
+        QFile file(m_folder.filePath(u"folders.so"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(library) == library.size());
+        file.close();
+        QProcess process;
+        process.start(QStringLiteral(CHECKER), {file.fileName(), u"--include=1.build-paths"_s});
+        QVERIFY(process.waitForFinished());
+        const QString output = QString::fromLocal8Bit(process.readAllStandardOutput());
+        const QString complaint = u"search folders that begin with $ORIGIN, found "_s;
+        QVERIFY2(output.contains(u"1.build-paths"_s), qPrintable(output));
+        QVERIFY2(found.isEmpty() || output.contains(complaint + found), qPrintable(output));
+        QCOMPARE(output.contains(complaint), !found.isEmpty());
+    }
+
     void libraryThatDoesNotLoadIsReportedOnce()
     {
         QProcess process;
