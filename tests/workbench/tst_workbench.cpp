@@ -200,9 +200,9 @@ private Q_SLOTS:
                 write(QLatin1String(name), plugin.readAll().replace(before, after));
             row(name, {u"--library"_s, file}, u"%1: %2"_s.arg(file, complaint));
         };
+        const QByteArray qt6("qt-project!\0\1\6", 14);
         patched(
-            "newer Qt", QByteArray("qt-project!\0\1\6\4", 15),
-            QByteArray("qt-project!\0\1\6\143", 15),
+            "newer Qt", qt6 + char(QT_VERSION_MINOR), qt6 + char(99),
             u"it was built with Qt 6.99; a program with Qt %1"_s.arg(QLatin1String(qVersion())));
         patched("key", "ClientOnly\xf4", "ClientOnly\x07",
                 u"expected the key \"ClientOnly\" with true or false, found \"7\""_s);

@@ -39,8 +39,11 @@ QtObject {
     /// Divides records into those that match the filter and those that do not.
     function shownAndHidden(records) {
         const wanted = filter.pageWanted(0);
-        const shown = records.filter(record => !filter.active || matches(record, wanted));
-        return [shown, records.filter(record => !shown.includes(record))];
+        const shown = [];
+        const hidden = [];
+        for (const record of records)
+            (!filter.active || matches(record, wanted) ? shown : hidden).push(record);
+        return [shown, hidden];
     }
 
     /// Which texts match, the plug-in decides, asked for the moment of that record alone.
