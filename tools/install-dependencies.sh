@@ -8,8 +8,8 @@ run=(g++ cmake ninja-build qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite
      qml6-module-qt-labs-settings qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
      qml6-module-qtquick-layouts qml6-module-qtquick-templates qml6-module-qtquick-window
      tzdata)
-test=("${run[@]}" qml6-module-qttest)
-ci=("${test[@]}" git clang-format-14 clang-tidy-14 clazy clang-14 libclang-rt-14-dev qt6-declarative-dev-tools gcovr)
+test=("${run[@]}" qml6-module-qttest qt6-declarative-dev-tools)
+ci=("${test[@]}" git clang-format-14 clang-tidy-14 clazy clang-14 libclang-rt-14-dev gcovr)
 windows=(g++-mingw-w64-x86-64-posix wine wine64 cmake ninja-build qt6-base-dev qt6-base-dev-tools
          dpkg-dev perl ca-certificates locales tzdata)
 debian=(debootstrap git)

@@ -132,7 +132,7 @@ void Bench::setServerTimeZone(const QString &ianaId)
 
 void Bench::connectToServer()
 {
-    const double call = m_recorder.beginConnection();
+    const quint64 call = m_recorder.beginConnection();
     m_plugin.PluginServerConnected();
     m_recorder.end(call, {});
 }

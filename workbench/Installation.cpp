@@ -26,6 +26,7 @@ bool Installation::load(const QString &pluginPath, QString *error)
     m_framework.addPlugin(standin::Topology::pluginID(), &m_topology);
     m_framework.addPlugin(PluginHost::pluginID(), m_plugin);
     m_bench.emplace(*m_plugin, m_framework, m_stations);
+    m_recorded.emplace(*m_plugin, *m_bench->recorder());
     m_framework.setObserver(
         [this](const standin::Traffic &traffic) { m_bench->noteTraffic(traffic); });
     return true;
@@ -40,7 +41,7 @@ void Installation::enter(QQmlEngine &engine)
 
 QVariantMap Installation::initialProperties()
 {
-    return {{QStringLiteral("plugin"), QVariant::fromValue<QObject *>(m_plugin)},
+    return {{QStringLiteral("plugin"), QVariant::fromValue<QObject *>(&*m_recorded)},
             {QStringLiteral("bench"), QVariant::fromValue<QObject *>(&*m_bench)}};
 }
 

@@ -27,6 +27,8 @@ public:
     PluginBase &plugin() { return *m_plugin; }
     standin::Framework &framework() { return m_framework; }
     Bench &bench() { return *m_bench; }
+    /// The plug-in's object for QML: each call is in the traffic.
+    QObject &recordedPlugin() { return *m_recorded; }
 
     /// Where QML engines find the workbench's module.
     static QString importPath() { return QStringLiteral("qrc:/tessaline"); }
@@ -44,7 +46,8 @@ private:
     PluginBase *m_plugin = nullptr;
     standin::Topology m_topology;
     standin::Framework m_framework;
-    std::optional<Bench> m_bench; ///< there is none before there is a plug-in
+    std::optional<Bench> m_bench;             ///< there is none before there is a plug-in
+    std::optional<RecordedPlugin> m_recorded; ///< as QML gets it
 };
 
 } // namespace workbench

@@ -1,17 +1,12 @@
 #include "RecordedCall.h"
 
-#include "Recorder.h"
-
 namespace workbench {
 
 RecordedCall::RecordedCall(QObject &target)
+    : m_recorded(target, *this)
 {
-    QJSEngine::setObjectOwnership(&target, QJSEngine::CppOwnership);
-    QJSEngine::setObjectOwnership(this, QJSEngine::CppOwnership);
-    const QJSValue module =
-        m_engine.importModule(QStringLiteral(":/tessaline/Workbench/window/drawer/recorded.mjs"));
-    m_target = module.property(QStringLiteral("recorded"))
-                   .call({m_engine.newQObject(&target), m_engine.newQObject(this)});
+    QJSEngine::setObjectOwnership(&m_recorded, QJSEngine::CppOwnership);
+    m_target = m_engine.newQObject(&m_recorded);
 }
 
 QVariant RecordedCall::make(const QString &method, const QVariantList &arguments)
@@ -23,13 +18,10 @@ QVariant RecordedCall::make(const QString &method, const QVariantList &arguments
     if (!function.isCallable())
         return QStringLiteral("there is no such method");
     m_result = QVariant();
-    function.call(values); // an exception is told as the result
+    const QJSValue returned = function.callWithInstance(m_target, values);
+    if (returned.isError())
+        return QVariantMap{{QStringLiteral("exception"), returned.toString()}};
     return m_result;
-}
-
-void RecordedCall::end(double /*call*/, const QVariant &result)
-{
-    m_result = notedResult(result);
 }
 
 } // namespace workbench

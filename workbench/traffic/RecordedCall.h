@@ -1,17 +1,15 @@
 #pragma once
 
-#include <QtCore/QObject>
-#include <QtCore/QVariant>
+#include "RecordedPlugin.h"
+
 #include <QtQml/QJSEngine>
 
 namespace workbench {
 
-/// Calls an object's methods with recorded arguments, through the same JavaScript that recorded
-/// them: the engine chooses the overload and converts the values as it did then.
-class RecordedCall : public QObject
+/// Calls an object's methods with recorded arguments as QML does: the engine chooses the overload
+/// and converts the values.
+class RecordedCall final : private CallObserver
 {
-    Q_OBJECT
-
 public:
     /// @param target not owned
     explicit RecordedCall(QObject &target);
@@ -19,14 +17,14 @@ public:
     /// The result as a recording has it.
     QVariant make(const QString &method, const QVariantList &arguments);
 
-    // What recorded.mjs tells.
-    Q_INVOKABLE double beginCall(const QString & /*method*/, const QVariantList & /*arguments*/)
+private:
+    quint64 beginCall(const QString & /*method*/, const QVariantList & /*arguments*/) override
     {
         return 0;
     }
-    Q_INVOKABLE void end(double /*call*/, const QVariant &result);
+    void end(quint64 /*call*/, const QVariant &result) override { m_result = result; }
 
-private:
+    RecordedPlugin m_recorded;
     QJSEngine m_engine;
     QJSValue m_target;
     QVariant m_result;

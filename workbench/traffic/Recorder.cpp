@@ -7,7 +7,6 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
-#include <QtQml/QJSValue>
 
 #include <utility>
 
@@ -57,7 +56,7 @@ void Recorder::noteTraffic(const standin::Traffic &traffic)
     m_model.append(std::move(entry));
 }
 
-double Recorder::beginCall(const QString &method, const QVariantList &arguments)
+quint64 Recorder::beginCall(const QString &method, const QVariantList &arguments)
 {
     TrafficEntry entry;
     entry.kind = TrafficEntry::Kind::Call;
@@ -66,7 +65,7 @@ double Recorder::beginCall(const QString &method, const QVariantList &arguments)
     return begin(std::move(entry));
 }
 
-double Recorder::beginConnection()
+quint64 Recorder::beginConnection()
 {
     TrafficEntry entry;
     entry.kind = TrafficEntry::Kind::Connection;
@@ -74,17 +73,17 @@ double Recorder::beginConnection()
     return begin(std::move(entry));
 }
 
-double Recorder::begin(TrafficEntry entry)
+quint64 Recorder::begin(TrafficEntry entry)
 {
     entry.depth = depth();
     ++m_calls;
-    return static_cast<double>(m_model.append(std::move(entry)));
+    return m_model.append(std::move(entry));
 }
 
-void Recorder::end(double call, const QVariant &result)
+void Recorder::end(quint64 call, const QVariant &result)
 {
     --m_calls;
-    m_model.setResult(static_cast<quint64>(call), notedResult(result));
+    m_model.setResult(call, result);
 }
 
 QString Recorder::save(const QString &path) const
@@ -123,17 +122,6 @@ int Recorder::numberOf(const void *context)
     const auto known = m_contexts.constFind(context);
     return known != m_contexts.cend() ? *known
                                       : *m_contexts.insert(context, int(m_contexts.size()) + 1);
-}
-
-QVariant notedResult(const QVariant &result)
-{
-    // The engine hands objects and lists on as its own.
-    QVariant plain = result.metaType() == QMetaType::fromType<QJSValue>()
-                         ? result.value<QJSValue>().toVariant()
-                         : result;
-    if (!plain.canConvert<QObject *>())
-        return plain;
-    return QVariantMap{{QStringLiteral("object"), plain.value<QObject *>() != nullptr}};
 }
 
 } // namespace workbench

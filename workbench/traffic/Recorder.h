@@ -1,5 +1,6 @@
 #pragma once
 
+#include "RecordedPlugin.h"
 #include "SignalReceiver.h"
 #include "TrafficEntry.h"
 #include "framework/Traffic.h"
@@ -19,8 +20,8 @@ namespace workbench {
 class TrafficModel;
 
 /// Notes what passes between QML, plug-in and host: the framework's traffic, the plug-in's signals
-/// and, where QML calls through recorded.mjs, its calls.
-class Recorder : public QObject
+/// and the calls through a RecordedPlugin.
+class Recorder : public QObject, public CallObserver
 {
     Q_OBJECT
     QML_ELEMENT
@@ -35,11 +36,10 @@ public:
     /// To be told of everything that passes through the framework.
     void noteTraffic(const standin::Traffic &traffic);
 
-    /// A call is about to be made, or the connection told; gives the number for end().
-    Q_INVOKABLE double beginCall(const QString &method, const QVariantList &arguments);
-    double beginConnection();
-    /// The call has returned.
-    Q_INVOKABLE void end(double call, const QVariant &result);
+    quint64 beginCall(const QString &method, const QVariantList &arguments) override;
+    /// The plug-in is about to be notified of the connection. @return a number for end()
+    quint64 beginConnection();
+    void end(quint64 call, const QVariant &result) override;
 
     /// Writes all entries to a file, for a replay. Returns what went wrong, or an empty text.
     Q_INVOKABLE QString save(const QString &path) const;
@@ -48,7 +48,7 @@ public:
     Q_INVOKABLE static bool exists(const QString &path);
 
 private:
-    double begin(TrafficEntry entry);
+    quint64 begin(TrafficEntry entry);
     int depth() const;
     int numberOf(const void *context);
 
@@ -59,8 +59,5 @@ private:
     int m_calls = 0; ///< that have not returned yet
     QHash<const void *, int> m_contexts;
 };
-
-/// What is noted of a call's result: of an object whether there is one.
-QVariant notedResult(const QVariant &result);
 
 } // namespace workbench

@@ -77,6 +77,28 @@ ValueDifference firstDifference(const QJsonValue &expected, const QJsonValue &fo
     return {path, expected, found};
 }
 
+/// The value with plain numbers. QML has one type of numbers, so that the type which a method
+/// returns is no behaviour.
+QJsonValue withPlainNumbers(const QJsonValue &value)
+{
+    if (value.isArray()) {
+        QJsonArray plain;
+        const QJsonArray array = value.toArray();
+        for (const auto &element : array)
+            plain.append(withPlainNumbers(element));
+        return plain;
+    }
+    if (!value.isObject())
+        return value;
+    QJsonObject object = value.toObject();
+    const QJsonValue number = object.value(QLatin1String("value"));
+    if (object.contains(QLatin1String("$type")) && number.isDouble())
+        return number;
+    for (auto it = object.begin(); it != object.end(); ++it)
+        it.value() = withPlainNumbers(it.value());
+    return object;
+}
+
 QString describe(const TrafficEntry &entry)
 {
     QString text = nameOf(entry.kind) + QLatin1Char(' ') + entry.name;
@@ -128,8 +150,8 @@ private:
     void answer(const Recording::Line &line);
     const TrafficEntry *compare(const TrafficEntry &found, void *context);
     void skipTo(Frame &frame, size_t position);
-    void compareValues(int line, const QString &what, const QVariant &expected,
-                       const QVariant &found);
+    void compareValues(int line, const QString &what, const QJsonValue &expected,
+                       const QJsonValue &found);
     void compareContexts(Frame &frame, const Recording::Line &line, const void *context);
     void differ(int line, const QString &expected, const QString &found);
 
@@ -203,7 +225,9 @@ void Player::give(const Node &node)
     ++m_result.inputs;
     if (entry.kind == Kind::Call) {
         const QVariant found = m_call.make(entry.name, entry.value.toList());
-        compareValues(frame.line, QStringLiteral("result"), entry.result, found);
+        compareValues(frame.line, QStringLiteral("result"),
+                      withPlainNumbers(recordedvalue::toJson(entry.result)),
+                      withPlainNumbers(recordedvalue::toJson(found)));
     } else if (entry.kind == Kind::Connection) {
         m_plugin.PluginServerConnected();
     } else if (entry.kind == Kind::Answered) {
@@ -249,7 +273,7 @@ const TrafficEntry *Player::compare(const TrafficEntry &found, void *context)
     compareValues(line.number,
                   found.kind == Kind::Signal ? QStringLiteral("arguments")
                                              : QStringLiteral("payload"),
-                  line.entry.value, found.value);
+                  recordedvalue::toJson(line.entry.value), recordedvalue::toJson(found.value));
     if (found.kind == Kind::Sent) {
         compareContexts(frame, line, context);
         m_contexts.insert(line.entry.request, context);
@@ -273,14 +297,12 @@ void Player::skipTo(Frame &frame, size_t position)
     }
 }
 
-void Player::compareValues(int line, const QString &what, const QVariant &expected,
-                           const QVariant &found)
+void Player::compareValues(int line, const QString &what, const QJsonValue &expected,
+                           const QJsonValue &found)
 {
-    const QJsonValue left = recordedvalue::toJson(expected);
-    const QJsonValue right = recordedvalue::toJson(found);
-    if (left == right)
+    if (expected == found)
         return;
-    const ValueDifference difference = firstDifference(left, right);
+    const ValueDifference difference = firstDifference(expected, found);
     differ(line, placeOf(what, difference.path, difference.expected),
            recordedvalue::brief(difference.found));
 }

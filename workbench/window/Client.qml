@@ -1,6 +1,5 @@
 import QtQml
 import Workbench
-import "drawer/recorded.mjs" as Recording
 
 /// The client around the plug-in's object: what the window's parts share. It calls the plug-in and
 /// listens to it, and keeps nothing that the plug-in keeps.
@@ -11,9 +10,8 @@ QtObject {
     required property var plugin
     required property Bench bench
 
-    /// The plug-in's object again; all parts of the window call it through this one, which notes
-    /// each call for the integrators' drawer.
-    readonly property var bookmarks: Recording.recorded(plugin, bench.recorder)
+    /// The plug-in's object again, under the name that the documents give it.
+    readonly property var bookmarks: plugin
 
     /// Written into bookmarks that are added here.
     property string userName: qsTr("operator")
