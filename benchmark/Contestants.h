@@ -70,7 +70,7 @@ PluginFigures measurePlugin(int count);
 void setLibrary(const QString &path);
 
 std::unique_ptr<Contestant> makePlugin(int count);         ///< the loaded library
-std::unique_ptr<Contestant> makeWrittenSteps(int count);   ///< WrittenSteps.h
+std::unique_ptr<Contestant> makeReferenceModel(int count); ///< ReferenceModel.h
 std::unique_ptr<Contestant> makeSqlite(int count);         ///< in memory, indexed, with LIKE
 std::unique_ptr<Contestant> makeSqliteFullText(int count); ///< its trigram index, for texts alone
 std::unique_ptr<Contestant> makeProxyModel(int count);     ///< QSortFilterProxyModel

@@ -1,7 +1,7 @@
 #include "Contestants.h"
 
 #include "Data.h"
-#include "WrittenSteps.h"
+#include "ReferenceModel.h"
 
 #include <QtCore/QAbstractListModel>
 #include <QtCore/QSortFilterProxyModel>
@@ -23,7 +23,7 @@ public:
         const QVariantMap names = data::cameraNames();
         for (const QVariant &element : serverRecords) {
             const QVariantMap shown =
-                writtensteps::displayRecord(element.toMap(), u"A"_s, names, zone);
+                referencemodel::displayRecord(element.toMap(), u"A"_s, names, zone);
             const auto text = [&](const QString &key) { return shown.value(key).toString(); };
             const qint64 start = shown.value(u"startTimestamp"_s).toLongLong();
             m_rows.append({text(u"cameraName"_s),

@@ -1,7 +1,7 @@
 #include "Contestants.h"
 
 #include "Data.h"
-#include "WrittenSteps.h"
+#include "ReferenceModel.h"
 
 #include <QtCore/QTimeZone>
 
@@ -131,7 +131,7 @@ private:
             const QVariantMap names = data::cameraNames();
             const QVariantList records = data::serverRecords(m_count);
             for (const QVariant &record : records) {
-                m_rows.append(writtensteps::displayRecord(record.toMap(), u"A"_s, names, zone));
+                m_rows.append(referencemodel::displayRecord(record.toMap(), u"A"_s, names, zone));
             }
         }
         execute("BEGIN");

@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr std::unique_ptr<Contestant> (*allContestants[])(int) = {
-    makePlugin, makeWrittenSteps, makeSqlite, makeSqliteFullText, makeProxyModel, makeFloor};
+    makePlugin, makeReferenceModel, makeSqlite, makeSqliteFullText, makeProxyModel, makeFloor};
 
 /// Prints as Google Benchmark does, and hands the medians to the report.
 class MedianReporter : public benchmark::ConsoleReporter
@@ -55,8 +55,8 @@ void measure(int size, Report &report)
     report.setFigures(size, measurePlugin(size));
 
     std::vector<std::unique_ptr<Contestant>> contestants;
-    for (const auto make :
-         {makePlugin, makeWrittenSteps, makeSqlite, makeSqliteFullText, makeProxyModel, makeFloor})
+    for (const auto make : {makePlugin, makeReferenceModel, makeSqlite, makeSqliteFullText,
+                            makeProxyModel, makeFloor})
         contestants.push_back(make(size));
 
     for (const Job job : allJobs) {

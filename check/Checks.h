@@ -1,35 +1,36 @@
 #pragma once
 
-#include <QtCore/QList>
-#include <QtCore/QString>
+#include <QtCore/QByteArray>
 
+#include <functional>
 #include <vector>
 
 namespace check {
 
-class Trial;
+class CheckContext;
 
 /// One check: a name, what it proves, and the function that carries it out.
 struct Check
 {
-    const char *name;   ///< "LEVEL.WORDS", unique
-    const char *proves; ///< one line for people
-    void (*run)(Trial &trial);
+    QByteArray name;   ///< "LEVEL.WORDS", unique
+    QByteArray proves; ///< one line for people
+    std::function<void(CheckContext &context)> run;
 
     /// The number in front of the name, 1 to 6.
-    int level() const { return name[0] - '0'; }
+    int level() const { return name.at(0) - '0'; }
 };
 
-// One group for each level; each is the table at the end of its file.
+// One group for each topic; each is the table at the end of its file.
 std::vector<Check> fileChecks();
 std::vector<Check> lifeChecks();
 std::vector<Check> surfaceChecks();
-std::vector<Check> requestChecks();
-std::vector<Check> answerChecks();
+std::vector<Check> behaviourChecks();
+std::vector<Check> recordChecks();
 std::vector<Check> listChecks();
 std::vector<Check> hostileValueChecks();
 std::vector<Check> hostileHostChecks();
-std::vector<Check> memoryChecks();
+/// Those of the level that are written as scenarios.
+std::vector<Check> scenarioChecks(int level);
 
 /// All checks, in the order of their levels.
 const std::vector<Check> &allChecks();
@@ -37,7 +38,7 @@ const std::vector<Check> &allChecks();
 /// The check that the library can be loaded; without that none from level 2 on can pass.
 inline constexpr const char *loadCheck = "2.load";
 
-/// The check of that name, or null.
-const Check *findCheck(const QString &name);
+/// @return the check of that name, or null
+const Check *findCheck(const QByteArray &name);
 
 } // namespace check

@@ -1,6 +1,7 @@
 #include "Checks.h"
-#include "Host.h"
+#include "EchoServer.h"
 #include "HostileValues.h"
+#include "LoggingHost.h"
 #include "ProcessProbe.h"
 #include "QtMessages.h"
 #include "WatchedTopology.h"
@@ -15,6 +16,7 @@
 
 namespace check {
 
+using namespace driver;
 using namespace Qt::StringLiterals;
 using standin::Delivery;
 
@@ -48,7 +50,7 @@ const char *const entries[] = {
     "answer 1 ok",
     "answer 2 -1",
     "answer 3 ok",
-    "reply DeleteBookmark@A ok 'x'",
+    "answer DeleteBookmark@A ok 'x'",
     "delete",
 };
 
@@ -76,24 +78,6 @@ QVariant recordOf(const QString &id)
 {
     return serverRecord(id, u"1"_s, u"l"_s, 1000, 2000);
 }
-
-/// A server that says what is expected of it.
-class WillingServer final : public standin::Server
-{
-public:
-    standin::Answer execute(const QString &command, const QVariant &, const QString &) override
-    {
-        if (command == u"AddBookmark")
-            return {recordOf(u"x"_s)};
-        if (command == u"AddBookmarks" || command == u"QueryBookmarkForApi")
-            return {QVariantList{recordOf(u"y"_s), QVariantMap(), recordOf(u"x"_s)}};
-        if (command.startsWith(u"Delete"_s))
-            return {QStringList{u"x"_s}};
-        if (command == u"QuerySettingPermission")
-            return {true};
-        return {QVariantMap{{u"Bookmarks"_s, QVariantList{recordOf(u"x"_s)}}}};
-    }
-};
 
 constexpr std::array places{"signal", "send call", "question to the topology plug-in",
                             "timeline change"};
@@ -143,13 +127,13 @@ bool disturb(Host &host, WatchedTopology &topology, const char *place, int momen
 }
 
 /// Every entry from every moment of a kind, with answers from inside the send call or later.
-void checkCallsFromInside(Trial &trial, const char *place)
+void checkCallsFromInside(CheckContext &context, const char *place)
 {
     constexpr int MostMoments = 200;
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
-    WillingServer server;
+    EchoServer server;
     WatchedTopology topology(host->topology);
     host->framework.setServer(&server);
     int calls = 0;
@@ -163,42 +147,42 @@ void checkCallsFromInside(Trial &trial, const char *place)
                 ++moment;
             }
             calls += moment;
-            trial.expect(moment > 0, u"a moment to call back"_s, u"none"_s);
-            trial.expect(moment < MostMoments, u"an end"_s, u"%1 moments"_s.arg(moment));
+            context.expect(moment > 0, u"a moment to call back"_s, u"none"_s);
+            context.expect(moment < MostMoments, u"an end"_s, u"%1 moments"_s.arg(moment));
         }
     }
     host->setDefaultDelivery(Delivery::queued());
     host->framework.setServer(nullptr);
     host->renewObject();
-    trial.compare(u"an ordinary request afterwards"_s,
-                  u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n= bool true"_s,
-                  host->play(u"updateBookmark('b')"_s));
-    trial.summarize(u"%1 calls from inside"_s.arg(calls));
+    context.compare(u"an ordinary request afterwards"_s,
+                    u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n= bool true"_s,
+                    host->play(u"updateBookmark('b')"_s));
+    context.summarize(u"%1 calls from inside"_s.arg(calls));
 }
 
-void checkFromSignals(Trial &trial)
+void checkFromSignals(CheckContext &context)
 {
-    checkCallsFromInside(trial, places[0]);
+    checkCallsFromInside(context, places[0]);
 }
 
-void checkFromSends(Trial &trial)
+void checkFromSends(CheckContext &context)
 {
-    checkCallsFromInside(trial, places[1]);
+    checkCallsFromInside(context, places[1]);
 }
 
-void checkFromQuestions(Trial &trial)
+void checkFromQuestions(CheckContext &context)
 {
-    checkCallsFromInside(trial, places[2]);
+    checkCallsFromInside(context, places[2]);
 }
 
-void checkFromTimelines(Trial &trial)
+void checkFromTimelines(CheckContext &context)
 {
-    checkCallsFromInside(trial, places[3]);
+    checkCallsFromInside(context, places[3]);
 }
 
-void checkQueriesFromQuestions(Trial &trial)
+void checkQueriesFromQuestions(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     WatchedTopology topology(host->topology);
@@ -208,10 +192,10 @@ void checkQueriesFromQuestions(Trial &trial)
         topology.onCall = nullptr;
         host->call(u"queryAllBookmarks()"_s);
     };
-    trial.compare(u"an answer superseded while it is stored"_s, u"list []"_s,
-                  host->play(u"answer 1 ok {'Bookmarks': [{'BookmarkID': 'b'}]}\nlist all"_s)
-                      .section(u'\n', -1));
-    trial.summarize(u"a query made inside an answer supersedes that answer"_s);
+    context.compare(u"an answer superseded while it is stored"_s, u"list []"_s,
+                    host->play(u"answer 1 ok {'Bookmarks': [{'BookmarkID': 'b'}]}\nlist all"_s)
+                        .section(u'\n', -1));
+    context.summarize(u"a query made inside an answer supersedes that answer"_s);
 }
 
 // ---- Answers that should not come, or not now ----
@@ -266,7 +250,7 @@ QStringList signalsOf(Host &host)
 
 /// Allocators tend to reuse a freed address soon: a repeated answer must not end a request that
 /// follows.
-void answerEarlierRequestsAgain(Trial &trial, Host &host, const Request &one)
+void answerEarlierRequestsAgain(CheckContext &context, Host &host, const Request &one)
 {
     constexpr int Rounds = 40;
     const auto answerAll = [&](const QList<standin::SentCommand> &commands) {
@@ -276,20 +260,20 @@ void answerEarlierRequestsAgain(Trial &trial, Host &host, const Request &one)
     };
     QList<standin::SentCommand> earlier = sendAgain(host, one.steps);
     const QString signalLines = answerAll(earlier);
-    for (int round = 0; round < Rounds && !trial.hasFailed(); ++round) {
+    for (int round = 0; round < Rounds && !context.hasFailed(); ++round) {
         host.framework.clearSent();
         host.play(u"clearTimelineModel('cell')\n"_s + QLatin1String(one.steps));
         const QList<standin::SentCommand> next = host.framework.sent();
-        trial.compare(one.title() + u", earlier ones answered again"_s, QString(),
-                      answerAll(earlier));
-        trial.compare(one.title() + u", answered after that"_s, signalLines, answerAll(next));
+        context.compare(one.title() + u", earlier ones answered again"_s, QString(),
+                        answerAll(earlier));
+        context.compare(one.title() + u", answered after that"_s, signalLines, answerAll(next));
         earlier += next;
     }
 }
 
-void checkDoubledAnswers(Trial &trial)
+void checkDoubledAnswers(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     for (const Request &one : contextRequests) {
@@ -298,7 +282,8 @@ void checkDoubledAnswers(Trial &trial)
         const QList<standin::SentCommand> sent = sendAgain(*host, one.steps);
         for (const standin::SentCommand &command : sent)
             host->answer(command, answeredIds(), u"-1"_s);
-        trial.compare(title + u", answered once"_s, one.allSignals(), signalsOf(*host).join(u'\n'));
+        context.compare(title + u", answered once"_s, one.allSignals(),
+                        signalsOf(*host).join(u'\n'));
         for (int again = 0; again < 3; ++again) {
             for (const standin::SentCommand &command : sent)
                 host->answer(command, answeredIds(), again ? u"0"_s : u"-1"_s);
@@ -306,7 +291,7 @@ void checkDoubledAnswers(Trial &trial)
         // What is a failure by its code alone is told without a context as well.
         const QString ending = one.lastSignal().section(u'(', 0, 0);
         if (ending.endsWith(u"marksResponsed"_s))
-            trial.compare(title + u", answered again"_s, QString(), signalsOf(*host).join(u'\n'));
+            context.compare(title + u", answered again"_s, QString(), signalsOf(*host).join(u'\n'));
         host->takeTrace();
 
         // The first answer twice in a row, the others once.
@@ -315,8 +300,8 @@ void checkDoubledAnswers(Trial &trial)
         for (const standin::SentCommand &command : next)
             host->answer(command, answeredIds(), u"-1"_s);
         if (next.size() == 2)
-            trial.compare(title + u", the first answered twice"_s, one.allSignals(),
-                          signalsOf(*host).join(u'\n'));
+            context.compare(title + u", the first answered twice"_s, one.allSignals(),
+                            signalsOf(*host).join(u'\n'));
         // Nothing of it may reach a request that comes after.
         const QList<standin::SentCommand> later = sendAgain(*host, one.steps);
         for (const standin::SentCommand &command : next)
@@ -324,21 +309,21 @@ void checkDoubledAnswers(Trial &trial)
         host->takeTrace();
         for (const standin::SentCommand &command : later)
             host->answer(command, answeredIds(), u"-1"_s);
-        trial.compare(title + u", after late answers to another"_s, one.allSignals(),
-                      signalsOf(*host).join(u'\n'));
-        answerEarlierRequestsAgain(trial, *host, one);
+        context.compare(title + u", after late answers to another"_s, one.allSignals(),
+                        signalsOf(*host).join(u'\n'));
+        answerEarlierRequestsAgain(context, *host, one);
     }
-    trial.summarize(u"every context answered twice and more often"_s);
+    context.summarize(u"every context answered twice and more often"_s);
 }
 
-void checkForeignContexts(Trial &trial)
+void checkForeignContexts(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     for (const Request &one : contextRequests) {
         const QList<standin::SentCommand> sent = sendAgain(*host, one.steps);
-        void *const context = sent.constFirst().context;
+        void *const foreign = sent.constFirst().context;
         for (const char *command :
              {"AddBookmark", "AddBookmarks", "DeleteBookmark", "DeleteBookmarks",
               "RemoveAllBookmarks", "UpdateBookmark", "QueryBookmarkForTimeline",
@@ -346,7 +331,7 @@ void checkForeignContexts(Trial &trial)
             if (sent.constFirst().command == QLatin1String(command))
                 continue;
             for (const char *code : {"0", "-1"})
-                host->answer(QLatin1String(command), answeredIds(), u"A"_s, context,
+                host->answer(QLatin1String(command), answeredIds(), u"A"_s, foreign,
                              QLatin1String(code));
             host->answer(QLatin1String(command), answeredIds(), u"A"_s, nullptr);
         }
@@ -355,15 +340,15 @@ void checkForeignContexts(Trial &trial)
         host->takeTrace();
         for (const standin::SentCommand &command : sent)
             host->answer(command, answeredIds(), u"-1"_s);
-        trial.compare(one.title() + u", answered at last"_s, one.allSignals(),
-                      signalsOf(*host).join(u'\n'));
+        context.compare(one.title() + u", answered at last"_s, one.allSignals(),
+                        signalsOf(*host).join(u'\n'));
     }
-    trial.summarize(u"contexts given back with every other command, and none"_s);
+    context.summarize(u"contexts given back with every other command, and none"_s);
 }
 
-void checkAnswersInside(Trial &trial)
+void checkAnswersInside(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     for (const Request &one : contextRequests) {
@@ -371,9 +356,9 @@ void checkAnswersInside(Trial &trial)
             host->setDefaultDelivery(Delivery::immediate().failing(u"-1"_s).times(copies));
             const QString title = one.title() + u", answered inside"_s;
             const QStringList ends = request(*host, one.steps).split(u'\n').filter(u"signal "_s);
-            trial.expect(!ends.isEmpty(), title, u"no signal"_s);
+            context.expect(!ends.isEmpty(), title, u"no signal"_s);
             if (copies == 1 && !ends.isEmpty() && !title.startsWith(u"delete"_s))
-                trial.compare(title, one.lastSignal(), ends.constLast());
+                context.compare(title, one.lastSignal(), ends.constLast());
         }
         // Some inside, some refused, some later.
         host->setDefaultDelivery(Delivery::held());
@@ -382,12 +367,12 @@ void checkAnswersInside(Trial &trial)
         request(*host, one.steps);
         host->framework.releaseAll();
     }
-    trial.summarize(u"answers from inside the send call, once and more often"_s);
+    context.summarize(u"answers from inside the send call, once and more often"_s);
 }
 
-void checkOrders(Trial &trial)
+void checkOrders(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     int orders = 0;
@@ -401,17 +386,17 @@ void checkOrders(Trial &trial)
             }
             const QStringList ends = signalsOf(*host);
             const qsizetype expected = one.allSignals().count(u'\n') + 1;
-            trial.expect(ends.size() == expected, u"%1 signals"_s.arg(expected),
-                         ends.join(u", "_s));
+            context.expect(ends.size() == expected, u"%1 signals"_s.arg(expected),
+                           ends.join(u", "_s));
             ++orders;
         } while (std::next_permutation(order.begin(), order.end()));
     }
-    trial.summarize(u"%1 orders of answers"_s.arg(orders));
+    context.summarize(u"%1 orders of answers"_s.arg(orders));
 }
 
-void checkDeadViewCells(Trial &trial)
+void checkDeadViewCells(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     const QVariant found = QVariantMap{{u"Bookmarks"_s, QVariantList{recordOf(u"x"_s)}}};
@@ -423,29 +408,27 @@ void checkDeadViewCells(Trial &trial)
     standin::SentCommand sent = query();
     host->play(u"removeTimelineModel('cell')"_s);
     host->answer(sent, found);
-    trial.compare(u"an answer to a closed view cell"_s, QString(), host->takeTrace().join(u'\n'));
+    context.compare(u"an answer to a closed view cell"_s, QString(), host->takeTrace().join(u'\n'));
     host->answer(sent, found);
 
     sent = query();
     host->play(u"removeTimelineModel('cell')\nshow cell l A"_s);
     host->answer(sent, found);
-    trial.compare(u"an answer to a view cell opened again"_s,
-                  u"timeline refillItems(x)\nsignal queryBookmarkForTimelineResponsed(true)"_s,
-                  host->takeTrace().join(u'\n'));
+    context.compare(u"an answer to a view cell opened again"_s,
+                    u"timeline refillItems(x)\nsignal queryBookmarkForTimelineResponsed(true)"_s,
+                    host->takeTrace().join(u'\n'));
 
     // QML or a test double may destroy what it was given.
     sent = query();
-    QVariant model;
-    host->call("getBookmarkModelForTimeline", {u"cell"_s}, &model);
-    const QPointer<QObject> timeline = model.value<QObject *>();
+    const QPointer<QObject> timeline = host->showCell(u"cell"_s, u"l"_s, u"A"_s);
     host->deleteObject();
-    trial.expect(!timeline, u"models to end with the object"_s, u"one that is still there"_s);
-    trial.summarize(u"answers for view cells that are closed, opened again, gone"_s);
+    context.expect(!timeline, u"models to end with the object"_s, u"one that is still there"_s);
+    context.summarize(u"answers for view cells that are closed, opened again, gone"_s);
 }
 
-void checkAfterDestruction(Trial &trial)
+void checkAfterDestruction(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     for (const Request &one : contextRequests) {
@@ -459,16 +442,16 @@ void checkAfterDestruction(Trial &trial)
                 host->answer(command, answeredIds(), again ? u"0"_s : u"-1"_s);
         }
         host->takeTrace();
-        trial.compare(u"an ordinary request afterwards"_s,
-                      u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n= bool true"_s,
-                      host->play(u"updateBookmark('b')"_s));
+        context.compare(u"an ordinary request afterwards"_s,
+                        u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n= bool true"_s,
+                        host->play(u"updateBookmark('b')"_s));
     }
-    trial.summarize(u"answers to an object that is gone reach the next one unharmed"_s);
+    context.summarize(u"answers to an object that is gone reach the next one unharmed"_s);
 }
 
-void checkNeverAnswered(Trial &trial)
+void checkNeverAnswered(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     for (int i = 0; i < 1000; ++i) {
@@ -476,18 +459,18 @@ void checkNeverAnswered(Trial &trial)
         host->framework.clearSent();
     }
     host->deleteObject();
-    trial.summarize(u"16000 requests without an answer, and the end"_s);
+    context.summarize(u"16000 requests without an answer, and the end"_s);
 }
 
-void checkTopologies(Trial &trial)
+void checkTopologies(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     const auto work = [&] {
         host->play(QLatin1String(program));
         const QList<standin::SentCommand> sent = host->framework.sent();
-        WillingServer server;
+        EchoServer server;
         for (const standin::SentCommand &command : sent)
             host->answer(command, server.execute(command.command, {}, {}).result);
     };
@@ -508,32 +491,33 @@ void checkTopologies(Trial &trial)
     work();
     mortal.reset();
     work();
-    trial.summarize(u"topology plug-ins that say anything, or end"_s);
+    context.summarize(u"topology plug-ins that say anything, or end"_s);
 }
 
-void checkForeignTopology(Trial &trial)
+void checkForeignTopology(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     ForeignTopology topology;
     host->framework.addPlugin(standin::Topology::pluginID(), &topology);
     const QtMessages quiet; // Qt tells of each call that fails
-    trial.compare(u"a query of all"_s, u"= bool false"_s, host->play(u"queryAllBookmarks()"_s));
-    trial.compare(u"a failed batch"_s, u"signal addBookmarksResponsed()"_s,
-                  host->play(u"addBookmarks([{'CameraID': '1'}], 1, 2, '', '', '')\nanswer 1 -1"_s)
-                      .section(u'\n', -1));
-    trial.summarize(u"a topology plug-in whose method is another one"_s);
+    context.compare(u"a query of all"_s, u"= bool false"_s, host->play(u"queryAllBookmarks()"_s));
+    context.compare(
+        u"a failed batch"_s, u"signal addBookmarksResponsed()"_s,
+        host->play(u"addBookmarks([{'CameraID': '1'}], 1, 2, '', '', '')\nanswer 1 -1"_s)
+            .section(u'\n', -1));
+    context.summarize(u"a topology plug-in whose method is another one"_s);
 }
 
-void checkKeptMemory(Trial &trial)
+void checkKeptMemory(CheckContext &context)
 {
     constexpr qint64 Count = 500;
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     if (!allocatedBytes()) {
-        trial.skip(u"allocated memory can't be told on this platform"_s);
+        context.skip(u"allocated memory can't be told on this platform"_s);
         return;
     }
     static constexpr const char *programs[] = {
@@ -541,7 +525,7 @@ void checkKeptMemory(Trial &trial)
         "addBookmarks([], 1, 2, '', '', '')",
         "refuse A\naddBookmarks([{'relayPath': 'A'}], 1, 2, '', '', '')",
         "grant\ndeleteBookmarks([{'relayPath': 'A'}])\nanswer 1 ok",
-        "reply QuerySettingPermission@ ok false\ndeleteBookmarks([{'relayPath': 'A'}])",
+        "answer QuerySettingPermission@ ok false\ndeleteBookmarks([{'relayPath': 'A'}])",
         "queryAllBookmarks()\nanswer 1 ok\nanswer 2 ok\nanswer 3 -1",
         "queryAllBookmarks()\nqueryAllBookmarks()\nanswer 1 ok\nanswer 2 ok\nanswer 3 -1\nanswer 4 ok\nanswer 5 ok\nanswer 6 -1",
         "refuse A B C\nqueryAllBookmarks()",
@@ -564,22 +548,22 @@ void checkKeptMemory(Trial &trial)
         const qint64 before = repeat();
         const qint64 grown = repeat() - before;
         // The least context is an allocation of its own.
-        trial.expect(grown < Count * 16, u"nothing kept"_s,
-                     u"%1 bytes after %2 times %3"_s.arg(grown).arg(Count).arg(
-                         QString::fromLatin1(steps).simplified()));
+        context.expect(grown < Count * 16, u"nothing kept"_s,
+                       u"%1 bytes after %2 times %3"_s.arg(grown).arg(Count).arg(
+                           QString::fromLatin1(steps).simplified()));
     }
-    trial.summarize(u"requests that came to their end leave nothing behind"_s);
+    context.summarize(u"requests that came to their end leave nothing behind"_s);
 }
 
-void checkRandomCalls(Trial &trial)
+void checkRandomCalls(CheckContext &context)
 {
     constexpr int Rounds = 300;
     constexpr int Steps = 60;
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
-    QRandomGenerator random(trial.seed());
-    WillingServer server;
+    QRandomGenerator random(context.seed());
+    EchoServer server;
     host->framework.setServer(&server);
     const Delivery deliveries[] = {Delivery::immediate(), Delivery::held(), Delivery::refused(),
                                    Delivery::never(), Delivery::immediate().times(2)};
@@ -599,10 +583,10 @@ void checkRandomCalls(Trial &trial)
     host->framework.setServer(nullptr);
     host->setDefaultDelivery(Delivery::queued());
     host->renewObject();
-    trial.compare(u"an ordinary request afterwards"_s,
-                  u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n= bool true"_s,
-                  host->play(u"updateBookmark('b')"_s));
-    trial.summarize(u"%1 steps from seed %2"_s.arg(Rounds * Steps).arg(trial.seed()));
+    context.compare(u"an ordinary request afterwards"_s,
+                    u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n= bool true"_s,
+                    host->play(u"updateBookmark('b')"_s));
+    context.summarize(u"%1 steps from seed %2"_s.arg(Rounds * Steps).arg(context.seed()));
 }
 
 } // namespace

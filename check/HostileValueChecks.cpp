@@ -1,7 +1,8 @@
 #include "Checks.h"
 #include "Describe.h"
-#include "Host.h"
 #include "HostileValues.h"
+#include "LoggingHost.h"
+#include "MethodCall.h"
 
 #include <QtCore/QMetaMethod>
 
@@ -47,12 +48,12 @@ constexpr Command commands[] = {
 };
 
 /// A host whose plug-in has a view cell and the permission, and shows what it has at any time.
-class ToughHost
+class RobustnessHost
 {
 public:
-    explicit ToughHost(Trial &trial)
-        : m_trial(trial)
-        , m_host(trial)
+    explicit RobustnessHost(CheckContext &context)
+        : m_trial(context)
+        , m_host(context)
     {
         if (m_host)
             m_host->play(u"grant\nshow cell l A"_s);
@@ -101,7 +102,7 @@ public:
     }
 
 private:
-    Trial &m_trial;
+    CheckContext &m_trial;
     LoggingHost m_host;
 };
 
@@ -127,9 +128,9 @@ QVariantList ordinaryArguments(const QMetaMethod &method)
     return arguments;
 }
 
-void checkArguments(Trial &trial)
+void checkArguments(CheckContext &context)
 {
-    ToughHost host(trial);
+    RobustnessHost host(context);
     if (!host)
         return;
     const QMetaObject *const meta = host->object()->metaObject();
@@ -143,7 +144,7 @@ void checkArguments(Trial &trial)
             for (const QVariant &value : values) {
                 QVariantList arguments = ordinaryArguments(method);
                 arguments[parameter] = value;
-                host->callMethod(method, arguments);
+                driver::callMethod(*host->object(), method, arguments);
                 host->takeTrace();
                 host->framework.clearSent();
                 ++calls;
@@ -151,12 +152,12 @@ void checkArguments(Trial &trial)
         }
         host.expectHealth(QString::fromLatin1(method.name()));
     }
-    trial.summarize(u"%1 calls"_s.arg(calls));
+    context.summarize(u"%1 calls"_s.arg(calls));
 }
 
-void checkMapsInArguments(Trial &trial)
+void checkMapsInArguments(CheckContext &context)
 {
-    ToughHost host(trial);
+    RobustnessHost host(context);
     if (!host)
         return;
     int calls = 0;
@@ -176,12 +177,12 @@ void checkMapsInArguments(Trial &trial)
         host->takeTrace();
     }
     host.expectHealth(u"hostile batches and filters"_s);
-    trial.summarize(u"%1 calls"_s.arg(calls));
+    context.summarize(u"%1 calls"_s.arg(calls));
 }
 
-void checkAnswers(Trial &trial)
+void checkAnswers(CheckContext &context)
 {
-    ToughHost host(trial);
+    RobustnessHost host(context);
     if (!host)
         return;
     int answers = 0;
@@ -194,7 +195,7 @@ void checkAnswers(Trial &trial)
         }
         host.expectHealth(QLatin1String(command.name));
     }
-    trial.summarize(u"%1 answers"_s.arg(answers));
+    context.summarize(u"%1 answers"_s.arg(answers));
 }
 
 /// The ways in which an answer can carry a record.
@@ -207,9 +208,9 @@ QVariant wrapped(const QString &command, const QVariant &record)
     return QVariantList{record, record};
 }
 
-void checkRecords(Trial &trial)
+void checkRecords(CheckContext &context)
 {
-    ToughHost host(trial);
+    RobustnessHost host(context);
     if (!host)
         return;
     const QVariantMap ordinary = serverRecord(u"b"_s, u"1"_s, u"l"_s, 1, 2, u"d"_s, u"c"_s, u"g"_s);
@@ -232,12 +233,12 @@ void checkRecords(Trial &trial)
         }
         host.expectHealth(u"records of "_s + name);
     }
-    trial.summarize(u"%1 records"_s.arg(records));
+    context.summarize(u"%1 records"_s.arg(records));
 }
 
-void checkTexts(Trial &trial)
+void checkTexts(CheckContext &context)
 {
-    ToughHost host(trial);
+    RobustnessHost host(context);
     if (!host)
         return;
     // Names, codes and relay paths are texts whatever the host does.
@@ -258,14 +259,14 @@ void checkTexts(Trial &trial)
         host->takeTrace();
     }
     host.expectHealth(u"hostile texts"_s);
-    trial.summarize(u"names, codes and relay paths of every kind"_s);
+    context.summarize(u"names, codes and relay paths of every kind"_s);
 }
 
-void checkLargeLists(Trial &trial)
+void checkLargeLists(CheckContext &context)
 {
     constexpr int Million = 1000000;
     constexpr int Many = 50000; // where a record is kept for each
-    ToughHost host(trial);
+    RobustnessHost host(context);
     if (!host)
         return;
     const QVariantList nothing(Million);
@@ -285,7 +286,7 @@ void checkLargeLists(Trial &trial)
         host->takeTrace();
     }
     host.expectHealth(u"lists of a million"_s);
-    trial.summarize(u"lists of a million in answers and arguments"_s);
+    context.summarize(u"lists of a million in answers and arguments"_s);
 }
 
 } // namespace

@@ -1,10 +1,11 @@
 #include "Checks.h"
 #include "Describe.h"
-#include "Host.h"
+#include "LoggingHost.h"
 #include "ProcessProbe.h"
-#include "framework/KeepingFramework.h"
+#include "framework/RetainingFramework.h"
 
 #include <QtCore/QAbstractItemModel>
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDir>
 #include <QtCore/QDirIterator>
 
@@ -12,6 +13,7 @@
 
 namespace check {
 
+using namespace driver;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -59,11 +61,11 @@ void answerAll(Host &host)
 }
 
 /// Runs a day of work on a library that is loaded for it; false when it could not be loaded.
-bool workOnce(Trial &trial)
+bool workOnce(CheckContext &context)
 {
-    Host host(trial.library());
+    Host host(context.library());
     if (!host.error().isEmpty()) {
-        trial.fail(u"expected a plug-in, found: "_s + host.error());
+        context.fail(u"expected a plug-in, found: "_s + host.error());
         return false;
     }
     host.play(QLatin1String(dayOfWork));
@@ -72,40 +74,40 @@ bool workOnce(Trial &trial)
     return true;
 }
 
-void checkLoad(Trial &trial)
+void checkLoad(CheckContext &context)
 {
-    const LoadedPlugin plugin(trial.library());
-    trial.expect(plugin.error().isEmpty(), u"a plug-in"_s, plugin.error());
-    trial.summarize(u"loaded by Qt's plug-in loader"_s);
+    const LoadedPlugin plugin(context.library());
+    context.expect(plugin.error().isEmpty(), u"a plug-in"_s, plugin.error());
+    context.summarize(u"loaded by Qt's plug-in loader"_s);
 }
 
-void checkOneObject(Trial &trial)
+void checkOneObject(CheckContext &context)
 {
-    LoadedPlugin plugin(trial.library());
-    if (!trial.expect(plugin.error().isEmpty(), u"a plug-in"_s, plugin.error()))
+    LoadedPlugin plugin(context.library());
+    if (!context.expect(plugin.error().isEmpty(), u"a plug-in"_s, plugin.error()))
         return;
     const QPointer<QObject> first = plugin.object();
-    if (!trial.expect(first, u"an object"_s, u"none"_s))
+    if (!context.expect(first, u"an object"_s, u"none"_s))
         return;
-    trial.expect(plugin.object() == first, u"the same object again"_s, u"another"_s);
-    trial.expect(!first->parent(), u"an object without a parent"_s, u"a parent"_s);
+    context.expect(plugin.object() == first, u"the same object again"_s, u"another"_s);
+    context.expect(!first->parent(), u"an object without a parent"_s, u"a parent"_s);
     {
-        LoadedPlugin second(trial.library());
-        trial.expect(second.object() == first, u"the same object from a second loader"_s,
-                     u"another"_s);
+        LoadedPlugin second(context.library());
+        context.expect(second.object() == first, u"the same object from a second loader"_s,
+                       u"another"_s);
     }
-    trial.expect(first, u"the object to outlive the second loader"_s, u"its end"_s);
+    context.expect(first, u"the object to outlive the second loader"_s, u"its end"_s);
     delete first;
     const QPointer<QObject> next = plugin.object();
-    trial.expect(next, u"a new object after the first was deleted"_s, u"none"_s);
+    context.expect(next, u"a new object after the first was deleted"_s, u"none"_s);
     auto *const base = qobject_cast<PluginBase *>(next.data());
-    trial.expect(base && base->name.isEmpty() && base->pluginID.isEmpty(),
-                 u"a new object without name and ID"_s, u"something else"_s);
+    context.expect(base && base->name.isEmpty() && base->pluginID.isEmpty(),
+                   u"a new object without name and ID"_s, u"something else"_s);
     delete next;
-    trial.summarize(u"one object, made again after its end, shared by two loaders"_s);
+    context.summarize(u"one object, made again after its end, shared by two loaders"_s);
 }
 
-void checkUnloadCycles(Trial &trial)
+void checkUnloadCycles(CheckContext &context)
 {
     constexpr qint64 WarmUp = 20;
     constexpr qint64 Cycles = 200;
@@ -113,24 +115,24 @@ void checkUnloadCycles(Trial &trial)
     for (qint64 i = 0; i < WarmUp + Cycles; ++i) {
         if (i == WarmUp)
             before = allocatedBytes().value_or(0);
-        if (!workOnce(trial))
+        if (!workOnce(context))
             return;
-        if (!trial.expect(!isInMemory(trial.library()), u"the library to leave the process"_s,
-                          u"it still in memory after unloading"_s))
+        if (!context.expect(!isInMemory(context.library()), u"the library to leave the process"_s,
+                            u"it still in memory after unloading"_s))
             return;
     }
     const qint64 grown = allocatedBytes().value_or(0) - before;
     // A library that keeps anything for each cycle keeps at least a pointer.
-    trial.expect(grown < Cycles * 8, u"no growth"_s,
-                 u"%1 bytes more after %2 cycles"_s.arg(grown).arg(Cycles));
-    trial.summarize(
+    context.expect(grown < Cycles * 8, u"no growth"_s,
+                   u"%1 bytes more after %2 cycles"_s.arg(grown).arg(Cycles));
+    context.summarize(
         u"%1 times loaded, used and unloaded, %2 bytes more"_s.arg(WarmUp + Cycles).arg(grown));
 }
 
-QVariantList keptOfWork(Trial &trial)
+QVariantList keptOfWork(CheckContext &context)
 {
-    standin::KeepingFramework framework;
-    Host host(trial.library());
+    standin::RetainingFramework framework;
+    Host host(context.library());
     if (!host.error().isEmpty())
         return {};
     framework.topology = &host.topology;
@@ -155,47 +157,47 @@ QVariantList keptOfWork(Trial &trial)
     return framework.kept + kept;
 }
 
-void checkValuesOutliveTheLibrary(Trial &trial)
+void checkValuesOutliveTheLibrary(CheckContext &context)
 {
     QString before;
     QVariantList kept;
     {
-        LoadedPlugin stays(trial.library());
-        kept = keptOfWork(trial);
+        LoadedPlugin stays(context.library());
+        kept = keptOfWork(context);
         before = describe(kept);
     }
-    if (!trial.expect(!kept.isEmpty(), u"values from the plug-in"_s, u"none"_s))
+    if (!context.expect(!kept.isEmpty(), u"values from the plug-in"_s, u"none"_s))
         return;
-    if (isInMemory(trial.library())) {
-        trial.fail(u"expected the library to leave the process, found it still in memory"_s);
+    if (isInMemory(context.library())) {
+        context.fail(u"expected the library to leave the process, found it still in memory"_s);
         return;
     }
-    trial.compare(u"values after the unload"_s, before, describe(kept));
-    trial.summarize(u"%1 values read after the library was gone"_s.arg(kept.size()));
+    context.compare(u"values after the unload"_s, before, describe(kept));
+    context.summarize(u"%1 values read after the library was gone"_s.arg(kept.size()));
 }
 
-void checkExitWithoutUnload(Trial &trial)
+void checkExitWithoutUnload(CheckContext &context)
 {
     // Left to the end of the process: the loader, the object, its lists and its contexts.
-    auto *const plugin = new LoadedPlugin(trial.library());
-    if (!trial.expect(plugin->error().isEmpty(), u"a plug-in"_s, plugin->error()))
+    auto *const plugin = new LoadedPlugin(context.library());
+    if (!context.expect(plugin->error().isEmpty(), u"a plug-in"_s, plugin->error()))
         return;
     static standin::Framework framework;
     auto *const base = qobject_cast<PluginBase *>(plugin->object());
-    if (!trial.expect(base, u"an object of the host's interface"_s, u"none"_s))
+    if (!context.expect(base, u"an object of the host's interface"_s, u"none"_s))
         return;
     base->InitialPluginBase(nullptr, nullptr, &framework);
     base->PluginServerConnected();
     QMetaObject::invokeMethod(base, "queryAllBookmarks");
     QMetaObject::invokeMethod(base, "setTimelineBoundary", Q_ARG(qlonglong, 1), Q_ARG(qlonglong, 2),
                               Q_ARG(QString, u"cell"_s));
-    trial.summarize(u"the process ends with the object alive"_s);
+    context.summarize(u"the process ends with the object alive"_s);
 }
 
-void checkExitAfterUnload(Trial &trial)
+void checkExitAfterUnload(CheckContext &context)
 {
-    if (workOnce(trial))
-        trial.summarize(u"the process ends after the library was unloaded"_s);
+    if (workOnce(context))
+        context.summarize(u"the process ends after the library was unloaded"_s);
 }
 
 QStringList filesIn(const QString &folder)
@@ -209,10 +211,10 @@ QStringList filesIn(const QString &folder)
     return files;
 }
 
-void checkThreadsAndFiles(Trial &trial)
+void checkThreadsAndFiles(CheckContext &context)
 {
     if (!threadCount() || !openFiles()) {
-        trial.skip(u"threads or open files can't be listed on this platform"_s);
+        context.skip(u"threads or open files can't be listed on this platform"_s);
         return;
     }
     // The folder is the check's own and serves as home and for temporary files as well.
@@ -220,26 +222,26 @@ void checkThreadsAndFiles(Trial &trial)
     const QStringList open = openFiles().value_or(QStringList());
     const int threads = *threadCount();
     {
-        Host host(trial.library());
-        if (!trial.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
+        Host host(context.library());
+        if (!context.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
             return;
         host.play(QLatin1String(dayOfWork));
         answerAll(host);
-        trial.expect(threadCount() == threads, u"no thread of its own"_s,
-                     u"%1 threads instead of %2"_s.arg(*threadCount()).arg(threads));
-        trial.compare(u"open files"_s, open.join(u'\n'), openFiles()->join(u'\n'));
+        context.expect(threadCount() == threads, u"no thread of its own"_s,
+                       u"%1 threads instead of %2"_s.arg(*threadCount()).arg(threads));
+        context.compare(u"open files"_s, open.join(u'\n'), openFiles()->join(u'\n'));
     }
-    trial.compare(u"open files after unloading"_s, open.join(u'\n'), openFiles()->join(u'\n'));
-    trial.compare(u"files in the working, home and temporary folder"_s, written.join(u'\n'),
-                  filesIn(QDir::currentPath()).join(u'\n'));
-    trial.summarize(u"no thread, no open file, no file written"_s);
+    context.compare(u"open files after unloading"_s, open.join(u'\n'), openFiles()->join(u'\n'));
+    context.compare(u"files in the working, home and temporary folder"_s, written.join(u'\n'),
+                    filesIn(QDir::currentPath()).join(u'\n'));
+    context.summarize(u"no thread, no open file, no file written"_s);
 }
 
-void checkSilence(Trial &trial)
+void checkSilence(CheckContext &context)
 {
     // What is judged is the output of this process, by the one that started it.
-    if (workOnce(trial))
-        trial.summarize(u"nothing on standard output and error"_s);
+    if (workOnce(context))
+        context.summarize(u"nothing on standard output and error"_s);
 }
 
 // ---- The logging library ----
@@ -249,22 +251,21 @@ constexpr QLatin1String badRequest("addBookmark('', '', '', 1, 2, '', '', '')");
 constexpr QLatin1String
     badRequestLine("log Tessaline_Req: %s, Location ID is empty <Tessaline::addBookmark>");
 
-QString traceWith(LogProbe::Missing missing, Trial &trial, QStringList *registrations)
+QString traceWith(LogProbe::Missing missing, CheckContext &context, QStringList *registrations)
 {
     LogProbe log(missing);
     if (!log.error().isEmpty()) {
-        trial.warn(u"the logging library is not there: "_s + log.error());
+        context.warn(u"the logging library is not there: "_s + log.error());
         return {};
     }
-    Host host(trial.library());
-    if (!trial.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
+    Host host(context.library(), Host::Initialised, &log);
+    if (!context.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
         return {};
-    log.onLine = [&](const QString &line) { host.note(line); };
     *registrations = log.registrations();
     return host.play(badRequest);
 }
 
-void checkLogFunctionsMissing(Trial &trial)
+void checkLogFunctionsMissing(CheckContext &context)
 {
     using Missing = LogProbe::Missing;
     struct Row
@@ -283,72 +284,74 @@ void checkLogFunctionsMissing(Trial &trial)
     };
     for (const Row &row : rows) {
         QStringList registrations;
-        const QString trace = traceWith(row.missing, trial, &registrations);
+        const QString trace = traceWith(row.missing, context, &registrations);
         const QString title = QLatin1String(row.what);
-        trial.compare(
+        context.compare(
             title, (row.writes ? QString(badRequestLine) + u'\n' : QString()) + u"= bool false"_s,
             trace);
-        trial.compare(title + u", registration"_s,
-                      row.registrations ? u"19 Tessaline"_s : QString(),
-                      registrations.join(u", "_s));
+        context.compare(title + u", registration"_s,
+                        row.registrations ? u"19 Tessaline"_s : QString(),
+                        registrations.join(u", "_s));
     }
-    trial.summarize(u"works with each function of the logging library missing"_s);
+    context.summarize(u"works with each function of the logging library missing"_s);
 }
 
-void checkLogRefused(Trial &trial)
+void checkLogRefused(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     host.log().refuseLines(true);
-    trial.compare(u"refused"_s, u"= bool false"_s, host->play(badRequest));
-    trial.expect(host.log().checks() == 1, u"one question whether the line is wanted"_s,
-                 QString::number(host.log().checks()));
+    context.compare(u"refused"_s, u"= bool false"_s, host->play(badRequest));
+    context.expect(host.log().checks() == 1, u"one question whether the line is wanted"_s,
+                   QString::number(host.log().checks()));
     host.log().refuseLines(false);
-    trial.compare(u"wanted again"_s, QString(badRequestLine) + u"\n= bool false"_s,
-                  host->play(badRequest));
-    trial.summarize(u"asks before each line and keeps to the answer"_s);
+    context.compare(u"wanted again"_s, QString(badRequestLine) + u"\n= bool false"_s,
+                    host->play(badRequest));
+    context.summarize(u"asks before each line and keeps to the answer"_s);
 }
 
-void checkLogAbsent(Trial &trial)
+void checkLogAbsent(CheckContext &context)
 {
-    Host host(trial.library());
-    if (!trial.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
+    Host host(context.library());
+    if (!context.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
         return;
     const QString name = LogProbe::libraryPath().section(u'/', -1);
     if (isInMemory(LogProbe::loaderName())) {
-        trial.skip(name + u" is on the search path of this process"_s);
+        context.skip(name + u" is on the search path of this process"_s);
         return;
     }
-    trial.compare(u"without the logging library"_s, u"= bool false"_s, host.play(badRequest));
+    context.compare(u"without the logging library"_s, u"= bool false"_s, host.play(badRequest));
     host.play(QLatin1String(dayOfWork));
     answerAll(host);
-    trial.summarize(u"works without "_s + name);
+    context.summarize(u"works without "_s + name);
 }
 
 /// Works with a logging library that lacks something from the start.
-void workWithLackingLog(Trial &trial, const QString &kind, const QString &lack)
+/// @param folder of the library, beside this program
+void workWithLackingLog(CheckContext &context, const QString &folder, const QString &lack)
 {
-    QLibrary library(LogProbe::lackingLibraryPath(kind));
+    QLibrary library(QCoreApplication::applicationDirPath() + u'/' + folder + u'/' +
+                     LogProbe::loaderName());
     if (!library.load()) {
-        trial.warn(u"the stand-in without %1 is not there: "_s.arg(lack) + library.errorString());
+        context.warn(u"the stand-in without %1 is not there: "_s.arg(lack) + library.errorString());
         return;
     }
-    Host host(trial.library());
-    if (!trial.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
+    Host host(context.library());
+    if (!context.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
         return;
-    trial.compare(u"without "_s + lack, u"= bool false"_s, host.play(badRequest));
-    trial.summarize(u"works with a logging library without "_s + lack);
+    context.compare(u"without "_s + lack, u"= bool false"_s, host.play(badRequest));
+    context.summarize(u"works with a logging library without "_s + lack);
 }
 
-void checkLogHollow(Trial &trial)
+void checkLogWithoutEntryPoint(CheckContext &context)
 {
-    workWithLackingLog(trial, u"hollow"_s, u"an entry point"_s);
+    workWithLackingLog(context, u"log_without_entry_point"_s, u"an entry point"_s);
 }
 
-void checkLogEmpty(Trial &trial)
+void checkLogWithoutObject(CheckContext &context)
 {
-    workWithLackingLog(trial, u"empty"_s, u"a log object"_s);
+    workWithLackingLog(context, u"log_without_object"_s, u"a log object"_s);
 }
 
 } // namespace
@@ -374,8 +377,10 @@ std::vector<Check> lifeChecks()
          checkLogFunctionsMissing},
         {"2.log-refused", "It writes only lines that the log wants", checkLogRefused},
         {"2.log-absent", "It works without the logging library", checkLogAbsent},
-        {"2.log-hollow", "It works with a logging library that has no entry point", checkLogHollow},
-        {"2.log-empty", "It works with a logging library that gives no log object", checkLogEmpty},
+        {"2.log-without-entry-point", "It works with a logging library that has no entry point",
+         checkLogWithoutEntryPoint},
+        {"2.log-without-object", "It works with a logging library that gives no log object",
+         checkLogWithoutObject},
     };
 }
 

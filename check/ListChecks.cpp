@@ -1,5 +1,5 @@
 #include "Checks.h"
-#include "Host.h"
+#include "LoggingHost.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
@@ -66,13 +66,12 @@ bool comesBefore(const QVariant &left, const QVariant &right)
 
 QVariantMap pageOf(Host &host, const QVariantMap &filter)
 {
-    QVariant page;
-    host.call("getFilteredBookmarkList", {filter}, &page);
-    return page.toMap();
+    return host.call("getFilteredBookmarkList", {filter}).toMap();
 }
 
 /// The records of a page in their order; groups must be titled by their records' field.
-QList<QVariantMap> recordsOf(Trial &trial, const QVariantMap &page, const QString &groupKey)
+QList<QVariantMap> recordsOf(CheckContext &context, const QVariantMap &page,
+                             const QString &groupKey)
 {
     QList<QVariantMap> records;
     QStringList titles;
@@ -80,14 +79,15 @@ QList<QVariantMap> recordsOf(Trial &trial, const QVariantMap &page, const QStrin
     for (const QVariant &element : groups) {
         const QVariantMap group = element.toMap();
         const QStringList keys = group.keys();
-        trial.compare(u"keys of a group"_s, u"bookmarkList title"_s, keys.join(u' '));
+        context.compare(u"keys of a group"_s, u"bookmarkList title"_s, keys.join(u' '));
         const QString title = textOf(group, u"title"_s);
-        trial.expect(!titles.contains(title), u"one group for each title"_s, u"two of "_s + title);
+        context.expect(!titles.contains(title), u"one group for each title"_s,
+                       u"two of "_s + title);
         titles.append(title);
         const QVariantList list = group.value(u"bookmarkList"_s).toList();
         for (const QVariant &record : list) {
             const QString field = groupKey == u"displayTimeRange" ? u"displayDate"_s : groupKey;
-            trial.compare(u"title by "_s + groupKey, title, textOf(record.toMap(), field));
+            context.compare(u"title by "_s + groupKey, title, textOf(record.toMap(), field));
             records.append(record.toMap());
         }
     }
@@ -96,7 +96,7 @@ QList<QVariantMap> recordsOf(Trial &trial, const QVariantMap &page, const QStrin
 
 /// Compares one answer with the model. Records of equal rank may come in any order: so ranks are
 /// compared place by place, and the records themselves as a set when all are on the page.
-void judge(Trial &trial, const QVariantList &stored, const QVariantMap &filter,
+void judge(CheckContext &context, const QVariantList &stored, const QVariantMap &filter,
            const QVariantMap &page)
 {
     const QString key = textOf(filter, u"groupKey"_s);
@@ -115,27 +115,27 @@ void judge(Trial &trial, const QVariantList &stored, const QVariantMap &filter,
     });
 
     const QVariant total = page.value(u"totalBookmarkNumber"_s);
-    trial.compare(u"totalBookmarkNumber"_s, u"qlonglong %1"_s.arg(expected.size()),
-                  QLatin1String(total.typeName()) + u' ' + total.toString());
+    context.compare(u"totalBookmarkNumber"_s, u"qlonglong %1"_s.arg(expected.size()),
+                    QLatin1String(total.typeName()) + u' ' + total.toString());
     constexpr qsizetype PageSize = 50;
     const qsizetype pages = (expected.size() + PageSize - 1) / PageSize;
     const qsizetype asked = filter.value(u"pageNumber"_s).toInt();
     const QList<QVariant> slice = ranks.mid(PageSize * (asked >= pages ? 0 : asked), PageSize);
 
-    const QList<QVariantMap> records = recordsOf(trial, page, key);
+    const QList<QVariantMap> records = recordsOf(context, page, key);
     QStringList found;
-    trial.compare(u"records on the page"_s, QString::number(slice.size()),
-                  QString::number(records.size()));
+    context.compare(u"records on the page"_s, QString::number(slice.size()),
+                    QString::number(records.size()));
     // Groups gather equal titles, which for a key of dates are equal ranks as well.
     for (qsizetype i = 0; i < records.size(); ++i) {
         found.append(textOf(records.at(i), u"bookmarkID"_s));
-        trial.compare(u"place %1 by %2"_s.arg(i).arg(key), slice.value(i).toString(),
-                      rankOf(records.at(i), key).toString());
+        context.compare(u"place %1 by %2"_s.arg(i).arg(key), slice.value(i).toString(),
+                        rankOf(records.at(i), key).toString());
     }
     expected.sort();
     found.sort();
     if (pages <= 1)
-        trial.compare(u"what passes the filter"_s, expected.join(u' '), found.join(u' '));
+        context.compare(u"what passes the filter"_s, expected.join(u' '), found.join(u' '));
 }
 
 constexpr qint64 Day = 86400000;
@@ -170,12 +170,12 @@ QVariantMap everything()
             {u"ascending"_s, true}};
 }
 
-void checkFilters(Trial &trial)
+void checkFilters(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
-    QRandomGenerator random(trial.seed());
+    QRandomGenerator random(context.seed());
     const QVariantList stored = fill(*host, 15, random);
     struct Row
     {
@@ -217,23 +217,23 @@ void checkFilters(Trial &trial)
         filter.insert(QLatin1String(row.key), row.value);
         if (!row.value.isValid())
             filter.remove(QLatin1String(row.key));
-        judge(trial, stored, filter, pageOf(*host, filter));
+        judge(context, stored, filter, pageOf(*host, filter));
     }
     // The ends belong to the range.
     const QVariant start = stored.value(0).toMap().value(u"startTimestamp"_s);
     QVariantMap exact = everything();
     exact.insert({{u"startTimestamp"_s, start}, {u"endTimestamp"_s, start}});
-    judge(trial, stored, exact, pageOf(*host, exact));
-    judge(trial, stored, {}, pageOf(*host, {}));
-    trial.summarize(u"%1 filters on %2 bookmarks"_s.arg(std::size(rows) + 2).arg(stored.size()));
+    judge(context, stored, exact, pageOf(*host, exact));
+    judge(context, stored, {}, pageOf(*host, {}));
+    context.summarize(u"%1 filters on %2 bookmarks"_s.arg(std::size(rows) + 2).arg(stored.size()));
 }
 
-void checkSorting(Trial &trial)
+void checkSorting(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
-    QRandomGenerator random(trial.seed());
+    QRandomGenerator random(context.seed());
     const QVariantList stored = fill(*host, 16, random);
     for (const char *key : {"displayDate", "displayTimeRange", "startTimestamp", "bookmarkID",
                             "description", "creator", "group", "cameraName", "locID", "nothing"}) {
@@ -241,18 +241,18 @@ void checkSorting(Trial &trial)
             QVariantMap filter = everything();
             filter.insert(u"groupKey"_s, QLatin1String(key));
             filter.insert(u"ascending"_s, ascending);
-            judge(trial, stored, filter, pageOf(*host, filter));
+            judge(context, stored, filter, pageOf(*host, filter));
         }
     }
-    trial.summarize(u"10 keys, both directions"_s);
+    context.summarize(u"10 keys, both directions"_s);
 }
 
-void checkPages(Trial &trial)
+void checkPages(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
-    QRandomGenerator random(trial.seed());
+    QRandomGenerator random(context.seed());
     const QVariantList stored = fill(*host, 40, random);
     // As many groups as bookmarks, and a few large ones: a page is measured in bookmarks.
     for (const char *key : {"bookmarkID", "creator"}) {
@@ -260,23 +260,23 @@ void checkPages(Trial &trial)
             QVariantMap filter = everything();
             filter.insert(u"groupKey"_s, QLatin1String(key));
             filter.insert(u"pageNumber"_s, number);
-            judge(trial, stored, filter, pageOf(*host, filter));
+            judge(context, stored, filter, pageOf(*host, filter));
         }
     }
     host->renewObject();
-    judge(trial, {}, everything(), pageOf(*host, everything()));
-    trial.summarize(u"120 bookmarks on pages of 50, and none"_s);
+    judge(context, {}, everything(), pageOf(*host, everything()));
+    context.summarize(u"120 bookmarks on pages of 50, and none"_s);
 }
 
-void checkNodeList(Trial &trial)
+void checkNodeList(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     host->play(
         u"queryAllBookmarks()\nanswer 1 ok {'Bookmarks': [{'BookmarkID': 'b2', 'CameraID': '1', "
         "'StartTimestamp': 5}, {'BookmarkID': 'b0'}, {'BookmarkID': 'b1', 'CameraID': '1', "
-        "'StartTimestamp': 1000}]}\nreply QueryBookmarkForRecent@ ok {'Bookmarks': ["
+        "'StartTimestamp': 1000}]}\nanswer QueryBookmarkForRecent@ ok {'Bookmarks': ["
         "{'BookmarkID': 'r1000', 'StartTimestamp': 1000}, {'BookmarkID': 'r5', "
         "'StartTimestamp': 5}, {'BookmarkID': 'r999', 'StartTimestamp': 999}]}"_s);
     const auto identifiersOf = [&](const QString &call) {
@@ -287,14 +287,14 @@ void checkNodeList(Trial &trial)
         return identifiers.join(u' ');
     };
     const QString recent = u"getBookmarkListForRecent()"_s;
-    trial.compare(u"recent as received"_s, u"r1000 r5 r999"_s, identifiersOf(recent));
-    trial.compare(u"of one camera, as stored"_s, u"b2 b1"_s,
-                  identifiersOf(u"getBookmarkListByNodeID('A/1')"_s));
-    trial.compare(u"recent, newest first by the number's text"_s, u"r999 r5 r1000"_s,
-                  identifiersOf(recent));
-    trial.compare(u"of no camera"_s, QString(), identifiersOf(u"getBookmarkListByNodeID('A')"_s));
-    trial.compare(u"of all"_s, u"b2 b0 b1"_s, identifiersOf(u"getBookmarkListByNodeID('')"_s));
-    trial.summarize(u"one camera's list, and the order it gives the recent ones"_s);
+    context.compare(u"recent as received"_s, u"r1000 r5 r999"_s, identifiersOf(recent));
+    context.compare(u"of one camera, as stored"_s, u"b2 b1"_s,
+                    identifiersOf(u"getBookmarkListByNodeID('A/1')"_s));
+    context.compare(u"recent, newest first by the number's text"_s, u"r999 r5 r1000"_s,
+                    identifiersOf(recent));
+    context.compare(u"of no camera"_s, QString(), identifiersOf(u"getBookmarkListByNodeID('A')"_s));
+    context.compare(u"of all"_s, u"b2 b0 b1"_s, identifiersOf(u"getBookmarkListByNodeID('')"_s));
+    context.summarize(u"one camera's list, and the order it gives the recent ones"_s);
 }
 
 } // namespace

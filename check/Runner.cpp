@@ -1,10 +1,10 @@
 #include "Runner.h"
 
+#include "Breadcrumbs.h"
+#include "CheckContext.h"
 #include "Checks.h"
-#include "Footprints.h"
 #include "ProcessProbe.h"
 #include "QtMessages.h"
-#include "Trial.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>
@@ -16,6 +16,8 @@
 #include <algorithm>
 
 namespace check {
+
+using namespace driver;
 
 namespace {
 
@@ -34,7 +36,7 @@ QStringList lastLines(const QByteArray &output)
     return lines.mid(std::max<qsizetype>(0, lines.size() - 5));
 }
 
-QString footprintsFor(const QString &resultFile)
+QString breadcrumbsFor(const QString &resultFile)
 {
     return resultFile + QStringLiteral(".steps");
 }
@@ -108,15 +110,15 @@ Result runHere(const Check &check, const Options &options)
 {
     QElapsedTimer timer;
     timer.start();
-    Trial trial(options.library, options.seed);
+    CheckContext context(options.library, options.seed);
     {
         const QtMessages messages;
-        check.run(trial);
+        check.run(context);
         for (const QString &message : messages.warnings())
-            trial.warn(QStringLiteral("Qt warned: ") + message);
+            context.warn(QStringLiteral("Qt warned: ") + message);
     }
-    Result result = trial.result();
-    result.name = QLatin1String(check.name);
+    Result result = context.result();
+    result.name = QString::fromLatin1(check.name);
     result.level = check.level();
     result.milliseconds = timer.elapsed();
     return result;
@@ -133,16 +135,16 @@ Result runInChild(const Check &check, const Options &options)
     child.setWorkingDirectory(folder.path());
     child.setProcessEnvironment(childEnvironment(folder.path()));
     child.start(QCoreApplication::applicationFilePath(),
-                {options.library, QStringLiteral("--run-one"), QLatin1String(check.name),
+                {options.library, QStringLiteral("--run-one"), QString::fromLatin1(check.name),
                  QStringLiteral("--result"), resultFile, QStringLiteral("--seed"),
                  QString::number(options.seed)});
     Result result = resultOf(child, resultFile, options.timeoutSeconds);
     if (result.status == Status::Crash || result.status == Status::Timeout) {
-        const QStringList steps = footprintsIn(footprintsFor(resultFile));
+        const QStringList steps = breadcrumbsIn(breadcrumbsFor(resultFile));
         for (const QString &step : steps)
             result.more.append(QStringLiteral("step before: ") + step);
     }
-    result.name = QLatin1String(check.name);
+    result.name = QString::fromLatin1(check.name);
     result.level = check.level();
     result.milliseconds = timer.elapsed();
     return result;
@@ -150,11 +152,11 @@ Result runInChild(const Check &check, const Options &options)
 
 int runAsChild(const Options &options)
 {
-    const Check *const check = findCheck(options.runOne);
+    const Check *const check = findCheck(options.runOne.toLatin1());
     QFile file(options.resultFile);
     if (!check || options.resultFile.isEmpty())
         return 2;
-    leaveFootprintsIn(footprintsFor(options.resultFile));
+    keepBreadcrumbsIn(breadcrumbsFor(options.resultFile));
     const QByteArray json = QJsonDocument(runHere(*check, options).toJson()).toJson();
     return file.open(QIODevice::WriteOnly) && file.write(json) == json.size() ? 0 : 2;
 }

@@ -1,32 +1,92 @@
 #include "Scenario.h"
 
-#include "Host.h"
+#include "LoggingHost.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 
 namespace check {
 
-QString withoutIndentation(const char *text)
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Adds a line of a file to its last scenario. @return false if the line is out of place
+bool add(QList<Scenario> &scenarios, const QString &text, int line)
+{
+    if (text.startsWith(u'[') && text.endsWith(u']')) {
+        scenarios.append({text.mid(1).chopped(1), {}});
+        return true;
+    }
+    if (scenarios.isEmpty())
+        return false;
+    QList<Scenario::Step> &steps = scenarios.last().steps;
+    const QString given = u"given "_s;
+    if (!text.startsWith(u"> "_s)) {
+        const bool isGiven = text.startsWith(given);
+        steps.append({isGiven ? text.mid(given.size()) : text, line, isGiven, {}});
+        return true;
+    }
+    if (steps.isEmpty() || steps.constLast().isGiven)
+        return false;
+    steps.last().expected.append(text.mid(2));
+    return true;
+}
+
+} // namespace
+
+QString Scenario::textOf(bool given) const
 {
     QStringList lines;
-    const QStringList indented = QString::fromUtf8(text).split(u'\n');
-    for (const QString &line : indented) {
-        if (const QString trimmed = line.trimmed(); !trimmed.isEmpty())
-            lines.append(trimmed);
+    for (const Step &step : steps) {
+        if (step.isGiven == given)
+            lines.append(step.text);
     }
     return lines.join(u'\n');
 }
 
-void playScenarios(Trial &trial, std::initializer_list<Scenario> scenarios)
+QStringList Scenario::expected() const
 {
-    LoggingHost host(trial);
+    QStringList lines;
+    for (const Step &step : steps)
+        lines += step.expected;
+    return lines;
+}
+
+ScenarioFile ScenarioFile::read(const QString &path)
+{
+    ScenarioFile result{QFileInfo(path).completeBaseName(), {}, {}};
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        qFatal("%s: %s", qPrintable(path), qPrintable(file.errorString()));
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
+    result.proves = lines.constFirst().mid(2);
+    for (int line = 1; line <= lines.size(); ++line) {
+        const QString text = lines.at(line - 1).trimmed();
+        if (!text.isEmpty() && !text.startsWith(u'#') && !add(result.scenarios, text, line))
+            qFatal("%s:%d: out of place: %s", qPrintable(path), line, qPrintable(text));
+    }
+    return result;
+}
+
+void playScenarios(CheckContext &context, const ScenarioFile &file)
+{
+    LoggingHost host(context);
     if (!host)
         return;
-    for (const Scenario &scenario : scenarios) {
+    const QByteArray fileName = "check/scenarios/" + file.name.toLatin1() + ".txt";
+    for (const Scenario &scenario : file.scenarios) {
         host->renewObject();
-        host->play(QString::fromUtf8(scenario.before));
-        trial.compare(QLatin1String(scenario.title), withoutIndentation(scenario.trace),
-                      host->play(QString::fromUtf8(scenario.steps)));
+        for (const Scenario::Step &step : scenario.steps) {
+            const QString trace = host->play(step.text, fileName.constData(), step.line);
+            const QString place = u"line %1, %2"_s.arg(step.line).arg(scenario.title);
+            if (!step.isGiven)
+                context.compare(place, step.expected.join(u'\n'), trace);
+            else if (trace.contains(u"no method takes"_s))
+                context.fail(place + u": "_s + trace);
+        }
     }
-    trial.summarize(QStringLiteral("%1 scenarios").arg(scenarios.size()));
+    context.summarize(u"%1 scenarios"_s.arg(file.scenarios.size()));
 }
 
 } // namespace check

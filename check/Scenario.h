@@ -1,26 +1,45 @@
 #pragma once
 
+#include <QtCore/QList>
 #include <QtCore/QString>
-
-#include <initializer_list>
+#include <QtCore/QStringList>
 
 namespace check {
 
-class Trial;
+class CheckContext;
 
-/// Some steps and all that the plug-in makes of them, written as Host::play() reads and gives them.
+/// Some steps and the lines that they must leave in the trace. docs/testing.md has the grammar.
 struct Scenario
 {
-    const char *title;
-    const char *before; ///< steps whose trace is of no interest
-    const char *steps;
-    const char *trace; ///< lines; indentation does not count
+    struct Step
+    {
+        QString text;
+        int line = 0;
+        bool isGiven = false; ///< prepares the scenario; its lines do not matter
+        QStringList expected;
+    };
+
+    QString title;
+    QList<Step> steps;
+
+    /// The steps that prepare the scenario, or all others, one a line.
+    QString textOf(bool given) const;
+    /// The lines of all steps.
+    QStringList expected() const;
 };
 
-/// The lines of a trace as scenarios write it, without blanks around them and empty lines.
-QString withoutIndentation(const char *text);
+/// A file in the program's resources with scenarios for one check.
+struct ScenarioFile
+{
+    QString name;   ///< of the check
+    QString proves; ///< in one line
+    QList<Scenario> scenarios;
 
-/// Plays each scenario on an object of its own and compares the traces.
-void playScenarios(Trial &trial, std::initializer_list<Scenario> scenarios);
+    /// Reads a file. A line that does not fit the format ends the process.
+    static ScenarioFile read(const QString &path);
+};
+
+/// Plays each scenario on an object of its own and compares the trace of each step.
+void playScenarios(CheckContext &context, const ScenarioFile &file);
 
 } // namespace check

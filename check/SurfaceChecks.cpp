@@ -1,6 +1,6 @@
 #include "Checks.h"
 #include "FrameworkProbe.h"
-#include "Host.h"
+#include "LoggingHost.h"
 
 #include <QtCore/QMetaMethod>
 
@@ -74,9 +74,9 @@ QString lineOf(const QMetaMethod &method)
            parameters.join(u", "_s) + u')' + QLatin1String(method.isConst() ? " const" : "");
 }
 
-void checkMethods(Trial &trial)
+void checkMethods(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     const QMetaObject *const meta = host->object()->metaObject();
@@ -84,38 +84,38 @@ void checkMethods(Trial &trial)
     for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
         const QMetaMethod method = meta->method(i);
         lines.append(lineOf(method));
-        trial.expect(method.access() == QMetaMethod::Public,
-                     QString::fromLatin1(method.name()) + u" to be public"_s, u"it is not"_s);
+        context.expect(method.access() == QMetaMethod::Public,
+                       QString::fromLatin1(method.name()) + u" to be public"_s, u"it is not"_s);
     }
     const QStringList expected = QString::fromLatin1(methodTable).trimmed().split(u'\n');
     for (qsizetype i = 0; i < qMax(expected.size(), lines.size()); ++i)
-        trial.compare(u"method %1"_s.arg(i), expected.value(i), lines.value(i));
-    trial.summarize(
+        context.compare(u"method %1"_s.arg(i), expected.value(i), lines.value(i));
+    context.summarize(
         u"%1 methods in their order, with types and parameter names"_s.arg(lines.size()));
 }
 
-void checkClass(Trial &trial)
+void checkClass(CheckContext &context)
 {
-    LoggingHost host(trial, Host::Bare);
+    LoggingHost host(context, Host::Bare);
     if (!host)
         return;
     QObject *const object = host->object();
     const QMetaObject *const meta = object->metaObject();
-    trial.compare(u"class"_s, u"Tessaline"_s, QLatin1String(meta->className()));
-    trial.compare(u"superclass"_s, u"QObject"_s, QLatin1String(meta->superClass()->className()));
+    context.compare(u"class"_s, u"Tessaline"_s, QLatin1String(meta->className()));
+    context.compare(u"superclass"_s, u"QObject"_s, QLatin1String(meta->superClass()->className()));
     const int extra = (meta->propertyCount() - meta->propertyOffset()) +
                       (meta->enumeratorCount() - meta->enumeratorOffset()) +
                       (meta->classInfoCount() - meta->classInfoOffset()) + meta->constructorCount();
-    trial.expect(extra == 0, u"no properties, enumerations, class infos or constructors"_s,
-                 QString::number(extra));
+    context.expect(extra == 0, u"no properties, enumerations, class infos or constructors"_s,
+                   QString::number(extra));
     auto *const plugin = static_cast<void *>(&host->plugin());
     for (const char *name : {"Tessaline", "com.MARLUNE.UIFramework.PluginInterface", "QObject"})
-        trial.expect(object->qt_metacast(name) == plugin, u"a cast to "_s + QLatin1String(name),
-                     u"none"_s);
+        context.expect(object->qt_metacast(name) == plugin, u"a cast to "_s + QLatin1String(name),
+                       u"none"_s);
     for (const char *name : {"PluginBase", static_cast<const char *>(nullptr)})
-        trial.expect(!object->qt_metacast(name), u"no cast to "_s + QLatin1String(name),
-                     u"an object"_s);
-    trial.summarize(u"class, superclass and casts"_s);
+        context.expect(!object->qt_metacast(name), u"no cast to "_s + QLatin1String(name),
+                       u"an object"_s);
+    context.summarize(u"class, superclass and casts"_s);
 }
 
 /// The host's own code reads the two names where its compiler has put them.
@@ -124,47 +124,48 @@ QString textAtOffset(const void *object, std::size_t offset)
     return *reinterpret_cast<const QString *>(static_cast<const char *>(object) + offset);
 }
 
-void checkHostEntries(Trial &trial)
+void checkHostEntries(CheckContext &context)
 {
-    LoggingHost host(trial, Host::Bare);
+    LoggingHost host(context, Host::Bare);
     if (!host)
         return;
     PluginBase &plugin = host->plugin();
     constexpr std::size_t NameOffset = sizeof(QObject) + sizeof(void *);
     constexpr std::size_t IdOffset = NameOffset + sizeof(QString);
     plugin.PluginServerConnected();
-    trial.compare(u"before InitialPluginBase"_s, QString(), host->takeTrace().join(u'\n'));
-    trial.expect(plugin.Init(nullptr), u"Init to return true"_s, u"false"_s);
-    trial.compare(u"name before InitialPluginBase"_s, QString(), textAtOffset(&plugin, NameOffset));
-    trial.expect(plugin.InitialPluginBase(nullptr, nullptr, nullptr),
-                 u"InitialPluginBase to return true"_s, u"false"_s);
-    trial.compare(u"name"_s, u"Corvanth"_s, textAtOffset(&plugin, NameOffset));
-    trial.compare(u"pluginID"_s, u"2F6394EE90434A7190D7511370AFAE17"_s,
-                  textAtOffset(&plugin, IdOffset));
-    trial.compare(u"without a framework"_s,
-                  u"log Tessaline_Req: %s, send command failed <Tessaline::updateBookmark>\n"
-                  "= bool false"_s,
-                  host->play(u"connect\nupdateBookmark('b')"_s));
+    context.compare(u"before InitialPluginBase"_s, QString(), host->takeTrace().join(u'\n'));
+    context.expect(plugin.Init(nullptr), u"Init to return true"_s, u"false"_s);
+    context.compare(u"name before InitialPluginBase"_s, QString(),
+                    textAtOffset(&plugin, NameOffset));
+    context.expect(plugin.InitialPluginBase(nullptr, nullptr, nullptr),
+                   u"InitialPluginBase to return true"_s, u"false"_s);
+    context.compare(u"name"_s, u"Corvanth"_s, textAtOffset(&plugin, NameOffset));
+    context.compare(u"pluginID"_s, u"2F6394EE90434A7190D7511370AFAE17"_s,
+                    textAtOffset(&plugin, IdOffset));
+    context.compare(u"without a framework"_s,
+                    u"log Tessaline_Req: %s, send command failed <Tessaline::updateBookmark>\n"
+                    "= bool false"_s,
+                    host->play(u"connect\nupdateBookmark('b')"_s));
 
     host->introduce(&host->framework);
-    trial.compare(u"PluginServerConnected"_s,
-                  u"send QuerySevTimezone@ invalid\nsend QuerySettingPermission@ invalid"_s,
-                  host->play(u"connect"_s));
+    context.compare(u"PluginServerConnected"_s,
+                    u"send QuerySevTimezone@ invalid\nsend QuerySettingPermission@ invalid"_s,
+                    host->play(u"connect"_s));
     plugin.HostHook1();
     plugin.HostHook2();
     plugin.HostHook3();
     const QVariantMap record = serverRecord(u"b"_s, u"1"_s, u"l"_s, 1, 2);
     plugin.CommandProcessorEx(u"AddBookmark"_s, nullptr, record, nullptr, u"0"_s, {}, true, u"A"_s);
     plugin.EventProcessorEx(u"AddBookmark"_s, nullptr, 1, 2, 3, record, u"A"_s);
-    trial.compare(u"entries that do nothing"_s, QString(), host->takeTrace().join(u'\n'));
-    trial.compare(u"CommandProcessor"_s, u"signal updateBookmarkResponsed(true)"_s,
-                  host->play(u"reply UpdateBookmark@ ok"_s));
-    trial.summarize(u"the host's entries by their positions, fields by their offsets"_s);
+    context.compare(u"entries that do nothing"_s, QString(), host->takeTrace().join(u'\n'));
+    context.compare(u"CommandProcessor"_s, u"signal updateBookmarkResponsed(true)"_s,
+                    host->play(u"answer UpdateBookmark@ ok"_s));
+    context.summarize(u"the host's entries by their positions, fields by their offsets"_s);
 }
 
-void checkFrameworkEntries(Trial &trial)
+void checkFrameworkEntries(CheckContext &context)
 {
-    LoggingHost host(trial, Host::Bare);
+    LoggingHost host(context, Host::Bare);
     if (!host)
         return;
     FrameworkProbe probe(&host->topology);
@@ -172,16 +173,16 @@ void checkFrameworkEntries(Trial &trial)
     host->play(u"connect\ngrant\naddBookmark('1', 'l', 'A', 1, 2, '', '', '')\n"
                "queryAllBookmarks()\ndeleteBookmarks([{}])\nevent AddBookmark@A {}\n"
                "show cell l A\nsetTimelineBoundary(1, 2, 'cell')\n"
-               "reply QueryBookmarkForRecent@A ok {}"_s);
+               "answer QueryBookmarkForRecent@A ok {}"_s);
     // Eight commands; the stations once, the names for an event and for an answer.
-    trial.compare(u"entries called"_s, u"2 x8, 14 x3"_s, probe.summary());
-    trial.compare(u"arguments of the entries"_s, QString(), probe.oddities().join(u", "_s));
-    trial.summarize(u"entries called: "_s + probe.summary());
+    context.compare(u"entries called"_s, u"2 x8, 14 x3"_s, probe.summary());
+    context.compare(u"arguments of the entries"_s, QString(), probe.oddities().join(u", "_s));
+    context.summarize(u"entries called: "_s + probe.summary());
 }
 
-void checkUnknownNames(Trial &trial)
+void checkUnknownNames(CheckContext &context)
 {
-    LoggingHost host(trial);
+    LoggingHost host(context);
     if (!host)
         return;
     host->play(u"show cell l A"_s);
@@ -194,18 +195,18 @@ void checkUnknownNames(Trial &trial)
         host->answer(text, record, u"A"_s);
         host->answer(text, record, u"A"_s, nullptr, u"1"_s);
         host->framework.sendEvent(text, record, u"A"_s);
-        trial.compare(u"the name '%1'"_s.arg(text), QString(), host->takeTrace().join(u'\n'));
+        context.compare(u"the name '%1'"_s.arg(text), QString(), host->takeTrace().join(u'\n'));
     }
     for (const char *name : {"DeleteBookmark", "UpdateBookmark", "AddBookmarks", "addBookmark"}) {
         host->framework.sendEvent(QLatin1String(name), QVariantMap(), u"A"_s);
-        trial.compare(u"the event '%1'"_s.arg(QLatin1String(name)), QString(),
-                      host->takeTrace().join(u'\n'));
+        context.compare(u"the event '%1'"_s.arg(QLatin1String(name)), QString(),
+                        host->takeTrace().join(u'\n'));
     }
     for (const char *method : {"getBookmarkList", "hasSettingPermission", "CommandProcessor",
                                "setBookmarkNumberPerPage", "queryBookmarkForTimeline"})
-        trial.expect(!host->hasMethod(method), u"no method %1"_s.arg(QLatin1String(method)),
-                     u"one"_s);
-    trial.summarize(u"unknown commands, events and methods come to nothing"_s);
+        context.expect(!host->hasMethod(method), u"no method %1"_s.arg(QLatin1String(method)),
+                       u"one"_s);
+    context.summarize(u"unknown commands, events and methods come to nothing"_s);
 }
 
 } // namespace

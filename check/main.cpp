@@ -25,7 +25,7 @@ std::vector<Check> chosenChecks(const Options &options)
     std::vector<Check> chosen;
     for (const Check &check : allChecks()) {
         if (check.level() <= options.level &&
-            options.include.match(QLatin1String(check.name)).hasMatch())
+            options.include.match(QString::fromLatin1(check.name)).hasMatch())
             chosen.push_back(check);
     }
     return chosen;
@@ -35,7 +35,7 @@ int listChecks(const std::vector<Check> &checks)
 {
     for (const Check &check : checks)
         print(QString::fromLatin1(check.name).leftJustified(27) + u' ' +
-              QLatin1String(check.proves));
+              QString::fromUtf8(check.proves));
     return 0;
 }
 

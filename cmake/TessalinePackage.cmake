@@ -19,10 +19,10 @@ install(TARGETS tessaline-check TimeShiftBufferModel
 install(TARGETS QarnLogUtl
     RUNTIME DESTINATION logging LIBRARY DESTINATION logging
     ARCHIVE DESTINATION logging EXCLUDE_FROM_ALL)
-foreach(kind IN ITEMS hollow empty)
-    install(TARGETS tessaline_${kind}_log
-        RUNTIME DESTINATION check/${kind} LIBRARY DESTINATION check/${kind}
-        ARCHIVE DESTINATION check/${kind} EXCLUDE_FROM_ALL)
+foreach(library IN ITEMS log_without_entry_point log_without_object)
+    install(TARGETS ${library}
+        RUNTIME DESTINATION check/${library} LIBRARY DESTINATION check/${library}
+        ARCHIVE DESTINATION check/${library} EXCLUDE_FROM_ALL)
 endforeach()
 
 set(CPACK_GENERATOR ZIP)

@@ -1,6 +1,6 @@
 #include "SignalReceiver.h"
 
-#include "LastingType.h"
+#include "ProcessLifetimeType.h"
 
 #include <utility>
 
@@ -29,7 +29,7 @@ int SignalReceiver::qt_metacall(QMetaObject::Call call, int id, void **arguments
     const QMetaMethod signal = m_signals.at(id);
     QVariantList values;
     for (int i = 0; i < signal.parameterCount(); ++i)
-        values.append(QVariant(lastingType(signal.parameterMetaType(i)), arguments[i + 1]));
+        values.append(QVariant(processLifetimeType(signal.parameterMetaType(i)), arguments[i + 1]));
     m_callback(signal, values);
     return -1;
 }

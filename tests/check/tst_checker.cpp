@@ -1,8 +1,8 @@
+#include "CheckContext.h"
 #include "DataTable.h"
 #include "LibraryFile.h"
 #include "Options.h"
 #include "Report.h"
-#include "Trial.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
@@ -160,20 +160,20 @@ an empty line more | compare a a/            | fail what: expected nothing, foun
     void judges()
     {
         QFETCH(const QString, steps);
-        check::Trial trial(u"lib"_s, 1);
-        trial.summarize(u"1 looked at"_s);
+        check::CheckContext context(u"lib"_s, 1);
+        context.summarize(u"1 looked at"_s);
         for (const QString &step : steps.split(u"; "_s)) {
             QStringList words = QString(step).replace(u'/', u'\n').split(u' ');
             if (words.at(0) == u"fail")
-                trial.fail(words.at(1));
+                context.fail(words.at(1));
             else if (words.at(0) == u"warn")
-                trial.warn(words.at(1));
+                context.warn(words.at(1));
             else if (words.at(0) == u"skip")
-                trial.skip(words.at(1));
+                context.skip(words.at(1));
             else if (words.at(0) == u"compare")
-                trial.compare(u"what"_s, words.at(1), words.at(2));
+                context.compare(u"what"_s, words.at(1), words.at(2));
         }
-        const check::Result found = trial.result();
+        const check::Result found = context.result();
         const QStringList lines = QStringList(found.line) + found.more;
         QTEST(check::wordFor(found.status) + u' ' + lines.join(u", "_s), "verdict");
     }

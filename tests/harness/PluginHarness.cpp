@@ -1,8 +1,8 @@
 #include "PluginHarness.h"
 
 #include "Describe.h"
-#include "LastingType.h"
 #include "PluginBase.h"
+#include "ProcessLifetimeType.h"
 
 #include <QtCore/QAbstractItemModel>
 #include <QtCore/QJsonArray>
@@ -24,7 +24,7 @@ bool fit(QVariantList &arguments, const QMetaMethod &method)
     if (arguments.size() != method.parameterCount())
         return false;
     for (int i = 0; i < method.parameterCount(); ++i) {
-        const QMetaType type = lastingType(method.parameterMetaType(i));
+        const QMetaType type = processLifetimeType(method.parameterMetaType(i));
         QVariant &argument = arguments[i];
         const bool isText = argument.isNull() || argument.typeId() == QMetaType::QString;
         if (isText != (type.id() == QMetaType::QString))
@@ -83,7 +83,7 @@ QVariant PluginHarness::run(const QString &text)
         QVariantList arguments = QJsonDocument::fromJson(json.toUtf8()).array().toVariantList();
         if (method.name() != text.section(u'(', 0, 0).toLatin1() || !fit(arguments, method))
             continue;
-        QVariant result(lastingType(method.returnMetaType()));
+        QVariant result(processLifetimeType(method.returnMetaType()));
         void *values[11] = {result.data()};
         for (qsizetype a = 0; a < arguments.size(); ++a)
             values[a + 1] = arguments[a].data();

@@ -1,7 +1,7 @@
 #include "Describe.h"
 #include "LoadedPlugin.h"
 #include "PluginHarness.h"
-#include "framework/KeepingFramework.h"
+#include "framework/RetainingFramework.h"
 
 #include "PluginBase.h"
 
@@ -17,7 +17,7 @@ namespace {
 /// the library. One timeline query stays without an answer.
 QVariantList work()
 {
-    standin::KeepingFramework framework;
+    standin::RetainingFramework framework;
     PluginHarness harness;
     framework.topology = &harness.topology;
     PluginBase &plugin = harness.plugin();

@@ -1,5 +1,5 @@
 #include "PluginHarness.h"
-#include "WrittenSteps.h"
+#include "ReferenceModel.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
@@ -191,8 +191,8 @@ void TestWrittenSteps::compareStores(Chance &chance)
             const QVariantMap names =
                 harness.topology.getValuesFromModel(0, u"idRole"_s, u"nameRole"_s);
             for (const QVariant &record : std::as_const(records)) {
-                expected.append(writtensteps::displayRecord(record.toMap(), sent.relayPath, names,
-                                                            QTimeZone(zone)));
+                expected.append(referencemodel::displayRecord(record.toMap(), sent.relayPath, names,
+                                                              QTimeZone(zone)));
             }
             // Asked while the query goes on, too: what was asked for once goes on growing.
             const auto list = harness.call<QVariantList>("getBookmarkListByNodeID", QString());
@@ -207,7 +207,7 @@ void TestWrittenSteps::comparePages(PluginHarness &harness, const QVariantList &
                                     const QVariantMap &question)
 {
     const auto page = harness.call<QVariantMap>("getFilteredBookmarkList", question);
-    const QVariantMap plain = writtensteps::filteredPage(list, question);
+    const QVariantMap plain = referencemodel::filteredPage(list, question);
     const QString key = question.value(u"groupKey"_s).toString();
     QCOMPARE(page.value(u"totalBookmarkNumber"_s), plain.value(u"totalBookmarkNumber"_s));
     QCOMPARE(page.size(), plain.size());
@@ -215,10 +215,10 @@ void TestWrittenSteps::comparePages(PluginHarness &harness, const QVariantList &
     // Records that compare equal may stand in any order, and a page may cut through them.
     QCOMPARE(sortValues(page, key), sortValues(plain, key));
     QCOMPARE(page.value(u"bookmarkGroupList"_s).toList(),
-             writtensteps::groups(recordsOf(page), key));
+             referencemodel::groups(recordsOf(page), key));
     QVariantMap everything = question;
     everything[u"pageNumber"_s] = 0;
-    QVariantList matching = recordsOf(writtensteps::filteredPage(list, everything, 100'000));
+    QVariantList matching = recordsOf(referencemodel::filteredPage(list, everything, 100'000));
     for (const QVariant &record : recordsOf(page))
         QVERIFY2(matching.removeOne(record), "a record that does not match, or stands twice");
 }

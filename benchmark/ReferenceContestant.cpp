@@ -1,0 +1,106 @@
+#include "Contestants.h"
+
+#include "Data.h"
+#include "ReferenceModel.h"
+#include "TimeShiftBufferModel.h"
+
+#include <QtGui/QStandardItem>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Beyond these it takes minutes: sorting by date, comparing each entry of a batch with all others.
+constexpr int MostForPanel = 100'000;
+constexpr int MostForBatch = 10'000;
+
+class Written : public Contestant
+{
+public:
+    explicit Written(int count)
+        : m_records(data::serverRecords(count))
+        , m_list(displayRecords())
+    {
+    }
+
+    const char *name() const override { return "written steps"; }
+
+    std::function<void()> work(Job job) override
+    {
+        switch (job) {
+        case Job::ForgetAll:
+            return [this] { m_list = {}; }; // clear() keeps its memory
+        case Job::StoreAnswer:
+            return [this] { m_list = displayRecords(); };
+        case Job::GroupBatch:
+            if (m_records.size() > MostForBatch)
+                return {};
+            return [targets = data::batchTargets(int(m_records.size()))] {
+                referencemodel::groupBatch(targets, 1, 2, u"Alarm"_s, u"rule"_s, u"alarms"_s);
+            };
+        case Job::ListOfCamera:
+            return [this, camera = questionOf(job).value(u"nodeID"_s).toString()] {
+                m_result = m_list;
+                referencemodel::filterByNodeID(m_result, camera);
+            };
+        case Job::ListOfAll: // a shared copy
+        case Job::ManyAnswers:
+        case Job::EmptyAnswers:
+            return {};
+        case Job::TimelineItems:
+            return [this] { fillTimeline(); };
+        default:
+            if (m_records.size() > MostForPanel)
+                return {};
+            return [this, question = questionOf(job)] {
+                referencemodel::filteredPage(m_list, question);
+            };
+        }
+    }
+
+    void prepare(Job job) override
+    {
+        m_result = {};
+        if (job == Job::StoreAnswer)
+            m_list = {};
+        else if (m_list.isEmpty())
+            m_list = displayRecords();
+    }
+
+private:
+    QVariantList displayRecords() const
+    {
+        QVariantList list;
+        for (const QVariant &record : m_records) {
+            list.append(referencemodel::displayRecord(record.toMap(), u"A"_s, m_names, m_timeZone));
+        }
+        return list;
+    }
+
+    void fillTimeline() const
+    {
+        QList<QStandardItem *> items;
+        for (const QVariant &record : m_records) {
+            auto *const item = new QStandardItem;
+            const auto values =
+                referencemodel::timelineItem(record.toMap(), u"A"_s, m_names, m_timeZone);
+            for (auto value = values.cbegin(); value != values.cend(); ++value)
+                item->setData(*value, value.key());
+            items.append(item);
+        }
+        TimeShiftBufferModel(TimeShiftBufferModel::defaultRoleHash()).refillItems(items);
+    }
+
+    QVariantMap m_names = data::cameraNames();
+    QTimeZone m_timeZone{data::timeZone()};
+    QVariantList m_records;
+    QVariantList m_list;
+    QVariantList m_result;
+};
+
+} // namespace
+
+std::unique_ptr<Contestant> makeReferenceModel(int count)
+{
+    return std::make_unique<Written>(count);
+}

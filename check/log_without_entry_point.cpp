@@ -1,0 +1,5 @@
+// A library with the logging library's name but without its entry point.
+extern "C" int logWithoutEntryPoint()
+{
+    return 0;
+}

@@ -1,0 +1,363 @@
+#include "Host.h"
+
+#include "Breadcrumbs.h"
+#include "Describe.h"
+#include "MethodCall.h"
+#include "timeline/TimelineControl.h"
+
+#include <QtCore/QAbstractItemModel>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QMetaMethod>
+
+namespace driver {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1String tessalineID("2F6394EE90434A7190D7511370AFAE17");
+
+QString codeOf(const QString &word)
+{
+    if (word == u"ok")
+        return u"0"_s;
+    return word.startsWith(u'\'') ? word.mid(1, word.size() - 2) : word;
+}
+
+/// A value with its types. Whether an empty text is null is nobody's business but updateBookmark's,
+/// which shows by the keys it sends.
+QString valueText(const QVariant &value)
+{
+    return describe(value).replace(u"QString null"_s, u"QString \"\""_s);
+}
+
+/// An object shows as being there; what it is others look at.
+QString resultText(const QVariant &result)
+{
+    if (result.metaType() == QMetaType::fromType<QObject *>())
+        return result.value<QObject *>() ? u"an object"_s : u"null"_s;
+    return valueText(result);
+}
+
+} // namespace
+
+Host::Host(const QString &library, Start start, LogProbe *log)
+    : m_library(library)
+    , m_start(start)
+    , m_log(log)
+    , m_error(m_library.error())
+{
+    if (m_log)
+        m_log->onLine = [this](const QString &line) { note(line); };
+    for (const char name : {'A', 'B', 'C'}) {
+        const QString station{QLatin1Char(name)};
+        topology.setStation(station, u"Station "_s + station);
+        topology.setCamera(station + u"/1"_s, u"Camera "_s + station + u'1');
+    }
+    topology.setStation(u"x"_s, u"Server"_s, standin::Topology::ConnectedServer);
+    framework.addPlugin(standin::Topology::pluginID(), &topology);
+    framework.setObserver([this](const standin::Traffic &traffic) { noteSent(traffic); });
+    standin::timeline::observe([this](const TimeShiftBufferModel *, const QString &operation) {
+        note(u"timeline "_s + operation);
+    });
+    if (m_error.isEmpty())
+        makeObject();
+}
+
+Host::~Host()
+{
+    onLine = nullptr;
+    delete m_object.data();
+    standin::timeline::observe({});
+    if (m_log)
+        m_log->onLine = nullptr;
+}
+
+void Host::makeObject()
+{
+    m_object = m_library.object();
+    m_plugin = qobject_cast<PluginBase *>(m_object.data());
+    if (!m_plugin) {
+        m_error = u"the library has no object of the host's interface"_s;
+        return;
+    }
+    m_signals = std::make_unique<SignalLines>(m_object);
+    m_signals->onSignal = [this](const QString &line) { note(u"signal "_s + line); };
+    framework.addPlugin(tessalineID, m_object);
+    if (m_start == Initialised)
+        introduce(&framework);
+}
+
+void Host::renewObject()
+{
+    delete m_object.data();
+    forgetTraffic();
+    framework.addPlugin(standin::Topology::pluginID(), &topology);
+    makeObject();
+}
+
+void Host::setDefaultDelivery(const standin::Delivery &delivery)
+{
+    m_delivery = delivery;
+    resetRules();
+}
+
+void Host::resetRules()
+{
+    framework.rules().reset();
+    framework.rules().setDefault(m_delivery);
+    if (!m_answers.byStation.isEmpty())
+        framework.setServer(nullptr);
+    m_answers.byStation.clear();
+}
+
+void Host::forgetTraffic()
+{
+    takeTrace();
+    m_during.clear();
+    if (m_signals)
+        m_signals->take();
+    m_contexts.clear();
+    framework.clearSent();
+    resetRules();
+}
+
+void Host::introduce(FrameworkWrapperBase *newFramework)
+{
+    m_plugin->InitialPluginBase(nullptr, this, newFramework);
+}
+
+void Host::note(const QString &line)
+{
+    m_trace.append(line);
+    stepDuring(line);
+    if (const auto callback = onLine)
+        callback(line);
+}
+
+void Host::stepDuring(const QString &line)
+{
+    if (m_during.isEmpty() || !line.startsWith(m_during.section(u" | "_s, 0, 0)))
+        return;
+    step(std::exchange(m_during, QString()).section(u" | "_s, 1));
+}
+
+/// As "send AddBookmark@A {...} context 1": no number without a context, equal numbers for equal
+/// contexts.
+void Host::noteSent(const standin::Traffic &traffic)
+{
+    if (traffic.kind != standin::Traffic::Kind::Sent)
+        return;
+    QString line = u"send %1@%2 "_s.arg(traffic.name, traffic.relayPath) + valueText(traffic.value);
+    if (traffic.context) {
+        if (!m_contexts.contains(traffic.context))
+            m_contexts.append(traffic.context);
+        line += u" context %1"_s.arg(m_contexts.indexOf(traffic.context) + 1);
+    }
+    const QList<standin::SentCommand> sent = framework.sent();
+    if (!sent.isEmpty()) {
+        const standin::SentCommand &command = sent.constLast();
+        if (command.flag || command.pluginID != tessalineID || command.hostHandle != this)
+            line += u" with another flag, plug-in ID or host handle"_s;
+    }
+    note(traffic.accepted ? line : line + u" refused"_s);
+}
+
+QString Host::play(const QString &steps, const char *file, int line)
+{
+    takeTrace();
+    const QStringList lines = steps.split(u'\n');
+    for (const QString &each : lines) {
+        const QString text = each.trimmed();
+        if (text.isEmpty() || !isAlive() || step(text))
+            continue;
+        const QString error =
+            u"%1:%2: no such step: %3"_s.arg(QLatin1String(file)).arg(line).arg(text);
+        leaveBreadcrumb(error);
+        qFatal("%s", qPrintable(error));
+    }
+    return takeTrace().join(u'\n');
+}
+
+/// @return false if the text is no step
+bool Host::step(const QString &text)
+{
+    leaveBreadcrumb(text);
+    const QString word = text.section(u' ', 0, 0);
+    const QString target = text.section(u' ', 1, 1);
+    const QString third = text.section(u' ', 2, 2);
+    if (word == u"grant")
+        answer(u"QuerySettingPermission"_s, true, {});
+    else if (word == u"connect")
+        m_plugin->PluginServerConnected();
+    else if (word == u"initialise")
+        m_plugin->Init(nullptr);
+    else if (word == u"answer")
+        answerStep(target, codeOf(third), valueOf(text.section(u' ', 3)));
+    else if (word == u"event")
+        framework.sendEvent(target.section(u'@', 0, 0), valueOf(text.section(u' ', 2)),
+                            target.section(u'@', 1));
+    else if (word == u"refuse")
+        refuse(text.split(u' ').mid(1));
+    else if (word == u"inside")
+        answerInside(target, codeOf(third), valueOf(text.section(u' ', 3)));
+    else if (text == u"topology gone")
+        framework.removePlugin(standin::Topology::pluginID());
+    else if (text == u"framework gone")
+        introduce(nullptr);
+    else if (word == u"station")
+        topology.setStation(target == u"-" ? QString() : target, text.section(u' ', 2));
+    else if (word == u"camera")
+        topology.setCamera(target, text.section(u' ', 2));
+    else if (word == u"show")
+        showCell(target, third, text.section(u' ', 3));
+    else if (word == u"list")
+        note(u"list ["_s + identifiersIn(target) + u']');
+    else if (word == u"rows")
+        note(u"rows ["_s + rowsIn(target) + u']');
+    else if (word == u"watch")
+        watch(target);
+    else if (word == u"during")
+        m_during = text.section(u' ', 1);
+    else if (word == u"delete")
+        deleteObject();
+    else if (!text.contains(u'('))
+        return false;
+    else if (const QVariant result = call(text); result.isValid())
+        note(u"= "_s + resultText(result));
+    return true;
+}
+
+void Host::answerStep(const QString &target, const QString &code, const QVariant &value)
+{
+    if (target.contains(u'@')) {
+        answer(target.section(u'@', 0, 0), value, target.section(u'@', 1), nullptr, code);
+        return;
+    }
+    const QList<standin::SentCommand> sent = framework.sent();
+    const qsizetype number = target.toInt() - 1;
+    if (number >= 0 && number < sent.size())
+        answer(sent.at(number), value, code);
+    else
+        note(u"no command %1 was sent"_s.arg(target));
+}
+
+void Host::refuse(const QStringList &stations)
+{
+    resetRules();
+    for (const QString &station : stations)
+        framework.rules().setForStation(station == u"-" ? QString() : station,
+                                        standin::Delivery::refused());
+}
+
+void Host::answerInside(const QString &station, const QString &code, const QVariant &value)
+{
+    m_answers.byStation.insert(station, {value, code});
+    framework.setServer(&m_answers);
+    framework.rules().setForStation(station, standin::Delivery::immediate());
+}
+
+QString Host::identifiersIn(const QString &list)
+{
+    QVariant records;
+    if (list == u"all")
+        records = call(u"getBookmarkListByNodeID('')"_s);
+    else
+        records = call(list == u"recent" ? u"getBookmarkListForRecent()"_s
+                                         : u"getQueryBookmarkResult()"_s);
+    QStringList identifiers;
+    for (const QVariant &element : records.toList()) {
+        const QVariantMap record = element.toMap();
+        const QString relayPath = record.value(u"relayPath"_s).toString();
+        identifiers.append((relayPath.isEmpty() ? relayPath : relayPath + u'/') +
+                           record.value(u"bookmarkID"_s, record.value(u"BookmarkID"_s)).toString());
+    }
+    return identifiers.join(u' ');
+}
+
+QAbstractItemModel *Host::modelOf(const QString &viewCellUID)
+{
+    const QVariant model = call("getBookmarkModelForTimeline", {viewCellUID});
+    return qobject_cast<QAbstractItemModel *>(model.value<QObject *>());
+}
+
+void Host::watch(const QString &viewCellUID)
+{
+    const QAbstractItemModel *const model = modelOf(viewCellUID);
+    if (!model)
+        return;
+    const auto noteChange = [this, viewCellUID] { note(u"changed "_s + viewCellUID); };
+    QObject::connect(model, &QAbstractItemModel::rowsInserted, model, noteChange);
+    QObject::connect(model, &QAbstractItemModel::rowsRemoved, model, noteChange);
+}
+
+QString Host::rowsIn(const QString &viewCellUID)
+{
+    const QAbstractItemModel *const model = modelOf(viewCellUID);
+    QStringList identifiers;
+    for (int row = 0; model && row < model->rowCount(); ++row)
+        identifiers.append(model->index(row, 0).data(Qt::UserRole + 1).toString());
+    return identifiers.join(u' ');
+}
+
+QVariant Host::call(const QString &text)
+{
+    const QString arguments = text.section(u'(', 1).chopped(1);
+    QVariantList values = valueOf(u'[' + arguments + u']').toList();
+    for (QVariant &value : values) {
+        if (value.typeId() == QMetaType::QString && value.toString().isEmpty())
+            value = u""_s; // not null, unlike a null in the text
+    }
+    return call(text.section(u'(', 0, 0).toLatin1(), values);
+}
+
+QVariant Host::call(const QByteArray &method, const QVariantList &arguments)
+{
+    const std::optional<QVariant> result = callByName(*m_object, method, arguments);
+    if (!result)
+        note(u"no method takes %1 %2"_s.arg(QString::fromLatin1(method), valueText(arguments)));
+    return result.value_or(QVariant());
+}
+
+bool Host::hasMethod(const QByteArray &name) const
+{
+    const QMetaObject *const metaObject = m_object->metaObject();
+    for (int i = metaObject->methodOffset(); i < metaObject->methodCount(); ++i) {
+        if (metaObject->method(i).name() == name)
+            return true;
+    }
+    return false;
+}
+
+void Host::answer(const QString &command, const QVariant &result, const QString &relayPath,
+                  void *context, const QString &code)
+{
+    leaveBreadcrumb(QStringLiteral("answer to %1@%2, code '%3'").arg(command, relayPath, code));
+    m_plugin->CommandProcessor(command, result, context, code, QString(), false, relayPath);
+}
+
+void Host::answer(const standin::SentCommand &command, const QVariant &result, const QString &code)
+{
+    answer(command.command, result, command.relayPath, command.context, code);
+}
+
+QAbstractItemModel *Host::showCell(const QString &viewCellUID, const QString &locationID,
+                                   const QString &relayPath)
+{
+    QAbstractItemModel *const model = modelOf(viewCellUID);
+    call("setTimelineFocusInfo", {locationID, relayPath, viewCellUID});
+    return model;
+}
+
+QVariant valueOf(QString json)
+{
+    json.replace(u'\'', u'"');
+    // JSON allows only containers at the top.
+    const auto document = QJsonDocument::fromJson(u"[%1]"_s.arg(json).toUtf8());
+    if (!document.isArray())
+        qFatal("no value in JSON: %s", qPrintable(json));
+    return document.array().toVariantList().value(0);
+}
+
+} // namespace driver

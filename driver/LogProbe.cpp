@@ -1,0 +1,128 @@
+#include "LogProbe.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFileInfo>
+
+#include <cstdarg>
+
+namespace driver {
+
+namespace {
+
+/// Any number that is not what one would guess.
+constexpr quint32 ModuleNumber = 0x4d2;
+constexpr quint32 ErrorLevel = 2;
+
+LogProbe *s_probe = nullptr;
+char s_handle; ///< its address is all that counts
+
+/// Every argument of a log line is a text, whatever the format says: one of them asks for a number
+/// and is given a text on purpose.
+QString argumentsOf(const QByteArray &format, va_list arguments)
+{
+    QStringList texts;
+    for (qsizetype i = format.indexOf('%'); i >= 0; i = format.indexOf('%', i + 2)) {
+        if (format.mid(i + 1, 1) != "%")
+            texts.append(QString::fromLocal8Bit(va_arg(arguments, const char *)));
+    }
+    return texts.join(QLatin1String(", "));
+}
+
+/// "Tessaline_Req" for "src/Tessaline_Req.cpp"; another path as it is.
+QString shortened(const QString &path)
+{
+    const QString name = QFileInfo(path).completeBaseName();
+    return path == QLatin1String("src/") + name + QLatin1String(".cpp") ? name : path;
+}
+
+} // namespace
+
+LogProbe::LogProbe(Missing missing)
+    : m_library(libraryPath())
+{
+    const auto entry = reinterpret_cast<LogTrace_GetGlobalObject_t>(
+        m_library.resolve(LogTrace_GetGlobalObject_name));
+    if (!entry) {
+        m_error = m_library.errorString();
+        return;
+    }
+    entry(0, &m_object);
+    s_probe = this;
+    m_original = *m_object;
+    m_object->handle = missing == Missing::Handle ? nullptr : &s_handle;
+    m_object->registerModule = missing == Missing::RegisterModule ? nullptr : registerModule;
+    m_object->checkLine = missing == Missing::CheckLine ? nullptr : checkLine;
+    m_object->writeLine = missing == Missing::WriteLine ? nullptr : writeLine;
+}
+
+LogProbe::~LogProbe()
+{
+    if (m_object)
+        *m_object = m_original;
+    s_probe = nullptr;
+    m_library.unload();
+}
+
+QString LogProbe::libraryPath()
+{
+    // As the build lays programs and tests out, or beside the program.
+    const QString folder = QCoreApplication::applicationDirPath();
+    for (const char *place : {"/../logging/", "/../../logging/"}) {
+        const QString path = folder + QLatin1String(place) + loaderName();
+        if (QFileInfo::exists(path))
+            return path;
+    }
+    return folder + u'/' + loaderName();
+}
+
+QString LogProbe::loaderName()
+{
+    return QLatin1String(LOG_LIBRARY_NAME);
+}
+
+void LogProbe::registerModule(void *handle, int constant, const char *name, quint32 *moduleId)
+{
+    QString line = QString::number(constant) + u' ' + QLatin1String(name);
+    if (handle != s_probe->m_object->handle)
+        line += QLatin1String(" with another handle");
+    s_probe->m_registrations.append(line);
+    s_probe->m_moduleId = ModuleNumber;
+    if (moduleId)
+        *moduleId = ModuleNumber;
+}
+
+int LogProbe::checkLine(void *handle, quint32 severity, int number, const char *file, int line)
+{
+    LogProbe &probe = *s_probe;
+    ++probe.m_checks;
+    Checked checked;
+    checked.file = shortened(QString::fromLocal8Bit(file).replace(u'\\', u'/'));
+    if (severity != (probe.m_moduleId << 8 | ErrorLevel))
+        checked.oddities += QStringLiteral(" with severity 0x%1").arg(severity, 0, 16);
+    if (handle != probe.m_object->handle)
+        checked.oddities += QLatin1String(" with another handle");
+    if (number != 0)
+        checked.oddities += QStringLiteral(" with number %1").arg(number);
+    if (line <= 0)
+        checked.oddities += QStringLiteral(" with line %1").arg(line);
+    probe.m_checked = checked;
+    return probe.m_refuse ? 1 : 0;
+}
+
+void LogProbe::writeLine(void *handle, const char *format, va_list arguments)
+{
+    LogProbe &probe = *s_probe;
+    const auto checked = std::exchange(probe.m_checked, {})
+                             .value_or(Checked{QStringLiteral("?"), QStringLiteral(" unchecked")});
+    QString line = QLatin1String("log ") + checked.file + QLatin1String(": ") +
+                   QLatin1String(format) + QLatin1String(" <") + argumentsOf(format, arguments) +
+                   u'>' + checked.oddities;
+    if (handle != probe.m_object->handle)
+        line += QLatin1String(" written with another handle");
+    if (probe.m_refuse)
+        line += QLatin1String(" though it was refused");
+    if (const auto callback = probe.onLine)
+        callback(line);
+}
+
+} // namespace driver
