@@ -63,13 +63,13 @@ each_source() {
 # What is shipped or run by users; it takes too long for the tests, which clazy and the compiler see.
 gate_tidy() {
     clang_database
-    each_source 'src|standin|workbench|check' clang-tidy-14 --quiet -p build/release/clang \
+    each_source 'src|standin|workbench|check|driver|tests/contract' clang-tidy-14 --quiet -p build/release/clang \
         --extra-arg=-Wno-gnu-zero-variadic-macro-arguments 2> >(grep -v 'warnings generated' >&2)
 }
 
 gate_clazy() {
     clang_database
-    CLAZY_CHECKS=level1 each_source 'benchmark|check|src|standin|tests|workbench' clazy-standalone -p build/release/clang \
+    CLAZY_CHECKS=level1 each_source 'benchmark|check|driver|src|standin|tests|workbench' clazy-standalone -p build/release/clang \
         --extra-arg=-Wno-gnu-zero-variadic-macro-arguments --extra-arg=-Werror
 }
 

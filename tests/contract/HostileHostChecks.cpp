@@ -25,7 +25,8 @@ namespace {
 /// Everything that can be called, one call a step; all but the last leave the object alive.
 const char *const entries[] = {
     "addBookmark('1', 'l', 'A', 1, 2, '', '', '')",
-    "addBookmarks([{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}, {'relayPath': 'B'}], 1, 2, '', '', '')",
+    "addBookmarks([{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}, {'relayPath': 'B'}], 1, "
+    "2, '', '', '')",
     "deleteBookmark('x', 'A')",
     "deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'relayPath': 'B'}])",
     "updateBookmark('x', 'd', 'g')",
@@ -212,9 +213,11 @@ struct Request
 };
 
 constexpr Request contextRequests[] = {
-    {"addBookmarks([{'CameraID': '1', 'relayPath': 'A'}, {'CameraID': '1', 'relayPath': 'B'}], 1, 2, '', '', '')",
+    {"addBookmarks([{'CameraID': '1', 'relayPath': 'A'}, {'CameraID': '1', 'relayPath': 'B'}], 1, "
+     "2, '', '', '')",
      "signal addBookmarksResponsed(Camera A1,Camera B1)"},
-    {"deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'BookmarkID': 'y', 'relayPath': 'B'}])",
+    {"deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'BookmarkID': 'y', 'relayPath': "
+     "'B'}])",
      "signal deleteBookmarksResponsed(x,x)"},
     {"setTimelineBoundary(1, 2, 'cell')", "signal queryBookmarkForTimelineResponsed(false)"},
     {"queryAllBookmarks()", "signal queryAllBookmarksResponsed(false)\n"
@@ -521,19 +524,23 @@ void checkKeptMemory(CheckContext &context)
         return;
     }
     static constexpr const char *programs[] = {
-        "addBookmarks([{'CameraID': '1', 'relayPath': 'A'}, {'relayPath': 'B'}], 1, 2, '', '', '')\nanswer 1 ok\nanswer 2 -1",
+        "addBookmarks([{'CameraID': '1', 'relayPath': 'A'}, {'relayPath': 'B'}], 1, 2, '', '', "
+        "'')\nanswer 1 ok\nanswer 2 -1",
         "addBookmarks([], 1, 2, '', '', '')",
         "refuse A\naddBookmarks([{'relayPath': 'A'}], 1, 2, '', '', '')",
         "grant\ndeleteBookmarks([{'relayPath': 'A'}])\nanswer 1 ok",
         "answer QuerySettingPermission@ ok false\ndeleteBookmarks([{'relayPath': 'A'}])",
         "queryAllBookmarks()\nanswer 1 ok\nanswer 2 ok\nanswer 3 -1",
-        "queryAllBookmarks()\nqueryAllBookmarks()\nanswer 1 ok\nanswer 2 ok\nanswer 3 -1\nanswer 4 ok\nanswer 5 ok\nanswer 6 -1",
+        "queryAllBookmarks()\nqueryAllBookmarks()\nanswer 1 ok\nanswer 2 ok\nanswer 3 -1\nanswer 4 "
+        "ok\nanswer 5 ok\nanswer 6 -1",
         "refuse A B C\nqueryAllBookmarks()",
         "show cell l A\nsetTimelineBoundary(1, 2, 'cell')\nanswer 1 ok",
         "show cell l A\nsetTimelineBoundary(1, 2, 'cell')\nanswer 1 -1",
-        "show cell l A\nsetTimelineBoundary(1, 2, 'cell')\nremoveTimelineModel('cell')\nanswer 1 ok",
+        "show cell l A\nsetTimelineBoundary(1, 2, 'cell')\nremoveTimelineModel('cell')\nanswer 1 "
+        "ok",
         "refuse A\nshow cell l A\nsetTimelineBoundary(1, 2, 'cell')",
-        "show cell l A\nevent AddBookmark@A {'BookmarkID': 'x', 'LocationID': 'l'}\nremoveTimelineModel('cell')",
+        "show cell l A\nevent AddBookmark@A {'BookmarkID': 'x', 'LocationID': "
+        "'l'}\nremoveTimelineModel('cell')",
     };
     for (const char *steps : programs) {
         host->renewObject();

@@ -74,7 +74,7 @@ void playScenarios(CheckContext &context, const ScenarioFile &file)
     LoggingHost host(context);
     if (!host)
         return;
-    const QByteArray fileName = "check/scenarios/" + file.name.toLatin1() + ".txt";
+    const QByteArray fileName = "tests/contract/scenarios/" + file.name.toLatin1() + ".txt";
     for (const Scenario &scenario : file.scenarios) {
         host->renewObject();
         for (const Scenario::Step &step : scenario.steps) {
