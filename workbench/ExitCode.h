@@ -11,6 +11,7 @@ namespace exitcode {
 inline constexpr int Done = 0;
 inline constexpr int CheckFailed = 1;
 inline constexpr int CannotBegin = 2;
+inline constexpr int TimedOut = 3;
 } // namespace exitcode
 
 /// Says on standard error why the program can't begin; returns the exit code for that.

@@ -124,6 +124,20 @@ Options Options::parse(const QStringList &arguments)
                "behaves differently. Exits with 0 if the behaviour is identical, and with 1 if it "
                "differs or if nothing was compared.",
                "file");
+    parser.add("qml",
+               "Load a QML <file> in place of the client's part of the window, with the plug-in's "
+               "object as \"bookmarks\" and the device tree as \"topology\", and again when it is "
+               "saved. Exits with the code of Qt.exit(), with 1 instead of 0 if QML reported an "
+               "error, and without a display with 2 if the file can't be loaded.",
+               "file");
+    parser.add(
+        "fail",
+        "With --qml: have the station of that <relay path> answer every command with an error.",
+        "relay path");
+    parser.add("until",
+               "End the program of --qml with 0 at a signal of the plug-in, and with 3 after that "
+               "many seconds; 60 seconds with a signal and without a display.",
+               "signal|seconds");
     parser.add(
         "pictures",
         "After the tour, write pictures of the window's main states to <folder>, from "
@@ -150,6 +164,9 @@ Options Options::parse(const QStringList &arguments)
     options.importFile = parser.readableFile("import");
     options.screenshotFile = parser.text("screenshot");
     options.replayFile = parser.readableFile("replay");
+    options.qmlFile = parser.readableFile("qml");
+    options.failing = parser.text("fail");
+    options.until = parser.text("until");
     options.picturesFolder = parser.text("pictures");
     options.pluginPath = parser.text("library");
     options.logFile = parser.text("log");

@@ -5,6 +5,7 @@
 #include "TourProgram.h"
 #include "WindowProgram.h"
 #include "logging/LogControl.h"
+#include "ownqml/OwnQmlProgram.h"
 
 #include <QtGui/QGuiApplication>
 
@@ -32,6 +33,8 @@ int run(Options options)
     const bool seen = QGuiApplication::platformName() != QLatin1String("offscreen");
     if (options.frameTimes)
         return measureFrameTimes(options);
+    if (!options.qmlFile.isEmpty())
+        return OwnQmlProgram(options).run();
     std::optional<replay::Result> replay;
     if (!options.replayFile.isEmpty()) {
         replay = playRecording(options);

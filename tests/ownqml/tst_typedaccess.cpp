@@ -158,12 +158,12 @@ struct Lint
     QString output;
 };
 
-Lint lint(const QString &file)
+Lint lint(const QStringList &arguments)
 {
     QProcess process;
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(QStringLiteral(QMLLINT),
-                  {u"--compiler"_s, u"warning"_s, u"-I"_s, QStringLiteral(QML_FOLDER), file});
+                  QStringList{u"-I"_s, QStringLiteral(QML_FOLDER)} + arguments);
     if (!process.waitForFinished(60'000))
         return {-1, process.errorString()};
     return {process.exitCode(), QString::fromUtf8(process.readAll())};
@@ -192,6 +192,16 @@ private Q_SLOTS:
         QVERIFY(right.open(QIODevice::WriteOnly) && right.write(expected.toUtf8()) > 0);
         QFAIL(qPrintable(u"%1 differs from the plug-in. Replace it with %2."_s.arg(
             elementFile, right.fileName())));
+    }
+
+    void lintPassesExamples()
+    {
+        const QFileInfoList examples = QDir(QStringLiteral(EXAMPLES)).entryInfoList({u"*.qml"_s});
+        QVERIFY(!examples.isEmpty());
+        for (const QFileInfo &example : examples) {
+            const Lint found = lint({u"-I"_s, QStringLiteral(MODULES), example.filePath()});
+            QVERIFY2(found.exitCode == 0 && found.output.isEmpty(), qPrintable(found.output));
+        }
     }
 
     void lintFindsMistakes_data()
@@ -230,7 +240,7 @@ private Q_SLOTS:
                    "    required property TessalinePlugin plugin\n    " +
                    statement + "\n}\n");
         file.close();
-        const Lint found = lint(file.fileName());
+        const Lint found = lint({u"--compiler"_s, u"warning"_s, file.fileName()});
         QVERIFY2((found.exitCode == 0) == complaint.isEmpty(), qPrintable(found.output));
         QVERIFY2(found.output.contains(complaint), qPrintable(found.output));
     }

@@ -1,0 +1,36 @@
+import QtQuick
+import Tessaline
+
+/// One call, and the signal with its outcome.
+Item {
+    id: root
+
+    readonly property var camera: topology.stations[0].cameras[0] // qmllint disable unqualified
+
+    TessalinePlugin {
+        id: plugin
+        target: bookmarks // qmllint disable unqualified
+        onAddBookmarkResponsed: success => root.show(success ? "The bookmark is stored."
+                                                             : "The station refused the bookmark.")
+    }
+
+    function show(text: string): void {
+        outcome.text = text;
+        print(text);
+    }
+
+    Component.onCompleted: {
+        const end = Date.now();
+        // The signal may come before the call returns, so what it needs has to be ready by now.
+        const sent = plugin.addBookmark(camera.cameraID, camera.locationID, camera.relayPath,
+                                        end - 30000, end, "Added by example 01", "developer", "");
+        if (!sent)
+            show("No command was sent, and no signal follows.");
+    }
+
+    Text {
+        id: outcome
+        anchors.centerIn: parent
+        text: "Waiting for the station"
+    }
+}

@@ -1,0 +1,57 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Tessaline
+import Workbench // CameraPicture, which stands in for the client's picture
+
+/// The bookmarks of a camera on a timeline.
+Item {
+    id: root
+
+    readonly property var camera: topology.stations[0].cameras[0] // qmllint disable unqualified
+    readonly property string uid: "cell-of-example-03" ///< the client's own identifier of the view cell
+    readonly property double to: Date.now()
+    readonly property double from: to - 7 * 24 * 3600 * 1000
+    property QtObject model: null
+
+    TessalinePlugin {
+        id: plugin
+        target: bookmarks // qmllint disable unqualified
+        // It does not say which view cell has got its bookmarks; the models do.
+        onQueryBookmarkForTimelineResponsed: success => print(success ? "Shown " + marks.count : "Failed")
+    }
+
+    CameraPicture {
+        anchors { fill: parent; bottomMargin: 40 }
+        cameraKey: root.camera.key
+        caption: root.camera.name
+        time: root.to
+        timeZone: "UTC"
+    }
+    Rectangle {
+        anchors { left: parent.left; right: parent.right; bottom: parent.bottom }
+        height: 40
+        color: "black"
+
+        Repeater {
+            id: marks
+            model: root.model
+            Rectangle {
+                required property double startTimestampRole
+                required property double endTimestampRole
+                readonly property double scale: root.width / (root.to - root.from)
+                x: (startTimestampRole - root.from) * scale
+                width: Math.max(2, (endTimestampRole - startTimestampRole) * scale)
+                height: 40
+                color: "orange"
+            }
+        }
+    }
+
+    Component.onCompleted: {
+        model = plugin.getBookmarkModelForTimeline(uid);
+        plugin.setTimelineFocusInfo(camera.locationID, camera.relayPath, uid);
+        // The model asks the station for what it lacks of this range.
+        plugin.setTimelineBoundary(from, to, uid);
+    }
+    Component.onDestruction: plugin.removeTimelineModel(uid)
+}

@@ -1,0 +1,23 @@
+import QtQuick
+import Workbench
+
+/// The integrators' drawer beside a developer's QML file.
+ThemedWindow {
+    id: window
+
+    required property var plugin
+    required property Bench bench
+
+    width: 1000
+    height: 420
+    visible: true
+    title: qsTr("Integration")
+
+    IntegratorDrawer {
+        anchors.fill: parent
+        client: Client {
+            plugin: window.plugin
+            bench: window.bench
+        }
+    }
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Installation.h"
+#include "Options.h"
+#include "OwnQml.h"
+#include "SignalReceiver.h"
+#include "StationThread.h"
+
+#include <QtCore/QTemporaryDir>
+#include <QtQml/QQmlApplicationEngine>
+
+#include <optional>
+
+namespace workbench {
+
+/// The workbench with a developer's QML file in place of the client's part of the window.
+class OwnQmlProgram : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit OwnQmlProgram(const Options &options);
+
+    /// @return the exit code, when the file has ended the program, its condition holds or its time
+    /// is over
+    int run();
+
+private:
+    QString prepare();
+    QString failStation();
+    QString readCondition();
+    void connectClient();
+    bool showWindows();
+    void finish(int code);
+
+    Options m_options;
+    bool m_visible; ///< there is a screen
+    QTemporaryDir m_temporary;
+    StationThread m_stations;
+    Installation m_installation;
+    std::optional<OwnQml> m_ownQml;
+    QQmlApplicationEngine m_engine; ///< of the workbench's own windows
+    std::optional<standin::SignalReceiver> m_receiver;
+    QString m_signal;    ///< that ends the program; empty: none
+    double m_limit = -1; ///< seconds; negative: none
+    bool m_finished = false;
+};
+
+} // namespace workbench

@@ -1,0 +1,70 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Workbench
+
+/// Shows a developer's QML file in place of the client, and the errors that its engine reports.
+ThemedWindow {
+    id: window
+
+    required property OwnQml own
+
+    width: 1000
+    height: 700
+    visible: true
+    title: own.file.split("/").pop()
+
+    onClosing: Qt.quit()
+
+    Shortcut {
+        sequences: [StandardKey.Refresh]
+        onActivated: window.own.load()
+    }
+    Connections {
+        target: window.own
+        function onLoaded() {
+            if (!window.own.item)
+                return;
+            window.own.item.parent = place;
+            window.own.item.width = Qt.binding(() => place.width);
+            window.own.item.height = Qt.binding(() => place.height);
+        }
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: 0
+
+        Item {
+            id: place
+            objectName: "place"
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+        }
+        ScrollView {
+            id: errors
+            visible: window.own.errors.length > 0
+            Layout.fillWidth: true
+            Layout.preferredHeight: Math.min(contentHeight, window.height / 2)
+
+            TextArea {
+                objectName: "errors"
+                text: window.own.errors.join("\n")
+                readOnly: true
+                selectByMouse: true
+                wrapMode: TextEdit.Wrap
+                color: Theme.failure
+                font.family: "monospace"
+                Accessible.name: qsTr("Errors")
+            }
+        }
+        Label {
+            padding: Theme.gap
+            elide: Text.ElideMiddle
+            color: Theme.faintText
+            font.pixelSize: Theme.smallText
+            text: qsTr("%1 is loaded again when it is saved, or with F5.").arg(window.own.file)
+            Layout.fillWidth: true
+        }
+    }
+}
