@@ -1,6 +1,6 @@
 #include "RecordedPlugin.h"
 
-#include "LastingType.h"
+#include "ProcessLifetimeType.h"
 
 #include <QtCore/QMetaMethod>
 
@@ -13,7 +13,7 @@ QVariant argumentAt(const QMetaType type, const void *value)
     // The engine passes "undefined" as a null text. As an empty one it would mean something else.
     if (type.id() == QMetaType::QString && static_cast<const QString *>(value)->isNull())
         return {};
-    return QVariant(lastingType(type), value);
+    return QVariant(processLifetimeType(type), value);
 }
 
 } // namespace
@@ -55,9 +55,9 @@ void RecordedPlugin::forward(const QMetaMethod &method, int id, void **arguments
     const quint64 call = m_observer.beginCall(QString::fromLatin1(method.name()), values);
     m_plugin.qt_metacall(QMetaObject::InvokeMetaMethod, id, arguments);
     const bool returns = method.returnType() != QMetaType::Void && arguments[0];
-    m_observer.end(
-        call, returns ? notedResult(QVariant(lastingType(method.returnMetaType()), arguments[0]))
-                      : QVariant());
+    m_observer.end(call, returns ? notedResult(QVariant(
+                                       processLifetimeType(method.returnMetaType()), arguments[0]))
+                                 : QVariant());
 }
 
 QVariant notedResult(const QVariant &result)
