@@ -14,7 +14,8 @@ gate_format() {
 # A name that host, server or QML knows stands once, in the table of its side. Comments may quote.
 gate_names() {
     check_names src/Names.h src
-    check_names workbench/stations/Protocol.h workbench
+    check_names stations/Protocol.h stations
+    check_names stations/Protocol.h workbench
 }
 
 # check_names TABLE FOLDER: literals of the table in other C++ files of the folder
@@ -63,13 +64,13 @@ each_source() {
 # What is shipped or run by users; it takes too long for the tests, which clazy and the compiler see.
 gate_tidy() {
     clang_database
-    each_source 'src|standin|workbench|check|driver|tests/contract' clang-tidy-14 --quiet -p build/release/clang \
+    each_source 'src|standin|stations|workbench|check|driver|tests/contract' clang-tidy-14 --quiet -p build/release/clang \
         --extra-arg=-Wno-gnu-zero-variadic-macro-arguments 2> >(grep -v 'warnings generated' >&2)
 }
 
 gate_clazy() {
     clang_database
-    CLAZY_CHECKS=level1 each_source 'benchmark|check|driver|src|standin|tests|workbench' clazy-standalone -p build/release/clang \
+    CLAZY_CHECKS=level1 each_source 'benchmark|check|driver|src|standin|stations|tests|workbench' clazy-standalone -p build/release/clang \
         --extra-arg=-Wno-gnu-zero-variadic-macro-arguments --extra-arg=-Werror
 }
 

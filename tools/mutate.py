@@ -33,7 +33,7 @@ LIBRARY = "plugins/Tessaline.so"
 TIME_LIMIT = 15  # seconds
 SLOW_TIME_LIMIT = 90
 MEMORY_LIMIT = 4 << 30  # bytes
-COPIED = ["host", "standin", "src", "tests", "cmake", "CMakeLists.txt", "workbench", "benchmark", "check"]
+COPIED = ["host", "standin", "src", "tests", "cmake", "CMakeLists.txt", "stations", "workbench", "benchmark", "check"]
 
 ARGUMENTS = {
     # Of the schedules, those of up to three stations: the others take too long for this.

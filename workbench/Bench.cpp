@@ -1,10 +1,10 @@
 #include "Bench.h"
 
-#include "DemoSite.h"
 #include "PluginBase.h"
+#include "Protocol.h"
 #include "StationThread.h"
 #include "framework/Framework.h"
-#include "stations/Protocol.h"
+#include "topology/CameraKey.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QMetaMethod>
@@ -24,7 +24,7 @@ QVariantMap describe(const StationConfig &station)
         cameras.append(
             QVariantMap{{QStringLiteral("cameraID"), camera.cameraID},
                         {QStringLiteral("name"), camera.name},
-                        {QStringLiteral("key"), cameraKeyOf(station.relayPath, camera.cameraID)},
+                        {QStringLiteral("key"), standin::cameraKey(station.relayPath, camera.cameraID)},
                         {QStringLiteral("locationID"), station.locationID},
                         {QStringLiteral("relayPath"), station.relayPath},
                         {QStringLiteral("stationName"), station.name}});

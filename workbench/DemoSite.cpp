@@ -1,5 +1,6 @@
 #include "DemoSite.h"
 
+#include "topology/CameraKey.h"
 #include "topology/Topology.h"
 
 namespace workbench {
@@ -87,13 +88,8 @@ void showInTopology(const QList<StationConfig> &stations, standin::Topology &top
     for (const StationConfig &station : stations) {
         topology.setStation(station.relayPath, station.name);
         for (const Camera &camera : station.cameras)
-            topology.setCamera(cameraKeyOf(station.relayPath, camera.cameraID), camera.name);
+            topology.setCamera(standin::cameraKey(station.relayPath, camera.cameraID), camera.name);
     }
-}
-
-QString cameraKeyOf(const QString &relayPath, const QString &cameraID)
-{
-    return relayPath.isEmpty() ? cameraID : relayPath + QLatin1Char('/') + cameraID;
 }
 
 } // namespace workbench

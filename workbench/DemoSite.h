@@ -17,7 +17,4 @@ QList<StationConfig> demoStations(int stations = 3, int camerasEach = 4);
 /// Shows stations and cameras in the device tree, as sub-stations of the connected server.
 void showInTopology(const QList<StationConfig> &stations, standin::Topology &topology);
 
-/// @return the key of a camera in the topology
-QString cameraKeyOf(const QString &relayPath, const QString &cameraID);
-
 } // namespace workbench

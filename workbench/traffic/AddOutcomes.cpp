@@ -1,7 +1,7 @@
 #include "AddOutcomes.h"
 
-#include "DemoSite.h"
-#include "stations/Protocol.h"
+#include "Protocol.h"
+#include "topology/CameraKey.h"
 
 namespace workbench {
 
@@ -70,7 +70,7 @@ void AddOutcomes::noteAnswer(const Command &command, const standin::Traffic &ans
 void AddOutcomes::noteFailures(quint64 request, const Command &command, const QString &code)
 {
     for (const QVariant &record : command.records)
-        m_failures[request].insert(cameraKeyOf(command.relayPath, cameraIDOf(record)), code);
+        m_failures[request].insert(standin::cameraKey(command.relayPath, cameraIDOf(record)), code);
     dropOldest(m_failures);
 }
 

@@ -1,8 +1,8 @@
 #include "FaultsModel.h"
 
+#include "Protocol.h"
 #include "StationStates.h"
 #include "framework/Framework.h"
-#include "stations/Protocol.h"
 
 namespace workbench {
 

@@ -1,6 +1,6 @@
 #include "StationStates.h"
 
-#include "stations/Protocol.h"
+#include "Protocol.h"
 
 #include <algorithm>
 

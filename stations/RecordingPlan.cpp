@@ -1,6 +1,7 @@
 #include "RecordingPlan.h"
 
 #include "Site.h"
+#include "topology/CameraKey.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QTimeZone>
@@ -39,8 +40,8 @@ std::optional<RecordingPlan::Place> RecordingPlan::knownCamera(const QString &na
 {
     const QList<Place> places = cameras(station);
     for (const Place &place : places) {
-        const QString key = place.station->config().relayPath + QLatin1Char('/') + place.cameraID;
-        if (name == place.cameraID || name == key)
+        const QString relayPath = place.station->config().relayPath;
+        if (name == place.cameraID || name == standin::cameraKey(relayPath, place.cameraID))
             return place;
     }
     return std::nullopt;
@@ -50,8 +51,8 @@ bool RecordingPlan::isKey(const QString &name) const
 {
     const QList<Station *> stations = m_site.stations();
     return std::any_of(stations.cbegin(), stations.cend(), [&name](const Station *station) {
-        const QString relayPath = station->config().relayPath;
-        return !relayPath.isEmpty() && name.startsWith(relayPath + QLatin1Char('/'));
+        const QString prefix = standin::cameraKey(station->config().relayPath, {});
+        return !prefix.isEmpty() && name.startsWith(prefix);
     });
 }
 

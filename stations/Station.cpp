@@ -2,6 +2,7 @@
 
 #include "Payload.h"
 #include "Protocol.h"
+#include "topology/CameraKey.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QLoggingCategory>
@@ -388,10 +389,10 @@ Answer Station::bookmarkMap(const std::optional<QList<Bookmark>> &bookmarks) con
 /// slash, so nothing is split: both readings are looked for.
 QStringList Station::ownCameraIDs(const QStringList &cameraKeys) const
 {
-    const QString prefix = m_config.relayPath + QLatin1Char('/');
+    const QString prefix = standin::cameraKey(m_config.relayPath, {});
     QStringList cameraIDs = cameraKeys;
     for (const QString &cameraKey : cameraKeys) {
-        if (!m_config.relayPath.isEmpty() && cameraKey.startsWith(prefix))
+        if (!prefix.isEmpty() && cameraKey.startsWith(prefix))
             cameraIDs.append(cameraKey.mid(prefix.size()));
     }
     return cameraIDs;
