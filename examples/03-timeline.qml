@@ -1,7 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Tessaline
-import Workbench // CameraPicture, which stands in for the client's picture
+import Client.Timeline // CameraPicture, which stands in for the client's picture
 
 /// The bookmarks of a camera on a timeline.
 Item {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "traffic/Replay.h"
+#include "Replay.h"
 
 namespace workbench {
 

@@ -1,11 +1,11 @@
 #include "ExitCode.h"
 #include "FrameTimesProgram.h"
 #include "Options.h"
+#include "OwnQmlProgram.h"
 #include "ReplayProgram.h"
 #include "TourProgram.h"
 #include "WindowProgram.h"
 #include "logging/LogControl.h"
-#include "ownqml/OwnQmlProgram.h"
 
 #include <QtGui/QGuiApplication>
 

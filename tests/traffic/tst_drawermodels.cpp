@@ -334,7 +334,7 @@ nowhere          | white vans    |                    |)"_s);
         QQmlEngine engine;
         engine.addImportPath(u"qrc:/tessaline"_s);
         QQmlComponent component(&engine);
-        component.setData("import Workbench\nPayloadTree { row: 1 }", QUrl());
+        component.setData("import Integration\nPayloadTree { row: 1 }", QUrl());
         const std::unique_ptr<QObject> object(
             component.createWithInitialProperties({{u"traffic"_s, QVariant::fromValue(&model)}}));
         auto *const tree = qobject_cast<PayloadTree *>(object.get());

@@ -1,6 +1,7 @@
 import QtQuick
 import QtTest
-import Workbench
+import Client.Common
+import Client.Timeline
 
 WindowTest {
     id: test

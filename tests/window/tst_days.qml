@@ -1,5 +1,6 @@
 import QtTest
-import Workbench
+import Client.Common
+import Client.Dialogs
 
 /// Days and moments in the server's time zone.
 TestCase {

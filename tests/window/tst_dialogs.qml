@@ -1,5 +1,6 @@
 import QtQuick
-import Workbench
+import Client.Common
+import Integration
 
 /// The dialogs, filled in and sent by keys; the stations tell what came of it.
 WindowTest {

@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Controls
 import QtTest
-import Workbench
+import Integration
 
 /// The integrators' drawer: what it shows of the traffic, and what its faults do to the window.
 WindowTest {

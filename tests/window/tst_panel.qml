@@ -1,5 +1,6 @@
 import QtQuick
-import Workbench
+import Client.Common
+import Integration
 
 /// The bookmark panel, used with mouse and keys. 360 bookmarks: 30 on each of 12 cameras.
 WindowTest {

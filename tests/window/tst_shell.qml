@@ -1,6 +1,7 @@
 import QtQuick
 import QtTest
-import Workbench
+import Client.Common
+import Integration
 
 /// Device tree, view cells as a whole, and what concerns the window.
 WindowTest {

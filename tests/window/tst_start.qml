@@ -1,5 +1,5 @@
 import QtQuick
-import Workbench
+import Preparation
 
 WindowTest {
     id: test

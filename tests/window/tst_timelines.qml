@@ -1,6 +1,6 @@
 import QtQuick
 import QtTest
-import Workbench
+import Client.Timeline
 
 TestCase {
     id: testCase

@@ -1,5 +1,6 @@
 import QtQuick
-import Workbench
+import Client.Common
+import Integration
 
 /// The integrators' drawer beside a developer's QML file.
 ThemedWindow {

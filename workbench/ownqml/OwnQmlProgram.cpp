@@ -3,7 +3,7 @@
 #include "DemoSite.h"
 #include "ExitCode.h"
 #include "PluginBase.h"
-#include "preparation/ReadyStations.h"
+#include "ReadyStations.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QEventLoop>
@@ -128,10 +128,10 @@ void OwnQmlProgram::connectClient()
 bool OwnQmlProgram::showWindows()
 {
     m_engine.setInitialProperties({{QStringLiteral("own"), QVariant::fromValue(&*m_ownQml)}});
-    m_engine.load(QUrl(QStringLiteral("qrc:/tessaline/Workbench/ownqml/OwnQmlWindow.qml")));
+    m_engine.load(QUrl(QStringLiteral("qrc:/tessaline/OwnQml/OwnQmlWindow.qml")));
     if (m_visible) {
         m_engine.setInitialProperties(m_installation.initialProperties());
-        m_engine.load(QUrl(QStringLiteral("qrc:/tessaline/Workbench/ownqml/DrawerWindow.qml")));
+        m_engine.load(QUrl(QStringLiteral("qrc:/tessaline/OwnQml/DrawerWindow.qml")));
     }
     return m_engine.rootObjects().size() == (m_visible ? 2 : 1);
 }

@@ -1,7 +1,8 @@
 import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
-import Workbench
+import Client.Common
+import OwnQml
 
 /// Shows a developer's QML file in place of the client, and the errors that its engine reports.
 ThemedWindow {

@@ -1,4 +1,8 @@
 import QtQml
+import Client.Common
+import Client.Panel
+import Integration
+import Tour
 import Workbench
 
 /// Brings the window into its main states and has a picture taken of each, as soon as what the

@@ -1,6 +1,11 @@
 import QtQuick
 import QtQuick.Controls
-import Workbench
+import Client.Common
+import Client.Dialogs
+import Client.Panel
+import Client.Timeline
+import Client.Topology
+import Integration
 
 /// The window: topology, view cells and bookmark panel side by side, the integrators' drawer below.
 ThemedWindow {

@@ -1,0 +1,92 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+
+/// Changes description and group of one bookmark, or of many at once; what is not touched stays.
+SelectionDialog {
+    id: dialog
+
+    required property KnownGroups known
+
+    property int awaited: 0
+    property int failed: 0
+    readonly property bool many: records.length > 1
+
+    objectName: "editDialog"
+    title: many ? qsTr("Edit %1 bookmarks").arg(records.length) : qsTr("Edit bookmark")
+    acceptText: qsTr("Save")
+    valid: records.length > 0 && (changeText.checked || changeGroup.checked)
+    firstField: description
+
+    function openFor(shownRecords, hiddenRecords) {
+        choose(shownRecords, hiddenRecords);
+        const only = records.length === 1 ? records[0] : null;
+        description.text = only ? only.description : "";
+        group.begin(only ? only.group : "");
+        changeText.checked = false;
+        changeGroup.checked = false;
+        open();
+    }
+
+    // An empty text of the engine's own would arrive as null, which leaves the field as it is.
+    function wantedText(change, text) {
+        return !change ? undefined : text === "" ? " ".trim() : text;
+    }
+
+    onSubmitted: {
+        const text = wantedText(changeText.checked, description.text);
+        const groupText = wantedText(changeGroup.checked, group.editText);
+        awaited = records.length;
+        failed = 0;
+        for (const record of records) {
+            if (!client.bookmarks.updateBookmark(record.bookmarkID, text, groupText))
+                count(false);
+        }
+    }
+
+    function count(success) {
+        awaited -= 1;
+        failed += success ? 0 : 1;
+        if (awaited > 0)
+            return;
+        settle(failed === 0 ? "" : many ? qsTr("%1 of %2 were not changed.").arg(failed)
+            .arg(records.length) : qsTr("The bookmark was not changed."));
+    }
+
+    Connections {
+        target: dialog.client.plugin
+        enabled: dialog.busy
+        function onUpdateBookmarkResponsed(success) {
+            if (dialog.isOwn())
+                dialog.count(success);
+        }
+    }
+
+    CheckBox {
+        id: changeText
+        objectName: "changeText"
+        text: qsTr("Change the description")
+    }
+    TextField {
+        id: description
+        objectName: "editDescription"
+        Layout.fillWidth: true
+        selectByMouse: true
+        placeholderText: changeText.checked ? qsTr("(empty)") : qsTr("leave as it is")
+        Accessible.name: qsTr("Description")
+        onTextEdited: changeText.checked = true
+    }
+    CheckBox {
+        id: changeGroup
+        objectName: "changeGroup"
+        text: qsTr("Change the group")
+    }
+    GroupField {
+        id: group
+        objectName: "editGroup"
+        Layout.fillWidth: true
+        known: dialog.known
+        onTouchedChanged: if (touched) changeGroup.checked = true
+        onAccepted: dialog.submit()
+    }
+}

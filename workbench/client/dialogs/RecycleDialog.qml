@@ -1,0 +1,101 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Client.Common
+
+/// How long the server keeps bookmarks.
+FormDialog {
+    id: dialog
+
+    property bool known: false ///< the server has told its setting
+    readonly property int total: days.value * 24 + hours.value ///< hours
+
+    objectName: "recycleDialog"
+    title: qsTr("Recycle settings")
+    acceptText: qsTr("Save")
+    valid: known && (total > 0 || !enableBox.checked)
+
+    function openSetting() {
+        known = false;
+        open();
+        begin();
+        patience.restart();
+        client.bookmarks.getRecycleSetting();
+    }
+
+    onSubmitted: {
+        patience.restart();
+        client.bookmarks.updateRecycleSetting(total, enableBox.checked);
+    }
+
+    // No signal comes of what can't be sent.
+    Timer {
+        id: patience
+        interval: 8000
+        running: false
+        onTriggered: {
+            if (dialog.busy)
+                dialog.settle(qsTr("The server has not answered."));
+        }
+    }
+    Connections {
+        target: dialog.client.plugin
+        enabled: dialog.busy
+        function onGetRecycleSettingResponse(reserveHour, enableRecycle) {
+            if (!dialog.isOwn())
+                return;
+            days.value = Math.floor(reserveHour / 24);
+            hours.value = reserveHour % 24;
+            enableBox.checked = enableRecycle;
+            dialog.known = true;
+            dialog.busy = false;
+            enableBox.forceActiveFocus(Qt.TabFocusReason);
+        }
+        function onUpdateRecycleSettingResponse(success) {
+            dialog.noteOutcome(success ? "" : qsTr("The setting was not changed."));
+        }
+    }
+
+    CheckBox {
+        id: enableBox
+        objectName: "recycleEnabled"
+        enabled: dialog.known
+        text: qsTr("Delete old bookmarks")
+    }
+    RowLayout {
+        enabled: dialog.known
+        spacing: Theme.gap
+
+        Label {
+            text: qsTr("Kept for")
+        }
+        SpinBox {
+            id: days
+            objectName: "recycleDays"
+            to: 99999
+            editable: true
+            Accessible.name: qsTr("Days")
+        }
+        Label {
+            text: qsTr("days and")
+        }
+        SpinBox {
+            id: hours
+            objectName: "recycleHours"
+            to: 23
+            editable: true
+            Accessible.name: qsTr("Hours")
+        }
+        Label {
+            text: qsTr("hours")
+        }
+    }
+    Label {
+        Layout.fillWidth: true
+        visible: dialog.known
+        wrapMode: Text.Wrap
+        color: Theme.faintText
+        text: dialog.valid ? qsTr("%1 hours in all").arg(dialog.total)
+                           : qsTr("At least one hour")
+    }
+}

@@ -1,0 +1,50 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+
+/// Removes all bookmarks of a station, once its name has been typed.
+FormDialog {
+    id: dialog
+
+    property var station: null
+    readonly property string stationName: station ? station.name : ""
+
+    objectName: "removeAllDialog"
+    title: qsTr("Remove all bookmarks of %1?").arg(stationName)
+    acceptText: qsTr("Remove all")
+    gated: true
+    valid: station !== null && confirmation.text.trim() === stationName
+    firstField: confirmation
+
+    function openFor(wanted) {
+        station = wanted;
+        confirmation.text = "";
+        open();
+    }
+
+    onSubmitted: noteSent(client.bookmarks.removeAllBookmarks(station.relayPath))
+
+    Connections {
+        target: dialog.client.plugin
+        enabled: dialog.busy
+        function onRemoveAllBookmarksResponsed(success) {
+            dialog.noteOutcome(success ? "" : qsTr("The station's bookmarks were not removed."));
+        }
+    }
+
+    Label {
+        Layout.fillWidth: true
+        wrapMode: Text.Wrap
+        textFormat: Text.PlainText
+        text: qsTr("The bookmarks of all its cameras are deleted, by whomever they were made. This "
+                   + "can't be undone. Type the station's name, %1, to go on.")
+            .arg(dialog.stationName)
+    }
+    TextField {
+        id: confirmation
+        objectName: "removeAllConfirmation"
+        Layout.fillWidth: true
+        placeholderText: dialog.stationName
+        Accessible.name: qsTr("The station's name")
+    }
+}

@@ -1,0 +1,84 @@
+import QtQml
+import Client.Common
+
+/// What the user looks for, and in which order.
+QtObject {
+    id: filter
+
+    required property Client client
+
+    property string text: ""
+    property int preset: DateRanges.All
+    property string firstDay: "" ///< ISO day in the server's zone; with preset Days only
+    property string lastDay: ""
+    property string timeOfDay: "" ///< as "22:00-06:00", in the server's zone; empty: any
+    property string groupKey: "displayDate"
+    property bool ascending: false
+
+    readonly property string nodeID: client.currentCamera ? client.currentCamera.key : ""
+    /// Whether it leaves anything out.
+    readonly property bool active: text !== "" || nodeID !== "" || preset !== DateRanges.All
+                                   || timeOfDay !== ""
+
+    /// Another value for whatever changes above.
+    readonly property var criteria: ({
+            text: text,
+            timeOfDay: timeOfDay,
+            nodeID: nodeID,
+            groupKey: groupKey,
+            ascending: ascending,
+            preset: preset,
+            firstDay: firstDay,
+            lastDay: lastDay,
+            timeZone: ranges.timeZone
+        })
+
+    readonly property DateRanges ranges: DateRanges {
+        timeZone: filter.client.timeZone
+    }
+
+    /// What the plug-in is asked for. Today is another day after midnight.
+    function pageWanted(pageNumber) {
+        return Object.assign({ pageNumber: pageNumber }, criteria,
+                             ranges.range(preset, Date.now(), firstDay, lastDay));
+    }
+
+    function anything() {
+        return ranges.range(DateRanges.All, 0);
+    }
+
+    function clear() {
+        text = "";
+        timeOfDay = "";
+        preset = DateRanges.All;
+        client.currentCamera = null;
+    }
+
+    function chooseDays(first, last) {
+        firstDay = first < last ? first : last;
+        lastDay = first < last ? last : first;
+        preset = DateRanges.Days;
+    }
+
+    function saveState() {
+        return {
+            text: text,
+            timeOfDay: timeOfDay,
+            preset: preset,
+            firstDay: firstDay,
+            lastDay: lastDay,
+            groupKey: groupKey,
+            ascending: ascending
+        };
+    }
+
+    function restoreState(state) {
+        text = state.text ?? "";
+        timeOfDay = state.timeOfDay ?? "";
+        preset = state.preset ?? DateRanges.All;
+        firstDay = state.firstDay ?? "";
+        lastDay = state.lastDay ?? "";
+        groupKey = state.groupKey ?? "displayDate";
+        ascending = state.ascending ?? false;
+    }
+}

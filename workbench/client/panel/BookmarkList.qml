@@ -1,0 +1,142 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Controls
+import Client.Panel
+
+/// The rows of the page, chosen by mouse and keys as in a file list.
+ListView {
+    id: list
+
+    required property PageQuery query
+    readonly property PageModel page: query.model
+    required property RecordSelection selection
+    required property bool byDate ///< grouped by date: rows need not repeat it
+
+    property int anchor: 0 ///< where a range of bookmarks began: a place in the whole result
+    readonly property int longestRange: 1000 ///< pages of bookmarks; more would take too long
+
+    /// Bookmarks that were added and have not been scrolled to, as in client.added.
+    property var unseen: []
+
+    signal showWanted(var record)
+    signal editWanted(var records)
+    signal deleteWanted(var records)
+
+    model: page
+    clip: true
+    activeFocusOnTab: true
+    keyNavigationEnabled: false
+    boundsBehavior: Flickable.StopAtBounds
+    cacheBuffer: 0 // rows made ahead would be half done when the next page comes
+    reuseItems: true
+    Accessible.role: Accessible.List
+    Accessible.name: qsTr("Bookmarks")
+    ScrollBar.vertical: ScrollBar {}
+    delegate: BookmarkRow {
+        byDate: list.byDate
+        focused: list.activeFocus
+        framed: list.isOf(list.query.client.added, record)
+        onPressed: modifiers => list.press(index, modifiers)
+        onShowWanted: list.show(index)
+    }
+
+    function isOf(keys, record) {
+        return keys.includes(record.relayPath + "/" + record.bookmarkID);
+    }
+
+    /// Scrolls to the first bookmark that was added, as soon as the page has it.
+    function showAdded() {
+        for (let row = 0; unseen.length > 0 && row < count; ++row) {
+            if (!isOf(unseen, page.recordAt(row)))
+                continue;
+            positionViewAtIndex(row, ListView.Contain);
+            unseen = [];
+        }
+    }
+
+    Connections {
+        target: list.query
+        function onLoaded() {
+            list.showAdded();
+        }
+    }
+    Connections {
+        target: list.query.client
+        function onAddedChanged() {
+            list.unseen = list.query.client.added;
+        }
+    }
+
+    function show(row) {
+        if (row >= 0 && row < count)
+            showWanted(page.recordAt(row));
+    }
+
+    function press(row, modifiers) {
+        forceActiveFocus(Qt.MouseFocusReason);
+        moveTo(row, modifiers & Qt.ShiftModifier, modifiers & Qt.ControlModifier);
+        if (modifiers & Qt.ControlModifier)
+            selection.toggle(page.recordAt(row));
+        else if (!(modifiers & Qt.ShiftModifier))
+            selection.setRecords([page.recordAt(row)]);
+    }
+
+    /// Makes a row the current one; @p extending: selects from the anchor to it.
+    function moveTo(row, extending, adds) {
+        if (count === 0)
+            return;
+        currentIndex = Math.min(Math.max(row, 0), count - 1);
+        const place = query.firstShown - 1 + currentIndex;
+        if (!extending)
+            anchor = place;
+        else if (Math.abs(place - anchor) >= longestRange)
+            query.client.notice(qsTr("At most %L1 bookmarks can be selected with Shift.")
+                                .arg(longestRange), true);
+        else if (adds)
+            selection.add(query.recordsBetween(anchor, place));
+        else
+            selection.setRecords(query.recordsBetween(anchor, place));
+    }
+
+    /// Begins with the first row of another page. A range that was begun goes on there.
+    function turn(page, anew) {
+        currentIndex = 0;
+        if (anew || selection.count === 0)
+            anchor = page * query.pageSize;
+        positionViewAtBeginning();
+    }
+
+    /// What an action is for: the selected bookmarks, or else the current one.
+    function targets() {
+        return selection.count > 0 ? selection.records()
+                                   : page.recordsBetween(currentIndex, currentIndex);
+    }
+
+    readonly property int rowsInView: Math.max(1, Math.floor(height / 50))
+    readonly property var steps: new Map([
+        [Qt.Key_Up, -1], [Qt.Key_Down, 1], [Qt.Key_PageUp, -rowsInView],
+        [Qt.Key_PageDown, rowsInView], [Qt.Key_Home, -count], [Qt.Key_End, count]
+    ])
+
+    Keys.onPressed: event => {
+        const shift = event.modifiers & Qt.ShiftModifier;
+        const control = event.modifiers & Qt.ControlModifier;
+        event.accepted = true;
+        if (steps.has(event.key) && !control)
+            moveTo(currentIndex + steps.get(event.key), shift, false);
+        else if (event.key === Qt.Key_A && control)
+            selection.add(page.recordsBetween(0, count - 1));
+        else if (event.key === Qt.Key_Space && count > 0)
+            selection.toggle(page.recordAt(currentIndex));
+        else if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
+            show(currentIndex);
+        else if (event.key === Qt.Key_F2 && targets().length > 0)
+            editWanted(targets());
+        else if (event.key === Qt.Key_Delete && targets().length > 0)
+            deleteWanted(targets());
+        else if (event.key === Qt.Key_Escape && selection.count > 0)
+            selection.clear();
+        else
+            event.accepted = false;
+    }
+}

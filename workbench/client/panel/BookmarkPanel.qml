@@ -1,0 +1,150 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Client.Common
+import Client.Dialogs
+import Client.Panel
+
+/// The search over the bookmarks of all stations: filter, pages, and what is done with the
+/// bookmarks found.
+Pane {
+    id: panel
+    objectName: "bookmarkPanel"
+
+    required property Client client
+
+    readonly property var failedStations: client.failedStations
+    readonly property alias filter: filter
+    readonly property alias selection: selection
+    readonly property alias query: query
+
+    signal addWanted()
+    /// For bookmarks that the filter shows, and others that it hides.
+    signal editWanted(var shown, var hidden)
+    signal deleteWanted(var shown, var hidden)
+
+    /// Keys and what they do, for the help.
+    readonly property var shortcuts: [
+        [qsTr("Esc, Down"), qsTr("Clear the search text, go to the list")],
+        [qsTr("Ctrl+PgUp, Ctrl+PgDn"), qsTr("Previous and next page")],
+        [qsTr("Ctrl+Home, Ctrl+End"), qsTr("First and last page")],
+        [qsTr("Up, Down, PgUp, PgDn, Home, End"), qsTr("Move in the list; with Shift: select")],
+        [qsTr("Space, Ctrl+click"), qsTr("Select or deselect a bookmark")],
+        [qsTr("Shift+click"), qsTr("Select all up to here, from another page too")],
+        [qsTr("Ctrl+A"), qsTr("Select the whole page as well")],
+        [qsTr("Enter, double-click"), qsTr("Show the bookmark in a view cell")],
+        [qsTr("F2"), qsTr("Edit the selected bookmarks")],
+        [qsTr("Del"), qsTr("Delete the selected bookmarks")],
+        [qsTr("Esc"), qsTr("Select nothing")]
+    ]
+
+    function focusSearch() {
+        search.focusSearch();
+    }
+
+    function saveState() {
+        return filter.saveState();
+    }
+
+    function restoreState(state) {
+        filter.restoreState(state);
+    }
+
+    padding: Theme.margin
+
+    BookmarkFilter {
+        id: filter
+        client: panel.client
+    }
+    RecordSelection {
+        id: selection
+    }
+    PageModel {
+        id: page
+        selection: selection
+    }
+
+    PageQuery {
+        id: query
+        client: panel.client
+        filter: filter
+        model: page
+        onTurned: anew => list.turn(query.pageNumber, anew)
+    }
+
+    CsvExport {
+        id: csv
+    }
+    SaveDialog {
+        id: exportDialog
+        objectName: "exportDialog"
+        client: panel.client
+        title: qsTr("Export %L1 bookmarks").arg(query.total)
+        fileTitle: qsTr("File, as CSV for --import")
+        onSaveWanted: path => finish(csv.save(path, query.found.finder, filter.pageWanted(0)))
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: Theme.gap
+
+        SearchBar {
+            id: search
+            Layout.fillWidth: true
+            filter: filter
+            onAddWanted: panel.addWanted()
+            onFinished: list.forceActiveFocus(Qt.TabFocusReason)
+        }
+        DateBar {
+            Layout.fillWidth: true
+            filter: filter
+            finder: query.found.finder
+        }
+        OrderBar {
+            Layout.fillWidth: true
+            client: panel.client
+            filter: filter
+            onExportWanted: exportDialog.openFor(csv.newFile())
+        }
+        BookmarkList {
+            id: list
+            objectName: "bookmarkList"
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+            query: query
+            selection: selection
+            byDate: filter.groupKey === "displayDate"
+            onShowWanted: record => panel.client.bookmarkWanted(record)
+            onEditWanted: records => panel.editWanted(...query.found.shownAndHidden(records))
+            onDeleteWanted: records => panel.deleteWanted(...query.found.shownAndHidden(records))
+
+            EmptyState {
+                anchors.centerIn: parent
+                width: parent.width - 2 * Theme.margin
+                visible: query.total === 0
+                client: panel.client
+                filter: filter
+                anyBookmarks: query.anyBookmarks
+                failedStations: panel.failedStations
+            }
+        }
+        // Below the list, whose rows must not move away under a second click.
+        SelectionBar {
+            Layout.fillWidth: true
+            visible: selection.count > 0
+            client: panel.client
+            selection: selection
+            onEditWanted: records => panel.editWanted(...query.found.shownAndHidden(records))
+            onDeleteWanted: records => panel.deleteWanted(...query.found.shownAndHidden(records))
+        }
+        QueryProgress {
+            Layout.fillWidth: true
+            client: panel.client
+            failedStations: panel.failedStations
+        }
+        PageBar {
+            Layout.fillWidth: true
+            query: query
+        }
+    }
+}

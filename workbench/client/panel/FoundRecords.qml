@@ -1,0 +1,64 @@
+import QtQml
+import Client.Common
+import Client.Panel
+
+/// The display records that match the filter, on whatever pages they are. Asks the plug-in past
+/// client.bookmarks: many such calls would fill the traffic.
+QtObject {
+    id: found
+
+    required property Client client
+    required property BookmarkFilter filter
+
+    readonly property RecordFinder finder: RecordFinder {
+        plugin: found.client.plugin
+        timeZone: found.client.timeZone
+    }
+    readonly property int pageSize: 50 ///< fixed by the plug-in
+
+    function recordsOf(page) {
+        return recordsIn(finder.page(filter.pageWanted(page)));
+    }
+
+    function recordsIn(page) {
+        return [].concat(...page.bookmarkGroupList.map(group => group.bookmarkList));
+    }
+
+    /// Records of all pages, up to the page for which @p enough returns true.
+    function pages(wanted, enough) {
+        const records = [];
+        for (let count = 1; wanted.pageNumber < count; ++wanted.pageNumber) {
+            const page = finder.page(wanted);
+            count = Math.ceil(page.totalBookmarkNumber / pageSize);
+            records.push(...recordsIn(page));
+            if (enough(records))
+                break;
+        }
+        return records;
+    }
+
+    /// Divides records into those that match the filter and those that do not.
+    function shownAndHidden(records) {
+        const wanted = filter.pageWanted(0);
+        const shown = [];
+        const hidden = [];
+        for (const record of records)
+            (!filter.active || matches(record, wanted) ? shown : hidden).push(record);
+        return [shown, hidden];
+    }
+
+    /// Which texts match, the plug-in decides, asked for the moment of that record alone.
+    function matches(record, wanted) {
+        const moment = record.startTimestamp;
+        const key = (record.relayPath ? record.relayPath + "/" : "") + record.cameraID;
+        if (moment < wanted.startTimestamp || moment > wanted.endTimestamp
+                || (wanted.nodeID !== "" && wanted.nodeID !== key))
+            return false;
+        if (wanted.text === "" && wanted.timeOfDay === "")
+            return true;
+        const isIn = records => records.some(one => one.bookmarkID === record.bookmarkID
+                                             && one.relayPath === record.relayPath);
+        return isIn(pages(Object.assign({}, wanted, { startTimestamp: moment, endTimestamp: moment }),
+                          isIn));
+    }
+}

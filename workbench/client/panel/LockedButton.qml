@@ -1,0 +1,33 @@
+import QtQuick
+import QtQuick.Controls
+import Client.Common
+
+/// A button for what the server may forbid. It tells why when it does: a disabled control shows no
+/// tooltip, so it is the frame around the button that does.
+Item {
+    id: frame
+
+    required property Client client
+    property string text: ""
+    property string hint: "" ///< tooltip while the action is allowed
+
+    signal clicked()
+
+    implicitWidth: button.implicitWidth
+    implicitHeight: button.implicitHeight
+
+    ToolButton {
+        id: button
+        anchors.fill: parent
+        enabled: frame.client.settingAllowed
+        focusPolicy: Qt.StrongFocus
+        text: enabled ? frame.text : qsTr("%1 (locked)").arg(frame.text)
+        Accessible.description: frame.client.lockReason
+        onClicked: frame.clicked()
+    }
+    HoverHandler {
+        id: hover
+    }
+    ToolTip.text: frame.client.lockReason || frame.hint
+    ToolTip.visible: hover.hovered && ToolTip.text !== ""
+}

@@ -1,0 +1,60 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Client.Common
+
+/// How far a query over the stations is, and whose bookmarks are missing once it has ended.
+RowLayout {
+    id: progress
+
+    required property Client client
+    required property var failedStations
+
+    readonly property string gap: client.querying || failedStations.length === 0 ? ""
+        : qsTr("Failed or not answered: %1").arg(failedStations.join(", "))
+
+    readonly property bool slow: late.done && client.querying
+
+    visible: slow || gap !== ""
+    spacing: Theme.gap
+
+    // Answers that come at once need no progress.
+    Timer {
+        id: late
+        property bool done: false
+        interval: 300
+        running: progress.client.querying
+        onRunningChanged: if (running) done = false
+        onTriggered: done = true
+    }
+    ProgressBar {
+        visible: progress.slow
+        Layout.preferredWidth: 70
+        to: progress.client.partsExpected
+        value: progress.client.partsReceived
+        Accessible.name: label.text
+    }
+    Label {
+        id: label
+        objectName: "queryProgress"
+        Layout.fillWidth: true
+        elide: Text.ElideRight
+        color: progress.slow ? Theme.text : Theme.failure
+        text: progress.slow ? qsTr("%1 of %2 stations").arg(progress.client.partsReceived)
+                            .arg(progress.client.partsExpected) : progress.gap
+        ToolTip.text: text
+        ToolTip.visible: truncated && hover.hovered
+        HoverHandler {
+            id: hover
+        }
+    }
+    ToolButton {
+        objectName: "stopWaiting"
+        visible: progress.slow
+        text: qsTr("Cancel")
+        focusPolicy: Qt.StrongFocus
+        ToolTip.text: qsTr("Wait no longer; what still comes is shown nevertheless")
+        ToolTip.visible: hovered
+        onClicked: progress.client.stopWaiting()
+    }
+}

@@ -1,0 +1,131 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Client.Common
+
+/// The view cells in the middle of the window: what is shown in them, and what is kept of it.
+Pane {
+    id: pane
+    objectName: "cellGrid"
+
+    required property Client client
+
+    property alias inStep: step.enabled
+    property alias cellCount: cells.shownCount
+    property alias activeIndex: cells.activeIndex
+    readonly property alias activeCell: cells.activeCell
+
+    /// For the list of keys: pairs of keys and what they do.
+    readonly property var shortcuts: [
+        [qsTr("Tab, Ctrl+Arrows"), qsTr("Next cell, cell beside it")],
+        [qsTr("Left, Right"), qsTr("Pan the timeline")],
+        [qsTr("Page Up, Page Down"), qsTr("Pan by the whole timeline")],
+        [qsTr("Shift+Left, Right"), qsTr("Move the play head")],
+        [qsTr("+, −"), qsTr("Zoom the timeline")],
+        [qsTr("Space"), qsTr("Play or pause")],
+        [qsTr("Home"), qsTr("Go to the present")],
+        [qsTr("B, N"), qsTr("Previous, next bookmark")],
+        [qsTr("Z"), qsTr("Zoom to the bookmark at the play head")],
+        [qsTr("I"), qsTr("Keep all cells in step with this one")],
+        [qsTr("A"), qsTr("Add a bookmark at the play head")],
+        [qsTr("M"), qsTr("Mark the start, then the end of a new bookmark")],
+        [qsTr("Delete"), qsTr("Empty the cell")],
+        [qsTr("Wheel, drag"), qsTr("Zoom, pan the timeline under the mouse")],
+        [qsTr("Shift+drag"), qsTr("Mark the range of a new bookmark")],
+        [qsTr("Double click"), qsTr("Go to that moment")]
+    ]
+
+    /// A range for a new bookmark, in milliseconds since the epoch.
+    signal rangeMarked(var camera, real start, real end)
+
+    /// Shows a camera and returns its cell.
+    function showCamera(camera) {
+        const shown = cells.indexShowing(camera);
+        activeIndex = shown >= 0 ? shown : cells.indexForNew();
+        if (shown < 0)
+            activeCell.show(camera);
+        return activeCell;
+    }
+
+    function showBookmark(record) {
+        const key = record.relayPath ? record.relayPath + "/" + record.cameraID : record.cameraID;
+        const camera = client.cameraWithKey(key);
+        if (camera)
+            showCamera(camera).goTo(record.startTimestamp, record.endTimestamp);
+        else
+            client.notice(qsTr("The bookmark's camera is not known here."), true);
+    }
+
+    /// What is worth keeping between two runs, as plain values.
+    function saveState() {
+        const states = [];
+        for (let i = 0; i < cells.count; ++i)
+            states.push(cells.at(i).save());
+        return { cellCount: cellCount, activeIndex: activeIndex, cells: states };
+    }
+
+    /// Without a state that was saved, the first cameras are shown.
+    function restoreState(state) {
+        if (!state || !state.cells) {
+            showFirstCameras();
+            return;
+        }
+        cellCount = [1, 2, 4, 6, 9].includes(state.cellCount) ? state.cellCount : 4;
+        activeIndex = Math.min(state.activeIndex, cellCount - 1);
+        state.cells.slice(0, cells.count).forEach((saved, i) => cells.at(i).restore(saved));
+    }
+
+    function showFirstCameras() {
+        let next = 0;
+        for (const station of client.bench.stations) {
+            for (const camera of station.cameras) {
+                if (next < cellCount)
+                    cells.at(next++).show(camera);
+            }
+        }
+    }
+
+    padding: Theme.gap
+
+    PlayClock {
+        id: playClock
+    }
+    CellsInStep {
+        id: step
+        cells: cells
+    }
+    Connections {
+        target: pane.client
+        function onCameraWanted(camera) {
+            pane.showCamera(camera);
+        }
+        function onBookmarkWanted(record) {
+            pane.showBookmark(record);
+        }
+    }
+
+    ColumnLayout {
+        anchors.fill: parent
+        spacing: Theme.gap
+
+        CellToolBar {
+            cellCount: pane.cellCount
+            head: pane.activeCell ? pane.activeCell.head : null
+            canPlay: pane.activeCell !== null && pane.activeCell.occupied
+            inStep: pane.inStep
+            onInStepChosen: on => pane.inStep = on
+            onCellCountChosen: count => pane.cellCount = count
+            onLiveRequested: pane.activeCell.goLive()
+            Layout.fillWidth: true
+        }
+        ViewCells {
+            id: cells
+            client: pane.client
+            clock: playClock
+            onInStepToggled: pane.inStep = !pane.inStep
+            onRangeMarked: (camera, start, end) => pane.rangeMarked(camera, start, end)
+            Layout.fillWidth: true
+            Layout.fillHeight: true
+        }
+    }
+}

@@ -1,0 +1,41 @@
+import QtQuick
+import QtQuick.Controls
+import Client.Common
+
+/// What can be done with a station as a whole.
+Menu {
+    id: menu
+    objectName: "stationMenu"
+
+    required property Client client
+    property var station: null
+
+    contentWidth: Math.max(200, removeAll.implicitWidth)
+
+    signal recentWanted(var station)
+    signal removeAllWanted(var station)
+    signal recycleWanted
+
+    function openFor(station, item) {
+        menu.station = station;
+        popup(item, Theme.margin, item.height); // the pointer may be elsewhere
+    }
+
+    MenuItem {
+        text: qsTr("Recent bookmarks…")
+        onTriggered: menu.recentWanted(menu.station)
+    }
+    MenuItem {
+        text: qsTr("Recycle settings…")
+        onTriggered: menu.recycleWanted()
+    }
+    MenuSeparator {}
+    MenuItem {
+        id: removeAll
+        // With the reason, as a disabled item shows no tooltip.
+        text: enabled ? qsTr("Remove all bookmarks…")
+                      : qsTr("Remove all bookmarks…\n%1").arg(menu.client.lockReason)
+        enabled: menu.client.settingAllowed
+        onTriggered: menu.removeAllWanted(menu.station)
+    }
+}

@@ -1,0 +1,85 @@
+#include "FrameTimesProgram.h"
+
+#include "DemoSite.h"
+#include "ExitCode.h"
+#include "FrameReport.h"
+#include "Installation.h"
+#include "ReadyStations.h"
+#include "StationThread.h"
+#include "UserActions.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QGuiApplication>
+#include <QtQml/QQmlApplicationEngine>
+#include <QtQuick/QQuickWindow>
+#include <QtQuickControls2/QQuickStyle>
+
+namespace workbench {
+
+namespace {
+
+constexpr QSize WindowSize(1600, 900);
+
+QQuickWindow *openWindow(QQmlApplicationEngine &engine, Installation &installation)
+{
+    QQuickStyle::setStyle(QStringLiteral("Fusion"));
+    installation.enter(engine);
+    QVariantMap properties = installation.initialProperties();
+    properties.insert(QStringLiteral("remembers"), false);
+    properties.insert(QStringLiteral("width"), WindowSize.width());
+    properties.insert(QStringLiteral("height"), WindowSize.height());
+    engine.setInitialProperties(properties);
+    engine.load(QUrl(QStringLiteral("qrc:/tessaline/Workbench/Main.qml")));
+    auto *const window = qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));
+    if (window) {
+        window->requestActivate(); // the keys go to the active window only
+        QMetaObject::invokeMethod(window->findChild<QObject *>(QStringLiteral("cellGrid")),
+                                  "showFirstCameras");
+    }
+    return window;
+}
+
+QJsonObject describe(const Options &options, const QQuickWindow &window)
+{
+    return {{QStringLiteral("bookmarks"), options.bookmarks},
+            {QStringLiteral("stations"), options.stations},
+            {QStringLiteral("cameras"), options.cameras},
+            {QStringLiteral("rounds"), options.rounds},
+            {QStringLiteral("platform"), QGuiApplication::platformName()},
+            {QStringLiteral("backend"), QQuickWindow::sceneGraphBackend()},
+            {QStringLiteral("width"), window.width()},
+            {QStringLiteral("height"), window.height()}};
+}
+
+} // namespace
+
+int measureFrameTimes(const Options &options)
+{
+    const QTemporaryDir temporary;
+    const QString folder = options.dataFolder.isEmpty() ? temporary.path() : options.dataFolder;
+    StationThread stations(demoStations(options.stations, options.cameras));
+    QString error =
+        makeReady(stations, {folder, options.bookmarks, options.seed, options.importFile});
+    Installation installation(stations);
+    if (!error.isEmpty() || !installation.load(options.pluginPath, &error))
+        return complain(error);
+
+    QQmlApplicationEngine engine;
+    QQuickWindow *const window = openWindow(engine, installation);
+    if (!window)
+        return complain(QStringLiteral("the window's QML cannot be loaded"));
+    FrameReport report;
+    UserActions actions(*window, installation.bench(), installation.framework());
+    for (int round = 0; round < options.rounds; ++round)
+        actions.perform(report);
+    std::printf("%s", qPrintable(report.tables()));
+
+    const QString file = options.picturesFolder + QStringLiteral("/frame-times.json");
+    if (!options.picturesFolder.isEmpty() &&
+        !(QDir().mkpath(options.picturesFolder) && report.write(file, describe(options, *window))))
+        return complain(file + QStringLiteral(": cannot be written"));
+    return exitcode::Done;
+}
+
+} // namespace workbench

@@ -1,0 +1,196 @@
+#include "Bench.h"
+
+#include "PluginBase.h"
+#include "Protocol.h"
+#include "StationThread.h"
+#include "framework/Framework.h"
+#include "topology/CameraKey.h"
+
+#include <QtCore/QDateTime>
+#include <QtCore/QMetaMethod>
+#include <QtCore/QTimeZone>
+
+#include <algorithm>
+#include <utility>
+
+namespace workbench {
+
+namespace {
+
+QVariantMap describe(const StationConfig &station)
+{
+    QVariantList cameras;
+    for (const Camera &camera : station.cameras) {
+        cameras.append(QVariantMap{
+            {QStringLiteral("cameraID"), camera.cameraID},
+            {QStringLiteral("name"), camera.name},
+            {QStringLiteral("key"), standin::cameraKey(station.relayPath, camera.cameraID)},
+            {QStringLiteral("locationID"), station.locationID},
+            {QStringLiteral("relayPath"), station.relayPath},
+            {QStringLiteral("stationName"), station.name}});
+    }
+    return {{QStringLiteral("relayPath"), station.relayPath},
+            {QStringLiteral("name"), station.name},
+            {QStringLiteral("locationID"), station.locationID},
+            {QStringLiteral("cameras"), cameras}};
+}
+
+} // namespace
+
+Bench::Bench(PluginBase &plugin, standin::Framework &framework, StationThread &stations,
+             QObject *parent)
+    : QObject(parent)
+    , m_plugin(plugin)
+    , m_framework(framework)
+    , m_stations(stations)
+    , m_now(QDateTime::currentMSecsSinceEpoch())
+    , m_recorder(plugin, framework, m_traffic)
+    , m_faults(framework, m_stationStates)
+{
+    connect(&m_stations, &StationThread::bookmarkAddedByOther, this,
+            [this](const QVariantMap &record, const QString &relayPath) {
+                m_framework.sendEvent(protocol::event::BookmarkAdded, record, relayPath);
+            });
+    connect(&m_stationStates, &StationStates::changed, this, &Bench::stationStatesChanged);
+    connect(&m_stations, &StationThread::bookmarkOfOtherRefused, this,
+            &Bench::bookmarkOfOtherRefused);
+    const auto configs = m_stations.stations();
+    for (const StationConfig &station : configs) {
+        m_stationStates.addStation(station.relayPath, station.name);
+        m_faults.addStation(station.relayPath, station.name);
+    }
+}
+
+void Bench::noteTraffic(const standin::Traffic &traffic)
+{
+    m_recorder.noteTraffic(traffic);
+    m_stationStates.noteTraffic(traffic);
+    m_addOutcomes.noteTraffic(traffic);
+    using Kind = standin::Traffic::Kind;
+    if (traffic.kind == Kind::Sent)
+        m_lastRequest = traffic.sequence;
+    else
+        m_answeredRequest = traffic.request;
+    Q_EMIT passing(traffic);
+    if (traffic.kind == Kind::Sent && traffic.accepted) {
+        m_outstanding.insert(traffic.sequence);
+        m_hasAsked = true;
+        if (m_asked)
+            (*m_asked)[traffic.name].append(traffic.relayPath);
+    } else if (traffic.kind == Kind::Answered) {
+        m_outstanding.remove(traffic.request);
+        noteAnswer(traffic);
+    }
+    // Traffic is noted before the plug-in gets it, and told about afterwards.
+    QMetaObject::invokeMethod(this, &Bench::trafficPassed, Qt::QueuedConnection);
+}
+
+void Bench::noteAnswer(const standin::Traffic &answer)
+{
+    if (answer.resultCode != protocol::code::Success)
+        return;
+    if (answer.name == protocol::command::QueryServerTimeZone)
+        noteClientTimeZone(answer.value.toString());
+    if (answer.name != protocol::command::QuerySettingPermission)
+        return;
+    const bool permission = answer.value.toBool();
+    if (permission != std::exchange(m_settingPermission, permission))
+        Q_EMIT settingPermissionChanged();
+}
+
+void Bench::noteClientTimeZone(const QString &ianaId)
+{
+    // The plug-in ignores an empty zone.
+    if (ianaId.isEmpty() || ianaId == m_clientTimeZone)
+        return;
+    m_clientTimeZone = ianaId;
+    QMetaObject::invokeMethod(this, &Bench::clientTimeZoneChanged, Qt::QueuedConnection);
+}
+
+bool Bench::isTimeZone(const QString &ianaId)
+{
+    return QTimeZone(ianaId.toUtf8()).isValid();
+}
+
+QVariantList Bench::stations() const
+{
+    QVariantList list;
+    const auto stations = m_stations.stations();
+    for (const StationConfig &station : stations)
+        list.append(describe(station));
+    return list;
+}
+
+void Bench::setServerTimeZone(const QString &ianaId)
+{
+    m_serverTimeZone = ianaId;
+    m_stations.setTimeZone(ianaId.toUtf8());
+    Q_EMIT serverTimeZoneChanged();
+    if (m_clientTimeZone.isEmpty())
+        Q_EMIT clientTimeZoneChanged();
+}
+
+void Bench::connectToServer()
+{
+    const quint64 call = m_recorder.beginConnection();
+    m_plugin.PluginServerConnected();
+    m_recorder.end(call, {});
+}
+
+void Bench::allowSettings(bool allowed)
+{
+    m_stations.setSettingPermission(allowed);
+}
+
+void Bench::failStation(const QString &relayPath, bool fails)
+{
+    m_framework.rules().setForStation(
+        relayPath, fails ? standin::Delivery::failed(protocol::code::DatabaseError)
+                         : standin::Delivery::queued());
+}
+
+bool Bench::addByOtherClient(const QString &relayPath, const QString &cameraID, qint64 start,
+                             qint64 end, const QString &description, const QString &group)
+{
+    const auto stations = m_stations.stations();
+    const auto station =
+        std::find_if(stations.cbegin(), stations.cend(), [&](const StationConfig &candidate) {
+            return candidate.relayPath == relayPath;
+        });
+    if (station == stations.cend())
+        return false;
+    Bookmark bookmark;
+    bookmark.cameraID = cameraID;
+    bookmark.locationID = station->locationID;
+    bookmark.start = start;
+    bookmark.end = end;
+    bookmark.description = description;
+    bookmark.creator = QStringLiteral("another client");
+    bookmark.group = group;
+    m_stations.addByOtherClient(relayPath, bookmark);
+    return true;
+}
+
+QStringList Bench::stationsAsked(const QString &command) const
+{
+    return m_asked ? m_asked->value(command) : QStringList();
+}
+
+double Bench::answeredRequest() const
+{
+    return m_framework.deliveries() > 0 ? double(m_answeredRequest) : 0;
+}
+
+QStringList Bench::signalNames() const
+{
+    QStringList names;
+    const QMetaObject *const metaObject = m_plugin.metaObject();
+    for (int i = metaObject->methodOffset(); i < metaObject->methodCount(); ++i) {
+        const QMetaMethod method = metaObject->method(i);
+        if (method.methodType() == QMetaMethod::Signal)
+            names.append(QString::fromLatin1(method.name()));
+    }
+    return names;
+}
+
+} // namespace workbench

@@ -1,0 +1,32 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Client.Common
+
+/// What goes wrong: at each station, and at the server to which the client is connected.
+ColumnLayout {
+    id: tab
+
+    required property Client client
+
+    spacing: Theme.gap
+
+    ServerBar {
+        client: tab.client
+        Layout.fillWidth: true
+    }
+    ListView {
+        id: list
+        objectName: "faultsList"
+        model: tab.client.bench.faults
+        clip: true
+        boundsBehavior: Flickable.StopAtBounds
+        Accessible.name: qsTr("Faults")
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+        header: FaultsHeading { }
+        delegate: FaultsRow { }
+
+        ScrollBar.vertical: ScrollBar { }
+    }
+}

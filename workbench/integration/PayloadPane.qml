@@ -1,0 +1,42 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Client.Common
+import Integration
+
+/// The payload of an entry of the traffic, under the headings of its columns.
+ColumnLayout {
+    id: pane
+
+    required property TrafficModel traffic
+    /// Of the traffic.
+    required property int row
+
+    spacing: 2
+
+    Row {
+        objectName: "payloadHeadings"
+        spacing: view.columnSpacing
+
+        Repeater {
+            model: [qsTr("Key"), qsTr("Value"), qsTr("Type")]
+            Label {
+                required property int index
+                required property string modelData
+                width: view.widthOf(index)
+                leftPadding: Theme.gap
+                text: modelData
+                color: Theme.faintText
+                font.pixelSize: Theme.smallText
+            }
+        }
+    }
+    PayloadView {
+        id: view
+        traffic: pane.traffic
+        row: pane.row
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+    }
+}

@@ -1,0 +1,61 @@
+import QtQuick
+import QtQuick.Controls
+import Client.Common
+import Integration
+
+/// The payload of an entry of the traffic as a tree of keys, values and types.
+TreeView {
+    id: view
+
+    required property TrafficModel traffic
+    /// Of the traffic.
+    required property int row
+
+    readonly property real typeWidth: 88 ///< of the longest usual name
+    readonly property real valueWidth: (width - typeWidth - 2 * columnSpacing) / 2
+
+    function widthOf(column) {
+        return Math.max(40, column === PayloadTree.TypeColumn ? typeWidth : valueWidth);
+    }
+
+    objectName: "payloadTree"
+    columnWidthProvider: widthOf
+    onWidthChanged: forceLayout()
+    clip: true
+    activeFocusOnTab: true
+    boundsBehavior: Flickable.StopAtBounds
+    columnSpacing: Theme.gap
+    Accessible.name: qsTr("Payload")
+    model: PayloadTree {
+        traffic: view.traffic
+        row: view.row
+        onPayloadChanged: view.contentY = 0
+    }
+    selectionModel: ItemSelectionModel { model: view.model }
+    delegate: TreeViewDelegate {
+        id: part
+        required property int column
+        text: model.display
+        implicitHeight: Theme.normalText + Theme.gap + 4
+        ToolTip.visible: hovered
+        ToolTip.delay: 600
+        ToolTip.text: text
+        contentItem: Label {
+            text: part.text
+            elide: Text.ElideRight
+            color: part.highlighted ? Theme.accentText
+                : part.column === PayloadTree.TypeColumn ? Theme.faintText : Theme.text
+        }
+    }
+
+    Label {
+        parent: view // not what is scrolled
+        anchors.centerIn: parent
+        visible: view.row < 0
+        color: Theme.faintText
+        text: qsTr("Choose an entry to see its payload.")
+    }
+
+    ScrollBar.vertical: ScrollBar { }
+    ScrollBar.horizontal: ScrollBar { }
+}

@@ -1,0 +1,105 @@
+import QtQuick
+import QtQuick.Controls
+import Client.Common
+import Integration
+
+/// Search and choice of kinds, pause and clear, above the traffic.
+Flow {
+    id: bar
+
+    required property TrafficModel traffic
+    required property int shownCount
+    readonly property string text: search.settledText
+    readonly property real lineHeight: search.height
+    property var hiddenKinds: []
+    property bool canCopy: false ///< an entry is chosen
+
+    signal copyWanted()
+    signal saveWanted()
+
+    function focusSearch() {
+        search.forceActiveFocus();
+    }
+
+    function show(kinds, shown) {
+        const others = hiddenKinds.filter(hidden => !kinds.includes(hidden));
+        hiddenKinds = shown ? others : others.concat(kinds);
+    }
+
+    spacing: Theme.gap
+
+    SearchField {
+        id: search
+        objectName: "trafficSearch"
+        width: 200
+        placeholderText: qsTr("Search the traffic")
+        hint: qsTr("Name, relay path, code or payload; of a payload the first %1 values")
+            .arg(bar.traffic.searchedValues)
+    }
+    KindBox {
+        kinds: ["call", "connection"]
+        text: qsTr("Calls")
+        height: bar.lineHeight
+        onWanted: (kinds, shown) => bar.show(kinds, shown)
+    }
+    KindBox {
+        kinds: ["send"]
+        text: qsTr("Commands")
+        height: bar.lineHeight
+        onWanted: (kinds, shown) => bar.show(kinds, shown)
+    }
+    KindBox {
+        kinds: ["answer"]
+        text: qsTr("Answers")
+        height: bar.lineHeight
+        onWanted: (kinds, shown) => bar.show(kinds, shown)
+    }
+    KindBox {
+        kinds: ["event"]
+        text: qsTr("Events")
+        height: bar.lineHeight
+        onWanted: (kinds, shown) => bar.show(kinds, shown)
+    }
+    KindBox {
+        kinds: ["signal"]
+        text: qsTr("Signals")
+        height: bar.lineHeight
+        onWanted: (kinds, shown) => bar.show(kinds, shown)
+    }
+    BarButton {
+        objectName: "pauseTraffic"
+        height: bar.lineHeight
+        text: qsTr("Pause")
+        checkable: true
+        checked: bar.traffic.paused
+        onToggled: bar.traffic.paused = checked
+        hint: qsTr("Nothing is lost: what passes meanwhile appears afterwards")
+    }
+    BarButton {
+        objectName: "copyPayload"
+        height: bar.lineHeight
+        text: qsTr("Copy")
+        enabled: bar.canCopy
+        onClicked: bar.copyWanted()
+        hint: qsTr("The payload of the chosen entry as JSON (Ctrl+C)")
+    }
+    BarButton {
+        objectName: "saveTraffic"
+        height: bar.lineHeight
+        text: qsTr("Save…")
+        onClicked: bar.saveWanted()
+        hint: qsTr("As JSON lines, for --replay")
+    }
+    BarButton {
+        height: bar.lineHeight
+        text: qsTr("Clear")
+        onClicked: bar.traffic.clear()
+        hint: qsTr("Forget the traffic so far")
+    }
+    Label {
+        height: bar.lineHeight
+        verticalAlignment: Text.AlignVCenter
+        text: qsTr("%1 of %2 entries").arg(bar.shownCount).arg(bar.traffic.count)
+        color: Theme.faintText
+    }
+}

@@ -1,0 +1,74 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Client.Common
+import Client.Dialogs
+import Integration
+
+/// What passed between QML, plug-in and host, and the payload of the chosen entry.
+ColumnLayout {
+    id: tab
+
+    required property Client client
+    required property bool shown ///< rows that nobody sees would be made all the same
+    readonly property Recorder recorder: client.bench.recorder
+    readonly property TrafficModel traffic: client.bench.traffic
+
+    function copyPayload() {
+        traffic.copyAsJson(filter.sourceRow(list.currentIndex));
+    }
+
+    spacing: Theme.gap
+
+    SearchFilter {
+        id: filter
+        source: tab.shown ? tab.traffic : null
+        text: bar.text
+        hiddenKinds: bar.hiddenKinds
+    }
+
+    TrafficBar {
+        id: bar
+        traffic: tab.traffic
+        shownCount: filter.count
+        canCopy: list.currentIndex >= 0
+        onCopyWanted: tab.copyPayload()
+        onSaveWanted: saveDialog.openFor(tab.recorder.newFile())
+        Layout.fillWidth: true
+    }
+    SplitView {
+        Layout.fillWidth: true
+        Layout.fillHeight: true
+
+        TailList {
+            id: list
+            objectName: "trafficList"
+            model: filter
+            Accessible.name: qsTr("Traffic")
+            SplitView.fillWidth: true
+            SplitView.minimumWidth: 300
+            delegate: TrafficRow { }
+            Keys.onPressed: event => {
+                if (event.matches(StandardKey.Copy) && currentIndex >= 0)
+                    tab.copyPayload();
+                else if (event.text === "/")
+                    bar.focusSearch();
+            }
+        }
+        PayloadPane {
+            traffic: tab.traffic
+            row: filter.sourceRow(list.currentIndex)
+            SplitView.preferredWidth: 320
+            SplitView.minimumWidth: 120
+        }
+    }
+
+    SaveDialog {
+        id: saveDialog
+        objectName: "saveDialog"
+        client: tab.client
+        title: qsTr("Save the traffic")
+        fileTitle: qsTr("File, as JSON lines for --replay")
+        onSaveWanted: path => finish(tab.recorder.save(path))
+    }
+}

@@ -1,0 +1,58 @@
+import QtQuick
+import Qt.labs.settings
+import Client.Common
+import Client.Panel
+import Client.Timeline
+import Integration
+
+/// What the window keeps between two runs.
+Item {
+    id: memory
+
+    required property Window window
+    required property CellGrid cells
+    required property BookmarkPanel panel
+    required property IntegratorDrawer drawer
+    required property var splits ///< list of SplitView
+
+    function restore() {
+        Theme.dark = settings.dark;
+        window.width = settings.width || window.width;
+        window.height = settings.height || window.height;
+        drawer.visible = settings.drawer;
+        splits.forEach((split, i) => {
+            if (settings.splits[i])
+                split.restoreState(settings.splits[i]);
+        });
+        restorePart(cells, settings.cells || "{}"); // at first shows some cameras
+        restorePart(panel, settings.panel);
+    }
+
+    function restorePart(part, text) {
+        if (text !== "")
+            part.restoreState(JSON.parse(text));
+    }
+
+    function save() {
+        settings.dark = Theme.dark;
+        settings.width = window.width;
+        settings.height = window.height;
+        settings.drawer = drawer.visible;
+        settings.splits = splits.map(split => split.saveState());
+        settings.cells = JSON.stringify(cells.saveState());
+        settings.panel = JSON.stringify(panel.saveState());
+    }
+
+    Settings {
+        id: settings
+        category: "window"
+
+        property bool dark: false
+        property int width: 0 ///< as height: 0 when none was kept
+        property int height: 0
+        property bool drawer: false
+        property var splits: []
+        property string cells: ""
+        property string panel: ""
+    }
+}

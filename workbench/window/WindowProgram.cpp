@@ -1,0 +1,105 @@
+#include "WindowProgram.h"
+
+#include "DemoSite.h"
+#include "ExitCode.h"
+#include "Screenshot.h"
+
+#include <QtGui/QGuiApplication>
+#include <QtQuick/QQuickWindow>
+#include <QtQuickControls2/QQuickStyle>
+
+namespace workbench {
+
+WindowProgram::WindowProgram(const Options &options, const QStringList &replayReport)
+    : m_options(options)
+    , m_replayReport(replayReport)
+    , m_stations(demoStations(options.stations, options.cameras))
+    , m_preparation(m_stations,
+                    {options.dataFolder, options.bookmarks, options.seed, options.importFile})
+    , m_progressLine(m_preparation)
+    , m_installation(m_stations)
+{
+}
+
+int WindowProgram::run()
+{
+    QQuickStyle::setStyle(QStringLiteral("Fusion"));
+    m_engine.addImportPath(Installation::importPath());
+    connect(&m_preparation, &Preparation::finished, this, &WindowProgram::goOn);
+    connect(&m_preparation, &Preparation::acknowledged, this, &WindowProgram::showMain);
+    // First, as nobody wants to learn after a long preparation that the plug-in is at fault.
+    QString error;
+    if (m_installation.load(m_options.pluginPath, &error))
+        showPreparation();
+    else
+        fail(error);
+    const int code = QGuiApplication::exec();
+    return m_exitCode ? m_exitCode : code;
+}
+
+void WindowProgram::showPreparation()
+{
+    m_preparation.start();
+    if (m_options.screenshotFile.isEmpty()) {
+        m_preparationWindow =
+            show(QStringLiteral("Preparation/PreparationWindow.qml"),
+                 {{QStringLiteral("preparation"), QVariant::fromValue(&m_preparation)}});
+    }
+}
+
+void WindowProgram::goOn()
+{
+    if (m_exitCode)
+        return;
+    if (!m_preparation.outcome().error.isEmpty())
+        fail(m_preparation.outcome().error, m_preparation.report());
+    else if (m_preparation.report().isEmpty() || !m_preparationWindow)
+        showMain();
+}
+
+void WindowProgram::showMain()
+{
+    m_installation.enter(m_engine);
+    m_installation.bench().setReplayReport(m_replayReport);
+    QQuickWindow *const window =
+        show(QStringLiteral("Workbench/Main.qml"), m_installation.initialProperties());
+    if (m_preparationWindow)
+        m_preparationWindow->deleteLater();
+    if (!window || m_options.screenshotFile.isEmpty())
+        return;
+    auto *const screenshot =
+        new Screenshot(*window, m_installation.bench(), m_options.screenshotFile, this);
+    connect(screenshot, &Screenshot::done, this, [this](const QString &error) {
+        if (!error.isEmpty())
+            m_exitCode = complain(error);
+        QCoreApplication::exit(m_exitCode);
+    });
+}
+
+/// In a window too, where somebody may be looking; @p details are on standard error already.
+void WindowProgram::fail(const QString &error, const QString &details)
+{
+    m_exitCode = complain(error);
+    if (m_preparationWindow)
+        m_preparationWindow->deleteLater();
+    const bool hasScreen = QGuiApplication::platformName() != QLatin1String("offscreen");
+    const bool shown =
+        hasScreen &&
+        show(QStringLiteral("Preparation/ErrorWindow.qml"),
+             {{QStringLiteral("message"), QString(details + QLatin1Char('\n') + error).trimmed()}});
+    // Not before the event loop runs, which would not notice.
+    if (!shown)
+        QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+}
+
+/// Null, with the reasons on standard error and an exit code, when the file can't be shown.
+QQuickWindow *WindowProgram::show(const QString &file, const QVariantMap &properties)
+{
+    m_engine.setInitialProperties(properties);
+    m_engine.load(QUrl(QStringLiteral("qrc:/tessaline/") + file));
+    const QList<QObject *> roots = m_engine.rootObjects();
+    auto *const window = roots.isEmpty() ? nullptr : qobject_cast<QQuickWindow *>(roots.last());
+    return window;
+}
+
+} // namespace workbench
