@@ -28,7 +28,7 @@ WindowTest {
         type(text);
     }
     function addByKeys(text) {
-        find("bookmarkPanel").client.currentCamera = harbour.cameras[0];
+        find("bookmarkPanel").app.currentCamera = harbour.cameras[0];
         keyClick(Qt.Key_N, Qt.ControlModifier);
         tryCompare(find("addDialog"), "opened", true);
         type(text);

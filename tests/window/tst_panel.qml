@@ -99,7 +99,7 @@ WindowTest {
     }
 
     function test_cameraOfTheTreeAndItsChip() {
-        panel().client.currentCamera = bench.stations[0].cameras[0];
+        panel().app.currentCamera = bench.stations[0].cameras[0];
         showsPage("1 to 30 of 30");
         mouseClick(find("cameraChip"));
         showsPage("1 to 50 of 360");

@@ -67,7 +67,7 @@ WindowTest {
         focusTree();
         keyClick(Qt.Key_Down);
         keyClick(Qt.Key_Space);
-        compare(find("bookmarkPanel").client.currentCamera.key, depot.cameras[2].key);
+        compare(find("bookmarkPanel").app.currentCamera.key, depot.cameras[2].key);
     }
 
     function test_intoTheEmptyCellElseTheActive() {
@@ -101,7 +101,7 @@ WindowTest {
         mouseRelease(whole, to.x, to.y);
         compare(cell(data.number).camera.key, camera.key);
         verify(cell(data.number).activeFocus && !ghost.visible);
-        compare(find("bookmarkPanel").client.currentCamera, null, "was no click");
+        compare(find("bookmarkPanel").app.currentCamera, null, "was no click");
         tryVerify(() => find("cell" + data.number).content.status === "live");
     }
 

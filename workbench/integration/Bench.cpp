@@ -8,7 +8,6 @@
 
 #include <QtCore/QDateTime>
 #include <QtCore/QMetaMethod>
-#include <QtCore/QTimeZone>
 
 #include <algorithm>
 #include <utility>
@@ -65,12 +64,7 @@ void Bench::noteTraffic(const standin::Traffic &traffic)
 {
     m_recorder.noteTraffic(traffic);
     m_stationStates.noteTraffic(traffic);
-    m_addOutcomes.noteTraffic(traffic);
     using Kind = standin::Traffic::Kind;
-    if (traffic.kind == Kind::Sent)
-        m_lastRequest = traffic.sequence;
-    else
-        m_answeredRequest = traffic.request;
     Q_EMIT passing(traffic);
     if (traffic.kind == Kind::Sent && traffic.accepted) {
         m_outstanding.insert(traffic.sequence);
@@ -105,11 +99,6 @@ void Bench::noteClientTimeZone(const QString &ianaId)
         return;
     m_clientTimeZone = ianaId;
     QMetaObject::invokeMethod(this, &Bench::clientTimeZoneChanged, Qt::QueuedConnection);
-}
-
-bool Bench::isTimeZone(const QString &ianaId)
-{
-    return QTimeZone(ianaId.toUtf8()).isValid();
 }
 
 QVariantList Bench::stations() const
@@ -174,11 +163,6 @@ bool Bench::addByOtherClient(const QString &relayPath, const QString &cameraID, 
 QStringList Bench::stationsAsked(const QString &command) const
 {
     return m_asked ? m_asked->value(command) : QStringList();
-}
-
-double Bench::answeredRequest() const
-{
-    return m_framework.deliveries() > 0 ? double(m_answeredRequest) : 0;
 }
 
 QStringList Bench::signalNames() const

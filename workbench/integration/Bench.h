@@ -1,6 +1,5 @@
 #pragma once
 
-#include "AddOutcomes.h"
 #include "FaultsModel.h"
 #include "LogModel.h"
 #include "Recorder.h"
@@ -90,8 +89,6 @@ public:
     {
         return m_clientTimeZone.isEmpty() ? m_serverTimeZone : m_clientTimeZone;
     }
-    /// Whether Qt knows a zone; the texts of times are empty in one that it does not know.
-    Q_INVOKABLE static bool isTimeZone(const QString &ianaId);
     bool settingPermission() const { return m_settingPermission; }
 
     /// Tells the plug-in that the connection to the server is up.
@@ -114,28 +111,6 @@ public:
     /// first one nothing is kept, as a session may be long.
     Q_INVOKABLE QStringList stationsAsked(const QString &command) const;
     Q_INVOKABLE void forgetTraffic() { m_asked.emplace(); }
-
-    /// Whether an answer of the station is outstanding. It may change with trafficPassed().
-    Q_INVOKABLE bool isAwaited(const QString &relayPath) const
-    {
-        return m_stationStates.isAwaited(relayPath);
-    }
-
-    /// Number of the last command that was sent; a later one has a greater number.
-    Q_INVOKABLE double lastRequest() const { return double(m_lastRequest); }
-    /// While the plug-in takes an answer: the number of its command. 0 otherwise.
-    Q_INVOKABLE double answeredRequest() const;
-
-    /// Cameras on which the commands after @p request could not add a bookmark, see AddOutcomes.
-    Q_INVOKABLE QVariantMap addFailuresAfter(double request) const
-    {
-        return m_addOutcomes.failuresAfter(quint64(request));
-    }
-    /// Bookmarks that they have added.
-    Q_INVOKABLE QStringList bookmarksAddedAfter(double request) const
-    {
-        return m_addOutcomes.addedAfter(quint64(request));
-    }
 
     /// Names of all signals of the plug-in's object.
     Q_INVOKABLE QStringList signalNames() const;
@@ -166,10 +141,7 @@ private:
     qint64 m_now;
     QSet<quint64> m_outstanding; ///< sequence numbers of commands; an answer may come twice
     bool m_hasAsked = false;
-    quint64 m_lastRequest = 0;
-    quint64 m_answeredRequest = 0; ///< of the last answer or event; an event has none
     StationStates m_stationStates;
-    AddOutcomes m_addOutcomes;
     TrafficModel m_traffic;
     Recorder m_recorder;
     LogModel m_log;

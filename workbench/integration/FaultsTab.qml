@@ -2,23 +2,24 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
+import Integration
 
 /// What goes wrong: at each station, and at the server to which the client is connected.
 ColumnLayout {
     id: tab
 
-    required property Client client
+    required property Bench bench
 
     spacing: Theme.gap
 
     ServerBar {
-        client: tab.client
+        bench: tab.bench
         Layout.fillWidth: true
     }
     ListView {
         id: list
         objectName: "faultsList"
-        model: tab.client.bench.faults
+        model: tab.bench.faults
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         Accessible.name: qsTr("Faults")

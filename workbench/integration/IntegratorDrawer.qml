@@ -2,12 +2,14 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
+import Integration
 
 /// For integrators: what passes between QML, plug-in and host, the log, and faults of the stations.
 Pane {
     id: drawer
 
-    required property Client client
+    required property AppState app
+    required property Bench bench
 
     /// Keys and what they do, for the help.
     readonly property var shortcuts: [
@@ -47,10 +49,10 @@ Pane {
             Layout.fillWidth: true
             Layout.fillHeight: true
 
-            TrafficTab { client: drawer.client; shown: drawer.visible }
-            LogTab { log: drawer.client.bench.log }
-            FaultsTab { client: drawer.client }
-            ReplayTab { report: drawer.client.bench.replayReport }
+            TrafficTab { app: drawer.app; bench: drawer.bench; shown: drawer.visible }
+            LogTab { log: drawer.bench.log }
+            FaultsTab { bench: drawer.bench }
+            ReplayTab { report: drawer.bench.replayReport }
         }
     }
 }

@@ -1,22 +1,23 @@
 import QtQuick
 import QtQuick.Controls
 import Client.Common
+import Integration
 
 /// What the connected server says, and another client that adds bookmarks.
 Flow {
     id: bar
 
-    required property Client client
+    required property Bench bench
 
     /// One a minute, on the cameras in turn.
     function addByOther(count) {
         const cameras = [];
-        for (const station of client.bench.stations)
+        for (const station of bench.stations)
             cameras.push(...station.cameras);
         for (let i = 0; i < count; ++i) {
             const camera = cameras[i % cameras.length];
             const start = Date.now() - i * 60000;
-            client.bench.addByOtherClient(camera.relayPath, camera.cameraID, start, start + 30000,
+            bench.addByOtherClient(camera.relayPath, camera.cameraID, start, start + 30000,
                                           qsTr("Added elsewhere %1").arg(i + 1), "");
         }
     }
@@ -28,7 +29,7 @@ Flow {
         objectName: "permission"
         text: qsTr("Settings allowed")
         checked: true
-        onToggled: bar.client.bench.allowSettings(checked)
+        onToggled: bar.bench.allowSettings(checked)
         ToolTip.visible: hovered
         ToolTip.delay: 600
         ToolTip.text: qsTr("The client hears of it when it connects again")
@@ -36,8 +37,8 @@ Flow {
     TextField {
         objectName: "serverZone"
         width: 150
-        text: bar.client.bench.serverTimeZone
-        onEditingFinished: bar.client.bench.serverTimeZone = text
+        text: bar.bench.serverTimeZone
+        onEditingFinished: bar.bench.serverTimeZone = text
         Accessible.name: qsTr("Time zone of the server")
         ToolTip.visible: hovered
         ToolTip.delay: 600
@@ -46,7 +47,7 @@ Flow {
     Button {
         objectName: "reconnect"
         text: qsTr("Reconnect")
-        onClicked: bar.client.bench.connectToServer()
+        onClicked: bar.bench.connectToServer()
     }
     Button {
         objectName: "addByOther"
@@ -63,6 +64,6 @@ Flow {
     Button {
         objectName: "mend"
         text: qsTr("Mend everything")
-        onClicked: bar.client.bench.faults.reset()
+        onClicked: bar.bench.faults.reset()
     }
 }

@@ -9,10 +9,11 @@ import Integration
 ColumnLayout {
     id: tab
 
-    required property Client client
+    required property AppState app
+    required property Bench bench
     required property bool shown ///< rows that nobody sees would be made all the same
-    readonly property Recorder recorder: client.bench.recorder
-    readonly property TrafficModel traffic: client.bench.traffic
+    readonly property Recorder recorder: bench.recorder
+    readonly property TrafficModel traffic: bench.traffic
 
     function copyPayload() {
         traffic.copyAsJson(filter.sourceRow(list.currentIndex));
@@ -66,9 +67,10 @@ ColumnLayout {
     SaveDialog {
         id: saveDialog
         objectName: "saveDialog"
-        client: tab.client
+        app: tab.app
         title: qsTr("Save the traffic")
         fileTitle: qsTr("File, as JSON lines for --replay")
+        exists: tab.recorder.exists(path)
         onSaveWanted: path => finish(tab.recorder.save(path))
     }
 }

@@ -16,9 +16,10 @@ ThemedWindow {
 
     IntegratorDrawer {
         anchors.fill: parent
-        client: Client {
+        bench: window.bench
+        app: AppState {
             plugin: window.plugin
-            bench: window.bench
+            topology: Topology {}
         }
     }
 }

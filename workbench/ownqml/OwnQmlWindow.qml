@@ -18,7 +18,7 @@ ThemedWindow {
     onClosing: Qt.quit()
 
     Shortcut {
-        sequences: [StandardKey.Refresh]
+        sequence: "F5"
         onActivated: window.own.load()
     }
     Connections {
@@ -50,7 +50,7 @@ ThemedWindow {
 
             TextArea {
                 objectName: "errors"
-                text: window.own.errors.join("\n")
+                text: Array.from(window.own.errors).join("\n")
                 readOnly: true
                 selectByMouse: true
                 wrapMode: TextEdit.Wrap

@@ -23,18 +23,24 @@ ThemedWindow {
     visible: true
     title: qsTr("Tessaline workbench")
 
-    Client {
-        id: client
+    AppState {
+        id: app
         plugin: window.plugin
-        bench: window.bench
+        topology: Topology {
+            stations: window.bench.stations
+            stationStates: window.bench.stationStates
+        }
+        timeZone: window.bench.clientTimeZone
+        settingAllowed: window.bench.settingPermission
+        failedStations: window.bench.failedStations
         onNotice: (text, failure) => notice.show(text, failure)
     }
-    Outcomes {
-        client: client
+    ResultNotifier {
+        app: app
     }
 
     header: WindowBar {
-        client: client
+        app: app
         drawerOpen: drawer.visible
         onAddWanted: window.addBookmark()
         onDrawerToggled: window.toggleDrawer()
@@ -53,7 +59,7 @@ ThemedWindow {
 
             TopologyPane {
                 id: topology
-                client: client
+                app: app
                 onRemoveAllWanted: station => dialogs.removeAllOf(station)
                 onRecentWanted: station => dialogs.recentOf(station)
                 onRecycleWanted: dialogs.recycle()
@@ -62,7 +68,7 @@ ThemedWindow {
             }
             CellGrid {
                 id: cells
-                client: client
+                app: app
                 onRangeMarked: (camera, start, end) => dialogs.addFor([camera], start, end)
                 SplitView.fillWidth: true
                 SplitView.minimumWidth: 360
@@ -70,7 +76,7 @@ ThemedWindow {
             BookmarkPanel {
                 id: panel
                 objectName: "bookmarkPanel"
-                client: client
+                app: app
                 onAddWanted: window.addBookmark()
                 onEditWanted: (shown, hidden) => dialogs.edit(shown, hidden)
                 onDeleteWanted: (shown, hidden) => dialogs.remove(shown, hidden)
@@ -80,7 +86,8 @@ ThemedWindow {
         }
         IntegratorDrawer {
             id: drawer
-            client: client
+            app: app
+            bench: window.bench
             visible: false
             SplitView.preferredHeight: 300
             SplitView.minimumHeight: 140
@@ -89,7 +96,7 @@ ThemedWindow {
 
     Dialogs {
         id: dialogs
-        client: client
+        app: app
         onRemoved: records => panel.selection.remove(records)
     }
 
@@ -101,7 +108,7 @@ ThemedWindow {
     WindowShortcuts {
         id: shortcuts
         onAddWanted: window.addBookmark()
-        onRefreshWanted: client.refresh()
+        onRefreshWanted: app.refresh()
         onSearchWanted: panel.focusSearch()
         onDrawerToggled: window.toggleDrawer()
         onHelpWanted: help.open()
@@ -135,7 +142,7 @@ ThemedWindow {
         if (cell.occupied)
             dialogs.addFor([cell.camera], ...cell.head.rangeForNew());
         else
-            dialogs.addFor(client.currentCamera ? [client.currentCamera] : []);
+            dialogs.addFor(app.currentCamera ? [app.currentCamera] : []);
     }
 
     function toggleDrawer() {
@@ -153,6 +160,6 @@ ThemedWindow {
         if (remembers)
             memory.restore();
         bench.connectToServer();
-        client.refresh();
+        app.refresh();
     }
 }

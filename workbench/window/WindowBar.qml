@@ -7,7 +7,7 @@ import Client.Common
 ToolBar {
     id: bar
 
-    required property Client client
+    required property AppState app
     property bool drawerOpen: false
 
     signal addWanted
@@ -24,20 +24,20 @@ ToolBar {
         }
         Label {
             objectName: "serverTime"
-            text: bar.client.timeZoneKnown ? qsTr("server time: %1").arg(bar.client.timeZone)
-                : qsTr("server time: unknown zone %1, no dates and times").arg(bar.client.timeZone)
-            color: bar.client.timeZoneKnown ? Theme.faintText : Theme.warning
+            text: bar.app.timeZoneKnown ? qsTr("server time: %1").arg(bar.app.timeZone)
+                : qsTr("server time: unknown zone %1, no dates and times").arg(bar.app.timeZone)
+            color: bar.app.timeZoneKnown ? Theme.faintText : Theme.warning
             elide: Text.ElideRight
             Layout.fillWidth: true
             Layout.leftMargin: Theme.margin
         }
         Label {
-            visible: !bar.client.settingAllowed
+            visible: !bar.app.settingAllowed
             text: qsTr("no setting permission")
             color: Theme.warning
             HoverHandler { id: lockHover }
             ToolTip.visible: lockHover.hovered
-            ToolTip.text: bar.client.lockReason
+            ToolTip.text: bar.app.lockReason
         }
         BarButton {
             text: qsTr("Add bookmark…")
@@ -48,7 +48,7 @@ ToolBar {
             objectName: "refresh"
             text: qsTr("Refresh")
             hint: qsTr("Ask all stations for their bookmarks again (F5)")
-            onClicked: bar.client.refresh()
+            onClicked: bar.app.refresh()
         }
         BarButton {
             text: qsTr("Integration")

@@ -14,12 +14,15 @@ class ZonedObject : public QObject
     QML_ANONYMOUS
     /// IANA identifier; an unknown one means UTC.
     Q_PROPERTY(QString timeZone READ timeZone WRITE setTimeZone NOTIFY timeZoneChanged)
+    /// Whether Qt knows the zone.
+    Q_PROPERTY(bool zoneKnown READ isZoneKnown NOTIFY timeZoneChanged)
 
 public:
     using QObject::QObject;
 
     QString timeZone() const { return m_timeZone; }
     void setTimeZone(const QString &ianaId);
+    bool isZoneKnown() const { return QTimeZone(m_timeZone.toUtf8()).isValid(); }
 
 Q_SIGNALS:
     void timeZoneChanged();

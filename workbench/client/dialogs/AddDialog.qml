@@ -9,7 +9,9 @@ FormDialog {
 
     required property KnownGroups known
 
-    property var asked: [] ///< cameras of the last try
+    property var targets: []     ///< cameras of the last try
+    property var request: null   ///< the bookmarks of the last try, as in AppState.added
+    property bool checking: false ///< the list is read again, as the request has failed
 
     objectName: "addDialog"
     title: qsTr("Add a bookmark")
@@ -26,53 +28,90 @@ FormDialog {
         cameras.begin(wanted);
         range.setRange(startMoment ?? last - 60000, last);
         description.text = "";
-        creator.text = client.userName;
+        creator.text = app.userName;
         group.begin("");
         open();
     }
 
     onSubmitted: {
         const common = [range.start, range.end, description.text, creator.text, group.editText];
-        asked = cameras.cameras;
-        if (asked.length === 1) {
-            const camera = asked[0];
-            noteSent(client.bookmarks.addBookmark(camera.cameraID, camera.locationID,
+        targets = cameras.cameras;
+        request = {
+            keys: targets.map(camera => camera.key),
+            startTimestamp: range.start,
+            endTimestamp: range.end,
+            description: description.text,
+            creator: creator.text,
+            group: group.editText
+        };
+        begin(1, targets.map(camera => camera.relayPath));
+        if (targets.length === 1) {
+            const camera = targets[0];
+            noteSent(app.bookmarks.addBookmark(camera.cameraID, camera.locationID,
                                                   camera.relayPath, ...common));
         } else {
-            const targets = asked.map(camera => ({
+            const list = targets.map(camera => ({
                         CameraID: camera.cameraID,
                         LocationID: camera.locationID,
                         relayPath: camera.relayPath
                     }));
-            noteSent(client.bookmarks.addBookmarks(targets, ...common));
+            noteSent(app.bookmarks.addBookmarks(list, ...common));
         }
     }
 
-    /// Only the cameras that failed stay ticked, so that another try adds nothing twice. A view cell
-    /// that could not show its bookmark is no failure here: the bookmark is stored.
-    function settleAdd() {
-        const failures = client.bench.addFailuresAfter(lastBefore);
-        const failed = asked.filter(camera => failures[camera.key] !== undefined);
-        const reasons = failed.map(camera => failures[camera.key]
-            ? qsTr("%1 answered with code %2").arg(camera.stationName).arg(failures[camera.key])
-            : qsTr("%1 did not accept it").arg(camera.stationName));
-        cameras.choose(asked.filter(camera => !failed.includes(camera)), false);
-        cameras.show(failed[0]);
-        client.added = client.bench.bookmarksAddedAfter(lastBefore);
-        settle(failed.length === 0 ? "" : qsTr("Not added on %1 of %2 cameras: %3.")
-            .arg(failed.length).arg(asked.length).arg([...new Set(reasons)].join(", ")));
+    function noteAdded(success) {
+        if (!noteSignal())
+            return;
+        app.added = request;
+        checking = !success;
+        if (success) {
+            settle("");
+        } else {
+            timeout.restart();
+            app.refresh();
+        }
     }
+
+    /// The signal names failed cameras by texts that several cameras may share, and reports a
+    /// failure also when a view cell can't show a bookmark that is stored: the list has the truth.
+    /// Only the cameras that failed stay ticked, so that another try adds nothing twice.
+    function settleChecked() {
+        checking = false;
+        const failed = targets.filter(camera => !isStored(camera));
+        cameras.choose(targets.filter(camera => !failed.includes(camera)), false);
+        cameras.show(failed[0]);
+        const titles = failed.slice(0, 5).map(camera => cameras.titleOf(camera)).join(", ");
+        settle(failed.length === 0 ? "" : qsTr("Not added on %1 of %2 cameras: %3")
+            .arg(failed.length).arg(targets.length).arg(titles + (failed.length > 5 ? ", …" : "")));
+    }
+
+    function isStored(camera) {
+        const page = app.bookmarks.getFilteredBookmarkList({
+            nodeID: camera.key,
+            startTimestamp: request.startTimestamp,
+            endTimestamp: request.startTimestamp
+        });
+        return page.bookmarkGroupList.some(
+            group => group.bookmarkList.some(record => app.isOneOf(record, request)));
+    }
+
+    onClosed: checking = false
 
     Connections {
-        target: dialog.client.plugin
-        enabled: dialog.busy
-        function onAddBookmarkResponsed() {
-            if (dialog.isOwn())
-                dialog.settleAdd();
+        target: dialog.app
+        enabled: dialog.checking
+        function onRefreshed() {
+            dialog.settleChecked();
         }
-        function onAddBookmarksResponsed() {
-            if (dialog.isOwn())
-                dialog.settleAdd();
+    }
+    Connections {
+        target: dialog.app.plugin
+        enabled: dialog.pending > 0
+        function onAddBookmarkResponsed(success) {
+            dialog.noteAdded(success);
+        }
+        function onAddBookmarksResponsed(failCamNameList) {
+            dialog.noteAdded(failCamNameList.length === 0);
         }
     }
 
@@ -89,7 +128,7 @@ FormDialog {
     TimeRangeFields {
         id: range
         Layout.fillWidth: true
-        timeZone: dialog.client.timeZone
+        timeZone: dialog.app.timeZone
     }
     RowLayout {
         spacing: Theme.gap
@@ -119,7 +158,7 @@ FormDialog {
         id: cameras
         Layout.fillWidth: true
         Layout.fillHeight: true
-        client: dialog.client
+        app: dialog.app
         required: dialog.tried
     }
 }

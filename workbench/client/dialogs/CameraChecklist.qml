@@ -8,7 +8,7 @@ import Client.Common
 ColumnLayout {
     id: list
 
-    required property Client client
+    required property AppState app
     property bool required: false ///< none is an error
 
     property var chosen: ({}) ///< cameras by key
@@ -36,7 +36,7 @@ ColumnLayout {
 
     /// Scrolls to a camera; does nothing for one that is not listed.
     function show(camera) {
-        const row = view.model.indexOf(camera);
+        const row = camera ? view.model.findIndex(one => one.key === camera.key) : -1;
         if (row >= 0)
             view.positionViewAtIndex(row, ListView.Contain);
     }
@@ -47,14 +47,8 @@ ColumnLayout {
 
     function matching(text) {
         const wanted = text.toLocaleLowerCase();
-        const found = [];
-        for (const station of client.bench.stations) {
-            for (const camera of station.cameras) {
-                if (titleOf(camera).toLocaleLowerCase().includes(wanted))
-                    found.push(camera);
-            }
-        }
-        return found;
+        return app.topology.cameras.filter(
+            camera => titleOf(camera).toLocaleLowerCase().includes(wanted));
     }
 
     spacing: 2

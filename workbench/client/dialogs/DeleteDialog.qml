@@ -42,11 +42,12 @@ SelectionDialog {
     }
 
     onSubmitted: {
+        begin(1, records.map(record => record.relayPath));
         if (records.length === 1) {
-            noteSent(client.bookmarks.deleteBookmark(records[0].bookmarkID, records[0].relayPath));
+            noteSent(app.bookmarks.deleteBookmark(records[0].bookmarkID, records[0].relayPath));
         } else {
-            client.deletedTogether = records.length;
-            noteSent(client.bookmarks.deleteBookmarks(records.map(record => ({
+            app.deletedTogether = records.length;
+            noteSent(app.bookmarks.deleteBookmarks(records.map(record => ({
                         BookmarkID: record.bookmarkID,
                         relayPath: record.relayPath
                     }))));
@@ -54,15 +55,15 @@ SelectionDialog {
     }
 
     Connections {
-        target: dialog.client.plugin
-        enabled: dialog.busy
+        target: dialog.app.plugin
+        enabled: dialog.pending > 0
         function onDeleteBookmarkResponsed(success) {
-            if (dialog.isOwn())
+            if (dialog.noteSignal())
                 dialog.keep(success ? [] : dialog.records);
         }
         function onDeleteBookmarksResponsed(failBookmarkIdList) {
             const failed = new Set(failBookmarkIdList);
-            if (dialog.isOwn())
+            if (dialog.noteSignal())
                 dialog.keep(dialog.records.filter(record => failed.has(record.bookmarkID)));
         }
     }

@@ -9,7 +9,7 @@ Pane {
 
     required property string acceptText
     required property bool ready
-    required property bool busy
+    required property bool waiting
     required property string awaited
     required property string problem
     required property string hint ///< why it may not be accepted at all
@@ -38,17 +38,17 @@ Pane {
             ProgressBar {
                 objectName: "dialogProgress"
                 Layout.preferredWidth: 60
-                visible: footer.busy
+                visible: footer.waiting
                 indeterminate: true
-                Accessible.name: waiting.text
+                Accessible.name: waitingLabel.text
             }
             Label {
-                id: waiting
+                id: waitingLabel
                 objectName: "dialogWaiting"
                 Layout.fillWidth: true
                 elide: Text.ElideRight
                 color: Theme.faintText
-                text: footer.busy ? qsTr("Waiting for %1 …").arg(footer.awaited) : ""
+                text: footer.waiting ? qsTr("Waiting for %1 …").arg(footer.awaited) : ""
             }
             Button {
                 objectName: "dialogAccept"
@@ -62,7 +62,7 @@ Pane {
             }
             Button {
                 objectName: "dialogCancel"
-                text: footer.busy ? qsTr("Close") : qsTr("Cancel")
+                text: footer.waiting ? qsTr("Close") : qsTr("Cancel")
                 onClicked: footer.rejected()
                 Keys.onReturnPressed: footer.rejected()
             }

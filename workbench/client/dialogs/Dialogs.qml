@@ -6,12 +6,12 @@ Item {
     id: dialogs
     objectName: "dialogs"
 
-    required property Client client
+    required property AppState app
 
     /// These bookmarks have been deleted.
     signal removed(var records)
 
-    /// Cameras as in client.currentCamera, any number; times in milliseconds since the epoch, or
+    /// Cameras as in app.currentCamera, any number; times in milliseconds since the epoch, or
     /// undefined for the last minute.
     function addFor(cameras, start, end) {
         addDialog.openFor(cameras, start, end);
@@ -26,7 +26,7 @@ Item {
         deleteDialog.openFor(shown, hidden);
     }
 
-    /// A station as in client.bench.stations.
+    /// A station as in the topology.
     function removeAllOf(station) {
         removeAllDialog.openFor(station);
     }
@@ -41,33 +41,33 @@ Item {
 
     KnownGroups {
         id: known
-        client: dialogs.client
+        app: dialogs.app
     }
     AddDialog {
         id: addDialog
-        client: dialogs.client
+        app: dialogs.app
         known: known
     }
     EditDialog {
         id: editDialog
-        client: dialogs.client
+        app: dialogs.app
         known: known
     }
     DeleteDialog {
         id: deleteDialog
-        client: dialogs.client
+        app: dialogs.app
         onRemoved: records => dialogs.removed(records)
     }
     RemoveAllDialog {
         id: removeAllDialog
-        client: dialogs.client
+        app: dialogs.app
     }
     RecycleDialog {
         id: recycleDialog
-        client: dialogs.client
+        app: dialogs.app
     }
     RecentDialog {
         id: recentDialog
-        client: dialogs.client
+        app: dialogs.app
     }
 }

@@ -8,7 +8,6 @@ SelectionDialog {
 
     required property KnownGroups known
 
-    property int awaited: 0
     property int failed: 0
     readonly property bool many: records.length > 1
 
@@ -36,29 +35,27 @@ SelectionDialog {
     onSubmitted: {
         const text = wantedText(changeText.checked, description.text);
         const groupText = wantedText(changeGroup.checked, group.editText);
-        awaited = records.length;
         failed = 0;
+        begin(records.length, records.map(record => record.relayPath));
         for (const record of records) {
-            if (!client.bookmarks.updateBookmark(record.bookmarkID, text, groupText))
+            if (!app.bookmarks.updateBookmark(record.bookmarkID, text, groupText))
                 count(false);
         }
     }
 
     function count(success) {
-        awaited -= 1;
         failed += success ? 0 : 1;
-        if (awaited > 0)
+        if (!noteSignal() || pending > 0)
             return;
         settle(failed === 0 ? "" : many ? qsTr("%1 of %2 were not changed.").arg(failed)
             .arg(records.length) : qsTr("The bookmark was not changed."));
     }
 
     Connections {
-        target: dialog.client.plugin
-        enabled: dialog.busy
+        target: dialog.app.plugin
+        enabled: dialog.pending > 0
         function onUpdateBookmarkResponsed(success) {
-            if (dialog.isOwn())
-                dialog.count(success);
+            dialog.count(success);
         }
     }
 

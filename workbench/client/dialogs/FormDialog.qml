@@ -3,12 +3,15 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// A dialog that asks the plug-in for something: it stays open until the outcome has come, and
+/// A dialog that sends a request to the plug-in: it stays open until the outcome has come, and
 /// with the error when it failed. Enter accepts, Esc closes.
+///
+/// The plug-in's signals do not name the request that they answer. Therefore a dialog sends nothing
+/// before it has all signals of its last request, also when the user has closed it meanwhile.
 Dialog {
     id: dialog
 
-    required property Client client
+    required property AppState app
 
     property string acceptText: qsTr("OK")
     property bool valid: true  ///< what was entered may be sent
@@ -16,78 +19,75 @@ Dialog {
     property bool tried: false ///< to send
     property bool gated: false ///< the server may forbid it
     property Item firstField: null
-    property bool busy: false  ///< an outcome is to come
-    property string awaited: "" ///< names of those whose answers are to come
+    property bool busy: false  ///< the user waits for an outcome
+    property int pending: 0    ///< signals to come
+    property int patience: 30  ///< seconds after which no more signals are awaited
+    property var asked: []     ///< names of the stations that the last request was for
     property string error: ""
-    property real lastBefore: 0 ///< number of the last command before those of this dialog
-    property var answered: new Set() ///< numbers of those whose outcome has come
-    readonly property bool ready: valid && !busy && (!gated || client.settingAllowed)
+    readonly property bool ready: valid && !busy && pending === 0 && (!gated || app.settingAllowed)
 
     /// To be sent. The outcome goes to settle().
     signal submitted()
 
     function submit() {
         tried = true;
-        if (!ready || missing)
-            return;
-        begin();
-        submitted();
+        if (ready && !missing)
+            submitted();
     }
 
-    function noteAwaited() {
-        const names = [];
-        for (const station of client.bench.stations) {
-            if (client.bench.isAwaited(station.relayPath))
-                names.push(station.name);
-        }
-        awaited = names.join(", ") || qsTr("the server");
-    }
-
-    readonly property Connections traffic: Connections {
-        target: dialog.client.bench
-        enabled: dialog.busy
-        function onTrafficPassed() {
-            dialog.noteAwaited();
-        }
-    }
-
-    /// From now on outcomes are awaited.
-    function begin() {
+    /// To be called before a request, as its signals may come before the call returns.
+    /// @param signals how many will come
+    /// @param relayPaths of the stations that will answer; empty for the server
+    function begin(signals, relayPaths) {
         error = "";
         busy = true;
-        lastBefore = client.bench.lastRequest();
-        answered.clear();
+        pending = signals;
+        asked = app.topology.stationNames(relayPaths);
+        timeout.restart();
     }
 
-    /// Whether the outcome that has just come is one of this dialog's. The plug-in's signals don't
-    /// tell: it may be that of a dialog that was left before, or the same once more.
-    function isOwn() {
-        const request = client.bench.answeredRequest();
-        if (request === 0) // refused on the way
-            return true;
-        const own = request > lastBefore && !answered.has(request);
-        answered.add(request);
+    /// Counts a signal.
+    /// @return whether it is for the request that the user waits for
+    function noteSignal() {
+        const own = busy;
+        if (pending === 1)
+            timeout.stop();
+        pending = Math.max(0, pending - 1);
         return own;
     }
 
-    /// What the request returned. Its outcome may have come already.
+    /// What the request returned. Of one that was not sent no signal comes, or it has come already.
     function noteSent(accepted) {
-        if (!accepted && busy)
+        if (!accepted && pending > 0 && noteSignal())
             settle(qsTr("The request could not be sent."));
     }
 
-    /// An outcome has come, with a text when it is a failure.
+    /// A signal has come, with a text when it reports a failure.
     function noteOutcome(problem) {
-        if (isOwn())
+        if (noteSignal())
             settle(problem);
     }
 
     /// The outcome: an empty text closes the dialog.
     function settle(problem) {
         busy = false;
+        if (pending === 0)
+            timeout.stop();
         error = problem;
         if (problem === "")
             close();
+    }
+
+    readonly property Timer timeout: Timer {
+        interval: 1000 * dialog.patience
+        onTriggered: {
+            const waited = dialog.busy;
+            dialog.pending = 0;
+            if (waited)
+                dialog.settle(qsTr("No answer has come within %1 seconds. The request may still be "
+                                   + "executed: refresh the list before you try again.")
+                              .arg(dialog.patience));
+        }
     }
 
     parent: Overlay.overlay
@@ -119,10 +119,11 @@ Dialog {
     footer: DialogFooter {
         acceptText: dialog.acceptText
         ready: dialog.ready
-        busy: dialog.busy
-        awaited: dialog.awaited
+        waiting: dialog.busy || dialog.pending > 0
+        awaited: dialog.busy ? dialog.asked.join(", ") || qsTr("the server")
+                             : qsTr("the answer to the last request")
         problem: dialog.error
-        hint: dialog.gated ? dialog.client.lockReason : ""
+        hint: dialog.gated ? dialog.app.lockReason : ""
         onAccepted: dialog.submit()
         onRejected: dialog.close()
     }

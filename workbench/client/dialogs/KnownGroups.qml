@@ -5,21 +5,19 @@ import Client.Common
 QtObject {
     id: known
 
-    required property Client client
+    required property AppState app
 
     readonly property int patience: 150 ///< milliseconds after which nothing more is looked for
-
-    readonly property DateRanges ranges: DateRanges {}
 
     /// All of them, unless there are very many. In the order of groups, all pages between two that
     /// show the same group show it as well; the others are halved, the widest gaps first.
     function names() {
         const found = new Set();
         const question = Object.assign({ groupKey: "group", ascending: true },
-                                       ranges.range(DateRanges.All, 0));
+                                       app.ranges.range(DateRanges.All, 0));
         let pageCount = 0;
         function titles(page) {
-            const answer = client.bookmarks.getFilteredBookmarkList(
+            const answer = app.bookmarks.getFilteredBookmarkList(
                 Object.assign({ pageNumber: page }, question));
             pageCount = Math.ceil(answer.totalBookmarkNumber / 50);
             const list = answer.bookmarkGroupList.map(group => group.title);

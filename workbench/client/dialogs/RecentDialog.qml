@@ -10,6 +10,7 @@ FormDialog {
 
     property var station: null
     property var records: []
+    property bool outdated: false ///< the answer to come is for another number or station
 
     objectName: "recentDialog"
     title: station ? qsTr("Recent bookmarks of %1").arg(station.name) : ""
@@ -26,25 +27,33 @@ FormDialog {
 
     function ask() {
         records = [];
-        begin();
-        noteSent(client.bookmarks.queryBookmarkForRecent(station.locationID, station.relayPath,
+        outdated = pending > 0;
+        if (outdated)
+            return;
+        begin(1, [station.relayPath]);
+        noteSent(app.bookmarks.queryBookmarkForRecent(station.locationID, station.relayPath,
                                                          amount.value));
     }
 
+    onPendingChanged: {
+        if (pending === 0 && outdated && visible)
+            ask();
+    }
+
     onSubmitted: {
-        client.bookmarkWanted(records[view.currentIndex]);
+        app.bookmarkWanted(records[view.currentIndex]);
         settle("");
     }
 
     Connections {
-        target: dialog.client.plugin
-        enabled: dialog.busy
+        target: dialog.app.plugin
+        enabled: dialog.pending > 0
         function onQueryBookmarkForRecentResponsed(success) {
-            if (!dialog.isOwn())
+            if (!dialog.noteSignal() || dialog.pending > 0)
                 return;
             dialog.busy = false;
-            dialog.error = success ? "" : qsTr("The station has not told its bookmarks.");
-            dialog.records = success ? dialog.client.bookmarks.getBookmarkListForRecent() : [];
+            dialog.error = success ? "" : qsTr("The station did not return its bookmarks.");
+            dialog.records = success ? dialog.app.bookmarks.getBookmarkListForRecent() : [];
             view.currentIndex = 0;
         }
     }

@@ -13,36 +13,37 @@ FormDialog {
     objectName: "recycleDialog"
     title: qsTr("Recycle settings")
     acceptText: qsTr("Save")
+    patience: 8 // no signal comes of what can't be sent
     valid: known && (total > 0 || !enableBox.checked)
 
     function openSetting() {
         known = false;
         open();
-        begin();
-        patience.restart();
-        client.bookmarks.getRecycleSetting();
+        ask();
+    }
+
+    function ask() {
+        if (pending > 0)
+            return; // until the answer to the last request has come
+        begin(1, []);
+        app.bookmarks.getRecycleSetting();
+    }
+
+    onPendingChanged: {
+        if (visible && !known && !busy)
+            ask();
     }
 
     onSubmitted: {
-        patience.restart();
-        client.bookmarks.updateRecycleSetting(total, enableBox.checked);
+        begin(1, []);
+        app.bookmarks.updateRecycleSetting(total, enableBox.checked);
     }
 
-    // No signal comes of what can't be sent.
-    Timer {
-        id: patience
-        interval: 8000
-        running: false
-        onTriggered: {
-            if (dialog.busy)
-                dialog.settle(qsTr("The server has not answered."));
-        }
-    }
     Connections {
-        target: dialog.client.plugin
-        enabled: dialog.busy
+        target: dialog.app.plugin
+        enabled: dialog.pending > 0
         function onGetRecycleSettingResponse(reserveHour, enableRecycle) {
-            if (!dialog.isOwn())
+            if (!dialog.noteSignal())
                 return;
             days.value = Math.floor(reserveHour / 24);
             hours.value = reserveHour % 24;

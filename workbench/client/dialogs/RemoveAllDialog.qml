@@ -22,11 +22,14 @@ FormDialog {
         open();
     }
 
-    onSubmitted: noteSent(client.bookmarks.removeAllBookmarks(station.relayPath))
+    onSubmitted: {
+        begin(1, [station.relayPath]);
+        noteSent(app.bookmarks.removeAllBookmarks(station.relayPath));
+    }
 
     Connections {
-        target: dialog.client.plugin
-        enabled: dialog.busy
+        target: dialog.app.plugin
+        enabled: dialog.pending > 0
         function onRemoveAllBookmarksResponsed(success) {
             dialog.noteOutcome(success ? "" : qsTr("The station's bookmarks were not removed."));
         }

@@ -9,6 +9,8 @@ FormDialog {
     id: dialog
 
     required property string fileTitle
+    property bool exists: false ///< the file whose path has been typed
+    readonly property alias path: field.text
 
     /// To be answered by finish().
     signal saveWanted(string path)
@@ -17,32 +19,32 @@ FormDialog {
     function finish(problem) {
         settle(problem);
         if (problem === "")
-            client.notice(qsTr("Saved as %1").arg(path.text), false);
+            app.notice(qsTr("Saved as %1").arg(path), false);
     }
 
     acceptText: qsTr("Save")
-    valid: path.text !== ""
-    firstField: path
+    valid: path !== ""
+    firstField: field
 
     function openFor(file) {
-        path.text = file;
+        field.text = file;
         open();
     }
 
-    onSubmitted: saveWanted(path.text)
+    onSubmitted: saveWanted(path)
 
     Label {
         text: dialog.fileTitle
     }
     TextField {
-        id: path
+        id: field
         objectName: "savePath"
         selectByMouse: true
         Accessible.name: dialog.fileTitle
         Layout.fillWidth: true
     }
     Label {
-        visible: dialog.client.bench.recorder.exists(path.text)
+        visible: dialog.exists
         text: qsTr("The file exists and will be replaced.")
         color: Theme.warning
     }

@@ -5,7 +5,7 @@ import Client.Common
 QtObject {
     id: filter
 
-    required property Client client
+    required property AppState app
 
     property string text: ""
     property int preset: DateRanges.All
@@ -15,7 +15,7 @@ QtObject {
     property string groupKey: "displayDate"
     property bool ascending: false
 
-    readonly property string nodeID: client.currentCamera ? client.currentCamera.key : ""
+    readonly property string nodeID: app.currentCamera ? app.currentCamera.key : ""
     /// Whether it leaves anything out.
     readonly property bool active: text !== "" || nodeID !== "" || preset !== DateRanges.All
                                    || timeOfDay !== ""
@@ -33,9 +33,7 @@ QtObject {
             timeZone: ranges.timeZone
         })
 
-    readonly property DateRanges ranges: DateRanges {
-        timeZone: filter.client.timeZone
-    }
+    readonly property DateRanges ranges: app.ranges
 
     /// What the plug-in is asked for. Today is another day after midnight.
     function pageWanted(pageNumber) {
@@ -51,7 +49,7 @@ QtObject {
         text = "";
         timeOfDay = "";
         preset = DateRanges.All;
-        client.currentCamera = null;
+        app.currentCamera = null;
     }
 
     function chooseDays(first, last) {

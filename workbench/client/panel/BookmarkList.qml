@@ -15,8 +15,8 @@ ListView {
     property int anchor: 0 ///< where a range of bookmarks began: a place in the whole result
     readonly property int longestRange: 1000 ///< pages of bookmarks; more would take too long
 
-    /// Bookmarks that were added and have not been scrolled to, as in client.added.
-    property var unseen: []
+    /// Bookmarks that were added and have not been scrolled to, as in AppState.added.
+    property var unseen: null
 
     signal showWanted(var record)
     signal editWanted(var records)
@@ -35,22 +35,18 @@ ListView {
     delegate: BookmarkRow {
         byDate: list.byDate
         focused: list.activeFocus
-        framed: list.isOf(list.query.client.added, record)
+        framed: list.query.app.isOneOf(record, list.query.app.added)
         onPressed: modifiers => list.press(index, modifiers)
         onShowWanted: list.show(index)
     }
 
-    function isOf(keys, record) {
-        return keys.includes(record.relayPath + "/" + record.bookmarkID);
-    }
-
     /// Scrolls to the first bookmark that was added, as soon as the page has it.
     function showAdded() {
-        for (let row = 0; unseen.length > 0 && row < count; ++row) {
-            if (!isOf(unseen, page.recordAt(row)))
+        for (let row = 0; unseen !== null && row < count; ++row) {
+            if (!query.app.isOneOf(page.recordAt(row), unseen))
                 continue;
             positionViewAtIndex(row, ListView.Contain);
-            unseen = [];
+            unseen = null;
         }
     }
 
@@ -61,9 +57,9 @@ ListView {
         }
     }
     Connections {
-        target: list.query.client
+        target: list.query.app
         function onAddedChanged() {
-            list.unseen = list.query.client.added;
+            list.unseen = list.query.app.added;
         }
     }
 
@@ -90,7 +86,7 @@ ListView {
         if (!extending)
             anchor = place;
         else if (Math.abs(place - anchor) >= longestRange)
-            query.client.notice(qsTr("At most %L1 bookmarks can be selected with Shift.")
+            query.app.notice(qsTr("At most %L1 bookmarks can be selected with Shift.")
                                 .arg(longestRange), true);
         else if (adds)
             selection.add(query.recordsBetween(anchor, place));

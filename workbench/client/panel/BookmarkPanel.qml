@@ -11,9 +11,9 @@ Pane {
     id: panel
     objectName: "bookmarkPanel"
 
-    required property Client client
+    required property AppState app
 
-    readonly property var failedStations: client.failedStations
+    readonly property var failedStations: app.failedStations
     readonly property alias filter: filter
     readonly property alias selection: selection
     readonly property alias query: query
@@ -54,7 +54,7 @@ Pane {
 
     BookmarkFilter {
         id: filter
-        client: panel.client
+        app: panel.app
     }
     RecordSelection {
         id: selection
@@ -66,7 +66,7 @@ Pane {
 
     PageQuery {
         id: query
-        client: panel.client
+        app: panel.app
         filter: filter
         model: page
         onTurned: anew => list.turn(query.pageNumber, anew)
@@ -78,9 +78,10 @@ Pane {
     SaveDialog {
         id: exportDialog
         objectName: "exportDialog"
-        client: panel.client
+        app: panel.app
         title: qsTr("Export %L1 bookmarks").arg(query.total)
         fileTitle: qsTr("File, as CSV for --import")
+        exists: csv.exists(path)
         onSaveWanted: path => finish(csv.save(path, query.found.finder, filter.pageWanted(0)))
     }
 
@@ -102,7 +103,7 @@ Pane {
         }
         OrderBar {
             Layout.fillWidth: true
-            client: panel.client
+            app: panel.app
             filter: filter
             onExportWanted: exportDialog.openFor(csv.newFile())
         }
@@ -114,7 +115,7 @@ Pane {
             query: query
             selection: selection
             byDate: filter.groupKey === "displayDate"
-            onShowWanted: record => panel.client.bookmarkWanted(record)
+            onShowWanted: record => panel.app.bookmarkWanted(record)
             onEditWanted: records => panel.editWanted(...query.found.shownAndHidden(records))
             onDeleteWanted: records => panel.deleteWanted(...query.found.shownAndHidden(records))
 
@@ -122,7 +123,7 @@ Pane {
                 anchors.centerIn: parent
                 width: parent.width - 2 * Theme.margin
                 visible: query.total === 0
-                client: panel.client
+                app: panel.app
                 filter: filter
                 anyBookmarks: query.anyBookmarks
                 failedStations: panel.failedStations
@@ -132,14 +133,14 @@ Pane {
         SelectionBar {
             Layout.fillWidth: true
             visible: selection.count > 0
-            client: panel.client
+            app: panel.app
             selection: selection
             onEditWanted: records => panel.editWanted(...query.found.shownAndHidden(records))
             onDeleteWanted: records => panel.deleteWanted(...query.found.shownAndHidden(records))
         }
         QueryProgress {
             Layout.fillWidth: true
-            client: panel.client
+            app: panel.app
             failedStations: panel.failedStations
         }
         PageBar {

@@ -2,6 +2,7 @@
 
 #include "RecordFinder.h"
 
+#include <QtCore/QFileInfo>
 #include <QtCore/QObject>
 #include <QtCore/QVariant>
 #include <QtQml/qqmlregistration.h>
@@ -19,6 +20,8 @@ public:
 
     /// A name for a new file in the user's home folder.
     Q_INVOKABLE static QString newFile();
+
+    Q_INVOKABLE static bool exists(const QString &path) { return QFileInfo::exists(path); }
 
     /// Saves all bookmarks that match a filter, see RecordFinder.
     /// @return why the file could not be written, beginning with its name; else empty

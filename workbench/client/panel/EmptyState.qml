@@ -7,7 +7,7 @@ import Client.Common
 ColumnLayout {
     id: empty
 
-    required property Client client
+    required property AppState app
     required property BookmarkFilter filter
     required property bool anyBookmarks
     required property var failedStations
@@ -21,7 +21,7 @@ ColumnLayout {
         wrapMode: Text.Wrap
         color: Theme.faintText
         text: empty.anyBookmarks ? qsTr("No bookmark matches.")
-            : empty.client.querying ? qsTr("Waiting for the stations' answers.")
+            : empty.app.querying ? qsTr("Waiting for the stations' answers.")
             : empty.failedStations.length > 0
             ? qsTr("No bookmarks: %1 failed or has not answered.")
                 .arg(empty.failedStations.join(", "))
@@ -37,8 +37,8 @@ ColumnLayout {
     Button {
         objectName: "askAgain"
         Layout.alignment: Qt.AlignHCenter
-        visible: !empty.anyBookmarks && !empty.client.querying
+        visible: !empty.anyBookmarks && !empty.app.querying
         text: qsTr("Ask again")
-        onClicked: empty.client.refresh()
+        onClicked: empty.app.refresh()
     }
 }

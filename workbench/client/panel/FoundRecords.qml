@@ -2,17 +2,16 @@ import QtQml
 import Client.Common
 import Client.Panel
 
-/// The display records that match the filter, on whatever pages they are. Asks the plug-in past
-/// client.bookmarks: many such calls would fill the traffic.
+/// The display records that match the filter, on whatever pages they are.
 QtObject {
     id: found
 
-    required property Client client
+    required property AppState app
     required property BookmarkFilter filter
 
     readonly property RecordFinder finder: RecordFinder {
-        plugin: found.client.plugin
-        timeZone: found.client.timeZone
+        plugin: found.app.plugin
+        timeZone: found.app.timeZone
     }
     readonly property int pageSize: 50 ///< fixed by the plug-in
 
@@ -50,7 +49,7 @@ QtObject {
     /// Which texts match, the plug-in decides, asked for the moment of that record alone.
     function matches(record, wanted) {
         const moment = record.startTimestamp;
-        const key = (record.relayPath ? record.relayPath + "/" : "") + record.cameraID;
+        const key = app.topology.keyOf(record);
         if (moment < wanted.startTimestamp || moment > wanted.endTimestamp
                 || (wanted.nodeID !== "" && wanted.nodeID !== key))
             return false;

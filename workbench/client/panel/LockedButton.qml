@@ -7,7 +7,7 @@ import Client.Common
 Item {
     id: frame
 
-    required property Client client
+    required property AppState app
     property string text: ""
     property string hint: "" ///< tooltip while the action is allowed
 
@@ -19,15 +19,15 @@ Item {
     ToolButton {
         id: button
         anchors.fill: parent
-        enabled: frame.client.settingAllowed
+        enabled: frame.app.settingAllowed
         focusPolicy: Qt.StrongFocus
         text: enabled ? frame.text : qsTr("%1 (locked)").arg(frame.text)
-        Accessible.description: frame.client.lockReason
+        Accessible.description: frame.app.lockReason
         onClicked: frame.clicked()
     }
     HoverHandler {
         id: hover
     }
-    ToolTip.text: frame.client.lockReason || frame.hint
+    ToolTip.text: frame.app.lockReason || frame.hint
     ToolTip.visible: hover.hovered && ToolTip.text !== ""
 }

@@ -7,7 +7,7 @@ import Client.Common
 RowLayout {
     id: bar
 
-    required property Client client
+    required property AppState app
     required property BookmarkFilter filter
 
     /// The bookmarks found are to be saved.
@@ -51,7 +51,7 @@ RowLayout {
     Button {
         id: chip
         objectName: "cameraChip"
-        readonly property var camera: bar.client.currentCamera
+        readonly property var camera: bar.app.currentCamera
         readonly property string cameraName: camera
             ? qsTr("%1 - %2").arg(camera.stationName).arg(camera.name) : ""
         visible: camera !== null
@@ -60,7 +60,7 @@ RowLayout {
         Accessible.name: qsTr("Only %1; press to show all cameras").arg(cameraName)
         ToolTip.text: Accessible.name
         ToolTip.visible: hovered
-        onClicked: bar.client.currentCamera = null
+        onClicked: bar.app.currentCamera = null
         contentItem: Label {
             text: qsTr("%1 ×").arg(chip.cameraName)
             elide: Text.ElideMiddle

@@ -7,12 +7,12 @@ import Client.Panel
 FrameUpdate {
     id: query
 
-    required property Client client
+    required property AppState app
     required property BookmarkFilter filter
     required property PageModel model
 
     readonly property FoundRecords found: FoundRecords {
-        client: query.client
+        app: query.app
         filter: query.filter
     }
     readonly property int pageSize: found.pageSize
@@ -46,14 +46,14 @@ FrameUpdate {
 
     function load() {
         const wanted = filter.pageWanted(pageNumber);
-        const page = filter.timeOfDay === "" ? client.bookmarks.getFilteredBookmarkList(wanted)
+        const page = filter.timeOfDay === "" ? app.bookmarks.getFilteredBookmarkList(wanted)
                                              : found.finder.page(wanted);
         total = page.totalBookmarkNumber;
-        anyBookmarks = total > 0 || client.bookmarks.getFilteredBookmarkList(filter.anything())
+        anyBookmarks = total > 0 || app.bookmarks.getFilteredBookmarkList(filter.anything())
             .totalBookmarkNumber > 0;
         model.setGroups(page.bookmarkGroupList);
         shownPage = pageNumber < pageCount ? pageNumber : 0; // as the plug-in does
-        if (!client.querying)
+        if (!app.querying)
             pageNumber = Math.min(pageNumber, pageCount - 1);
         loaded();
     }
@@ -85,12 +85,12 @@ FrameUpdate {
         }
     }
     Connections {
-        target: query.client
+        target: query.app
         function onRevisionChanged() {
             query.request();
         }
         function onQueryingChanged() {
-            if (query.client.querying && query.total > 0)
+            if (query.app.querying && query.total > 0)
                 patience.restart();
             else
                 patience.stop();

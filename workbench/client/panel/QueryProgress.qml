@@ -7,13 +7,13 @@ import Client.Common
 RowLayout {
     id: progress
 
-    required property Client client
+    required property AppState app
     required property var failedStations
 
-    readonly property string gap: client.querying || failedStations.length === 0 ? ""
+    readonly property string gap: app.querying || failedStations.length === 0 ? ""
         : qsTr("Failed or not answered: %1").arg(failedStations.join(", "))
 
-    readonly property bool slow: late.done && client.querying
+    readonly property bool slow: late.done && app.querying
 
     visible: slow || gap !== ""
     spacing: Theme.gap
@@ -23,15 +23,15 @@ RowLayout {
         id: late
         property bool done: false
         interval: 300
-        running: progress.client.querying
+        running: progress.app.querying
         onRunningChanged: if (running) done = false
         onTriggered: done = true
     }
     ProgressBar {
         visible: progress.slow
         Layout.preferredWidth: 70
-        to: progress.client.partsExpected
-        value: progress.client.partsReceived
+        to: progress.app.partsExpected
+        value: progress.app.partsReceived
         Accessible.name: label.text
     }
     Label {
@@ -40,8 +40,8 @@ RowLayout {
         Layout.fillWidth: true
         elide: Text.ElideRight
         color: progress.slow ? Theme.text : Theme.failure
-        text: progress.slow ? qsTr("%1 of %2 stations").arg(progress.client.partsReceived)
-                            .arg(progress.client.partsExpected) : progress.gap
+        text: progress.slow ? qsTr("%1 of %2 stations").arg(progress.app.partsReceived)
+                            .arg(progress.app.partsExpected) : progress.gap
         ToolTip.text: text
         ToolTip.visible: truncated && hover.hovered
         HoverHandler {
@@ -55,6 +55,6 @@ RowLayout {
         focusPolicy: Qt.StrongFocus
         ToolTip.text: qsTr("Wait no longer; what still comes is shown nevertheless")
         ToolTip.visible: hovered
-        onClicked: progress.client.stopWaiting()
+        onClicked: progress.app.stopWaiting()
     }
 }

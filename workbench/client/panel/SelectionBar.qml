@@ -8,7 +8,7 @@ import Client.Panel
 Rectangle {
     id: bar
 
-    required property Client client
+    required property AppState app
     required property RecordSelection selection
 
     signal editWanted(var records)
@@ -40,7 +40,7 @@ Rectangle {
         }
         LockedButton {
             objectName: "deleteSelected"
-            client: bar.client
+            app: bar.app
             text: qsTr("Delete …")
             hint: qsTr("Delete the selected bookmarks (Del)")
             onClicked: bar.deleteWanted(bar.selection.records())

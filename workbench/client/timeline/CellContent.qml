@@ -7,7 +7,7 @@ import Client.Timeline
 ColumnLayout {
     id: content
 
-    required property Client client
+    required property AppState app
     required property string uid
     required property var camera
     required property VisibleRange range
@@ -15,8 +15,9 @@ ColumnLayout {
 
     property real markedFrom: NaN ///< start of a range that is being marked by key
 
-    readonly property string status: feed.failed ? qsTr("station failed")
-        : feed.waiting ? qsTr("asking the station…")
+    readonly property string status: feed.failed ? feed.stationState === "failing"
+            ? qsTr("station failed") : qsTr("a timeline failed")
+        : feed.stationState === "slow" ? qsTr("waiting for the station…")
         : head.live ? qsTr("live")
         : head.playing ? qsTr("playing") : qsTr("paused")
 
@@ -62,7 +63,7 @@ ColumnLayout {
 
     TimelineFeed {
         id: feed
-        client: content.client
+        app: content.app
         uid: content.uid
         camera: content.camera
         range: content.range
@@ -90,7 +91,7 @@ ColumnLayout {
         cameraKey: content.camera.key
         caption: content.camera.name
         time: content.head.position
-        timeZone: content.client.timeZone
+        timeZone: content.app.timeZone
         Accessible.role: Accessible.Graphic
         Accessible.name: qsTr("Picture of %1 at %2").arg(caption).arg(timeText)
         Layout.fillWidth: true
@@ -101,7 +102,7 @@ ColumnLayout {
         objectName: "timelineBar"
         range: content.range
         marks: marks
-        timeZone: content.client.timeZone
+        timeZone: content.app.timeZone
         position: content.head.position
         markedFrom: content.markedFrom
         onSeekRequested: time => content.head.seek(time)

@@ -8,7 +8,7 @@ Pane {
     id: pane
     objectName: "cellGrid"
 
-    required property Client client
+    required property AppState app
 
     property alias inStep: step.enabled
     property alias cellCount: cells.shownCount
@@ -48,12 +48,11 @@ Pane {
     }
 
     function showBookmark(record) {
-        const key = record.relayPath ? record.relayPath + "/" + record.cameraID : record.cameraID;
-        const camera = client.cameraWithKey(key);
+        const camera = app.topology.cameraWithKey(app.topology.keyOf(record));
         if (camera)
             showCamera(camera).goTo(record.startTimestamp, record.endTimestamp);
         else
-            client.notice(qsTr("The bookmark's camera is not known here."), true);
+            app.notice(qsTr("The bookmark's camera is not known here."), true);
     }
 
     /// What is worth keeping between two runs, as plain values.
@@ -76,13 +75,7 @@ Pane {
     }
 
     function showFirstCameras() {
-        let next = 0;
-        for (const station of client.bench.stations) {
-            for (const camera of station.cameras) {
-                if (next < cellCount)
-                    cells.at(next++).show(camera);
-            }
-        }
+        app.topology.cameras.slice(0, cellCount).forEach((camera, i) => cells.at(i).show(camera));
     }
 
     padding: Theme.gap
@@ -95,7 +88,7 @@ Pane {
         cells: cells
     }
     Connections {
-        target: pane.client
+        target: pane.app
         function onCameraWanted(camera) {
             pane.showCamera(camera);
         }
@@ -120,7 +113,7 @@ Pane {
         }
         ViewCells {
             id: cells
-            client: pane.client
+            app: pane.app
             clock: playClock
             onInStepToggled: pane.inStep = !pane.inStep
             onRangeMarked: (camera, start, end) => pane.rangeMarked(camera, start, end)

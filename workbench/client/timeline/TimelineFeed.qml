@@ -6,15 +6,14 @@ import Client.Timeline
 QtObject {
     id: feed
 
-    required property Client client
+    required property AppState app
     required property string uid ///< of the view cell
     required property var camera
     required property VisibleRange range
 
     /// The plug-in's list model; null when there is none. It dies with the view cell.
     property var model: null
-    property bool waiting: false ///< the station has something to answer
-    property bool failed: false  ///< the last answer to a timeline was none
+    property bool failed: false ///< a timeline has failed, as far as is known this one
 
     readonly property real askedFrom: range.askedFrom
     readonly property real askedTo: range.askedTo
@@ -27,27 +26,27 @@ QtObject {
         if (!camera)
             return;
         if (!model)
-            model = client.bookmarks.getBookmarkModelForTimeline(uid);
+            model = app.bookmarks.getBookmarkModelForTimeline(uid);
         failed = !model;
-        client.bookmarks.setTimelineFocusInfo(camera.locationID, camera.relayPath, uid);
+        app.bookmarks.setTimelineFocusInfo(camera.locationID, camera.relayPath, uid);
         askSoon.restart();
     }
 
     /// Forgets everything and asks anew.
     function reload() {
         failed = false;
-        client.bookmarks.clearTimelineModel(uid);
+        app.bookmarks.clearTimelineModel(uid);
         askSoon.restart();
     }
 
     function ask() {
-        client.bookmarks.setTimelineBoundary(askedFrom, askedTo, uid);
+        app.bookmarks.setTimelineBoundary(askedFrom, askedTo, uid);
     }
 
     function close() {
         askSoon.stop();
         model = null; // nothing here may look at it while it is destroyed
-        client.bookmarks.removeTimelineModel(uid);
+        app.bookmarks.removeTimelineModel(uid);
     }
 
     /// Panning and zooming change the range many times between two frames.
@@ -57,40 +56,34 @@ QtObject {
     }
 
     readonly property Connections outdated: Connections {
-        target: feed.client
+        target: feed.app
 
         function onTimelinesOutdated() {
             feed.reload();
         }
     }
 
-    readonly property Connections traffic: Connections {
-        target: feed.client.bench
-
-        function onTrafficPassed() {
-            feed.waiting = feed.client.bench.isAwaited(feed.camera.relayPath);
-        }
-        function onStationStatesChanged() {
-            feed.settle();
-        }
-    }
-
     /// A timeline has failed, and it is not known yet whether at this station.
     property bool unsettled: false
 
-    /// The answers' signal names no view cell: the state of the station, which follows, tells
-    /// whether this one has failed. One that works again is asked again.
+    readonly property string stationState: app.topology.stationStates[camera.relayPath] ?? ""
+    onStationStateChanged: settle()
+
+    /// The answers' signal names no view cell. The state of the station, which follows, shows
+    /// whether this one has failed; where the host does not know it, each one may have. A station
+    /// that works again is asked again.
     function settle() {
-        const failing = client.bench.stationStates[camera.relayPath] === "failing";
-        if (failing && unsettled)
+        const failing = stationState === "failing";
+        const known = stationState !== "";
+        if (unsettled && (failing || !known))
             failed = true;
-        else if (failed && !failing)
+        else if (failed && known && !failing)
             reload();
-        unsettled = unsettled && !failing;
+        unsettled = unsettled && known && !failing;
     }
 
     readonly property Connections answers: Connections {
-        target: feed.client.plugin
+        target: feed.app.plugin
 
         function onQueryBookmarkForTimelineResponsed(success) {
             feed.unsettled = !success;

@@ -7,7 +7,7 @@ import Client.Timeline
 FocusScope {
     id: cell
 
-    required property Client client
+    required property AppState app
     required property PlayClock clock
     required property int number ///< from 0
     property bool active: false  ///< the tool bar's controls are for this one
@@ -57,7 +57,7 @@ FocusScope {
     }
 
     function restore(state) {
-        const saved = client.cameraWithKey(state.camera);
+        const saved = app.topology.cameraWithKey(state.camera);
         const now = clock.now;
         const span = state.to - state.from;
         if (state.position > 0) {
@@ -98,7 +98,7 @@ FocusScope {
         CellContent {
             anchors.fill: parent
             anchors.margins: 2
-            client: cell.client
+            app: cell.app
             uid: "view-cell-" + cell.number
             camera: cell.camera
             range: cell.range

@@ -8,7 +8,7 @@ import Client.Common
 GridLayout {
     id: grid
 
-    required property Client client
+    required property AppState app
     required property PlayClock clock
 
     property int shownCount: 4
@@ -55,7 +55,7 @@ GridLayout {
         ViewCell {
             required property int index
             objectName: "cell" + index
-            client: grid.client
+            app: grid.app
             clock: grid.clock
             number: index
             visible: index < grid.shownCount

@@ -7,7 +7,7 @@ Menu {
     id: menu
     objectName: "stationMenu"
 
-    required property Client client
+    required property AppState app
     property var station: null
 
     contentWidth: Math.max(200, removeAll.implicitWidth)
@@ -34,8 +34,8 @@ Menu {
         id: removeAll
         // With the reason, as a disabled item shows no tooltip.
         text: enabled ? qsTr("Remove all bookmarks…")
-                      : qsTr("Remove all bookmarks…\n%1").arg(menu.client.lockReason)
-        enabled: menu.client.settingAllowed
+                      : qsTr("Remove all bookmarks…\n%1").arg(menu.app.lockReason)
+        enabled: menu.app.settingAllowed
         onTriggered: menu.removeAllWanted(menu.station)
     }
 }

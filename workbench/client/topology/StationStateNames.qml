@@ -2,7 +2,7 @@ pragma Singleton
 import QtQml
 import Client.Common
 
-/// Words and colours for the states that the bench tells of stations.
+/// Words and colours for the states of stations.
 QtObject {
     readonly property var words: ({
         connected: qsTr("connected"),

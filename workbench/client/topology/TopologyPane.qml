@@ -7,9 +7,9 @@ import Client.Common
 Pane {
     id: pane
 
-    required property Client client
+    required property AppState app
 
-    /// Asked for from a station's menu; a station is a map of the bench.
+    /// Asked for from a station's menu; a station is a map of the topology.
     signal removeAllWanted(var station)
     signal recentWanted(var station)
     signal recycleWanted
@@ -39,7 +39,7 @@ Pane {
                 Layout.fillWidth: true
             }
             Label {
-                text: qsTr("%L1 stations").arg(pane.client.bench.stations.length)
+                text: qsTr("%L1 stations").arg(pane.app.topology.stations.length)
                 color: Theme.faintText
                 font.pixelSize: Theme.smallText
             }
@@ -57,7 +57,7 @@ Pane {
         TopologyTree {
             id: tree
             objectName: "topologyTree"
-            client: pane.client
+            app: pane.app
             filter: filterField.text
             Layout.fillWidth: true
             Layout.fillHeight: true
@@ -75,7 +75,7 @@ Pane {
 
     StationMenu {
         id: stationMenu
-        client: pane.client
+        app: pane.app
         onRecentWanted: station => pane.recentWanted(station)
         onRemoveAllWanted: station => pane.removeAllWanted(station)
         onRecycleWanted: pane.recycleWanted()

@@ -8,7 +8,7 @@ import Client.Topology
 ItemDelegate {
     id: row
 
-    required property Client client
+    required property AppState app
     required property var modelData ///< of TopologyTree.rows()
     required property int index
     required property bool folded
@@ -17,9 +17,9 @@ ItemDelegate {
     readonly property var camera: modelData.camera
     readonly property var station: modelData.station
     readonly property bool isCamera: camera !== null
-    readonly property bool chosen: isCamera && client.currentCamera !== null
-                                   && client.currentCamera.key === camera.key
-    readonly property string stationState: client.bench.stationStates[station.relayPath] || ""
+    readonly property bool chosen: isCamera && app.currentCamera !== null
+                                   && app.currentCamera.key === camera.key
+    readonly property string stationState: app.topology.stationStates[station.relayPath] || ""
 
     signal activated
     signal foldWanted(bool fold)
@@ -37,7 +37,7 @@ ItemDelegate {
 
     onClicked: {
         if (isCamera)
-            client.currentCamera = chosen ? null : camera;
+            app.currentCamera = chosen ? null : camera;
         else
             foldWanted(!folded);
     }

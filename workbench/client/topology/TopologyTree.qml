@@ -7,7 +7,7 @@ import Client.Common
 ListView {
     id: tree
 
-    required property Client client
+    required property AppState app
     /// Only cameras and stations whose names contain this.
     property string filter: ""
 
@@ -30,7 +30,7 @@ ListView {
     function rows() {
         const wanted = filter.toLocaleLowerCase();
         const list = [];
-        for (const station of client.bench.stations) {
+        for (const station of app.topology.stations) {
             const all = station.name.toLocaleLowerCase().includes(wanted);
             const cameras = station.cameras.filter(
                 camera => all || camera.name.toLocaleLowerCase().includes(wanted));
@@ -56,7 +56,7 @@ ListView {
 
     function activate(row) {
         if (row.camera)
-            client.cameraWanted(row.camera);
+            app.cameraWanted(row.camera);
         else
             setFolded(row.station, !folded[row.station.relayPath]);
     }
@@ -74,7 +74,7 @@ ListView {
         if (event.key === Qt.Key_Return || event.key === Qt.Key_Enter)
             activate(row);
         else if (event.key === Qt.Key_Space && row.camera)
-            client.currentCamera = row.camera;
+            app.currentCamera = row.camera;
         else if (event.key === Qt.Key_Left)
             setFolded(row.station, true);
         else if (event.key === Qt.Key_Right && !row.camera)
@@ -87,7 +87,7 @@ ListView {
     }
 
     delegate: TopologyRow {
-        client: tree.client
+        app: tree.app
         width: ListView.view.width
         folded: tree.folded[modelData.station.relayPath] === true
         focused: tree.activeFocus && ListView.isCurrentItem

@@ -1,10 +1,10 @@
 import QtQml
 
-/// What came of requests that change bookmarks: told to the user, and followed by a query.
+/// Shows the results of requests that change bookmarks, and queries the list after them.
 QtObject {
-    id: outcomes
+    id: notifier
 
-    required property Client client
+    required property AppState app
 
     property int changed: 0   ///< edited bookmarks that no notice has told of yet
     property int unchanged: 0 ///< the same of those whose edit has failed
@@ -13,47 +13,47 @@ QtObject {
     readonly property Timer soon: Timer {
         interval: 30 // one query after the answers to many requests
         onTriggered: {
-            outcomes.reportChanges();
-            outcomes.client.refresh();
-            if (outcomes.timelinesWait)
-                outcomes.client.timelinesOutdated();
-            outcomes.timelinesWait = false;
+            notifier.reportChanges();
+            notifier.app.refresh();
+            if (notifier.timelinesWait)
+                notifier.app.timelinesOutdated();
+            notifier.timelinesWait = false;
         }
     }
 
     readonly property Connections answers: Connections {
-        target: outcomes.client.plugin
+        target: notifier.app.plugin
 
         function onAddBookmarkResponsed(success) {
-            outcomes.report(success, qsTr("Bookmark added."), qsTr("Not added, or not shown in a view cell."));
+            notifier.report(success, qsTr("Bookmark added."), qsTr("Not added, or not shown in a view cell."));
         }
         function onAddBookmarksResponsed(failCamNameList) {
-            outcomes.report(failCamNameList.length === 0, qsTr("Bookmarks added."),
+            notifier.report(failCamNameList.length === 0, qsTr("Bookmarks added."),
                             qsTr("Not added, or not shown in a view cell: %1").arg(failCamNameList.join(", ")));
         }
         function onUpdateBookmarkResponsed(success) {
-            success ? outcomes.changed += 1 : outcomes.unchanged += 1;
-            outcomes.timelinesWait = true;
-            outcomes.soon.restart();
+            success ? notifier.changed += 1 : notifier.unchanged += 1;
+            notifier.timelinesWait = true;
+            notifier.soon.restart();
         }
         function onDeleteBookmarkResponsed(success) {
-            outcomes.report(success, qsTr("Bookmark deleted."),
+            notifier.report(success, qsTr("Bookmark deleted."),
                             qsTr("The bookmark was not deleted."));
         }
         function onDeleteBookmarksResponsed(failBookmarkIdList) {
-            outcomes.report(failBookmarkIdList.length === 0,
-                            qsTr("%1 bookmarks deleted.").arg(outcomes.client.deletedTogether),
+            notifier.report(failBookmarkIdList.length === 0,
+                            qsTr("%1 bookmarks deleted.").arg(notifier.app.deletedTogether),
                             qsTr("%1 bookmarks were not deleted.").arg(failBookmarkIdList.length));
         }
         function onRemoveAllBookmarksResponsed(success) {
-            outcomes.report(success, qsTr("All bookmarks of the station removed."),
+            notifier.report(success, qsTr("All bookmarks of the station removed."),
                             qsTr("The station's bookmarks were not removed."));
-            outcomes.timelinesWait = true;
+            notifier.timelinesWait = true;
         }
     }
 
     function report(success, done, failed) {
-        client.notice(success ? done : failed, !success);
+        app.notice(success ? done : failed, !success);
         soon.restart();
     }
 
@@ -62,10 +62,10 @@ QtObject {
         const all = changed + unchanged;
         const failed = unchanged > 0;
         if (all === 1)
-            client.notice(failed ? qsTr("The bookmark was not changed.") : qsTr("Bookmark changed."),
+            app.notice(failed ? qsTr("The bookmark was not changed.") : qsTr("Bookmark changed."),
                           failed);
         else if (all > 1)
-            client.notice(failed ? qsTr("%1 of %2 bookmarks were not changed.").arg(unchanged).arg(all)
+            app.notice(failed ? qsTr("%1 of %2 bookmarks were not changed.").arg(unchanged).arg(all)
                                  : qsTr("%1 bookmarks changed.").arg(all), failed);
         changed = 0;
         unchanged = 0;
