@@ -22,11 +22,15 @@ else()
     set(tessaline_search_path PATH)
 endif()
 
+# Every test runs without a display, in a zone with daylight saving and in a locale whose short
+# dates have two-digit years, whatever the machine is set to. The thread sanitizer sees none of the
+# locks inside Qt, which is not instrumented. Freed memory is overwritten, as Qt's own code would
+# read it unnoticed otherwise.
+set(tessaline_test_environment "TSAN_OPTIONS=ignore_noninstrumented_modules=1;ASAN_OPTIONS=max_free_fill_size=65536:free_fill_byte=221;QT_QPA_PLATFORM=offscreen;TZ=Europe/Berlin;LC_ALL=en_US.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
+
 # tessaline_set_test_environment(NAME [VAR=value...] [SEARCH target...])
 #
-# Every test runs without a display, in a zone with daylight saving and in a locale whose short
-# dates have two-digit years, whatever the machine is set to. SEARCH: its search path has the folders
-# of these libraries.
+# SEARCH: the search path has the folders of these libraries.
 function(tessaline_set_test_environment name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SEARCH")
     if(WIN32 AND NOT arg_SEARCH)
@@ -40,9 +44,6 @@ function(tessaline_set_test_environment name)
     endforeach()
     set_tests_properties(${name} PROPERTIES
         TIMEOUT 120
-        # The thread sanitizer sees none of the locks inside Qt, which is not instrumented.
-        # Freed memory is overwritten, as Qt's own code, which is not instrumented, would read it
-        # unnoticed otherwise.
-        ENVIRONMENT "TSAN_OPTIONS=ignore_noninstrumented_modules=1;ASAN_OPTIONS=max_free_fill_size=65536:free_fill_byte=221;QT_QPA_PLATFORM=offscreen;TZ=Europe/Berlin;LC_ALL=en_US.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0;${arg_UNPARSED_ARGUMENTS}"
+        ENVIRONMENT "${tessaline_test_environment};${arg_UNPARSED_ARGUMENTS}"
         ENVIRONMENT_MODIFICATION "${folders}")
 endfunction()
