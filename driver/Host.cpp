@@ -10,6 +10,8 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QMetaMethod>
 
+#include <limits>
+
 namespace driver {
 
 using namespace Qt::StringLiterals;
@@ -50,12 +52,7 @@ Host::Host(const QString &library, Start start, LogProbe *log)
 {
     if (m_log)
         m_log->onLine = [this](const QString &line) { note(line); };
-    for (const char name : {'A', 'B', 'C'}) {
-        const QString station{QLatin1Char(name)};
-        topology.setStation(station, u"Station "_s + station);
-        topology.setCamera(station + u"/1"_s, u"Camera "_s + station + u'1');
-    }
-    topology.setStation(u"x"_s, u"Server"_s, standin::Topology::ConnectedServer);
+    resetTopology();
     framework.addPlugin(standin::Topology::pluginID(), &topology);
     framework.setObserver([this](const standin::Traffic &traffic) { noteSent(traffic); });
     standin::timeline::observe([this](const TimeShiftBufferModel *, const QString &operation) {
@@ -72,6 +69,17 @@ Host::~Host()
     standin::timeline::observe({});
     if (m_log)
         m_log->onLine = nullptr;
+}
+
+void Host::resetTopology()
+{
+    topology.clear();
+    for (const char name : {'A', 'B', 'C'}) {
+        const QString station{QLatin1Char(name)};
+        topology.setStation(station, u"Station "_s + station);
+        topology.setCamera(station + u"/1"_s, u"Camera "_s + station + u'1');
+    }
+    topology.setStation(u"x"_s, u"Server"_s, standin::Topology::ConnectedServer);
 }
 
 void Host::makeObject()
@@ -214,6 +222,8 @@ bool Host::step(const QString &text)
         showCell(target, third, text.section(u' ', 3));
     else if (word == u"list")
         note(u"list ["_s + identifiersIn(target) + u']');
+    else if (word == u"page")
+        notePage(valueOf(text.section(u' ', 1)).toMap());
     else if (word == u"rows")
         note(u"rows ["_s + rowsIn(target) + u']');
     else if (word == u"watch")
@@ -231,16 +241,18 @@ bool Host::step(const QString &text)
 
 void Host::answerStep(const QString &target, const QString &code, const QVariant &value)
 {
-    if (target.contains(u'@')) {
-        answer(target.section(u'@', 0, 0), value, target.section(u'@', 1), nullptr, code);
-        return;
-    }
+    const QString name = target.section(u'@', 0, 0);
+    const QString station = target.section(u'@', 1);
+    bool isNumber = false;
+    const qsizetype number = name.toInt(&isNumber) - 1;
+    if (!isNumber)
+        return answer(name, value, station, nullptr, code);
     const QList<standin::SentCommand> sent = framework.sent();
-    const qsizetype number = target.toInt() - 1;
-    if (number >= 0 && number < sent.size())
-        answer(sent.at(number), value, code);
-    else
-        note(u"no command %1 was sent"_s.arg(target));
+    if (number < 0 || number >= sent.size())
+        return note(u"no command %1 was sent"_s.arg(name));
+    const standin::SentCommand command = sent.at(number);
+    answer(command.command, value, target.contains(u'@') ? station : command.relayPath,
+           command.context, code);
 }
 
 void Host::refuse(const QStringList &stations)
@@ -274,6 +286,28 @@ QString Host::identifiersIn(const QString &list)
                            record.value(u"bookmarkID"_s, record.value(u"BookmarkID"_s)).toString());
     }
     return identifiers.join(u' ');
+}
+
+void Host::notePage(const QVariantMap &conditions)
+{
+    QVariantMap filter{{u"startTimestamp"_s, std::numeric_limits<qint64>::min()},
+                       {u"endTimestamp"_s, std::numeric_limits<qint64>::max()},
+                       {u"groupKey"_s, u"bookmarkID"_s},
+                       {u"ascending"_s, true}};
+    filter.insert(conditions);
+    const QVariantMap page = call("getFilteredBookmarkList", {filter}).toMap();
+    QString line = u"page %1:"_s.arg(page.value(u"totalBookmarkNumber"_s).toString());
+    const QVariantList groups = page.value(u"bookmarkGroupList"_s).toList();
+    for (const QVariant &element : groups) {
+        const QVariantMap group = element.toMap();
+        const QString title = group.value(u"title"_s).toString();
+        QStringList identifiers;
+        for (const QVariant &record : group.value(u"bookmarkList"_s).toList())
+            identifiers.append(record.toMap().value(u"bookmarkID"_s).toString());
+        const QString list = identifiers.join(u' ');
+        line += u' ' + (title == list ? title : title + u'[' + list + u']');
+    }
+    note(line);
 }
 
 QAbstractItemModel *Host::modelOf(const QString &viewCellUID)

@@ -49,6 +49,8 @@ public:
     /// Sets how commands are accepted and answered where no step says otherwise. Survives
     /// renewObject().
     void setDefaultDelivery(const standin::Delivery &delivery);
+    /// Puts the stations and cameras back that the host begins with.
+    void resetTopology();
     /// Forgets all that was sent and traced, and the rules.
     void forgetTraffic();
     /// Introduces the object to the host again, with another framework.
@@ -111,6 +113,7 @@ private:
     void refuse(const QStringList &stations);
     void answerInside(const QString &station, const QString &code, const QVariant &value);
     QAbstractItemModel *modelOf(const QString &viewCellUID);
+    void notePage(const QVariantMap &conditions);
     void watch(const QString &viewCellUID);
     void stepDuring(const QString &line);
 

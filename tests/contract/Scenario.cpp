@@ -76,6 +76,7 @@ void playScenarios(CheckContext &context, const ScenarioFile &file)
         return;
     const QByteArray fileName = "tests/contract/scenarios/" + file.name.toLatin1() + ".txt";
     for (const Scenario &scenario : file.scenarios) {
+        host->resetTopology();
         host->renewObject();
         for (const Scenario::Step &step : scenario.steps) {
             const QString trace = host->play(step.text, fileName.constData(), step.line);
