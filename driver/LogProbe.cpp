@@ -49,10 +49,7 @@ LogProbe::LogProbe(Missing missing)
     entry(0, &m_object);
     s_probe = this;
     m_original = *m_object;
-    m_object->handle = missing == Missing::Handle ? nullptr : &s_handle;
-    m_object->registerModule = missing == Missing::RegisterModule ? nullptr : registerModule;
-    m_object->checkLine = missing == Missing::CheckLine ? nullptr : checkLine;
-    m_object->writeLine = missing == Missing::WriteLine ? nullptr : writeLine;
+    withhold(missing);
 }
 
 LogProbe::~LogProbe()
@@ -61,6 +58,17 @@ LogProbe::~LogProbe()
         *m_object = m_original;
     s_probe = nullptr;
     m_library.unload();
+}
+
+void LogProbe::withhold(Missing missing)
+{
+    const auto has = [=](Missing part) {
+        return missing != part && missing != Missing::Everything;
+    };
+    m_object->handle = has(Missing::Handle) ? &s_handle : nullptr;
+    m_object->registerModule = has(Missing::RegisterModule) ? registerModule : nullptr;
+    m_object->checkLine = has(Missing::CheckLine) ? checkLine : nullptr;
+    m_object->writeLine = has(Missing::WriteLine) ? writeLine : nullptr;
 }
 
 QString LogProbe::libraryPath()

@@ -19,7 +19,7 @@ class LogProbe
 {
 public:
     /// What a plug-in has to do without.
-    enum class Missing { Nothing, Handle, RegisterModule, CheckLine, WriteLine };
+    enum class Missing { Nothing, Handle, RegisterModule, CheckLine, WriteLine, Everything };
 
     explicit LogProbe(Missing missing = Missing::Nothing);
     ~LogProbe();
@@ -33,6 +33,8 @@ public:
     /// is wrong about the call (severity, handle, numbers).
     std::function<void(const QString &line)> onLine;
 
+    /// Takes something out of the log object, and puts everything else back.
+    void withhold(Missing missing);
     /// Makes checkLine refuse lines.
     void refuseLines(bool refuse) { m_refuse = refuse; }
 

@@ -1,10 +1,13 @@
 #include "ReferenceModel.h"
 
+#include "Describe.h"
+
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace referencemodel {
 
@@ -184,6 +187,60 @@ QVariantMap filteredPage(QVariantList list, const QVariantMap &filterMap, int pa
     sortByKey(list, groupKey, filterMap.value(u"ascending"_s).toBool());
     filterByPage(list, pageSize, filterMap.value(u"pageNumber"_s).toInt());
     return {{u"totalBookmarkNumber"_s, total}, {u"bookmarkGroupList"_s, groups(list, groupKey)}};
+}
+
+namespace {
+
+QVariantList recordsOf(const QVariantMap &page)
+{
+    QVariantList records;
+    const QVariantList groupList = page.value(u"bookmarkGroupList"_s).toList();
+    for (const QVariant &group : groupList)
+        records += group.toMap().value(u"bookmarkList"_s).toList();
+    return records;
+}
+
+/// The values that the records of a page are sorted by.
+QString ranksOf(const QVariantMap &page, const QString &key)
+{
+    const bool byDate = key == "displayTimeRange"_L1 || key == "displayDate"_L1;
+    const QString format = QLocale::system().dateFormat(QLocale::ShortFormat);
+    QStringList ranks;
+    for (const QVariant &record : recordsOf(page)) {
+        const QString text = textOf(record, byDate ? u"displayDate"_s : key);
+        ranks.append(byDate ? QDateTime::fromString(text, format).toString(Qt::ISODate) : text);
+    }
+    return ranks.join(u'\n');
+}
+
+} // namespace
+
+QString differenceOf(const QVariantMap &page, const QVariantList &list,
+                     const QVariantMap &filterMap)
+{
+    const QVariantMap expected = filteredPage(list, filterMap);
+    const QString key = filterMap.value(u"groupKey"_s).toString();
+    const auto difference = [&](const char *what, const QString &found, const QString &wanted) {
+        return u"%1: expected %2, found %3"_s.arg(QLatin1String(what), wanted, found);
+    };
+    const QString total = u"totalBookmarkNumber"_s;
+    if (page.keys() != expected.keys() || describe(page[total]) != describe(expected[total]))
+        return difference("keys and total", describe(page), describe(expected[total]));
+    if (ranksOf(page, key) != ranksOf(expected, key))
+        return difference("order", ranksOf(page, key), ranksOf(expected, key));
+    const QVariant grouped = groups(recordsOf(page), key);
+    if (describe(page[u"bookmarkGroupList"_s]) != describe(grouped))
+        return difference("groups", describe(page[u"bookmarkGroupList"_s]), describe(grouped));
+    // A page may cut through records of equal rank.
+    QVariantMap everything = filterMap;
+    everything[u"pageNumber"_s] = 0;
+    QVariantList matching =
+        recordsOf(filteredPage(list, everything, std::numeric_limits<int>::max()));
+    for (const QVariant &record : recordsOf(page)) {
+        if (!matching.removeOne(record))
+            return difference("records", describe(record), u"one that matches, once"_s);
+    }
+    return {};
 }
 
 QMap<QString, QVariantList> groupBatch(const QVariantList &targets, qint64 start, qint64 end,

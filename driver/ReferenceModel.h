@@ -4,9 +4,9 @@
 #include <QtCore/QTimeZone>
 #include <QtCore/QVariant>
 
-/// What the plug-in computes, in the plainest way: each step walks over lists of maps, and nothing
-/// is kept from one question to the next. The plug-in must give the same results, ties aside; how
-/// much sooner is what the benchmark tells.
+/// The plug-in's lists and pages computed in the plainest way: each step walks over lists of maps,
+/// and nothing is kept from one question to the next. The plug-in must give the same results, ties
+/// aside; the benchmark measures how much faster it does.
 namespace referencemodel {
 
 /// The display record of a server record.
@@ -26,6 +26,12 @@ QVariantList groups(const QVariantList &list, QString groupKey);
 
 /// One page of the panel, as getFilteredBookmarkList() answers.
 QVariantMap filteredPage(QVariantList list, const QVariantMap &filterMap, int pageSize = 50);
+
+/// Compares a page with the one that the filter gives. Records of equal rank may stand in any
+/// order.
+/// @return the first difference, or an empty text
+QString differenceOf(const QVariantMap &page, const QVariantList &list,
+                     const QVariantMap &filterMap);
 
 /// The entries of a batch by relay path, each once.
 QMap<QString, QVariantList> groupBatch(const QVariantList &targets, qint64 start, qint64 end,

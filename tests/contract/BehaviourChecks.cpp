@@ -28,8 +28,10 @@ void checkDateTimes(CheckContext &context)
     const QString query = u"queryBookmarkForAPI(['1'], '%1', '%2')"_s;
     const QString batch = u"addBookmarks([{}], '%1', '%2', '', '', '')"_s;
     // Forwards, backwards and for a moment: the order is the server's business.
-    for (const auto &[first, last] :
-         {std::pair(start, end), std::pair(end, start), std::pair(end, end)}) {
+    const QString leapDay = u"2024/02/29 12:00:00"_s;
+    const QString beforeEpoch = u"1969/12/30 23:59:59"_s;
+    for (const auto &[first, last] : {std::pair(start, end), std::pair(end, start),
+                                      std::pair(end, end), std::pair(beforeEpoch, leapDay)}) {
         context.compare(u"query"_s,
                         u"send QueryBookmarkForApi@ {CameraIDList: [QString \"1\"], EndTimestamp: "
                         "qlonglong %2, StartTimestamp: qlonglong %1}"_s.arg(millisecondsOf(first),
@@ -41,9 +43,10 @@ void checkDateTimes(CheckContext &context)
                 .arg(millisecondsOf(first), millisecondsOf(last)),
             host->play(batch.arg(first, last)).section(u' ', 1).section(u" context"_s, 0, 0));
     }
-    for (const char *wrong : {"", "2024/13/01 00:00:00", "2024/01/01", "2024-01-01 00:00:00",
-                              "2024/1/1 0:0:0", "2024/02/30 00:00:00", "2024/01/01 24:00:00",
-                              "24/01/01 00:00:00", " 2024/01/01 00:00:00", "now"}) {
+    for (const char *wrong :
+         {"", "2024/13/01 00:00:00", "2024/01/01", "2024-01-01 00:00:00", "2024/1/1 0:0:0",
+          "2024/02/30 00:00:00", "2024/01/01 24:00:00", "24/01/01 00:00:00", " 2024/01/01 00:00:00",
+          "2024/01/01 00:00:00 ", "now"}) {
         const QString text = QLatin1String(wrong);
         for (const auto &[first, second] : {std::pair(text, end), std::pair(start, text)}) {
             context.compare(u"query from '%1' to '%2'"_s.arg(first, second),
@@ -53,6 +56,10 @@ void checkDateTimes(CheckContext &context)
                             host->play(batch.arg(first, second)));
         }
     }
+    const QString epoch = QDateTime::fromMSecsSinceEpoch(0).toString(u"yyyy/MM/dd hh:mm:ss"_s);
+    context.compare(u"the epoch, which counts as no time"_s,
+                    u"signal queryBookmarkForApiFinished(false)"_s,
+                    host->play(query.arg(epoch, end)));
     context.summarize(u"local times as yyyy/MM/dd hh:mm:ss, and nothing else"_s);
 }
 

@@ -151,6 +151,32 @@ void checkMetadata(CheckContext &context)
     context.summarize(u"interface, class and user metadata as hosts look for them"_s);
 }
 
+void checkMetadataBytes(CheckContext &context)
+{
+    QLibrary library(context.library());
+    using Query = QPluginMetaData (*)();
+    const auto query = reinterpret_cast<Query>(library.resolve("qt_plugin_query_metadata_v2"));
+    if (!context.expect(query, u"the entry point qt_plugin_query_metadata_v2"_s, u"none"_s))
+        return;
+    const QPluginMetaData blob = query();
+    QByteArray found(static_cast<const char *>(blob.data), qsizetype(blob.size));
+    const auto hex = [](const char *bytes) { return QByteArray::fromHex(bytes); };
+    QByteArray expected = hex("01 06 00 00 bf 02 78 27") +
+                          "com.MARLUNE.UIFramework.PluginInterface" + hex("03 69") + "Tessaline" +
+                          hex("04 a2 6a") + "ClientOnly" + hex("f4 68") + "PluginID" +
+                          hex("78 20") + "2F6394EE90434A7190D7511370AFAE17" + hex("ff");
+    // The minor version of Qt, and whether it is a build for debugging, are its own business.
+    found.replace(2, 2, QByteArray(2, '\0'));
+    // Some compilers round the size up to their alignment.
+    constexpr qsizetype MostPadding = 4;
+    if (found.size() > expected.size() && found.size() <= expected.size() + MostPadding)
+        expected.append(found.size() - expected.size(), '\0');
+    context.compare(u"metadata"_s, QString::fromLatin1(expected.toHex(' ')),
+                    QString::fromLatin1(found.toHex(' ')));
+    library.unload();
+    context.summarize(u"%1 bytes"_s.arg(expected.size()));
+}
+
 void checkQtVersion(CheckContext &context)
 {
     const QJsonObject metadata = QPluginLoader(context.library()).metaData();
@@ -178,6 +204,8 @@ std::vector<Check> fileChecks()
         {"1.build-paths", "It tells nothing of the machine it was built on", checkBuildPaths},
         {"1.hardening", "Its memory is protected as far as the linker can", checkHardening},
         {"1.metadata", "Hosts find it: interface, class name, plug-in ID", checkMetadata},
+        {"1.metadata-bytes", "The metadata is the one that hosts scan for, byte by byte",
+         checkMetadataBytes},
         {"1.qt-version", "The running Qt is able to load it", checkQtVersion},
     };
 }

@@ -22,6 +22,31 @@ using standin::Delivery;
 
 namespace {
 
+/// A little of everything, by which all moments come up.
+const char *const program = R"(
+connect
+addBookmark('1', 'l', 'A', 1, 2, '', '', '')
+addBookmarks([{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}, {'relayPath': 'B'}, {'relayPath': 'C'}], 1, 2, '', '', '')
+event AddBookmark@A {'BookmarkID': 'x', 'LocationID': 'l'}
+clearTimelineModel('cell')
+setTimelineBoundary(1, 5000, 'cell')
+queryAllBookmarks()
+queryBookmarkForRecent('1', 'A', 5)
+queryBookmarkForAPI(['1'], 1, 2)
+updateBookmark('x')
+deleteBookmark('x', 'A')
+deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'relayPath': 'B'}])
+removeAllBookmarks('A')
+getRecycleSetting()
+updateRecycleSetting(1, true)
+setTimelineFocusInfo('l', 'A', 'cell')
+)";
+
+QVariant recordOf(const QString &id)
+{
+    return serverRecord(id, u"1"_s, u"l"_s, 1000, 2000);
+}
+
 /// Everything that can be called, one call a step; all but the last leave the object alive.
 const char *const entries[] = {
     "addBookmark('1', 'l', 'A', 1, 2, '', '', '')",
@@ -52,33 +77,9 @@ const char *const entries[] = {
     "answer 2 -1",
     "answer 3 ok",
     "answer DeleteBookmark@A ok 'x'",
+    program,
     "delete",
 };
-
-/// A little of everything, by which all moments come up.
-const char *const program = R"(
-connect
-addBookmark('1', 'l', 'A', 1, 2, '', '', '')
-addBookmarks([{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}, {'relayPath': 'B'}, {'relayPath': 'C'}], 1, 2, '', '', '')
-event AddBookmark@A {'BookmarkID': 'x', 'LocationID': 'l'}
-clearTimelineModel('cell')
-setTimelineBoundary(1, 5000, 'cell')
-queryAllBookmarks()
-queryBookmarkForRecent('1', 'A', 5)
-queryBookmarkForAPI(['1'], 1, 2)
-updateBookmark('x')
-deleteBookmark('x', 'A')
-deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'relayPath': 'B'}])
-removeAllBookmarks('A')
-getRecycleSetting()
-updateRecycleSetting(1, true)
-setTimelineFocusInfo('l', 'A', 'cell')
-)";
-
-QVariant recordOf(const QString &id)
-{
-    return serverRecord(id, u"1"_s, u"l"_s, 1000, 2000);
-}
 
 constexpr std::array places{"signal", "send call", "question to the topology plug-in",
                             "timeline change"};
@@ -196,7 +197,19 @@ void checkQueriesFromQuestions(CheckContext &context)
     context.compare(u"an answer superseded while it is stored"_s, u"list []"_s,
                     host->play(u"answer 1 ok {'Bookmarks': [{'BookmarkID': 'b'}]}\nlist all"_s)
                         .section(u'\n', -1));
-    context.summarize(u"a query made inside an answer supersedes that answer"_s);
+
+    host->renewObject();
+    host->framework.addPlugin(standin::Topology::pluginID(), &topology);
+    host->play(
+        u"addBookmarks([{'CameraID': '1', 'relayPath': 'A'}, {'relayPath': 'B'}], 1, 2, '', '', '')"_s);
+    topology.onCall = [&] {
+        topology.onCall = nullptr;
+        host->answer(host->framework.sent().constFirst(), {}, u"-1"_s);
+    };
+    context.compare(u"an answer repeated while it is handled"_s,
+                    u"signal addBookmarksResponsed(Camera A1,)"_s,
+                    host->play(u"answer 1 -1\nanswer 2 -1"_s));
+    context.summarize(u"queries and answers made while an answer is handled"_s);
 }
 
 // ---- Answers that should not come, or not now ----
@@ -338,6 +351,23 @@ void checkForeignContexts(CheckContext &context)
                              QLatin1String(code));
             host->answer(QLatin1String(command), answeredIds(), u"A"_s, nullptr);
         }
+        // Batches and queries know their own contexts alone.
+        const QString unknown =
+            u"log Tessaline_ReqRespHandler: %s, request response context is NULL "
+            "<Tessaline::HandleQueryAllBookmarksResp>"_s;
+        for (const QString &command :
+             {u"AddBookmarks"_s, u"DeleteBookmarks"_s, u"QueryAllBookmars"_s}) {
+            for (void *other :
+                 {foreign, static_cast<void *>(&host), static_cast<void *>(nullptr)}) {
+                if (other == foreign && command == sent.constFirst().command)
+                    continue;
+                host->takeTrace();
+                host->answer(command, answeredIds(), u"A"_s, other, u"-1"_s);
+                context.compare(command + u" with a foreign context"_s,
+                                command == u"QueryAllBookmars"_s ? unknown : QString(),
+                                host->takeTrace().join(u'\n'));
+            }
+        }
         // A station that was not asked.
         host->answer(sent.constFirst().command, answeredIds(), u"nowhere"_s, nullptr);
         host->takeTrace();
@@ -421,7 +451,16 @@ void checkDeadViewCells(CheckContext &context)
                     u"timeline refillItems(x)\nsignal queryBookmarkForTimelineResponsed(true)"_s,
                     host->takeTrace().join(u'\n'));
 
-    // QML or a test double may destroy what it was given.
+    const QObject *const model = host->showCell(u"cell"_s, u"l"_s, u"A"_s);
+    context.expect(model == host->showCell(u"cell"_s, u"l"_s, u"A"_s), u"the same model again"_s,
+                   u"another"_s);
+    context.expect(model != host->showCell(u"CELL"_s, u"l"_s, u"A"_s),
+                   u"a model of its own for each view cell"_s, u"the same"_s);
+    const QPointer<const QObject> closed = model;
+    host->call("removeTimelineModel", {u"cell"_s});
+    context.expect(!closed, u"a model to end with its view cell"_s, u"it is still there"_s);
+
+    // Whoever has a model loses it with the object.
     sent = query();
     const QPointer<QObject> timeline = host->showCell(u"cell"_s, u"l"_s, u"A"_s);
     host->deleteObject();

@@ -2,6 +2,7 @@
 #include "Describe.h"
 #include "LoggingHost.h"
 #include "ProcessProbe.h"
+#include "SignalReceiver.h"
 #include "framework/RetainingFramework.h"
 
 #include <QtCore/QAbstractItemModel>
@@ -47,17 +48,21 @@ QVariant bookmarksAnswer()
     return QVariantMap{{u"Bookmarks"_s, QVariantList{record}}};
 }
 
-/// Answers all that was sent, the batches with a failure.
+/// Answers a command, a batch with a failure.
+void answer(Host &host, const standin::SentCommand &command)
+{
+    const bool isBatch = command.context && command.command.endsWith(u"Bookmarks"_s);
+    if (isBatch)
+        host.answer(command, QStringList{u"b"_s}, u"1"_s);
+    else
+        host.answer(command, bookmarksAnswer());
+}
+
 void answerAll(Host &host)
 {
     const QList<standin::SentCommand> sent = host.framework.sent();
-    for (const standin::SentCommand &command : sent) {
-        const bool isBatch = command.context && command.command.endsWith(u"Bookmarks"_s);
-        if (isBatch)
-            host.answer(command, QStringList{u"b"_s}, u"1"_s);
-        else
-            host.answer(command, bookmarksAnswer());
-    }
+    for (const standin::SentCommand &command : sent)
+        answer(host, command);
 }
 
 /// Runs a day of work on a library that is loaded for it; false when it could not be loaded.
@@ -138,10 +143,12 @@ QVariantList keptOfWork(CheckContext &context)
     framework.topology = &host.topology;
     host.introduce(&framework);
     QVariantList kept;
+    const standin::SignalReceiver receiver(
+        host.object(), [&](const QMetaMethod &, const QVariantList &values) { kept += values; });
     host.play(QLatin1String(dayOfWork));
     const QList<standin::SentCommand> sent = framework.sent;
     for (const standin::SentCommand &command : sent)
-        host.answer(command, bookmarksAnswer());
+        answer(host, command);
     host.play(u"show cell l A\nevent AddBookmark@A {'BookmarkID': 'e', 'LocationID': 'l'}"_s);
     const auto *const model = host.showCell(u"other"_s, u"l"_s, u"A"_s);
     host.play(u"event AddBookmark@A {'BookmarkID': 'f', 'LocationID': 'l'}"_s);
@@ -251,48 +258,44 @@ constexpr QLatin1String badRequest("addBookmark('', '', '', 1, 2, '', '', '')");
 constexpr QLatin1String
     badRequestLine("log Tessaline_Req: %s, Location ID is empty <Tessaline::addBookmark>");
 
-QString traceWith(LogProbe::Missing missing, CheckContext &context, QStringList *registrations)
-{
-    LogProbe log(missing);
-    if (!log.error().isEmpty()) {
-        context.warn(u"the logging library is not there: "_s + log.error());
-        return {};
-    }
-    Host host(context.library(), Host::Initialised, &log);
-    if (!context.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
-        return {};
-    *registrations = log.registrations();
-    return host.play(badRequest);
-}
-
 void checkLogFunctionsMissing(CheckContext &context)
 {
     using Missing = LogProbe::Missing;
     struct Row
     {
-        Missing missing;
-        const char *what;
+        const char *title;
+        Missing atLoad;
+        Missing later;
         int registrations;
         bool writes;
     };
     static constexpr Row rows[] = {
-        {Missing::Nothing, "all there", 1, true},
-        {Missing::Handle, "no handle", 1, false},
-        {Missing::RegisterModule, "no registerModule", 0, true},
-        {Missing::CheckLine, "no checkLine", 1, false},
-        {Missing::WriteLine, "no writeLine", 1, false},
+        {"all there", Missing::Nothing, Missing::Nothing, 1, true},
+        {"no handle", Missing::Handle, Missing::Handle, 1, false},
+        {"no registerModule", Missing::RegisterModule, Missing::RegisterModule, 0, true},
+        {"no checkLine", Missing::CheckLine, Missing::CheckLine, 1, false},
+        {"no writeLine", Missing::WriteLine, Missing::WriteLine, 1, false},
+        {"all vanish after the load", Missing::Nothing, Missing::Everything, 1, false},
+        {"all appear after the load", Missing::Everything, Missing::Nothing, 0, true},
     };
     for (const Row &row : rows) {
-        QStringList registrations;
-        const QString trace = traceWith(row.missing, context, &registrations);
-        const QString title = QLatin1String(row.what);
+        LogProbe log(row.atLoad);
+        if (!log.error().isEmpty())
+            return context.warn(u"the logging library is not there: "_s + log.error());
+        Host host(context.library(), Host::Initialised, &log);
+        if (!context.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
+            return;
+        log.withhold(row.later);
+        const QString title = QLatin1String(row.title);
         context.compare(
             title, (row.writes ? QString(badRequestLine) + u'\n' : QString()) + u"= bool false"_s,
-            trace);
+            host.play(badRequest));
         context.compare(title + u", registration"_s,
                         row.registrations ? u"19 Tessaline"_s : QString(),
-                        registrations.join(u", "_s));
+                        log.registrations().join(u", "_s));
     }
+    context.expect(!isInMemory(LogProbe::loaderName()), u"the logging library to be released"_s,
+                   u"it still in memory"_s);
     context.summarize(u"works with each function of the logging library missing"_s);
 }
 

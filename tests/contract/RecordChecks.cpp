@@ -1,15 +1,16 @@
 #include "Checks.h"
 #include "Describe.h"
 #include "LoggingHost.h"
+#include "ReferenceModel.h"
 #include "TimeShiftBufferModel.h"
 #include "WatchedTopology.h"
 
 #include <QtCore/QAbstractItemModel>
-#include <QtCore/QDateTime>
-#include <QtCore/QLocale>
 #include <QtCore/QTimeZone>
 
-// Level 4: what each answer and event does.
+#include <limits>
+
+// Level 4: records as QML gets them, compared with the reference model, and the topology plug-in.
 
 namespace check {
 
@@ -18,49 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A moment as the panels show it, in the server's zone and the machine's language.
-struct ShownTime
-{
-    ShownTime(qint64 milliseconds, const QTimeZone &zone)
-        : dateTime(QDateTime::fromMSecsSinceEpoch(milliseconds, zone))
-    {
-    }
-    QString date() const
-    {
-        return QLocale::system().toString(dateTime.date(), QLocale::ShortFormat);
-    }
-    QString full() const { return QLocale::system().toString(dateTime, QLocale::ShortFormat); }
-    QString time() const { return dateTime.toString(u"hh:mm:ss"_s); }
-
-    QDateTime dateTime;
-};
-
-QString timeRange(const QVariantMap &record, const QTimeZone &zone)
-{
-    return ShownTime(record.value(u"StartTimestamp"_s).toLongLong(), zone).time() + u" - "_s +
-           ShownTime(record.value(u"EndTimestamp"_s).toLongLong(), zone).time();
-}
-
-QVariantMap displayRecord(const QVariantMap &record, const QString &relayPath,
-                          const QString &cameraName, const QTimeZone &zone)
-{
-    const qint64 start = record.value(u"StartTimestamp"_s).toLongLong();
-    return {{u"bookmarkID"_s, record.value(u"BookmarkID"_s).toString()},
-            {u"cameraID"_s, record.value(u"CameraID"_s).toString()},
-            {u"relayPath"_s, relayPath},
-            {u"startTimestamp"_s, start},
-            {u"endTimestamp"_s, record.value(u"EndTimestamp"_s).toLongLong()},
-            {u"description"_s, record.value(u"Description"_s).toString()},
-            {u"creator"_s, record.value(u"Creator"_s).toString()},
-            {u"group"_s, record.value(u"Group"_s).toString()},
-            {u"cameraName"_s, cameraName},
-            {u"displayDate"_s, ShownTime(start, zone).date()},
-            {u"displayDateTime"_s, ShownTime(start, zone).full()},
-            {u"locID"_s, record.value(u"LocationID"_s).toString()},
-            {u"displayTimeRange"_s, timeRange(record, zone)}};
-}
-
-/// The same with null texts as empty ones.
+/// A value with its type; null texts show as empty ones.
 QString textOf(const QVariant &value)
 {
     return describe(value).replace(u"QString null"_s, u"QString \"\""_s);
@@ -82,19 +41,32 @@ QList<QVariantMap> recordsToShow()
                     {u"Description"_s, true},
                     {u"Other"_s, 1}},
     };
+    // The ends of 64 bits, a year of five digits, the moments around a change of clocks.
+    constexpr qint64 Min = std::numeric_limits<qint64>::min();
+    constexpr qint64 Max = std::numeric_limits<qint64>::max();
+    for (const qint64 moment : {Min, Max, 253402300800000LL, 1774745999999LL, 1774746000000LL})
+        records.append(serverRecord(u"m"_s, u"1"_s, u"l"_s, moment, -1));
     for (int day = 0; day < 20; ++day)
         records.append(serverRecord(QString::number(day), u"1"_s, u"l"_s, 86399999LL * day * 17,
                                     86400000LL * day * 17));
     return records;
 }
 
-QString cameraNameOf(const QVariantMap &record, const QString &relayPath,
-                     standin::Topology &topology)
+/// The names that the topology plug-in has for stations and cameras.
+QVariantMap namesOf(Host &host)
 {
-    const QVariantMap names = topology.getValuesFromModel(0, u"idRole"_s, u"nameRole"_s);
-    const QString cameraID = record.value(u"CameraID"_s).toString();
-    return names.value(relayPath).toString() + u" - "_s +
-           names.value(relayPath.isEmpty() ? cameraID : relayPath + u'/' + cameraID).toString();
+    return host.topology.getValuesFromModel(0, u"idRole"_s, u"nameRole"_s);
+}
+
+/// Compares the records that a list has after an answer.
+void compareRecords(CheckContext &context, const QString &title, const QVariantList &expected,
+                    const QVariantList &found)
+{
+    context.expect(found.size() == expected.size(), QString::number(expected.size()),
+                   QString::number(found.size()));
+    for (qsizetype i = 0; i < expected.size(); ++i)
+        context.compare(u"%1, record %2"_s.arg(title).arg(i), textOf(expected.at(i)),
+                        textOf(found.value(i)));
 }
 
 void checkDisplayRecords(CheckContext &context)
@@ -102,66 +74,53 @@ void checkDisplayRecords(CheckContext &context)
     LoggingHost host(context);
     if (!host)
         return;
-    for (const char *camera : {"1", "A/1/2", "%2/1", "A/ 1 "})
+    for (const char *camera : {"1", "A/1/2", "%2/1", "A/ 1 ", "Z/1", "x/y//1/2"})
         host->topology.setCamera(QLatin1String(camera), u"Camera "_s + QLatin1String(camera));
-    host->topology.setStation(u"%2"_s, u"Placeholder"_s);
-    QVariantList answer;
+    for (const char *station : {"%2", "x/y/", ""})
+        host->topology.setStation(QLatin1String(station), u"%1 "_s + QLatin1String(station));
     const QList<QVariantMap> records = recordsToShow();
-    for (const QVariantMap &record : records)
-        answer.append(record);
+    const QVariantMap answer{
+        {u"Bookmarks"_s, QVariantList(records.constBegin(), records.constEnd())}};
     for (const char *id : {"", "Asia/Kathmandu", "America/New_York", "Europe/Berlin"}) {
         host->answer(u"QuerySevTimezone"_s, QByteArray(id), {});
         const QTimeZone zone{*id ? QByteArray(id) : QTimeZone::systemTimeZoneId()};
-        for (const QString &relayPath : {u"A"_s, u"%2"_s, QString()}) {
-            host->call(u"queryBookmarkForRecent('', '', 1)"_s);
-            host->answer(u"QueryBookmarkForRecent"_s, QVariantMap{{u"Bookmarks"_s, answer}},
-                         relayPath);
-            const QVariantList shown = host->call(u"getBookmarkListForRecent()"_s).toList();
-            context.expect(shown.size() == records.size(), QString::number(records.size()),
-                           QString::number(shown.size()));
-            for (qsizetype i = 0; i < records.size(); ++i) {
-                context.compare(u"record %1 in the zone '%2'"_s.arg(i).arg(QLatin1String(id)),
-                                textOf(displayRecord(
-                                    records.at(i), relayPath,
-                                    cameraNameOf(records.at(i), relayPath, host->topology), zone)),
-                                textOf(shown.value(i)));
-            }
+        for (const QString &relayPath : {u"A"_s, u"a"_s, u"%2"_s, QString(), u"Z"_s, u"x/y/"_s}) {
+            QVariantList expected;
+            for (const QVariantMap &record : records)
+                expected.append(
+                    referencemodel::displayRecord(record, relayPath, namesOf(*host), zone));
+            const QString title = u"station '%1', zone '%2'"_s.arg(relayPath, QLatin1String(id));
+            host->framework.clearSent();
+            host->play(u"queryBookmarkForRecent('', '', 1)\nqueryAllBookmarks()"_s);
+            host->answer(u"QueryBookmarkForRecent"_s, answer, relayPath);
+            compareRecords(context, title, expected,
+                           host->call(u"getBookmarkListForRecent()"_s).toList());
+            standin::SentCommand query = host->framework.sent().value(1);
+            query.relayPath = relayPath;
+            host->answer(query, answer);
+            compareRecords(context, title + u", all"_s, expected,
+                           host->call(u"getBookmarkListByNodeID('')"_s).toList());
         }
     }
     context.summarize(u"%1 records in four time zones"_s.arg(records.size()));
 }
 
-/// The roles of a timeline's item and what they hold.
-QMap<int, QVariant> itemData(const QVariantMap &record, const QString &relayPath,
-                             const QString &cameraName, const QTimeZone &zone)
+/// The roles that hold a value, and what they hold.
+QString itemText(const QMap<int, QVariant> &item)
 {
-    const QVariantMap shown = displayRecord(record, relayPath, cameraName, zone);
-    return {{257, shown.value(u"bookmarkID"_s)},
-            {258, shown.value(u"cameraID"_s)},
-            {261, shown.value(u"startTimestamp"_s)},
-            {262, 0},
-            {263, 0},
-            {264, shown.value(u"endTimestamp"_s)},
-            {265, 0},
-            {269, shown.value(u"bookmarkID"_s)},
-            {270, shown.value(u"cameraID"_s)},
-            {271, shown.value(u"relayPath"_s)},
-            {272, shown.value(u"description"_s)},
-            {273, shown.value(u"creator"_s)},
-            {274, shown.value(u"group"_s)},
-            {275, shown.value(u"cameraName"_s)},
-            {276, shown.value(u"displayDate"_s)},
-            {277, shown.value(u"displayDateTime"_s)},
-            {278, shown.value(u"locID"_s)},
-            {279, shown.value(u"displayTimeRange"_s)}};
+    QStringList lines;
+    for (auto role = item.cbegin(); role != item.cend(); ++role)
+        lines.append(u"role %1: %2"_s.arg(QString::number(role.key()), textOf(*role)));
+    return lines.join(u'\n');
 }
 
 void checkTimelineItems(CheckContext &context)
 {
-    static const char *const ownRoles[] = {"bookmarkIDRole", "cameraIDRole",     "relayPathRole",
-                                           "descRole",       "creatorRole",      "groupRole",
-                                           "cameraNameRole", "dispDateRole",     "dispDateTimeRole",
-                                           "locationIDRole", "dispTimeRangeRole"};
+    constexpr int MostRoles = 400;
+    constexpr int FirstOwnRole = 269;
+    const QStringList ownRoles =
+        u"bookmarkIDRole cameraIDRole relayPathRole descRole creatorRole groupRole cameraNameRole "
+        "dispDateRole dispDateTimeRole locationIDRole dispTimeRangeRole"_s.split(u' ');
     LoggingHost host(context);
     if (!host)
         return;
@@ -175,21 +134,28 @@ void checkTimelineItems(CheckContext &context)
         if (!context.expect(model, u"a list model"_s, u"none"_s))
             return;
         host->framework.sendEvent(u"AddBookmark"_s, record, u"A"_s);
-        const auto data =
-            itemData(record, u"A"_s, cameraNameOf(record, u"A"_s, host->topology), zone);
-        for (auto entry = data.cbegin(); entry != data.cend(); ++entry)
-            context.compare(u"role %1"_s.arg(entry.key()), textOf(*entry),
-                            textOf(model->index(0, 0).data(entry.key())));
-        for (int i = 0; i < 11; ++i)
-            context.compare(u"name of role %1"_s.arg(269 + i), QLatin1String(ownRoles[i]),
-                            QString::fromLatin1(model->roleNames().value(269 + i)));
-        const auto roles = TimeShiftBufferModel::defaultRoleHash();
-        for (auto role = roles.cbegin(); role != roles.cend(); ++role)
-            context.compare(u"name of the model's own role %1"_s.arg(role.key()),
-                            QString::fromLatin1(*role),
-                            QString::fromLatin1(model->roleNames().value(role.key())));
+        QMap<int, QVariant> item;
+        for (int role = 0; role < MostRoles; ++role) {
+            if (const QVariant value = model->index(0, 0).data(role); value.isValid())
+                item.insert(role, value);
+        }
+        context.compare(
+            u"item"_s, itemText(referencemodel::timelineItem(record, u"A"_s, namesOf(*host), zone)),
+            itemText(item));
+        QHash<int, QByteArray> names = TimeShiftBufferModel::defaultRoleHash();
+        for (int i = 0; i < ownRoles.size(); ++i)
+            names.insert(FirstOwnRole + i, ownRoles.at(i).toLatin1());
+        for (auto name = names.cbegin(); name != names.cend(); ++name)
+            context.compare(u"name of role %1"_s.arg(name.key()), QString::fromLatin1(*name),
+                            QString::fromLatin1(model->roleNames().value(name.key())));
     }
     context.summarize(u"18 roles of %1 items"_s.arg(records.size()));
+}
+
+/// The time range of a bookmark that begins and ends at once.
+QString timeRange(const QVariantMap &record, const QTimeZone &zone)
+{
+    return referencemodel::displayRecord(record, {}, {}, zone)[u"displayTimeRange"_s].toString();
 }
 
 void checkTimeZone(CheckContext &context)
@@ -262,6 +228,9 @@ void checkDirectory(CheckContext &context)
     host->topology.setNode({u"E"_s, u"Other"_s, u"one"_s});
     host->topology.setNode({u"F"_s, u"Other"_s, 3});
     host->topology.setStation(u" G "_s, u"Blanks"_s);
+    const QVariant noStations[] = {0, 2, -1, u"x"_s, QVariant(), QVariantMap()};
+    for (const QVariant &type : noStations)
+        host->topology.setNode({u"no "_s + describe(type), {}, type});
     host->topology.remove(u"B"_s);
     host->framework.clearSent();
     host->play(u"queryAllBookmarks()"_s);
@@ -270,6 +239,20 @@ void checkDirectory(CheckContext &context)
     for (const standin::SentCommand &command : sent)
         stations.append(command.relayPath);
     context.compare(u"stations"_s, u" G ,A,C,D"_s, stations.join(u','));
+
+    // Texts that are no ASCII, and format signs, reach the log as they are.
+    const QString odd = u"S\u00fcd %1 %s%n"_s;
+    standin::SentCommand query = sent.constFirst();
+    query.relayPath = odd;
+    host->takeTrace();
+    host->answer(query, {}, u"-1"_s);
+    context.compare(u"the log of a failed query"_s,
+                    u"log Tessaline_ReqRespHandler: %s, query all bookmarks for server (%s) failed "
+                    "<Tessaline::HandleQueryAllBookmarksResp, "_s +
+                        odd +
+                        u">\n"
+                        "signal queryAllBookmarksResponsed(false)"_s,
+                    host->takeTrace().join(u'\n'));
 
     WatchedTopology watched(host->topology);
     host->framework.addPlugin(standin::Topology::pluginID(), &watched);
