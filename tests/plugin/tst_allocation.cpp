@@ -1,6 +1,6 @@
 #include "Describe.h"
 #include "FailingMemory.h"
-#include "PluginHarness.h"
+#include "TestHost.h"
 
 #include <QtTest/QTest>
 
@@ -22,7 +22,7 @@ QVariantMap bookmarks()
     return {{u"Bookmarks"_s, QVariantList{record(u"q1"_s), record(u"q2"_s), odd}}};
 }
 
-class ShortOfMemory : public PluginHarness
+class ShortOfMemory : public TestHost
 {
 public:
     ShortOfMemory()
@@ -50,15 +50,16 @@ private Q_SLOTS:
 
 void TestAllocation::keepsTheQueryUnderWay()
 {
-    ShortOfMemory harness;
-    harness.call<bool>("queryAllBookmarks");
-    const standin::SentCommand running = harness.onlySent();
+    ShortOfMemory host;
+    host.call(u"queryAllBookmarks()"_s);
+    const standin::SentCommand running = host.framework.sent().constFirst();
     failingmemory::failAt(0);
-    QVERIFY(!harness.call<bool>("queryAllBookmarks"));
+    QCOMPARE(host.call(u"queryAllBookmarks()"_s), QVariant(false));
     failingmemory::stop();
-    harness.answer(running, bookmarks());
-    QCOMPARE(harness.emitted->take().join(u' '), u"queryAllBookmarksResponsed(true)"_s);
-    QCOMPARE(harness.call<QVariantList>("getBookmarkListByNodeID", QString()).size(), 3);
+    host.takeTrace();
+    host.answer(running, bookmarks());
+    QCOMPARE(host.takeTrace().join(u' '), u"signal queryAllBookmarksResponsed(true)"_s);
+    QCOMPARE(host.identifiersIn(u"all"_s), u"A/q1 A/q2 A/q3"_s);
 }
 
 void TestAllocation::keepsNothingOfAHalfAnswer()
@@ -78,25 +79,25 @@ void TestAllocation::keepsNothingOfAHalfAnswer()
     };
     // Of three answers the second fails, by its code or at an allocation.
     const auto askAfter = [&](const QString &code, int failing) {
-        ShortOfMemory harness;
+        ShortOfMemory host;
         for (const QString &station : {u"B"_s, u"C"_s}) {
-            harness.topology.setStation(station, u"Station "_s + station);
-            harness.topology.setCamera(station + u"/1"_s, u"Camera "_s + station);
+            host.topology.setStation(station, u"Station "_s + station);
+            host.topology.setCamera(station + u"/1"_s, u"Camera "_s + station);
         }
-        harness.call<bool>("queryAllBookmarks");
-        const QList<standin::SentCommand> queries = harness.sent().mid(harness.sent().size() - 3);
+        host.call(u"queryAllBookmarks()"_s);
+        const QList<standin::SentCommand> queries = host.framework.sent();
         Asked asked{{}, false};
         const auto ask = [&] {
             asked.pages.clear();
             for (const QString &question : questions)
-                asked.pages += describe(harness.run(question));
+                asked.pages += describe(host.call(question));
         };
         for (qsizetype i = 0; i < 3; ++i) {
             if (i == 1 && failing >= 0)
                 failingmemory::failAt(failing);
-            harness.answer(queries[i], bookmarks(), i == 1 ? code : u"0"_s);
+            host.answer(queries[i], bookmarks(), i == 1 ? code : u"0"_s);
             failingmemory::stop();
-            asked.hasFailed |= !harness.log.takeTexts().isEmpty();
+            asked.hasFailed |= !host.takeTrace().filter(u"log "_s).isEmpty();
             ask();
         }
         return asked;
@@ -115,12 +116,13 @@ void TestAllocation::keepsNothingOfAHalfAnswer()
 
 void TestAllocation::questionsKeepNoMemory()
 {
-    ShortOfMemory harness;
-    harness.storeBookmarks({record(u"q1"_s), record(u"q2"_s)});
+    ShortOfMemory host;
+    host.call(u"queryAllBookmarks()"_s);
+    host.answer(host.framework.sent().constFirst(), bookmarks());
     const QStringList keys{u"displayDate"_s, u"creator"_s, u"description"_s, u"no key"_s};
     const auto ask = [&](int number) {
-        harness.run(u"getFilteredBookmarkList({'text': 'q%1', 'endTimestamp': 9, 'groupKey': "
-                    "'%2'})"_s.arg(QString::number(number), keys.at(number % keys.size())));
+        host.call(u"getFilteredBookmarkList({'text': 'q%1', 'endTimestamp': 9, 'groupKey': "
+                  "'%2'})"_s.arg(QString::number(number), keys.at(number % keys.size())));
     };
     failingmemory::watch();
     for (int i = 0; i < 100; ++i)
@@ -134,37 +136,38 @@ void TestAllocation::questionsKeepNoMemory()
 
 void TestAllocation::makesAModelLater()
 {
-    const QString failed = u"Tessaline::CreateTimelineModel, "
-                           "Create time shift buffer model failed"_s;
-    ShortOfMemory harness;
-    harness.openViewCell(u"2"_s, u"l"_s, u"A"_s);
-    harness.run(u"setTimelineBoundary(0, 9, '2')"_s);
-    const standin::SentCommand query = harness.onlySent();
+    ShortOfMemory host;
+    host.showCell(u"2"_s, u"l"_s, u"A"_s);
+    host.call(u"setTimelineBoundary(0, 9, '2')"_s);
+    const standin::SentCommand query = host.framework.sent().constFirst();
     const auto getModel = [&] {
-        return harness.call<QObject *>("getBookmarkModelForTimeline", u"2"_s);
+        return host.call(u"getBookmarkModelForTimeline('2')"_s).value<QObject *>();
     };
-    QStringList lines;
-    for (int n = 0; lines != QStringList(failed); ++n) { // at first the view cell has no room
-        harness.run(u"removeTimelineModel('2')"_s);
+    QString lines;
+    for (int n = 0; !lines.contains(u"Create time shift"_s); ++n) { // the view cell is made first
+        host.call(u"removeTimelineModel('2')"_s);
+        host.takeTrace();
         failingmemory::failAt(n);
         QVERIFY(!getModel());
         failingmemory::stop();
-        lines = harness.log.takeTexts();
+        lines = host.takeTrace().join(u'\n');
     }
+    QCOMPARE(lines, u"log Tessaline: %s, Create time shift buffer model failed "
+                    "<Tessaline::CreateTimelineModel>"_s);
 
-    // Until it is there it is skipped.
-    harness.run(u"setTimelineFocusInfo('l', 'A', '2')"_s);
-    harness.run(u"setTimelineBoundary(0, 9, '2')"_s);
-    QCOMPARE(harness.takeSent(), QStringList());
-    harness.answer(query, bookmarks());
-    harness.answer(query, bookmarks()); // its context has ended
-    harness.answer(u"AddBookmark"_s, record(u"x"_s), u"A"_s);
-    harness.answer(u"DeleteBookmark"_s, u"x"_s, u"A"_s);
-    QCOMPARE(harness.log.takeTexts(), QStringList(u"Tessaline::HandleQueryBookmarkForTimelineResp, "
-                                                  "bookmark model is NULL"_s));
-    QCOMPARE(harness.emitted->take().join(u' '),
-             u"queryBookmarkForTimelineResponsed(false) addBookmarkResponsed(false) "
-             "deleteBookmarkResponsed(true)"_s);
+    // Until it is there it is skipped. The context of the query ends with the first answer.
+    const QString record = u"{'BookmarkID': 'x', 'LocationID': 'l'}"_s;
+    QCOMPARE(host.play(u"setTimelineFocusInfo('l', 'A', '2')\nsetTimelineBoundary(0, 9, '2')"_s),
+             QString());
+    host.answer(query, bookmarks());
+    host.answer(query, bookmarks());
+    QCOMPARE(host.takeTrace().join(u'\n'),
+             u"log Tessaline_ReqRespHandler: %s, bookmark model is NULL "
+             "<Tessaline::HandleQueryBookmarkForTimelineResp>\n"
+             "signal queryBookmarkForTimelineResponsed(false)"_s);
+    QCOMPARE(
+        host.play(u"answer AddBookmark@A ok "_s + record + u"\nanswer DeleteBookmark@A ok 'x'"_s),
+        u"signal addBookmarkResponsed(false)\nsignal deleteBookmarkResponsed(true)"_s);
     QVERIFY(getModel());
 }
 

@@ -1,8 +1,5 @@
-#include "PluginHarness.h"
+#include "TestHost.h"
 
-#include "PluginBase.h"
-
-#include <QtCore/QAbstractItemModel>
 #include <QtCore/QRandomGenerator>
 #include <QtTest/QTest>
 
@@ -49,12 +46,12 @@ public:
         Request request{kind, {}, {}, kind == Kind::Query ? ++m_generation : 0};
         if (kind == Kind::Query)
             listed.clear();
-        static const char *const lines[] = {"addBookmarks, send command failed",
-                                            "deleteBookmarks, send command failed",
-                                            "queryAllBookmarks, SendCommand failed"};
+        static const char *const lines[] = {"send command failed <Tessaline::addBookmarks>",
+                                            "send command failed <Tessaline::deleteBookmarks>",
+                                            "SendCommand failed <Tessaline::queryAllBookmarks>"};
         for (int station = 0; station < stationCount; ++station) {
             if (std::count(refusing.cbegin(), refusing.cend(), station) > 0)
-                heard.append(u"Tessaline::"_s + QLatin1String(lines[int(kind)]));
+                heard.append(u"log Tessaline_Req: %s, "_s + QLatin1String(lines[int(kind)]));
             else
                 request.pending.push_back(station);
         }
@@ -83,8 +80,8 @@ public:
             shown.append(id);
         request.isOver = request.pending.empty();
         if (request.isOver) {
-            heard.append((request.kind == Kind::Add ? u"add"_s : u"delete"_s) +
-                         u"BookmarksResponsed(%1)"_s.arg(request.failed.join(u',')));
+            heard.append(u"signal %1BookmarksResponsed(%2)"_s.arg(
+                request.kind == Kind::Add ? u"add"_s : u"delete"_s, request.failed.join(u',')));
         }
     }
 
@@ -92,22 +89,23 @@ private:
     void answerQuery(Request &request, std::vector<int>::iterator place, int station, bool succeeds,
                      const QString &id)
     {
-        const QString line = u"Tessaline::HandleQueryAllBookmarksResp, "_s;
+        const QString line = u"log Tessaline_ReqRespHandler: %s, %1 "
+                             "<Tessaline::HandleQueryAllBookmarksResp%2>"_s;
         if (request.isOver) {
-            heard.append(line + u"request response context is NULL"_s);
+            heard.append(line.arg(u"request response context is NULL"_s, QString()));
             return;
         }
         if (!succeeds)
-            heard.append(line +
-                         u"query all bookmarks for server (%1) failed"_s.arg(stationName(station)));
+            heard.append(line.arg(u"query all bookmarks for server (%s) failed"_s,
+                                  u", "_s + stationName(station)));
         else if (request.generation == m_generation)
             listed.append(stationName(station) + u'/' + id);
         if (place != request.pending.end())
             request.pending.erase(place);
         request.isOver = request.pending.empty();
         if (request.generation == m_generation) {
-            heard.append(
-                u"queryAllBookmarksResponsed(%1)"_s.arg(request.isOver ? u"true"_s : u"false"_s));
+            heard.append(u"signal queryAllBookmarksResponsed(%1)"_s.arg(
+                request.isOver ? u"true"_s : u"false"_s));
         }
     }
 
@@ -121,12 +119,13 @@ public:
     explicit Pair(int stationCount)
         : m_stationCount(stationCount)
     {
-        m_harness.grantPermission();
-        m_harness.topology.clear();
+        m_host.play(u"grant"_s);
+        m_host.framework.setObserver({}); // commands are compared by their results
+        m_host.topology.clear();
         for (int station = 0; station < stationCount; ++station) {
             const QString name = stationName(station);
-            m_harness.topology.setStation(name, name);
-            m_harness.topology.setCamera(name + u"/1"_s, u"Camera "_s + name + u'1');
+            m_host.topology.setStation(name, name);
+            m_host.topology.setCamera(name + u"/1"_s, u"Camera "_s + name + u'1');
             m_targets.append(QVariantMap{{u"CameraID"_s, u"1"_s},
                                          {u"BookmarkID"_s, u"b"_s},
                                          {u"LocationID"_s, u"l"_s},
@@ -141,18 +140,18 @@ public:
     void send(Kind kind, const std::vector<int> &refusing = {})
     {
         note(u"send %1"_s.arg(int(kind)));
-        auto &rules = m_harness.framework.rules();
+        auto &rules = m_host.framework.rules();
         rules.reset();
         rules.setDefault(standin::Delivery::never());
         for (const int station : refusing)
             rules.setForStation(stationName(station), standin::Delivery::refused());
         const bool sent =
             kind == Kind::Add
-                ? m_harness.call<bool>("addBookmarks", m_targets, 1LL, 2LL, u""_s, u""_s, u""_s)
-            : kind == Kind::Delete ? m_harness.call<bool>("deleteBookmarks", m_targets)
-                                   : m_harness.call<bool>("queryAllBookmarks");
-        m_sent.push_back(m_harness.sent().value(0));
-        m_harness.framework.clearSent();
+                ? m_host.call("addBookmarks", {m_targets, 1LL, 2LL, u""_s, u""_s, u""_s}).toBool()
+            : kind == Kind::Delete ? m_host.call("deleteBookmarks", {QVariant(m_targets)}).toBool()
+                                   : m_host.call("queryAllBookmarks", {}).toBool();
+        m_sent.push_back(m_host.framework.sent().value(0));
+        m_host.framework.clearSent();
         const bool expected = m_model.send(kind, m_stationCount, refusing);
         compare(u"sent"_s, QVariant(sent).toString(), QVariant(expected).toString());
         compareState();
@@ -169,8 +168,8 @@ public:
         const QVariant result = kind == Kind::Add      ? QVariant(QVariantList{record})
                                 : kind == Kind::Delete ? QVariant(QStringList{id})
                                                        : queryAnswer({id});
-        m_harness.answer(command.command, result, stationName(station), command.context,
-                         succeeds ? u"0"_s : u"-1"_s);
+        m_host.answer(command.command, result, stationName(station), command.context,
+                      succeeds ? u"0"_s : u"-1"_s);
         m_model.answer(number, station, succeeds, id);
         compareState();
     }
@@ -181,10 +180,9 @@ public:
         m_model.isOpen = !m_model.isOpen;
         m_model.shown.clear();
         if (m_model.isOpen) {
-            m_cell = m_harness.openViewCell(u"1"_s, u"l"_s, u"A"_s);
+            m_host.showCell(u"1"_s, u"l"_s, u"A"_s);
         } else {
-            m_cell = nullptr;
-            m_harness.call("removeTimelineModel", u"1"_s);
+            m_host.call("removeTimelineModel", {u"1"_s});
         }
         compareState();
     }
@@ -214,23 +212,23 @@ private:
 
     void compareState()
     {
-        compare(u"heard"_s, (m_harness.log.takeTexts() + m_harness.emitted->take()).join(u' '),
-                std::exchange(m_model.heard, {}).join(u' '));
-        compare(u"listed"_s,
-                displayedIds(m_harness.call<QVariantList>("getBookmarkListByNodeID", QString())),
-                m_model.listed.join(u' '));
-        QStringList rows = m_cell ? rowsOf(m_cell, Qt::UserRole + 1) : QStringList();
+        QStringList trace = m_host.takeTrace();
+        trace.removeIf([](const QString &line) { return line.startsWith(u"timeline "_s); });
+        compare(u"heard"_s, trace.join(u'\n'), std::exchange(m_model.heard, {}).join(u'\n'));
+        compare(u"listed"_s, m_host.identifiersIn(u"all"_s), m_model.listed.join(u' '));
+        QStringList rows;
+        if (m_model.isOpen)
+            rows = m_host.rowsIn(u"1"_s).split(u' ', Qt::SkipEmptyParts);
         rows.sort();
         m_model.shown.sort();
         compare(u"shown"_s, rows.join(u' '), m_model.shown.join(u' '));
     }
 
     int m_stationCount;
-    PluginHarness m_harness;
+    TestHost m_host;
     Model m_model;
     QVariantList m_targets;
     std::vector<standin::SentCommand> m_sent; ///< the first command of each request
-    const QAbstractItemModel *m_cell = nullptr;
     QStringList m_steps;
     QString m_fault;
 };

@@ -1,10 +1,10 @@
-#include "PluginHarness.h"
-
-#include "PluginBase.h"
+#include "TestHost.h"
 
 #include <QtQml/QQmlContext>
 #include <QtQml/QQmlEngine>
 #include <QtQuickTest/quicktest.h>
+
+#include <optional>
 
 /// The host as the QML tests see it; "bookmarks" is the plug-in's object.
 class Host : public QObject
@@ -16,13 +16,13 @@ public:
     Q_INVOKABLE QVariantList takeSent()
     {
         QVariantList list;
-        for (const standin::SentCommand &sent : m_harness.framework.sent()) {
+        for (const standin::SentCommand &sent : m_host.framework.sent()) {
             list.append(QVariantMap{{QStringLiteral("command"), sent.command},
                                     {QStringLiteral("payload"), sent.payload},
                                     {QStringLiteral("relayPath"), sent.relayPath}});
         }
-        m_lastSent = m_harness.framework.sent();
-        m_harness.framework.clearSent();
+        m_lastSent = m_host.framework.sent();
+        m_host.framework.clearSent();
         return list;
     }
 
@@ -36,10 +36,10 @@ public:
     /// Answers a command that takeSent() has returned.
     Q_INVOKABLE void answer(int index, const QVariant &result)
     {
-        m_harness.answer(m_lastSent.at(index), result);
+        m_host.answer(m_lastSent.at(index), result);
     }
 
-    PluginHarness m_harness;
+    TestHost m_host;
 
 private:
     QList<standin::SentCommand> m_lastSent;
@@ -50,16 +50,18 @@ class Setup : public QObject
     Q_OBJECT
 
 public Q_SLOTS:
+    // The host looks for the logging library beside the application.
+    void applicationAvailable() { m_host.emplace(); }
     void qmlEngineAvailable(QQmlEngine *engine)
     {
-        engine->rootContext()->setContextProperty(QStringLiteral("host"), &m_host);
+        engine->rootContext()->setContextProperty(QStringLiteral("host"), &*m_host);
         engine->rootContext()->setContextProperty(QStringLiteral("qtMinor"), QT_VERSION_MINOR);
         engine->rootContext()->setContextProperty(QStringLiteral("bookmarks"),
-                                                  &m_host.m_harness.plugin());
+                                                  m_host->m_host.object());
     }
 
 private:
-    Host m_host;
+    std::optional<Host> m_host;
 };
 
 QUICK_TEST_MAIN_WITH_SETUP(qmlinterface, Setup)

@@ -1,5 +1,0 @@
-// Not the logging library, but called so.
-extern "C" int hollowLog()
-{
-    return 0;
-}
