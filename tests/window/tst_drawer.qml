@@ -72,6 +72,30 @@ WindowTest {
         showsLast(trafficOfAdd);
     }
 
+    function test_consoleCallsAMethod() {
+        openTab(4);
+        mouseClick(find("methodSearch"));
+        type("forrecent");
+        keyClick(Qt.Key_Down);
+        keyClick(Qt.Key_Up);
+        mouseClick(find("methodSearch"));
+        keyClick(Qt.Key_Return);
+        retype(find("argument recentCnt"), "300");
+        keyClick(Qt.Key_Return);
+        verify(find("callOutcome").text.includes("from 0 to 255"));
+        retype(find("argument recentCnt"), "3");
+        keyClick(Qt.Key_Return);
+        compare(find("callOutcome").text, "true");
+        tryVerify(() => texts(find("signalCounts")).join().includes(
+            "queryBookmarkForRecentResponsed,[true],1"));
+        compare(find("callHistory").count, 1);
+        mouseClick(find("drawerTabs").itemAt(0));
+        settle();
+        tryVerify(() => list().count > 3);
+        showsLast(["call queryBookmarkForRecent", "send QueryBookmarkForRecent",
+                   "answer QueryBookmarkForRecent", "signal queryBookmarkForRecentResponsed"]);
+    }
+
     /// Records have their texts from the zone in which they arrived.
     function test_reconnectBringsTheTextsOfAnotherZone() {
         const list = find("bookmarkList").page;

@@ -4,7 +4,8 @@ import QtQuick.Layouts
 import Client.Common
 import Integration
 
-/// For integrators: what passes between QML, plug-in and host, the log, and faults of the stations.
+/// For integrators: what passes between QML, plug-in and host, the log, faults of the stations, and a
+/// console.
 Pane {
     id: drawer
 
@@ -43,6 +44,7 @@ Pane {
             Tab { text: qsTr("Log") }
             Tab { text: qsTr("Faults") }
             Tab { text: qsTr("Replay") }
+            Tab { text: qsTr("Console") }
         }
         StackLayout {
             currentIndex: tabs.currentIndex
@@ -53,6 +55,7 @@ Pane {
             LogTab { log: drawer.bench.log }
             FaultsTab { bench: drawer.bench }
             ReplayTab { report: drawer.bench.replayReport }
+            ConsoleTab { plugin: drawer.app.plugin; bench: drawer.bench }
         }
     }
 }

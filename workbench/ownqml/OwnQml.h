@@ -23,8 +23,8 @@ class OwnQml : public QObject
     Q_PROPERTY(QString file READ file CONSTANT)
     /// The root object when it is an item, else null.
     Q_PROPERTY(QQuickItem *item READ item NOTIFY loaded)
-    /// What the engine reported since the file was loaded: file, line, column and message.
-    Q_PROPERTY(QStringList errors READ errors NOTIFY errorsChanged)
+    /// The reports of the engine since the file was loaded, a line each: file, line, column, message.
+    Q_PROPERTY(QString errorText READ errorText NOTIFY errorsChanged)
 
 public:
     /// @param names of the context: objects and values by name; objects are not owned
@@ -35,6 +35,7 @@ public:
     QString file() const { return m_file; }
     QQuickItem *item() const { return qobject_cast<QQuickItem *>(&*m_root); }
     QStringList errors() const { return m_errors; }
+    QString errorText() const { return m_errors.join(QLatin1Char('\n')); }
 
     /// Loads the file anew. @return false with errors() if it can't be loaded
     Q_INVOKABLE bool load();

@@ -44,13 +44,13 @@ ThemedWindow {
         }
         ScrollView {
             id: errors
-            visible: window.own.errors.length > 0
+            visible: window.own.errorText !== ""
             Layout.fillWidth: true
             Layout.preferredHeight: Math.min(contentHeight, window.height / 2)
 
             TextArea {
                 objectName: "errors"
-                text: Array.from(window.own.errors).join("\n")
+                text: window.own.errorText
                 readOnly: true
                 selectByMouse: true
                 wrapMode: TextEdit.Wrap

@@ -1,0 +1,53 @@
+import QtQuick
+import QtQuick.Controls
+import QtQuick.Layouts
+import Client.Common
+
+/// One argument of a call, under the name of its parameter.
+RowLayout {
+    id: field
+
+    required property int index
+    required property var modelData ///< the parameter: a map of name and type
+    property string text: ""        ///< at first
+    property bool wrong: false      ///< it could not be used
+    readonly property bool isBool: modelData.type === "bool"
+    readonly property string typed: isBool ? String(box.checked) : line.text
+
+    signal accepted()
+
+    function focusEditor() {
+        if (isBool)
+            box.forceActiveFocus(Qt.TabFocusReason);
+        else
+            line.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    Label {
+        text: field.modelData.name
+        color: field.wrong ? Theme.failure : Theme.text
+        leftPadding: Theme.gap
+        elide: Text.ElideRight
+        Layout.preferredWidth: 110
+    }
+    TextField {
+        id: line
+        objectName: "argument " + field.modelData.name
+        visible: !field.isBool
+        text: field.text
+        placeholderText: field.modelData.type
+        selectByMouse: true
+        Accessible.name: field.modelData.name
+        onAccepted: field.accepted()
+        Layout.fillWidth: true
+    }
+    CheckBox {
+        id: box
+        objectName: line.objectName
+        visible: field.isBool
+        checked: field.text === "true"
+        Accessible.name: field.modelData.name
+        Keys.onReturnPressed: field.accepted()
+        Layout.fillWidth: true
+    }
+}
