@@ -23,12 +23,13 @@ std::optional<uint> numberOf(const QCommandLineParser &parser, const QString &op
 void describe(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(QStringLiteral(
-        "Checks a build of the Tessaline plug-in against its contract with host and QML.\n"
+        "Checks builds of the Tessaline plug-in against their contract with host and QML.\n"
         "Exit code: 0 all passed, 1 a check failed or none ran, 2 the command line is wrong\n"
-        "or LIBRARY can't be a library for this machine."));
+        "or a LIBRARY can't be a library for this machine; of several libraries the highest."));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("LIBRARY"), QStringLiteral("The plug-in's file."));
+    parser.addPositionalArgument(QStringLiteral("LIBRARY"), QStringLiteral("Files of the plug-in."),
+                                 QStringLiteral("LIBRARY..."));
 
     QCommandLineOption runOne(QStringLiteral("run-one"), QString(), QStringLiteral("check"));
     QCommandLineOption resultFile(QStringLiteral("result"), QString(), QStringLiteral("file"));
@@ -44,6 +45,8 @@ void describe(QCommandLineParser &parser)
           QStringLiteral("number"), QStringLiteral("1")},
          {QStringLiteral("timeout"), QStringLiteral("Processor time for each check."),
           QStringLiteral("seconds"), QStringLiteral("60")},
+         {QStringLiteral("only-failed"),
+          QStringLiteral("Prints only the checks that failed, and the summary.")},
          {QStringLiteral("json"), QStringLiteral("Writes the results as JSON."),
           QStringLiteral("file")},
          {QStringLiteral("junit"), QStringLiteral("Writes the results as JUnit XML."),
@@ -67,6 +70,7 @@ std::optional<Options> Options::parse(const QStringList &arguments, QString &err
     options.include.setPattern(parser.value(QStringLiteral("include")));
     options.jsonFile = parser.value(QStringLiteral("json"));
     options.junitFile = parser.value(QStringLiteral("junit"));
+    options.onlyFailed = parser.isSet(QStringLiteral("only-failed"));
     options.inProcess = parser.isSet(QStringLiteral("in-process"));
     options.runOne = parser.value(QStringLiteral("run-one"));
     options.resultFile = parser.value(QStringLiteral("result"));
@@ -81,10 +85,10 @@ std::optional<Options> Options::parse(const QStringList &arguments, QString &err
     options.timeoutSeconds = int(timeout.value_or(0));
 
     const QStringList libraries = parser.positionalArguments();
-    if (libraries.size() == 1)
-        options.library = QFileInfo(libraries.constFirst()).absoluteFilePath();
-    else if (!options.list)
-        error = QStringLiteral("one library is needed; see --help");
+    for (const QString &library : libraries)
+        options.libraries.append(QFileInfo(library).absoluteFilePath());
+    if (libraries.isEmpty() && !options.list)
+        error = QStringLiteral("name at least one library; see --help");
     if (!error.isEmpty())
         return std::nullopt;
     return options;

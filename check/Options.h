@@ -11,7 +11,7 @@ namespace check {
 /// What the command line asks for.
 struct Options
 {
-    QString library; ///< absolute path
+    QStringList libraries; ///< absolute paths
     bool list = false;
     QRegularExpression include;
     int level = 5; ///< the highest to run
@@ -19,6 +19,7 @@ struct Options
     int timeoutSeconds = 60; ///< for each check
     QString jsonFile;
     QString junitFile;
+    bool onlyFailed = false;
     bool inProcess = false;
 
     // Between the checker and its own child process.

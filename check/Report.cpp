@@ -59,6 +59,24 @@ void writeCase(QXmlStreamWriter &xml, const Result &result)
     xml.writeEndElement();
 }
 
+void writeSuite(QXmlStreamWriter &xml, const LibraryReport &report)
+{
+    const auto attribute = [&](const QString &name, int count) {
+        xml.writeAttribute(name, QString::number(count));
+    };
+    const QList<Result> &results = report.results;
+    xml.writeStartElement(QStringLiteral("testsuite"));
+    xml.writeAttribute(QStringLiteral("name"), report.library);
+    attribute(QStringLiteral("tests"), int(results.size()));
+    attribute(QStringLiteral("failures"), countOf(results, Status::Fail));
+    attribute(QStringLiteral("errors"),
+              countOf(results, Status::Crash) + countOf(results, Status::Timeout));
+    attribute(QStringLiteral("skipped"), countOf(results, Status::Skipped));
+    for (const Result &result : results)
+        writeCase(xml, result);
+    xml.writeEndElement();
+}
+
 } // namespace
 
 QString textOf(const Result &result)
@@ -91,37 +109,40 @@ int exitCodeFor(const QList<Result> &results)
     return nothingRan || failed ? 1 : 0;
 }
 
-QString writeJson(const QString &file, const QString &library, quint32 seed,
-                  const QList<Result> &results)
+int exitCodeFor(const QList<LibraryReport> &reports)
 {
-    QJsonArray list;
-    for (const Result &result : results)
-        list.append(result.toJson());
-    const QJsonObject report{{QStringLiteral("library"), library},
-                             {QStringLiteral("seed"), qint64(seed)},
-                             {QStringLiteral("exitCode"), exitCodeFor(results)},
-                             {QStringLiteral("results"), list}};
-    return written(file, QJsonDocument(report).toJson());
+    int code = 0;
+    for (const LibraryReport &report : reports)
+        code = std::max(code, report.exitCode);
+    return code;
 }
 
-QString writeJUnit(const QString &file, const QString &library, const QList<Result> &results)
+QString writeJson(const QString &file, quint32 seed, const QList<LibraryReport> &reports)
+{
+    QJsonArray libraries;
+    for (const LibraryReport &report : reports) {
+        QJsonArray results;
+        for (const Result &result : report.results)
+            results.append(result.toJson());
+        libraries.append(QJsonObject{{QStringLiteral("library"), report.library},
+                                     {QStringLiteral("exitCode"), report.exitCode},
+                                     {QStringLiteral("results"), results}});
+    }
+    const QJsonObject json{{QStringLiteral("seed"), qint64(seed)},
+                           {QStringLiteral("exitCode"), exitCodeFor(reports)},
+                           {QStringLiteral("libraries"), libraries}};
+    return written(file, QJsonDocument(json).toJson());
+}
+
+QString writeJUnit(const QString &file, const QList<LibraryReport> &reports)
 {
     QByteArray content;
     QXmlStreamWriter xml(&content);
     xml.setAutoFormatting(true);
     xml.writeStartDocument();
-    xml.writeStartElement(QStringLiteral("testsuite"));
-    xml.writeAttribute(QStringLiteral("name"), QStringLiteral("tessaline-check"));
-    xml.writeAttribute(QStringLiteral("tests"), QString::number(results.size()));
-    xml.writeAttribute(QStringLiteral("failures"), QString::number(countOf(results, Status::Fail)));
-    xml.writeAttribute(
-        QStringLiteral("errors"),
-        QString::number(countOf(results, Status::Crash) + countOf(results, Status::Timeout)));
-    xml.writeAttribute(QStringLiteral("skipped"),
-                       QString::number(countOf(results, Status::Skipped)));
-    xml.writeTextElement(QStringLiteral("system-out"), library);
-    for (const Result &result : results)
-        writeCase(xml, result);
+    xml.writeStartElement(QStringLiteral("testsuites"));
+    for (const LibraryReport &report : reports)
+        writeSuite(xml, report);
     xml.writeEndElement();
     xml.writeEndDocument();
     return written(file, content);

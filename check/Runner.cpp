@@ -106,11 +106,11 @@ Result resultOf(QProcess &child, const QString &resultFile, int timeoutSeconds)
 
 } // namespace
 
-Result runHere(const Check &check, const Options &options)
+Result runHere(const Check &check, const QString &library, const Options &options)
 {
     QElapsedTimer timer;
     timer.start();
-    CheckContext context(options.library, options.seed);
+    CheckContext context(library, options.seed);
     {
         const QtMessages messages;
         check.run(context);
@@ -124,7 +124,7 @@ Result runHere(const Check &check, const Options &options)
     return result;
 }
 
-Result runInChild(const Check &check, const Options &options)
+Result runInChild(const Check &check, const QString &library, const Options &options)
 {
     QElapsedTimer timer;
     timer.start();
@@ -135,7 +135,7 @@ Result runInChild(const Check &check, const Options &options)
     child.setWorkingDirectory(folder.path());
     child.setProcessEnvironment(childEnvironment(folder.path()));
     child.start(QCoreApplication::applicationFilePath(),
-                {options.library, QStringLiteral("--run-one"), QString::fromLatin1(check.name),
+                {library, QStringLiteral("--run-one"), QString::fromLatin1(check.name),
                  QStringLiteral("--result"), resultFile, QStringLiteral("--seed"),
                  QString::number(options.seed)});
     Result result = resultOf(child, resultFile, options.timeoutSeconds);
@@ -154,10 +154,11 @@ int runAsChild(const Options &options)
 {
     const Check *const check = findCheck(options.runOne.toLatin1());
     QFile file(options.resultFile);
-    if (!check || options.resultFile.isEmpty())
+    if (!check || options.resultFile.isEmpty() || options.libraries.size() != 1)
         return 2;
     keepBreadcrumbsIn(breadcrumbsFor(options.resultFile));
-    const QByteArray json = QJsonDocument(runHere(*check, options).toJson()).toJson();
+    const QByteArray json =
+        QJsonDocument(runHere(*check, options.libraries.constFirst(), options).toJson()).toJson();
     return file.open(QIODevice::WriteOnly) && file.write(json) == json.size() ? 0 : 2;
 }
 

@@ -45,32 +45,50 @@ int complain(const QString &error)
     return WrongUsage;
 }
 
-int runChecks(const Options &options, const std::vector<Check> &checks)
+/// Runs the checks on one library and prints what each came to.
+LibraryReport checkLibrary(const QString &library, const Options &options,
+                           const std::vector<Check> &checks)
 {
-    // Each leaves the process as a host would not like to find it.
-    if (options.inProcess && checks.size() != 1)
-        return complain(QStringLiteral("--in-process runs one check; choose it by --include"));
-    const QString problem = problemOf(options.library);
-    if (!problem.isEmpty())
-        return complain(options.library + QStringLiteral(": ") + problem);
-    QList<Result> results;
+    LibraryReport report{library, {}, 0};
+    const QString problem = problemOf(library);
+    if (!problem.isEmpty()) {
+        report.exitCode = complain(library + QStringLiteral(": ") + problem);
+        return report;
+    }
+    if (options.libraries.size() > 1)
+        print(library + u':');
     for (const Check &check : checks) {
-        results.append(options.inProcess ? runHere(check, options) : runInChild(check, options));
-        print(textOf(results.constLast()));
-        if (results.constLast().name == QLatin1String(loadCheck) &&
-            isFailure(results.constLast().status)) {
+        const Result result = options.inProcess ? runHere(check, library, options)
+                                                : runInChild(check, library, options);
+        report.results.append(result);
+        if (!options.onlyFailed || isFailure(result.status))
+            print(textOf(result));
+        if (check.name == loadCheck && isFailure(result.status)) {
             print(QStringLiteral("The other checks need a library that loads; none was run."));
             break;
         }
     }
-    print(summaryOf(results));
+    print(summaryOf(report.results));
+    report.exitCode = exitCodeFor(report.results);
+    return report;
+}
 
-    int exitCode = exitCodeFor(results);
+int runChecks(const Options &options, const std::vector<Check> &checks)
+{
+    // Each leaves the process as a host would not like to find it.
+    if (options.inProcess && (checks.size() != 1 || options.libraries.size() != 1))
+        return complain(
+            QStringLiteral("--in-process runs one check on one library; choose it by --include"));
+    QList<LibraryReport> reports;
+    for (const QString &library : options.libraries)
+        reports.append(checkLibrary(library, options, checks));
+
+    int exitCode = exitCodeFor(reports);
     QStringList errors;
     if (!options.jsonFile.isEmpty())
-        errors += writeJson(options.jsonFile, options.library, options.seed, results);
+        errors += writeJson(options.jsonFile, options.seed, reports);
     if (!options.junitFile.isEmpty())
-        errors += writeJUnit(options.junitFile, options.library, results);
+        errors += writeJUnit(options.junitFile, reports);
     errors.removeAll(QString());
     for (const QString &error : std::as_const(errors))
         exitCode = complain(error);

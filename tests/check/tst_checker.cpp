@@ -114,13 +114,16 @@ private Q_SLOTS:
             result("4.a", Status::Pass),    result("4.b", Status::Warning),
             result("4.c", Status::Fail),    result("4.d", Status::Crash),
             result("4.e", Status::Timeout), result("4.f", Status::Skipped)};
-        QCOMPARE(check::writeJson(json, u"lib"_s, 7, results), QString());
-        QCOMPARE(check::writeJUnit(junit, u"lib"_s, results), QString());
+        const QList<check::LibraryReport> reports{{u"lib"_s, results, 1}, {u"other"_s, {}, 2}};
+        QCOMPARE(check::writeJson(json, 7, reports), QString());
+        QCOMPARE(check::writeJUnit(junit, reports), QString());
 
         const auto report = QJsonDocument::fromJson(contentOf(json)).object();
         QCOMPARE(report.value(u"seed"_s).toInt(), 7);
-        QCOMPARE(report.value(u"exitCode"_s).toInt(), 1);
-        const QJsonArray list = report.value(u"results"_s).toArray();
+        QCOMPARE(report.value(u"exitCode"_s).toInt(), 2);
+        const QJsonArray libraries = report.value(u"libraries"_s).toArray();
+        QCOMPARE(libraries.at(1).toObject().value(u"library"_s).toString(), u"other"_s);
+        const QJsonArray list = libraries.at(0).toObject().value(u"results"_s).toArray();
         QCOMPARE(list.size(), results.size());
         for (qsizetype i = 0; i < list.size(); ++i) {
             const auto read = check::Result::fromJson(list.at(i).toObject());
@@ -136,9 +139,9 @@ private Q_SLOTS:
         }
         QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
         QCOMPARE(elements.join(u' '),
-                 u"testsuite system-out testcase system-out testcase system-out testcase failure "
-                 "testcase error testcase error testcase skipped"_s);
-        QVERIFY(!check::writeJson(u"/nowhere/report"_s, u"lib"_s, 7, results).isEmpty());
+                 u"testsuites testsuite testcase system-out testcase system-out testcase failure "
+                 "testcase error testcase error testcase skipped testsuite"_s);
+        QVERIFY(!check::writeJson(u"/nowhere/report"_s, 7, reports).isEmpty());
     }
 
     void judges_data()
@@ -206,7 +209,7 @@ highest         | lib --level=6 --seed=4294967295 --timeout=86400 |
 level below     | lib --level=0          | --level takes a number from 1 to 6
 seed above      | lib --seed=4294967296  | --seed takes a number from 0 to 4294967295
 no time         | lib --timeout=0        | --timeout takes a number from 1 to 86400
-two libraries   | lib other              | one library is needed; see --help)"_s);
+no library      | --timeout=1            | name at least one library; see --help)"_s);
     }
     void numbersOfOptions()
     {
@@ -269,6 +272,21 @@ empty at the start  | :$ORIGIN/../li | an empty one)"_s);
                  output.constData());
     }
 
+    void onlyFailedChecksArePrintedForEachLibrary()
+    {
+        const QString good = QStringLiteral(TESSALINE_PLUGIN_PATH);
+        const QString bad = QStringLiteral(CHECKER);
+        QProcess process;
+        process.start(bad,
+                      {good, bad, u"--only-failed"_s, u"--include"_s, u"^[23].(load|class)"_s});
+        QVERIFY(process.waitForFinished());
+        const QString output = QString::fromLocal8Bit(process.readAllStandardOutput());
+        QVERIFY2(
+            output.startsWith(good + u":\n2 checks: 2 pass\n"_s + bad + u":\nfail    2.load "_s),
+            qPrintable(output));
+        QCOMPARE(process.exitCode(), 1);
+    }
+
 #ifdef SLOW_START
     void waitingForTheProcessorDoesNotTimeOut()
     {
@@ -294,6 +312,12 @@ empty at the start  | :$ORIGIN/../li | an empty one)"_s);
             << QStringList{library, u"--in-process"_s, u"--include"_s, u"3.class"_s} << 0;
         QTest::newRow("several in this process") << QStringList{library, u"--in-process"_s} << 2;
         QTest::newRow("nothing ran") << QStringList{library, u"--include"_s, u"none"_s} << 1;
+        QTest::newRow("several libraries")
+            << QStringList{library, library, u"--include"_s, u"1.exports"_s} << 0;
+        QTest::newRow("one of several is none")
+            << QStringList{library, u"/none.so"_s, library, u"--include"_s, u"1.exports"_s} << 2;
+        QTest::newRow("several libraries in this process")
+            << QStringList{library, library, u"--in-process"_s, u"--include"_s, u"3.class"_s} << 2;
         QTest::newRow("not of this level")
             << QStringList{library, u"--level"_s, u"2"_s, u"--include"_s, u"3.class"_s} << 1;
         QTest::newRow("no argument") << QStringList{} << 2;
