@@ -1,6 +1,7 @@
 #include "ReferenceModel.h"
 
 #include "Describe.h"
+#include "topology/CameraKey.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QLocale>
@@ -20,11 +21,6 @@ QString textOf(const QVariant &record, const QString &key)
     return record.toMap().value(key).toString();
 }
 
-QString cameraKey(const QString &relayPath, const QString &cameraID)
-{
-    return relayPath.isEmpty() ? cameraID : relayPath + u'/' + cameraID;
-}
-
 struct Texts
 {
     QString cameraName, date, dateTime, timeRange;
@@ -38,7 +34,7 @@ Texts textsOf(const QVariantMap &record, const QString &relayPath, const QVarian
     const qint64 end = record.value(u"EndTimestamp"_s).toLongLong();
     const QDateTime from = QDateTime::fromMSecsSinceEpoch(start, zone);
     const QDateTime to = QDateTime::fromMSecsSinceEpoch(end, zone);
-    const QString key = cameraKey(relayPath, record.value(u"CameraID"_s).toString());
+    const QString key = standin::cameraKey(relayPath, record.value(u"CameraID"_s).toString());
     return {camNames.value(relayPath).toString() + u" - "_s + camNames.value(key).toString(),
             locale.toString(from.date(), QLocale::ShortFormat),
             locale.toString(from, QLocale::ShortFormat),
@@ -129,7 +125,8 @@ void filterByNodeID(QVariantList &list, const QString &nodeID)
     if (nodeID.isEmpty())
         return;
     keep(list, [&](const QVariant &record) {
-        return cameraKey(textOf(record, u"relayPath"_s), textOf(record, u"cameraID"_s)) == nodeID;
+        return standin::cameraKey(textOf(record, u"relayPath"_s), textOf(record, u"cameraID"_s)) ==
+               nodeID;
     });
 }
 

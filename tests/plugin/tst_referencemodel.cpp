@@ -1,5 +1,6 @@
 #include "ReferenceModel.h"
 #include "TestHost.h"
+#include "topology/CameraKey.h"
 
 #include <QtCore/QTimeZone>
 #include <QtTest/QTest>
@@ -97,10 +98,7 @@ public:
             question[u"endTimestamp"_s] = of(QList{some.value(u"startTimestamp"_s), {moment()}});
         if (once(3))
             question[u"nodeID"_s] =
-                once(5) ? u"A"_s
-                        : (field(u"relayPath"_s).isEmpty()
-                               ? field(u"cameraID"_s)
-                               : field(u"relayPath"_s) + u'/' + field(u"cameraID"_s));
+                once(5) ? u"A"_s : standin::cameraKey(field(u"relayPath"_s), field(u"cameraID"_s));
         if (once(2)) {
             const QString from = field(of(QStringList{u"cameraName"_s, u"creator"_s,
                                                       u"description"_s, u"displayTimeRange"_s}));

@@ -1,13 +1,13 @@
-#include "Bench.h"
 #include "DataTable.h"
-#include "DemoSite.h"
+#include "DemoStations.h"
 #include "Describe.h"
-#include "Installation.h"
+#include "HostShell.h"
 #include "PluginBase.h"
 #include "RecordedValue.h"
 #include "Replay.h"
 #include "Site.h"
 #include "StationThread.h"
+#include "WorkbenchContext.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QFile>
@@ -92,23 +92,22 @@ private Q_SLOTS:
         const std::unique_ptr<Site> site = Site::open(m_folder.path(), demoStations(), &error);
         QVERIFY2(site, qPrintable(error));
         StationThread notOpened(demoStations());
-        Installation installation(notOpened);
-        QVERIFY2(installation.load(QStringLiteral(TESSALINE_PLUGIN_PATH), &error),
-                 qPrintable(error));
+        HostShell shell(notOpened);
+        QVERIFY2(shell.load(QStringLiteral(TESSALINE_PLUGIN_PATH), &error), qPrintable(error));
         // Stations without a thread can answer from inside the sending.
-        installation.framework().setAsyncServer(nullptr);
-        installation.framework().setServer(&*site);
-        Bench &bench = installation.bench();
+        shell.framework().setAsyncServer(nullptr);
+        shell.framework().setServer(&*site);
+        WorkbenchContext &bench = shell.bench();
         QQmlEngine engine;
-        installation.enter(engine);
+        shell.enter(engine);
         const auto inEngine = [&](QObject *object) {
             QJSEngine::setObjectOwnership(object, QJSEngine::CppOwnership);
             return engine.newQObject(object);
         };
-        engine.globalObject().setProperty(u"bookmarks"_s, inEngine(&installation.recordedPlugin()));
+        engine.globalObject().setProperty(u"bookmarks"_s, inEngine(&shell.recordedPlugin()));
         bench.connectToServer();
         // The answers of one station come from inside the sending, those of another fail.
-        auto &rules = installation.framework().rules();
+        auto &rules = shell.framework().rules();
         rules.setForStation(u"relay-1"_s, standin::Delivery::immediate());
         rules.setForStation(u"relay-3"_s, standin::Delivery::failed(u"4"_s));
         const QStringList steps{
@@ -133,7 +132,7 @@ private Q_SLOTS:
             QVERIFY2(!result.isError(), qPrintable(step + result.toString()));
             QTRY_COMPARE(bench.outstanding(), 0);
         }
-        installation.framework().sendEvent(u"AddBookmark"_s, QVariantMap(), u"relay-2"_s);
+        shell.framework().sendEvent(u"AddBookmark"_s, QVariantMap(), u"relay-2"_s);
 
         const QString path = m_folder.filePath(u"session.jsonl"_s);
         QCOMPARE(bench.recorder()->save(path), QString());

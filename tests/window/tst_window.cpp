@@ -1,6 +1,6 @@
 #include "CsvImport.h"
-#include "DemoSite.h"
-#include "Installation.h"
+#include "DemoStations.h"
+#include "HostShell.h"
 #include "PluginBase.h"
 #include "Preparation.h"
 #include "Protocol.h"
@@ -27,7 +27,7 @@ class Lab : public QObject
     Q_OBJECT
 
 public:
-    Lab(StationThread &stations, Bench &bench, standin::Framework &framework)
+    Lab(StationThread &stations, WorkbenchContext &bench, standin::Framework &framework)
         : m_stations(stations)
         , m_bench(bench)
         , m_framework(framework)
@@ -176,7 +176,7 @@ private:
     }
 
     StationThread &m_stations;
-    Bench &m_bench;
+    WorkbenchContext &m_bench;
     standin::Framework &m_framework;
     QTemporaryDir m_folder;
     std::optional<QTemporaryDir> m_otherFolder;
@@ -208,14 +208,14 @@ public Q_SLOTS:
             if (!site)
                 qFatal("%s", qPrintable(problem));
         });
-        m_installation.emplace(*m_stations);
-        if (!m_installation->load(QStringLiteral(PLUGIN_PATH), &error))
+        m_shell.emplace(*m_stations);
+        if (!m_shell->load(QStringLiteral(PLUGIN_PATH), &error))
             qFatal("%s", qPrintable(error));
-        m_installation->enter(*engine);
-        m_lab.emplace(*m_stations, m_installation->bench(), m_installation->framework());
+        m_shell->enter(*engine);
+        m_lab.emplace(*m_stations, m_shell->bench(), m_shell->framework());
         m_lab->reset();
 
-        QVariantMap properties = m_installation->initialProperties();
+        QVariantMap properties = m_shell->initialProperties();
         properties.insert(u"lab"_s, QVariant::fromValue<QObject *>(&*m_lab));
         for (auto it = properties.cbegin(); it != properties.cend(); ++it)
             engine->rootContext()->setContextProperty(it.key(), it.value());
@@ -224,7 +224,7 @@ public Q_SLOTS:
     void cleanupTestCase()
     {
         m_lab.reset();
-        m_installation.reset();
+        m_shell.reset();
         m_stations.reset();
         m_data.reset();
     }
@@ -233,7 +233,7 @@ private:
     QTemporaryDir m_settings;
     std::optional<QTemporaryDir> m_data;
     std::optional<StationThread> m_stations;
-    std::optional<Installation> m_installation;
+    std::optional<HostShell> m_shell;
     std::optional<Lab> m_lab;
 };
 

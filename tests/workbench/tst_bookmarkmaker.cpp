@@ -1,5 +1,5 @@
 #include "BookmarkMaker.h"
-#include "DemoSite.h"
+#include "DemoStations.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QSet>

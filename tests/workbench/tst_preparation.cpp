@@ -1,4 +1,4 @@
-#include "DemoSite.h"
+#include "DemoStations.h"
 #include "FileImport.h"
 #include "Preparation.h"
 #include "Protocol.h"

@@ -1,12 +1,12 @@
 #include "FrameTimesProgram.h"
 
-#include "DemoSite.h"
+#include "DemoStations.h"
 #include "ExitCode.h"
 #include "FrameReport.h"
-#include "Installation.h"
-#include "ReadyStations.h"
+#include "HostShell.h"
+#include "PrepareStations.h"
+#include "Scenario.h"
 #include "StationThread.h"
-#include "UserActions.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QTemporaryDir>
@@ -21,11 +21,11 @@ namespace {
 
 constexpr QSize WindowSize(1600, 900);
 
-QQuickWindow *openWindow(QQmlApplicationEngine &engine, Installation &installation)
+QQuickWindow *openWindow(QQmlApplicationEngine &engine, HostShell &shell)
 {
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
-    installation.enter(engine);
-    QVariantMap properties = installation.initialProperties();
+    shell.enter(engine);
+    QVariantMap properties = shell.initialProperties();
     properties.insert(QStringLiteral("remembers"), false);
     properties.insert(QStringLiteral("width"), WindowSize.width());
     properties.insert(QStringLiteral("height"), WindowSize.height());
@@ -60,19 +60,19 @@ int measureFrameTimes(const Options &options)
     const QString folder = options.dataFolder.isEmpty() ? temporary.path() : options.dataFolder;
     StationThread stations(demoStations(options.stations, options.cameras));
     QString error =
-        makeReady(stations, {folder, options.bookmarks, options.seed, options.importFile});
-    Installation installation(stations);
-    if (!error.isEmpty() || !installation.load(options.pluginPath, &error))
+        prepareStations(stations, {folder, options.bookmarks, options.seed, options.importFile});
+    HostShell shell(stations);
+    if (!error.isEmpty() || !shell.load(options.pluginPath, &error))
         return complain(error);
 
     QQmlApplicationEngine engine;
-    QQuickWindow *const window = openWindow(engine, installation);
+    QQuickWindow *const window = openWindow(engine, shell);
     if (!window)
         return complain(QStringLiteral("the window's QML cannot be loaded"));
     FrameReport report;
-    UserActions actions(*window, installation.bench(), installation.framework());
+    Scenario scenario(*window, shell.bench(), shell.framework());
     for (int round = 0; round < options.rounds; ++round)
-        actions.perform(report);
+        scenario.perform(report);
     std::printf("%s", qPrintable(report.tables()));
 
     const QString file = options.picturesFolder + QStringLiteral("/frame-times.json");

@@ -8,7 +8,7 @@ import Integration
 ColumnLayout {
     id: tab
 
-    required property Bench bench
+    required property WorkbenchContext bench
 
     spacing: Theme.gap
 

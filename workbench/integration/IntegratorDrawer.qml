@@ -10,7 +10,7 @@ Pane {
     id: drawer
 
     required property AppState app
-    required property Bench bench
+    required property WorkbenchContext bench
 
     /// Keys and what they do, for the help.
     readonly property var shortcuts: [

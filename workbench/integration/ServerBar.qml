@@ -7,7 +7,7 @@ import Integration
 Flow {
     id: bar
 
-    required property Bench bench
+    required property WorkbenchContext bench
 
     /// One a minute, on the cameras in turn.
     function addByOther(count) {

@@ -52,13 +52,6 @@ void StationStates::setDisconnected(const QString &relayPath, bool disconnected)
     m_publication.start(0);
 }
 
-bool StationStates::isAwaited(const QString &relayPath) const
-{
-    return std::any_of(m_stations.cbegin(), m_stations.cend(), [&](const Station &station) {
-        return station.relayPath == relayPath && !station.outstanding.isEmpty();
-    });
-}
-
 void StationStates::noteSent(Station &station, const standin::Traffic &command)
 {
     if (command.name == protocol::command::QueryAllBookmarks) {

@@ -12,7 +12,7 @@
 
 namespace workbench {
 
-/// How the stations fare, as far as the traffic with them tells.
+/// The states of the stations, from the traffic with them.
 ///
 /// A station is "disconnected" when the host says so, "failing" when its last answer was a failure
 /// or it refused the last command, "slow" when an answer is outstanding for too long or the last
@@ -39,8 +39,6 @@ public:
     /// Names of the stations whose bookmarks are not in the list of all bookmarks: they were asked
     /// for them, and failed or have not answered yet.
     QStringList failedStations() const { return m_failedStations; }
-    /// Whether an answer of the station is outstanding.
-    bool isAwaited(const QString &relayPath) const;
 
 Q_SIGNALS:
     /// Emitted from the event loop, never from within the traffic.

@@ -10,7 +10,7 @@ ColumnLayout {
     id: tab
 
     required property AppState app
-    required property Bench bench
+    required property WorkbenchContext bench
     required property bool shown ///< rows that nobody sees would be made all the same
     readonly property Recorder recorder: bench.recorder
     readonly property TrafficModel traffic: bench.traffic

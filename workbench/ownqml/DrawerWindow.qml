@@ -7,7 +7,7 @@ ThemedWindow {
     id: window
 
     required property var plugin
-    required property Bench bench
+    required property WorkbenchContext bench
 
     width: 1000
     height: 420

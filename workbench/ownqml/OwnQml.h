@@ -23,7 +23,8 @@ class OwnQml : public QObject
     Q_PROPERTY(QString file READ file CONSTANT)
     /// The root object when it is an item, else null.
     Q_PROPERTY(QQuickItem *item READ item NOTIFY loaded)
-    /// The reports of the engine since the file was loaded, a line each: file, line, column, message.
+    /// The reports of the engine since the file was loaded, a line each: file, line, column,
+    /// message.
     Q_PROPERTY(QString errorText READ errorText NOTIFY errorsChanged)
 
 public:

@@ -1,9 +1,9 @@
 #include "OwnQmlProgram.h"
 
-#include "DemoSite.h"
+#include "DemoStations.h"
 #include "ExitCode.h"
 #include "PluginBase.h"
-#include "ReadyStations.h"
+#include "PrepareStations.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QEventLoop>
@@ -23,7 +23,7 @@ OwnQmlProgram::OwnQmlProgram(const Options &options)
     : m_options(options)
     , m_visible(QGuiApplication::platformName() != QLatin1String("offscreen"))
     , m_stations(demoStations(options.stations, options.cameras))
-    , m_installation(m_stations)
+    , m_shell(m_stations)
 {
 }
 
@@ -34,11 +34,10 @@ int OwnQmlProgram::run()
     if (!error.isEmpty())
         return complain(error);
     m_ownQml.emplace(
-        m_options.qmlFile, QStringList{Installation::importPath()},
-        QVariantMap{
-            {QStringLiteral("bookmarks"), QVariant::fromValue(&m_installation.recordedPlugin())},
-            {QStringLiteral("topology"),
-             QVariantMap{{QStringLiteral("stations"), m_installation.bench().stations()}}}});
+        m_options.qmlFile, QStringList{HostShell::importPath()},
+        QVariantMap{{QStringLiteral("bookmarks"), QVariant::fromValue(&m_shell.recordedPlugin())},
+                    {QStringLiteral("topology"),
+                     QVariantMap{{QStringLiteral("stations"), m_shell.bench().stations()}}}});
     connect(&*m_ownQml, &OwnQml::exitRequested, this, &OwnQmlProgram::finish);
     connectClient();
     if (!showWindows())
@@ -63,9 +62,9 @@ QString OwnQmlProgram::prepare()
     QString folder = m_options.dataFolder;
     if (folder.isEmpty())
         folder = m_visible ? m_options.ownDataFolder() : m_temporary.path();
-    QString error =
-        makeReady(m_stations, {folder, m_options.bookmarks, m_options.seed, m_options.importFile});
-    if (error.isEmpty() && m_installation.load(m_options.pluginPath, &error))
+    QString error = prepareStations(
+        m_stations, {folder, m_options.bookmarks, m_options.seed, m_options.importFile});
+    if (error.isEmpty() && m_shell.load(m_options.pluginPath, &error))
         error = readCondition();
     if (error.isEmpty() && !m_options.failing.isEmpty())
         error = failStation();
@@ -81,7 +80,7 @@ QString OwnQmlProgram::failStation()
     if (!relayPaths.contains(m_options.failing))
         return QStringLiteral("--fail %1: expected one of %2")
             .arg(m_options.failing, relayPaths.join(QLatin1String(", ")));
-    m_installation.bench().failStation(m_options.failing, true);
+    m_shell.bench().failStation(m_options.failing, true);
     return {};
 }
 
@@ -95,7 +94,7 @@ QString OwnQmlProgram::readCondition()
     m_limit = m_options.until.toDouble(&isNumber);
     if (isNumber && m_limit >= 0)
         return {};
-    const QStringList names = m_installation.bench().signalNames();
+    const QStringList names = m_shell.bench().signalNames();
     if (!names.contains(m_options.until))
         return QStringLiteral("--until %1: expected seconds or one of the signals %2")
             .arg(m_options.until, names.join(QLatin1String(", ")));
@@ -107,17 +106,17 @@ QString OwnQmlProgram::readCondition()
 /// The file finds a client that has been connected for a while.
 void OwnQmlProgram::connectClient()
 {
-    Bench &bench = m_installation.bench();
-    m_installation.enter(m_engine);
+    WorkbenchContext &bench = m_shell.bench();
+    m_shell.enter(m_engine);
     bench.connectToServer();
     QEventLoop answers;
-    connect(&bench, &Bench::trafficPassed, &answers, [&] {
+    connect(&bench, &WorkbenchContext::trafficPassed, &answers, [&] {
         if (bench.outstanding() == 0)
             answers.quit();
     });
     answers.exec();
     // After the file's own handlers, which may end the program with a code of theirs.
-    m_receiver.emplace(&m_installation.plugin(), [this](const QMetaMethod &signal, const auto &) {
+    m_receiver.emplace(&m_shell.plugin(), [this](const QMetaMethod &signal, const auto &) {
         if (!m_signal.isEmpty() && QLatin1String(signal.name()) == m_signal)
             QMetaObject::invokeMethod(
                 this, [this] { finish(exitcode::Done); }, Qt::QueuedConnection);
@@ -130,7 +129,7 @@ bool OwnQmlProgram::showWindows()
     m_engine.setInitialProperties({{QStringLiteral("own"), QVariant::fromValue(&*m_ownQml)}});
     m_engine.load(QUrl(QStringLiteral("qrc:/tessaline/OwnQml/OwnQmlWindow.qml")));
     if (m_visible) {
-        m_engine.setInitialProperties(m_installation.initialProperties());
+        m_engine.setInitialProperties(m_shell.initialProperties());
         m_engine.load(QUrl(QStringLiteral("qrc:/tessaline/OwnQml/DrawerWindow.qml")));
     }
     return m_engine.rootObjects().size() == (m_visible ? 2 : 1);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Installation.h"
+#include "HostShell.h"
 #include "Options.h"
 #include "OwnQml.h"
 #include "SignalReceiver.h"
@@ -37,7 +37,7 @@ private:
     bool m_visible; ///< there is a screen
     QTemporaryDir m_temporary;
     StationThread m_stations;
-    Installation m_installation;
+    HostShell m_shell;
     std::optional<OwnQml> m_ownQml;
     QQmlApplicationEngine m_engine; ///< of the workbench's own windows
     std::optional<standin::SignalReceiver> m_receiver;

@@ -1,8 +1,8 @@
 #include "Preparation.h"
 
 #include "FileImport.h"
-#include "FirstData.h"
 #include "Protocol.h"
+#include "SeedData.h"
 #include "StationThread.h"
 
 #include <QtCore/QDateTime>
@@ -35,11 +35,11 @@ void removeUnfinished(const Site &site, Preparation::Outcome &outcome)
         "Making the first bookmarks was interrupted last time. They were made again."));
 }
 
-void makeFirstData(Site &site, const Preparation::Plan &plan, const Preparation::Report &report,
-                   Preparation::Outcome &outcome)
+void makeSeedData(Site &site, const Preparation::Plan &plan, const Preparation::Report &report,
+                  Preparation::Outcome &outcome)
 {
-    const FirstData data(site, plan.seed, QDateTime::currentMSecsSinceEpoch());
-    const FirstData::Result result = data.fill(plan.bookmarks, [&](int made, int total) {
+    const SeedData data(site, plan.seed, QDateTime::currentMSecsSinceEpoch());
+    const SeedData::Result result = data.fill(plan.bookmarks, [&](int made, int total) {
         return report(Preparation::tr("Making the first bookmarks"), double(made) / total);
     });
     if (!result.error.isEmpty())
@@ -96,7 +96,7 @@ void Preparation::start()
             if (interrupted)
                 removeUnfinished(*site, outcome);
             if (isNew && plan.bookmarks > 0)
-                makeFirstData(*site, plan, report, outcome);
+                makeSeedData(*site, plan, report, outcome);
             QFile::remove(mark); // before an import that may fail
             if (!plan.importFile.isEmpty() && !*cancelled)
                 importFile(*site, plan, report, outcome);

@@ -11,7 +11,7 @@ QtObject {
     id: tour
 
     required property var plugin
-    required property Bench bench
+    required property WorkbenchContext bench
     required property PictureTaker pictures
 
     property int position: 0

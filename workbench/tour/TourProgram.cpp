@@ -1,10 +1,10 @@
 #include "TourProgram.h"
 
-#include "DemoSite.h"
+#include "DemoStations.h"
 #include "ExitCode.h"
-#include "Installation.h"
+#include "HostShell.h"
 #include "PictureTaker.h"
-#include "ReadyStations.h"
+#include "PrepareStations.h"
 #include "StationThread.h"
 #include "Transcript.h"
 
@@ -18,20 +18,20 @@ namespace workbench {
 
 namespace {
 
-void play(Installation &installation, Transcript &transcript)
+void play(HostShell &shell, Transcript &transcript)
 {
     QQmlApplicationEngine engine;
-    installation.enter(engine);
-    Bench &bench = installation.bench();
-    QObject::connect(&bench, &Bench::passing, &transcript, &Transcript::printTraffic);
+    shell.enter(engine);
+    WorkbenchContext &bench = shell.bench();
+    QObject::connect(&bench, &WorkbenchContext::passing, &transcript, &Transcript::printTraffic);
     QObject::connect(&engine, &QQmlApplicationEngine::objectCreationFailed, &bench, [&] {
         transcript.printCheck(false, QStringLiteral("the tour's QML can be loaded"));
         bench.finish();
     });
-    QObject::connect(&bench, &Bench::finished, QCoreApplication::instance(),
+    QObject::connect(&bench, &WorkbenchContext::finished, QCoreApplication::instance(),
                      &QCoreApplication::quit, Qt::QueuedConnection);
 
-    QVariantMap properties = installation.initialProperties();
+    QVariantMap properties = shell.initialProperties();
     properties.insert(QStringLiteral("transcript"), QVariant::fromValue<QObject *>(&transcript));
     engine.setInitialProperties(properties);
     engine.load(QUrl(QStringLiteral("qrc:/tessaline/Tour/Tour.qml")));
@@ -44,9 +44,9 @@ void takePictures(const Options &options, Transcript &transcript)
     constexpr int Bookmarks = 5'000;
     const QTemporaryDir folder;
     StationThread stations(demoStations());
-    QString error = makeReady(stations, {folder.path(), Bookmarks, options.seed, QString()});
-    Installation installation(stations);
-    if (!error.isEmpty() || !installation.load(options.pluginPath, &error)) {
+    QString error = prepareStations(stations, {folder.path(), Bookmarks, options.seed, QString()});
+    HostShell shell(stations);
+    if (!error.isEmpty() || !shell.load(options.pluginPath, &error)) {
         transcript.printCheck(false, error);
         return;
     }
@@ -58,8 +58,8 @@ void takePictures(const Options &options, Transcript &transcript)
 
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
     QQmlApplicationEngine engine;
-    installation.enter(engine);
-    QVariantMap properties = installation.initialProperties();
+    shell.enter(engine);
+    QVariantMap properties = shell.initialProperties();
     properties.insert(QStringLiteral("pictures"), QVariant::fromValue(&pictures));
     engine.setInitialProperties(properties);
     engine.load(QUrl(QStringLiteral("qrc:/tessaline/Tour/PictureTour.qml")));
@@ -79,11 +79,11 @@ int playTour(const Options &options)
         const QTemporaryDir temporary;
         const QString folder = options.dataFolder.isEmpty() ? temporary.path() : options.dataFolder;
         StationThread stations(demoStations());
-        QString error = makeReady(stations, {folder, 0, 0, options.importFile});
-        Installation installation(stations);
-        if (!error.isEmpty() || !installation.load(options.pluginPath, &error))
+        QString error = prepareStations(stations, {folder, 0, 0, options.importFile});
+        HostShell shell(stations);
+        if (!error.isEmpty() || !shell.load(options.pluginPath, &error))
             return complain(error);
-        play(installation, transcript);
+        play(shell, transcript);
     }
     if (!options.picturesFolder.isEmpty())
         takePictures(options, transcript);

@@ -12,7 +12,7 @@ ThemedWindow {
     id: window
 
     required property var plugin
-    required property Bench bench
+    required property WorkbenchContext bench
     /// Whether the window begins as it was left and is kept for the next time.
     property bool remembers: true
 

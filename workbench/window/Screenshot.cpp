@@ -1,6 +1,6 @@
 #include "Screenshot.h"
 
-#include "Bench.h"
+#include "WorkbenchContext.h"
 
 #include <QtCore/QDir>
 #include <QtGui/QImage>
@@ -10,7 +10,7 @@
 
 namespace workbench {
 
-Screenshot::Screenshot(QQuickWindow &window, const Bench &bench, const QString &file,
+Screenshot::Screenshot(QQuickWindow &window, const WorkbenchContext &bench, const QString &file,
                        QObject *parent)
     : QObject(parent)
     , m_window(window)
@@ -21,7 +21,7 @@ Screenshot::Screenshot(QQuickWindow &window, const Bench &bench, const QString &
     m_quiet.setSingleShot(true);
     m_quiet.setInterval(std::chrono::milliseconds(300));
     connect(&m_quiet, &QTimer::timeout, this, &Screenshot::take);
-    connect(&m_bench, &Bench::trafficPassed, this, &Screenshot::waitForQuiet);
+    connect(&m_bench, &WorkbenchContext::trafficPassed, this, &Screenshot::waitForQuiet);
     m_patience.setSingleShot(true);
     connect(&m_patience, &QTimer::timeout, this,
             [this] { Q_EMIT done(tr("%1: the stations did not answer in time").arg(m_file)); });

@@ -7,7 +7,7 @@ class QQuickWindow;
 
 namespace workbench {
 
-class Bench;
+class WorkbenchContext;
 
 /// One picture of the window, as soon as it shows the stations' first data.
 class Screenshot : public QObject
@@ -16,7 +16,8 @@ class Screenshot : public QObject
 
 public:
     /// Window and bench are not owned and must outlive this object.
-    Screenshot(QQuickWindow &window, const Bench &bench, const QString &file, QObject *parent);
+    Screenshot(QQuickWindow &window, const WorkbenchContext &bench, const QString &file,
+               QObject *parent);
 
     /// Writes what the window shows as PNG; returns what went wrong, or an empty text.
     static QString write(QQuickWindow &window, const QString &file);
@@ -30,7 +31,7 @@ private:
     void take();
 
     QQuickWindow &m_window;
-    const Bench &m_bench;
+    const WorkbenchContext &m_bench;
     QString m_file;
     QTimer m_patience;
     QTimer m_quiet; ///< runs while no answer is to come

@@ -1,6 +1,6 @@
 #include "WindowProgram.h"
 
-#include "DemoSite.h"
+#include "DemoStations.h"
 #include "ExitCode.h"
 #include "Screenshot.h"
 
@@ -17,19 +17,19 @@ WindowProgram::WindowProgram(const Options &options, const QStringList &replayRe
     , m_preparation(m_stations,
                     {options.dataFolder, options.bookmarks, options.seed, options.importFile})
     , m_progressLine(m_preparation)
-    , m_installation(m_stations)
+    , m_shell(m_stations)
 {
 }
 
 int WindowProgram::run()
 {
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
-    m_engine.addImportPath(Installation::importPath());
+    m_engine.addImportPath(HostShell::importPath());
     connect(&m_preparation, &Preparation::finished, this, &WindowProgram::goOn);
     connect(&m_preparation, &Preparation::acknowledged, this, &WindowProgram::showMain);
     // First, as nobody wants to learn after a long preparation that the plug-in is at fault.
     QString error;
-    if (m_installation.load(m_options.pluginPath, &error))
+    if (m_shell.load(m_options.pluginPath, &error))
         showPreparation();
     else
         fail(error);
@@ -59,16 +59,16 @@ void WindowProgram::goOn()
 
 void WindowProgram::showMain()
 {
-    m_installation.enter(m_engine);
-    m_installation.bench().setReplayReport(m_replayReport);
+    m_shell.enter(m_engine);
+    m_shell.bench().setReplayReport(m_replayReport);
     QQuickWindow *const window =
-        show(QStringLiteral("Workbench/Main.qml"), m_installation.initialProperties());
+        show(QStringLiteral("Workbench/Main.qml"), m_shell.initialProperties());
     if (m_preparationWindow)
         m_preparationWindow->deleteLater();
     if (!window || m_options.screenshotFile.isEmpty())
         return;
     auto *const screenshot =
-        new Screenshot(*window, m_installation.bench(), m_options.screenshotFile, this);
+        new Screenshot(*window, m_shell.bench(), m_options.screenshotFile, this);
     connect(screenshot, &Screenshot::done, this, [this](const QString &error) {
         if (!error.isEmpty())
             m_exitCode = complain(error);

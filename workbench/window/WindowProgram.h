@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Installation.h"
+#include "HostShell.h"
 #include "Options.h"
 #include "Preparation.h"
 #include "ProgressLine.h"
@@ -37,7 +37,7 @@ private:
     StationThread m_stations;
     Preparation m_preparation;
     ProgressLine m_progressLine;
-    Installation m_installation;
+    HostShell m_shell;
     QQmlApplicationEngine m_engine;
     QQuickWindow *m_preparationWindow = nullptr; ///< owned by the engine, as all windows
     int m_exitCode = 0;

@@ -9,13 +9,13 @@ class QQuickWindow;
 
 namespace workbench {
 
-/// Keys and mouse of a user: what they do reaches the window as the events of the platform do.
-/// Places are in the window's coordinates.
-class Hands
+/// Sends key and mouse events to a window as the platform does. Places are in the window's
+/// coordinates.
+class InputSimulator
 {
 public:
     /// @p window is not owned and must outlive this object.
-    explicit Hands(QQuickWindow &window)
+    explicit InputSimulator(QQuickWindow &window)
         : m_window(window)
     {
     }

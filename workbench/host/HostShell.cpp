@@ -1,4 +1,4 @@
-#include "Installation.h"
+#include "HostShell.h"
 
 #include "PluginBase.h"
 #include "StationThread.h"
@@ -23,12 +23,12 @@ void showInTopology(const QList<StationConfig> &stations, standin::Topology &top
 
 } // namespace
 
-Installation::Installation(StationThread &stations)
+HostShell::HostShell(StationThread &stations)
     : m_stations(stations)
 {
 }
 
-bool Installation::load(const QString &pluginPath, QString *error)
+bool HostShell::load(const QString &pluginPath, QString *error)
 {
     m_plugin = m_host.load(pluginPath, error);
     if (!m_plugin)
@@ -46,14 +46,14 @@ bool Installation::load(const QString &pluginPath, QString *error)
     return true;
 }
 
-void Installation::enter(QQmlEngine &engine)
+void HostShell::enter(QQmlEngine &engine)
 {
     m_bench->setServerTimeZone(QStringLiteral("Europe/Berlin"));
     engine.addImportPath(importPath());
     m_plugin->InitialPluginBase(engine.rootContext(), nullptr, &m_framework);
 }
 
-QVariantMap Installation::initialProperties()
+QVariantMap HostShell::initialProperties()
 {
     return {{QStringLiteral("plugin"), QVariant::fromValue<QObject *>(&*m_recorded)},
             {QStringLiteral("bench"), QVariant::fromValue<QObject *>(&*m_bench)}};

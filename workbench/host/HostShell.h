@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Bench.h"
 #include "PluginHost.h"
+#include "WorkbenchContext.h"
 #include "framework/Framework.h"
 #include "topology/Topology.h"
 
@@ -11,14 +11,14 @@ class QQmlEngine;
 
 namespace workbench {
 
-/// The host around the plug-in, put together: device tree, framework, the loaded plug-in, and the
-/// bench by which a QML program moves all of it.
-class Installation
+/// The host around the plug-in: topology, framework, the loaded plug-in, and the context through
+/// which QML reads and changes them.
+class HostShell
 {
 public:
-    /// @p stations are not owned and must outlive the installation.
-    explicit Installation(StationThread &stations);
-    Q_DISABLE_COPY_MOVE(Installation)
+    /// @p stations are not owned and must outlive this object.
+    explicit HostShell(StationThread &stations);
+    Q_DISABLE_COPY_MOVE(HostShell)
 
     /// Loads the plug-in, once. False with @p error when that can't be done; nothing but the
     /// destructor may be called then.
@@ -26,15 +26,15 @@ public:
 
     PluginBase &plugin() { return *m_plugin; }
     standin::Framework &framework() { return m_framework; }
-    Bench &bench() { return *m_bench; }
+    WorkbenchContext &bench() { return *m_bench; }
     /// The plug-in's object for QML: each call is in the traffic.
     QObject &recordedPlugin() { return *m_recorded; }
 
     /// Where QML engines find the workbench's module.
     static QString importPath() { return QStringLiteral("qrc:/tessaline"); }
 
-    /// Hands the engine's context to the plug-in and has the engine find the workbench's module.
-    /// The stations must have been told to open.
+    /// Initialises the plug-in with the engine's context, and adds the import path to the engine.
+    /// Call StationThread::open() before.
     void enter(QQmlEngine &engine);
 
     /// The start properties of every QML program of the workbench: plugin and bench.
@@ -46,7 +46,7 @@ private:
     PluginBase *m_plugin = nullptr;
     standin::Topology m_topology;
     standin::Framework m_framework;
-    std::optional<Bench> m_bench;             ///< there is none before there is a plug-in
+    std::optional<WorkbenchContext> m_bench;  ///< there is none before there is a plug-in
     std::optional<RecordedPlugin> m_recorded; ///< as QML gets it
 };
 

@@ -9,7 +9,7 @@ namespace workbench {
 class Site;
 
 /// Fills a site whose stations are empty with bookmarks that are made up from a seed.
-class FirstData
+class SeedData
 {
 public:
     static constexpr int BatchSize = 1'000; ///< bookmarks of one transaction
@@ -25,7 +25,7 @@ public:
     };
 
     /// @param now see BookmarkMaker
-    FirstData(Site &site, quint32 seed, qint64 now)
+    SeedData(Site &site, quint32 seed, qint64 now)
         : m_site(site)
         , m_seed(seed)
         , m_now(now)

@@ -1,4 +1,4 @@
-#include "Bench.h"
+#include "WorkbenchContext.h"
 
 #include "PluginBase.h"
 #include "Protocol.h"
@@ -36,8 +36,8 @@ QVariantMap describe(const StationConfig &station)
 
 } // namespace
 
-Bench::Bench(PluginBase &plugin, standin::Framework &framework, StationThread &stations,
-             QObject *parent)
+WorkbenchContext::WorkbenchContext(PluginBase &plugin, standin::Framework &framework,
+                                   StationThread &stations, QObject *parent)
     : QObject(parent)
     , m_plugin(plugin)
     , m_framework(framework)
@@ -50,9 +50,10 @@ Bench::Bench(PluginBase &plugin, standin::Framework &framework, StationThread &s
             [this](const QVariantMap &record, const QString &relayPath) {
                 m_framework.sendEvent(protocol::event::BookmarkAdded, record, relayPath);
             });
-    connect(&m_stationStates, &StationStates::changed, this, &Bench::stationStatesChanged);
+    connect(&m_stationStates, &StationStates::changed, this,
+            &WorkbenchContext::stationStatesChanged);
     connect(&m_stations, &StationThread::bookmarkOfOtherRefused, this,
-            &Bench::bookmarkOfOtherRefused);
+            &WorkbenchContext::bookmarkOfOtherRefused);
     const auto configs = m_stations.stations();
     for (const StationConfig &station : configs) {
         m_stationStates.addStation(station.relayPath, station.name);
@@ -60,7 +61,7 @@ Bench::Bench(PluginBase &plugin, standin::Framework &framework, StationThread &s
     }
 }
 
-void Bench::noteTraffic(const standin::Traffic &traffic)
+void WorkbenchContext::noteTraffic(const standin::Traffic &traffic)
 {
     m_recorder.noteTraffic(traffic);
     m_stationStates.noteTraffic(traffic);
@@ -76,10 +77,10 @@ void Bench::noteTraffic(const standin::Traffic &traffic)
         noteAnswer(traffic);
     }
     // Traffic is noted before the plug-in gets it, and told about afterwards.
-    QMetaObject::invokeMethod(this, &Bench::trafficPassed, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &WorkbenchContext::trafficPassed, Qt::QueuedConnection);
 }
 
-void Bench::noteAnswer(const standin::Traffic &answer)
+void WorkbenchContext::noteAnswer(const standin::Traffic &answer)
 {
     if (answer.resultCode != protocol::code::Success)
         return;
@@ -92,16 +93,16 @@ void Bench::noteAnswer(const standin::Traffic &answer)
         Q_EMIT settingPermissionChanged();
 }
 
-void Bench::noteClientTimeZone(const QString &ianaId)
+void WorkbenchContext::noteClientTimeZone(const QString &ianaId)
 {
     // The plug-in ignores an empty zone.
     if (ianaId.isEmpty() || ianaId == m_clientTimeZone)
         return;
     m_clientTimeZone = ianaId;
-    QMetaObject::invokeMethod(this, &Bench::clientTimeZoneChanged, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &WorkbenchContext::clientTimeZoneChanged, Qt::QueuedConnection);
 }
 
-QVariantList Bench::stations() const
+QVariantList WorkbenchContext::stations() const
 {
     QVariantList list;
     const auto stations = m_stations.stations();
@@ -110,7 +111,7 @@ QVariantList Bench::stations() const
     return list;
 }
 
-void Bench::setServerTimeZone(const QString &ianaId)
+void WorkbenchContext::setServerTimeZone(const QString &ianaId)
 {
     m_serverTimeZone = ianaId;
     m_stations.setTimeZone(ianaId.toUtf8());
@@ -119,27 +120,28 @@ void Bench::setServerTimeZone(const QString &ianaId)
         Q_EMIT clientTimeZoneChanged();
 }
 
-void Bench::connectToServer()
+void WorkbenchContext::connectToServer()
 {
     const quint64 call = m_recorder.beginConnection();
     m_plugin.PluginServerConnected();
     m_recorder.end(call, {});
 }
 
-void Bench::allowSettings(bool allowed)
+void WorkbenchContext::allowSettings(bool allowed)
 {
     m_stations.setSettingPermission(allowed);
 }
 
-void Bench::failStation(const QString &relayPath, bool fails)
+void WorkbenchContext::failStation(const QString &relayPath, bool fails)
 {
     m_framework.rules().setForStation(
         relayPath, fails ? standin::Delivery::failed(protocol::code::DatabaseError)
                          : standin::Delivery::queued());
 }
 
-bool Bench::addByOtherClient(const QString &relayPath, const QString &cameraID, qint64 start,
-                             qint64 end, const QString &description, const QString &group)
+bool WorkbenchContext::addByOtherClient(const QString &relayPath, const QString &cameraID,
+                                        qint64 start, qint64 end, const QString &description,
+                                        const QString &group)
 {
     const auto stations = m_stations.stations();
     const auto station =
@@ -160,12 +162,12 @@ bool Bench::addByOtherClient(const QString &relayPath, const QString &cameraID, 
     return true;
 }
 
-QStringList Bench::stationsAsked(const QString &command) const
+QStringList WorkbenchContext::stationsAsked(const QString &command) const
 {
     return m_asked ? m_asked->value(command) : QStringList();
 }
 
-QStringList Bench::signalNames() const
+QStringList WorkbenchContext::signalNames() const
 {
     QStringList names;
     const QMetaObject *const metaObject = m_plugin.metaObject();

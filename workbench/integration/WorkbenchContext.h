@@ -28,11 +28,11 @@ class StationThread;
 
 /// What lies around the plug-in, as a QML program sees and moves it: the stations, the connection,
 /// faults and other clients.
-class Bench : public QObject
+class WorkbenchContext : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("There is one bench, made by the program")
+    QML_UNCREATABLE("The program creates the only one")
     /// The stations: maps of relayPath, name, locationID and cameras; these of cameraID, name, key,
     /// locationID, relayPath and stationName.
     Q_PROPERTY(QVariantList stations READ stations CONSTANT)
@@ -62,8 +62,8 @@ class Bench : public QObject
 
 public:
     /// The four parts are not owned and must outlive the bench.
-    Bench(PluginBase &plugin, standin::Framework &framework, StationThread &stations,
-          QObject *parent = nullptr);
+    WorkbenchContext(PluginBase &plugin, standin::Framework &framework, StationThread &stations,
+                     QObject *parent = nullptr);
 
     /// To be told of everything that passes through the framework.
     void noteTraffic(const standin::Traffic &traffic);

@@ -1,10 +1,10 @@
-#include "UserActions.h"
+#include "Scenario.h"
 
-#include "Bench.h"
 #include "FrameReport.h"
 #include "MarkLayout.h"
 #include "PageModel.h"
 #include "WindowItems.h"
+#include "WorkbenchContext.h"
 #include "framework/Framework.h"
 
 #include <QtCore/QEventLoop>
@@ -34,20 +34,22 @@ Inputs operator+(Inputs first, const Inputs &second)
 
 } // namespace
 
-UserActions::UserActions(QQuickWindow &window, const Bench &bench, standin::Framework &framework)
+Scenario::Scenario(QQuickWindow &window, const WorkbenchContext &bench,
+                   standin::Framework &framework)
     : m_window(window)
     , m_bench(bench)
     , m_framework(framework)
     , m_meter(window)
-    , m_hands(window)
+    , m_input(window)
     , m_timeline(*qobject_cast<QQuickItem *>(findInWindow(window, QStringLiteral("timelineBar"))))
 {
     const auto note = [this] { m_meter.noteChange(); };
     m_framework.setCallObserver([this](double time) { m_meter.noteAnswer(time); });
-    QObject::connect(&m_bench, &Bench::passing, &m_meter, [this](const standin::Traffic &traffic) {
-        if (traffic.kind == standin::Traffic::Kind::Answered)
-            m_meter.noteStation(double(traffic.tookMs));
-    });
+    QObject::connect(&m_bench, &WorkbenchContext::passing, &m_meter,
+                     [this](const standin::Traffic &traffic) {
+                         if (traffic.kind == standin::Traffic::Kind::Answered)
+                             m_meter.noteStation(double(traffic.tookMs));
+                     });
     const auto *const page = window.findChild<PageModel *>();
     QObject::connect(page, &PageModel::dataChanged, &m_meter, note);
     QObject::connect(page, &PageModel::rowsInserted, &m_meter, note);
@@ -56,12 +58,12 @@ UserActions::UserActions(QQuickWindow &window, const Bench &bench, standin::Fram
                      &m_meter, note);
 }
 
-UserActions::~UserActions()
+Scenario::~Scenario()
 {
     m_framework.setCallObserver({});
 }
 
-void UserActions::perform(FrameReport &report)
+void Scenario::perform(FrameReport &report)
 {
     measure(report, QStringLiteral("moving pictures alone"), 0, {});
     measure(report, QStringLiteral("search text, by letter"), KeyMs, searches());
@@ -73,8 +75,8 @@ void UserActions::perform(FrameReport &report)
     measure(report, QStringLiteral("ask all stations again"), 0, clicks("refresh", 1));
 }
 
-void UserActions::measure(FrameReport &report, const QString &doing, int intervalMs,
-                          const Inputs &inputs)
+void Scenario::measure(FrameReport &report, const QString &doing, int intervalMs,
+                       const Inputs &inputs)
 {
     waitForQuiet();
     m_meter.begin();
@@ -94,7 +96,7 @@ void UserActions::measure(FrameReport &report, const QString &doing, int interva
 }
 
 /// Does not let the event loop run when it is late, as a user would not wait either.
-void UserActions::waitUntil(double time) const
+void Scenario::waitUntil(double time) const
 {
     const double left = time - m_meter.now();
     if (left <= 0)
@@ -104,7 +106,7 @@ void UserActions::waitUntil(double time) const
     loop.exec();
 }
 
-void UserActions::waitForQuiet() const
+void Scenario::waitForQuiet() const
 {
     const double patience = m_meter.now() + PatienceMs;
     do
@@ -112,83 +114,83 @@ void UserActions::waitForQuiet() const
     while (m_bench.outstanding() > 0 && m_meter.now() < patience);
 }
 
-UserActions::Inputs UserActions::searches()
+Scenario::Inputs Scenario::searches()
 {
     item("searchField").forceActiveFocus();
     Inputs inputs;
     for (const QString &text : {QStringLiteral("white van p"), QStringLiteral("police inf")}) {
         for (const QChar letter : text)
-            inputs.emplace_back([=] { m_hands.type(letter.toUpper().unicode(), letter); });
-        inputs.emplace_back([=] { m_hands.type(Qt::Key_Escape); });
+            inputs.emplace_back([=] { m_input.type(letter.toUpper().unicode(), letter); });
+        inputs.emplace_back([=] { m_input.type(Qt::Key_Escape); });
     }
     return inputs;
 }
 
-UserActions::Inputs UserActions::turnedPages()
+Scenario::Inputs Scenario::turnedPages()
 {
     return clicks("nextPage", 12) + clicks("lastPage", 1) + clicks("previousPage", 6) +
            clicks("firstPage", 1);
 }
 
-UserActions::Inputs UserActions::groupsAndOrders()
+Scenario::Inputs Scenario::groupsAndOrders()
 {
     return keys("groupBox", Qt::Key_Down, 3) + clicks("orderButton", 2) +
            keys("groupBox", Qt::Key_Up, 3) + clicks("orderButton", 2);
 }
 
-UserActions::Inputs UserActions::drag(int direction)
+Scenario::Inputs Scenario::drag(int direction)
 {
     constexpr int Moves = 60;
     const auto place = [=](int move) {
         const double share = double(move + 1) / (Moves + 2); // its last pixel lies beside it
-        return Hands::placeIn(m_timeline, direction < 0 ? share : 1 - share);
+        return InputSimulator::placeIn(m_timeline, direction < 0 ? share : 1 - share);
     };
     Inputs inputs;
     for (int move = 1; move < Moves; ++move) {
         inputs.emplace_back([=] {
             if (move == 1) {
-                m_hands.moveTo(place(0));
-                m_hands.press();
+                m_input.moveTo(place(0));
+                m_input.press();
             }
-            m_hands.moveTo(place(move));
+            m_input.moveTo(place(move));
             if (move == Moves - 1)
-                m_hands.release();
+                m_input.release();
         });
     }
     return inputs;
 }
 
-UserActions::Inputs UserActions::zooms()
+Scenario::Inputs Scenario::zooms()
 {
     Inputs inputs;
     for (const auto &[notches, direction] : {std::pair(8, 1), {14, -1}, {6, 1}}) {
         for (int i = 0; i < notches; ++i) {
             inputs.emplace_back([=, direction = direction] {
-                m_hands.moveTo(Hands::placeIn(m_timeline));
-                m_hands.turnWheel(direction);
+                m_input.moveTo(InputSimulator::placeIn(m_timeline));
+                m_input.turnWheel(direction);
             });
         }
     }
     return inputs;
 }
 
-UserActions::Inputs UserActions::clicks(const char *objectName, int count)
+Scenario::Inputs Scenario::clicks(const char *objectName, int count)
 {
     return Inputs(size_t(count), [=] {
-        m_hands.moveTo(Hands::placeIn(item(objectName)));
-        m_hands.click();
+        m_input.moveTo(InputSimulator::placeIn(item(objectName)));
+        m_input.click();
     });
 }
 
-UserActions::Inputs UserActions::keys(const char *objectName, int key, int count)
+Scenario::Inputs Scenario::keys(const char *objectName, int key, int count)
 {
     return Inputs(size_t(count), [=] {
         item(objectName).forceActiveFocus();
-        m_hands.type(key);
+        m_input.type(key);
     });
 }
 
-QQuickItem &UserActions::item(const char *objectName) const
+QQuickItem &Scenario::item(const char *objectName) const
 {
     auto *const item =
         qobject_cast<QQuickItem *>(findInWindow(m_window, QString::fromLatin1(objectName)));

@@ -1,4 +1,4 @@
-#include "Hands.h"
+#include "InputSimulator.h"
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
@@ -20,12 +20,12 @@ void send(QQuickWindow &window, QInputEvent &event)
 
 } // namespace
 
-QPointF Hands::placeIn(const QQuickItem &item, double x, double y)
+QPointF InputSimulator::placeIn(const QQuickItem &item, double x, double y)
 {
     return item.mapToScene({x * item.width(), y * item.height()});
 }
 
-void Hands::type(int key, const QString &text)
+void InputSimulator::type(int key, const QString &text)
 {
     for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
         QKeyEvent event(type, key, Qt::NoModifier, text);
@@ -33,38 +33,38 @@ void Hands::type(int key, const QString &text)
     }
 }
 
-void Hands::moveTo(QPointF place)
+void InputSimulator::moveTo(QPointF place)
 {
     m_place = place;
     sendMouse(QEvent::MouseMove, Qt::NoButton);
 }
 
-void Hands::press()
+void InputSimulator::press()
 {
     m_pressed = Qt::LeftButton;
     sendMouse(QEvent::MouseButtonPress, Qt::LeftButton);
 }
 
-void Hands::release()
+void InputSimulator::release()
 {
     m_pressed = Qt::NoButton;
     sendMouse(QEvent::MouseButtonRelease, Qt::LeftButton);
 }
 
-void Hands::click()
+void InputSimulator::click()
 {
     press();
     release();
 }
 
-void Hands::turnWheel(int notches)
+void InputSimulator::turnWheel(int notches)
 {
     QWheelEvent event(m_place, m_window.mapToGlobal(m_place), {}, {0, notches * NotchAngle},
                       Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     send(m_window, event);
 }
 
-void Hands::sendMouse(int type, Qt::MouseButton button)
+void InputSimulator::sendMouse(int type, Qt::MouseButton button)
 {
     QMouseEvent event(QEvent::Type(type), m_place, m_window.mapToGlobal(m_place), button, m_pressed,
                       Qt::NoModifier);

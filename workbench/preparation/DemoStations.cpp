@@ -1,4 +1,4 @@
-#include "DemoSite.h"
+#include "DemoStations.h"
 
 namespace workbench {
 

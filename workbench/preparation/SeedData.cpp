@@ -1,4 +1,4 @@
-#include "FirstData.h"
+#include "SeedData.h"
 
 #include "BookmarkMaker.h"
 #include "Site.h"
@@ -7,7 +7,7 @@
 
 namespace workbench {
 
-FirstData::Result FirstData::fill(int count, const ProgressCallback &progress) const
+SeedData::Result SeedData::fill(int count, const ProgressCallback &progress) const
 {
     Result result;
     const QList<Station *> stations = m_site.stations();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "FrameMeter.h"
-#include "Hands.h"
+#include "InputSimulator.h"
 
 #include <functional>
 #include <vector>
@@ -15,17 +15,17 @@ class Framework;
 
 namespace workbench {
 
-class Bench;
+class WorkbenchContext;
 class FrameReport;
 
-/// Does with the window what its users do most, and has each doing measured.
-class UserActions
+/// Performs the most frequent user actions in a window and measures each.
+class Scenario
 {
 public:
     /// None is owned; all must outlive this object. The window shows cameras and bookmarks.
-    UserActions(QQuickWindow &window, const Bench &bench, standin::Framework &framework);
-    ~UserActions();
-    Q_DISABLE_COPY_MOVE(UserActions)
+    Scenario(QQuickWindow &window, const WorkbenchContext &bench, standin::Framework &framework);
+    ~Scenario();
+    Q_DISABLE_COPY_MOVE(Scenario)
 
     /// Everything once.
     void perform(FrameReport &report);
@@ -50,10 +50,10 @@ private:
     QQuickItem &item(const char *objectName) const;
 
     QQuickWindow &m_window;
-    const Bench &m_bench;
+    const WorkbenchContext &m_bench;
     standin::Framework &m_framework;
     FrameMeter m_meter;
-    Hands m_hands;
+    InputSimulator m_input;
     QQuickItem &m_timeline; ///< of the first cell
 };
 

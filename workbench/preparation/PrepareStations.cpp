@@ -1,4 +1,4 @@
-#include "ReadyStations.h"
+#include "PrepareStations.h"
 
 #include "ProgressLine.h"
 
@@ -6,7 +6,7 @@
 
 namespace workbench {
 
-QString makeReady(StationThread &stations, const Preparation::Plan &plan)
+QString prepareStations(StationThread &stations, const Preparation::Plan &plan)
 {
     Preparation preparation(stations, plan);
     const ProgressLine progressLine(preparation);
