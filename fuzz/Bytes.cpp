@@ -27,17 +27,17 @@ QString Bytes::text()
 {
     static const QStringList names = [] {
         QStringList list{QString(),
-                         heapText(""),
-                         heapText("A"),
-                         heapText("B"),
-                         heapText("1"),
-                         heapText("A/1"),
-                         heapText("l"),
-                         heapText("b"),
-                         heapText("0"),
-                         heapText("%1%s%n"),
-                         heapText("2020/01/01 10:00:00"),
-                         heapText("Europe/Berlin"),
+                         heapString(""),
+                         heapString("A"),
+                         heapString("B"),
+                         heapString("1"),
+                         heapString("A/1"),
+                         heapString("l"),
+                         heapString("b"),
+                         heapString("0"),
+                         heapString("%1%s%n"),
+                         heapString("2020/01/01 10:00:00"),
+                         heapString("Europe/Berlin"),
                          QString(QChar(0xd800)),
                          QString(300, u'x')};
         for (const QString &key :

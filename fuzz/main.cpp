@@ -25,8 +25,8 @@ public:
     explicit Host(Bytes bytes)
         : m_bytes(bytes)
     {
-        m_topology.setStation(heapText("A"), heapText("Station"));
-        m_topology.setCamera(heapText("A/1"), heapText("Camera"));
+        m_topology.setStation(heapString("A"), heapString("Station"));
+        m_topology.setCamera(heapString("A/1"), heapString("Camera"));
         m_framework.addPlugin(identity::TopologyPluginID, &m_topology);
         m_framework.rules().setDefault(Delivery::never());
         m_framework.setObserver([this](const standin::Traffic &) { stepInside(); });
@@ -39,7 +39,7 @@ public:
         makePlugin();
         const auto sent = m_sent;
         for (const standin::SentCommand &command : sent)
-            answer(command, {}, heapText("-1"));
+            answer(command, {}, heapString("-1"));
         delete m_plugin.data();
     }
     Q_DISABLE_COPY_MOVE(Host)
@@ -170,7 +170,7 @@ private:
     void changeHost()
     {
         static const Delivery deliveries[] = {Delivery::never(), Delivery::refused(),
-                                              Delivery::immediate().failing(heapText("-1"))};
+                                              Delivery::immediate().failing(heapString("-1"))};
         const QString id = m_bytes.text();
         switch (m_bytes.below(6)) {
         case 0:

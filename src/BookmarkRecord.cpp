@@ -18,7 +18,7 @@ namespace {
 using Text = QString BookmarkRecord::*;
 using Number = qint64 BookmarkRecord::*;
 
-/// Where a value stands in a record: as a text or as a number, or nowhere, which reads as 0.
+/// A member of a record, or none, which reads as 0.
 struct Member
 {
     Text text = nullptr;
@@ -66,32 +66,33 @@ const Field fields[] = {
     {displayKey::StartTimestamp, &BookmarkRecord::start, &serverKey::StartTimestamp},
 };
 
-/// In the order in which an item gets its values.
+/// The roles of a timeline item, in the order in which it gets them.
 struct RoleMember
 {
     int role;
     Member member;
+    const char *name = nullptr; ///< null if the role belongs to the default set of the model
 };
 constexpr RoleMember roleMembers[] = {
     {TimeShiftBufferModel::ItemIdRole, &BookmarkRecord::bookmarkID},
     {TimeShiftBufferModel::ChannelIdRole, &BookmarkRecord::cameraID},
     {TimeShiftBufferModel::StartTimestampRole, &BookmarkRecord::start},
     {TimeShiftBufferModel::EndTimestampRole, &BookmarkRecord::end},
-    // The rest of the default set means nothing for bookmarks and is 0.
+    // Further roles of the default set, without a meaning for bookmarks.
     {Qt::UserRole + 6, {}},
     {Qt::UserRole + 7, {}},
     {Qt::UserRole + 9, {}},
-    {BookmarkIdRole, &BookmarkRecord::bookmarkID},
-    {CameraIdRole, &BookmarkRecord::cameraID},
-    {RelayPathRole, &BookmarkRecord::relayPath},
-    {DescRole, &BookmarkRecord::description},
-    {CreatorRole, &BookmarkRecord::creator},
-    {GroupRole, &BookmarkRecord::group},
-    {CameraNameRole, &BookmarkRecord::cameraName},
-    {DispDateRole, &BookmarkRecord::date},
-    {DispDateTimeRole, &BookmarkRecord::dateTime},
-    {LocationIdRole, &BookmarkRecord::locationID},
-    {DispTimeRangeRole, &BookmarkRecord::timeRange},
+    {Qt::UserRole + 13, &BookmarkRecord::bookmarkID, "bookmarkIDRole"},
+    {Qt::UserRole + 14, &BookmarkRecord::cameraID, "cameraIDRole"},
+    {Qt::UserRole + 15, &BookmarkRecord::relayPath, "relayPathRole"},
+    {Qt::UserRole + 16, &BookmarkRecord::description, "descRole"},
+    {Qt::UserRole + 17, &BookmarkRecord::creator, "creatorRole"},
+    {Qt::UserRole + 18, &BookmarkRecord::group, "groupRole"},
+    {Qt::UserRole + 19, &BookmarkRecord::cameraName, "cameraNameRole"},
+    {Qt::UserRole + 20, &BookmarkRecord::date, "dispDateRole"},
+    {Qt::UserRole + 21, &BookmarkRecord::dateTime, "dispDateTimeRole"},
+    {Qt::UserRole + 22, &BookmarkRecord::locationID, "locationIDRole"},
+    {Qt::UserRole + 23, &BookmarkRecord::timeRange, "dispTimeRangeRole"},
 };
 
 /// Makes the protected assignment of QStandardItem callable. No item is of this class: its virtual
@@ -165,6 +166,14 @@ QString displayText(const BookmarkRecord &record, const QString &key)
     const auto field = std::find_if(std::begin(fields), std::end(fields),
                                     [&](const Field &f) { return f.displayKey == key; });
     return field == std::end(fields) ? QString() : field->member.value(record).toString();
+}
+
+void addTimelineRoles(QHash<int, QByteArray> &roleNames)
+{
+    for (const RoleMember &entry : roleMembers) {
+        if (entry.name)
+            roleNames.insert(entry.role, QByteArray(entry.name));
+    }
 }
 
 std::unique_ptr<QStandardItem> toTimelineItem(const BookmarkRecord &record)

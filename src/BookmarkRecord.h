@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/QByteArray>
+#include <QtCore/QHash>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
 
@@ -44,6 +46,9 @@ QVariantMap toDisplayMap(const BookmarkRecord &record);
 
 /// @return the text under a display key, empty for any other key
 QString displayText(const BookmarkRecord &record, const QString &key);
+
+/// Adds the roles that items have beside those of every timeline model.
+void addTimelineRoles(QHash<int, QByteArray> &roleNames);
 
 /// @return an item of a timeline model, owned by the caller
 std::unique_ptr<QStandardItem> toTimelineItem(const BookmarkRecord &record);

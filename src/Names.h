@@ -1,12 +1,9 @@
 #pragma once
 
-#include <QtCore/QByteArray>
-#include <QtCore/QList>
 #include <QtCore/QString>
 
-#include <utility>
-
-// Every name that the plug-in exchanges with host, server or QML, one table for each set.
+// Every name that the plug-in exchanges with host, server or QML, one table for each set. The roles
+// of timeline items stand in BookmarkRecord.cpp, beside their values.
 //
 // The strings are built at load time with their characters on the heap, never as literals: a
 // payload, record or role hash may outlive the library, and a key that pointed into the library's
@@ -16,45 +13,45 @@
 
 namespace tessaline {
 
-inline QString heapText(const char *text)
+inline QString heapString(const char *text)
 {
     return QString::fromLatin1(text);
 }
 
 namespace identity {
-inline const QString PluginName = heapText("Corvanth");
-inline const QString PluginID = heapText("2F6394EE90434A7190D7511370AFAE17");
-inline const QString TopologyPluginID = heapText("1AA33B3D0AA047C9A202F1181284D2CD");
+inline const QString PluginName = heapString("Corvanth");
+inline const QString PluginID = heapString("2F6394EE90434A7190D7511370AFAE17");
+inline const QString TopologyPluginID = heapString("1AA33B3D0AA047C9A202F1181284D2CD");
 } // namespace identity
 
 /// Commands, as sent and as answered.
 namespace command {
-inline const QString AddBookmark = heapText("AddBookmark");
-inline const QString AddBookmarks = heapText("AddBookmarks");
-inline const QString DeleteBookmark = heapText("DeleteBookmark");
-inline const QString DeleteBookmarks = heapText("DeleteBookmarks");
-inline const QString RemoveAllBookmarks = heapText("RemoveAllBookmarks");
-inline const QString UpdateBookmark = heapText("UpdateBookmark");
-inline const QString QueryBookmarkForTimeline = heapText("QueryBookmarkForTimeline");
-inline const QString QueryBookmarkForRecent = heapText("QueryBookmarkForRecent");
+inline const QString AddBookmark = heapString("AddBookmark");
+inline const QString AddBookmarks = heapString("AddBookmarks");
+inline const QString DeleteBookmark = heapString("DeleteBookmark");
+inline const QString DeleteBookmarks = heapString("DeleteBookmarks");
+inline const QString RemoveAllBookmarks = heapString("RemoveAllBookmarks");
+inline const QString UpdateBookmark = heapString("UpdateBookmark");
+inline const QString QueryBookmarkForTimeline = heapString("QueryBookmarkForTimeline");
+inline const QString QueryBookmarkForRecent = heapString("QueryBookmarkForRecent");
 /// Without its k on purpose: servers know the command only by this spelling.
-inline const QString QueryAllBookmarks = heapText("QueryAllBookmars");
-inline const QString QuerySevTimezone = heapText("QuerySevTimezone");
-inline const QString QuerySettingPermission = heapText("QuerySettingPermission");
-inline const QString GetRecycleSetting = heapText("GetRecycleSetting");
-inline const QString UpdateRecycleSetting = heapText("UpdateRecycleSetting");
+inline const QString QueryAllBookmarks = heapString("QueryAllBookmars");
+inline const QString QuerySevTimezone = heapString("QuerySevTimezone");
+inline const QString QuerySettingPermission = heapString("QuerySettingPermission");
+inline const QString GetRecycleSetting = heapString("GetRecycleSetting");
+inline const QString UpdateRecycleSetting = heapString("UpdateRecycleSetting");
 /// "Api" in the protocol, "API" in the method that QML calls.
-inline const QString QueryBookmarkForApi = heapText("QueryBookmarkForApi");
+inline const QString QueryBookmarkForApi = heapString("QueryBookmarkForApi");
 } // namespace command
 
 /// Server events that the plug-in follows.
 namespace event {
-inline const QString AddBookmark = heapText("AddBookmark");
+inline const QString AddBookmark = heapString("AddBookmark");
 } // namespace event
 
 /// Result codes of answers; every other text is a failure.
 namespace resultCode {
-inline const QString Success = heapText("0");
+inline const QString Success = heapString("0");
 } // namespace resultCode
 
 inline bool isSuccess(const QString &code)
@@ -64,98 +61,69 @@ inline bool isSuccess(const QString &code)
 
 /// Keys of the server's bookmark records, of command payloads and of answers.
 namespace serverKey {
-inline const QString BookmarkID = heapText("BookmarkID");
-inline const QString CameraID = heapText("CameraID");
-inline const QString LocationID = heapText("LocationID");
-inline const QString StartTimestamp = heapText("StartTimestamp");
-inline const QString EndTimestamp = heapText("EndTimestamp");
-inline const QString Description = heapText("Description");
-inline const QString Creator = heapText("Creator");
-inline const QString Group = heapText("Group");
-inline const QString CameraIDList = heapText("CameraIDList");
-inline const QString RecentCnt = heapText("RecentCnt");
-inline const QString Bookmarks = heapText("Bookmarks");
+inline const QString BookmarkID = heapString("BookmarkID");
+inline const QString CameraID = heapString("CameraID");
+inline const QString LocationID = heapString("LocationID");
+inline const QString StartTimestamp = heapString("StartTimestamp");
+inline const QString EndTimestamp = heapString("EndTimestamp");
+inline const QString Description = heapString("Description");
+inline const QString Creator = heapString("Creator");
+inline const QString Group = heapString("Group");
+inline const QString CameraIDList = heapString("CameraIDList");
+inline const QString RecentCnt = heapString("RecentCnt");
+inline const QString Bookmarks = heapString("Bookmarks");
 } // namespace serverKey
 
 /// Keys of the recycle setting; lower camel case, unlike all other server keys.
 namespace recycleKey {
-inline const QString ReserveHour = heapText("reserveHour");
-inline const QString EnableRecycle = heapText("enableRecycle");
+inline const QString ReserveHour = heapString("reserveHour");
+inline const QString EnableRecycle = heapString("enableRecycle");
 } // namespace recycleKey
 
 /// Keys of the display records that QML reads.
 namespace displayKey {
-inline const QString BookmarkID = heapText("bookmarkID");
-inline const QString CameraID = heapText("cameraID");
+inline const QString BookmarkID = heapString("bookmarkID");
+inline const QString CameraID = heapString("cameraID");
 /// Also the key under which QML names the station in the elements of a batch.
-inline const QString RelayPath = heapText("relayPath");
-inline const QString StartTimestamp = heapText("startTimestamp");
-inline const QString EndTimestamp = heapText("endTimestamp");
-inline const QString Description = heapText("description");
-inline const QString Creator = heapText("creator");
-inline const QString Group = heapText("group");
-inline const QString CameraName = heapText("cameraName");
-inline const QString DisplayDate = heapText("displayDate");
-inline const QString DisplayDateTime = heapText("displayDateTime");
+inline const QString RelayPath = heapString("relayPath");
+inline const QString StartTimestamp = heapString("startTimestamp");
+inline const QString EndTimestamp = heapString("endTimestamp");
+inline const QString Description = heapString("description");
+inline const QString Creator = heapString("creator");
+inline const QString Group = heapString("group");
+inline const QString CameraName = heapString("cameraName");
+inline const QString DisplayDate = heapString("displayDate");
+inline const QString DisplayDateTime = heapString("displayDateTime");
 /// Shortened, unlike the server's key: QML reads it by this name.
-inline const QString LocationID = heapText("locID");
-inline const QString DisplayTimeRange = heapText("displayTimeRange");
+inline const QString LocationID = heapString("locID");
+inline const QString DisplayTimeRange = heapString("displayTimeRange");
 } // namespace displayKey
 
 /// Keys of the question that getFilteredBookmarkList() answers.
 namespace filterKey {
-inline const QString NodeID = heapText("nodeID");
-inline const QString GroupKey = heapText("groupKey");
-inline const QString Ascending = heapText("ascending");
-inline const QString Text = heapText("text");
+inline const QString NodeID = heapString("nodeID");
+inline const QString GroupKey = heapString("groupKey");
+inline const QString Ascending = heapString("ascending");
+inline const QString Text = heapString("text");
 inline const QString StartTimestamp = displayKey::StartTimestamp;
 inline const QString EndTimestamp = displayKey::EndTimestamp;
-inline const QString PageNumber = heapText("pageNumber");
+inline const QString PageNumber = heapString("pageNumber");
 } // namespace filterKey
 
 /// Keys of the answer of getFilteredBookmarkList() and of its groups.
 namespace pageKey {
-inline const QString TotalBookmarkNumber = heapText("totalBookmarkNumber");
-inline const QString BookmarkGroupList = heapText("bookmarkGroupList");
-inline const QString Title = heapText("title");
-inline const QString BookmarkList = heapText("bookmarkList");
+inline const QString TotalBookmarkNumber = heapString("totalBookmarkNumber");
+inline const QString BookmarkGroupList = heapString("bookmarkGroupList");
+inline const QString Title = heapString("title");
+inline const QString BookmarkList = heapString("bookmarkList");
 } // namespace pageKey
 
 /// Roles of the topology plug-in's model.
 namespace topologyRole {
-inline const QString Id = heapText("idRole");
-inline const QString Name = heapText("nameRole");
-inline const QString NodeID = heapText("nodeIDRole");
-inline const QString NodeType = heapText("nodeTypeRole");
+inline const QString Id = heapString("idRole");
+inline const QString Name = heapString("nameRole");
+inline const QString NodeID = heapString("nodeIDRole");
+inline const QString NodeType = heapString("nodeTypeRole");
 } // namespace topologyRole
-
-/// Roles that the plug-in adds to those of a timeline model.
-enum TimelineRole {
-    BookmarkIdRole = Qt::UserRole + 13,
-    CameraIdRole,
-    RelayPathRole,
-    DescRole,
-    CreatorRole,
-    GroupRole,
-    CameraNameRole,
-    DispDateRole,
-    DispDateTimeRole,
-    LocationIdRole,
-    DispTimeRangeRole,
-};
-
-inline const QList<std::pair<int, QByteArray>> timelineRoleNames = {
-    {BookmarkIdRole, QByteArray("bookmarkIDRole")},
-    {CameraIdRole, QByteArray("cameraIDRole")},
-    {RelayPathRole, QByteArray("relayPathRole")},
-    {DescRole, QByteArray("descRole")},
-    {CreatorRole, QByteArray("creatorRole")},
-    {GroupRole, QByteArray("groupRole")},
-    {CameraNameRole, QByteArray("cameraNameRole")},
-    {DispDateRole, QByteArray("dispDateRole")},
-    {DispDateTimeRole, QByteArray("dispDateTimeRole")},
-    {LocationIdRole, QByteArray("locationIDRole")},
-    {DispTimeRangeRole, QByteArray("dispTimeRangeRole")},
-};
 
 } // namespace tessaline

@@ -2,16 +2,16 @@
 
 namespace tessaline {
 
-std::optional<QList<QString>> settleBatch(ContextRegistry<BatchRequestContext> &batches,
-                                          const void *context, const QString &relayPath,
-                                          const QList<QString> &failed)
+std::optional<QList<QString>> completeStation(ContextRegistry<BatchRequestContext> &batches,
+                                              const void *context, const QString &relayPath,
+                                              const QList<QString> &failed)
 {
     BatchRequestContext *const batch = batches.find(context);
     if (!batch || batch->pendingByTarget.count(relayPath) == 0)
         return std::nullopt;
     batch->failedList.append(failed); // the one step that may throw comes first
-    batch->pendingByTarget.erase(relayPath);
-    if (!batch->pendingByTarget.empty())
+    batch->removePending(relayPath);
+    if (!batch->isComplete())
         return std::nullopt;
     return batches.take(context)->failedList;
 }

@@ -17,64 +17,82 @@
 
 namespace tessaline {
 
-// What an answer takes out of a context leaves containers that need no memory for it, so that an
-// answer is either noted as a whole or not at all.
+// Removing a pending station allocates no memory, so that an answer is either noted as a whole or
+// not at all.
 
-/// Travels with every command of one batch and gathers what failed.
+/// Travels with every command of one batch and collects the failures.
 struct BatchRequestContext
 {
-    QList<QString> failedList; ///< camera names or bookmark IDs
-    std::map<QString, QVariantList>
-        pendingByTarget; ///< what each station not yet heard of was sent
+    QList<QString> failedList;                       ///< camera names or bookmark IDs
+    std::map<QString, QVariantList> pendingByTarget; ///< entries sent to each pending station
+
+    void removePending(const QString &relayPath) { pendingByTarget.erase(relayPath); }
+    bool isComplete() const { return pendingByTarget.empty(); }
 };
 
 /// Travels with every command of one query of all bookmarks.
 struct QueryAllRequestContext
 {
-    std::vector<QString> pendingStations; ///< relay paths of the stations not yet heard of
+    std::vector<QString> pendingStations; ///< relay paths
     quint64 generation = 0;               ///< number of the query; a newer one supersedes it
 
-    void noteAnswer(const QString &relayPath)
+    void removePending(const QString &relayPath)
     {
         const auto station = std::find(pendingStations.cbegin(), pendingStations.cend(), relayPath);
         if (station != pendingStations.cend())
             pendingStations.erase(station);
     }
+    bool isComplete() const { return pendingStations.empty(); }
 };
+
+template <typename Context>
+class ContextRegistry;
+
+template <typename Context>
+struct ContextEnd
+{
+    ContextRegistry<Context> *registry;
+    void operator()(Context *context) const { registry->take(context); }
+};
+
+/// A new context, which ends here unless it is released to the answers.
+template <typename Context>
+using NewContext = std::unique_ptr<Context, ContextEnd<Context>>;
 
 /// Owns the request contexts of one kind of command while answers are outstanding.
 ///
-/// Contexts leave the library as bare pointers, and what comes back may be late, doubled, of
-/// another request or never handed out at all: only a pointer that is found here is ever read.
+/// Contexts leave the library as bare pointers. An answer may be late, repeated, or carry the
+/// pointer of another request or of nobody: only a pointer that is found here is read.
 template <typename Context>
 class ContextRegistry
 {
 public:
-    /// A new context with this content, or null when memory is short.
-    Context *create(Context content) noexcept
+    /// @return a new context with this content, or null when memory is short
+    NewContext<Context> create(Context content) noexcept
     {
+        Context *pointer = nullptr;
         try {
             std::unique_ptr<Context> context = allocateAtFreshAddress();
-            Context *const pointer = context.get();
+            pointer = context.get();
             if (pointer) {
                 m_outstanding.emplace(pointer, std::move(context));
                 *pointer = std::move(content);
             }
-            return pointer;
         } catch (const std::bad_alloc &) {
-            return nullptr;
+            pointer = nullptr;
         }
+        return {pointer, {this}};
     }
 
-    /// The outstanding context at this address, or null. The registry keeps it.
+    /// @return the outstanding context at this address, owned by the registry, or null
     Context *find(const void *pointer) const
     {
         const auto found = m_outstanding.find(pointer);
         return found == m_outstanding.end() ? nullptr : found->second.get();
     }
 
-    /// Gives the outstanding context at this address away, to be read once more or dropped; null
-    /// for an unknown one.
+    /// Ends the outstanding context at this address.
+    /// @return the context, or null for an unknown address
     std::unique_ptr<Context> take(const void *pointer)
     {
         const auto found = m_outstanding.find(pointer);
@@ -82,26 +100,26 @@ public:
             return nullptr;
         std::unique_ptr<Context> context = std::move(found->second);
         m_outstanding.erase(found);
-        m_retired[m_nextRetired++ % m_retired.size()] = pointer;
+        m_quarantine[m_nextQuarantined++ % m_quarantine.size()] = pointer;
         return context;
     }
 
 private:
-    // An allocator likes to hand out at once what has just been freed. A doubled answer would then
-    // settle the request that follows, so the last addresses are not used again.
-    std::array<const void *, 128> m_retired{};
-    std::size_t m_nextRetired = 0;
+    // Allocators tend to reuse a freed address immediately. A repeated answer would then reach the
+    // request that follows, so the last addresses are not used again.
+    std::array<const void *, 128> m_quarantine{};
+    std::size_t m_nextQuarantined = 0;
 
     std::unique_ptr<Context> allocateAtFreshAddress()
     {
-        std::vector<std::unique_ptr<Context>> refused; // held, or they would be offered again
+        std::vector<std::unique_ptr<Context>> rejected; // kept, or they would be offered again
         for (;;) {
             std::unique_ptr<Context> context(new (std::nothrow) Context);
             const void *const address = context.get();
-            if (!address ||
-                std::find(m_retired.cbegin(), m_retired.cend(), address) == m_retired.cend())
+            if (!address || std::find(m_quarantine.cbegin(), m_quarantine.cend(), address) ==
+                                m_quarantine.cend())
                 return context;
-            refused.push_back(std::move(context));
+            rejected.push_back(std::move(context));
         }
     }
 
@@ -109,12 +127,12 @@ private:
 };
 
 /// Notes the answer of one station to a batch.
-/// @param failed what that station could not do
-/// @return all failures of the batch when this was its last answer, which also ends the context;
-///         nothing when answers are still to come, or when none was expected from this station
-std::optional<QList<QString>> settleBatch(ContextRegistry<BatchRequestContext> &batches,
-                                          const void *context, const QString &relayPath,
-                                          const QList<QString> &failed);
+/// @param failed failures at that station
+/// @return all failures of the batch if this was its last answer, which also ends the context;
+///         nullopt while answers are pending, or if none was expected from this station
+std::optional<QList<QString>> completeStation(ContextRegistry<BatchRequestContext> &batches,
+                                              const void *context, const QString &relayPath,
+                                              const QList<QString> &failed);
 
 /// The contexts of all requests under way. They belong to the library, not to the plug-in object:
 /// an answer may come after the object is gone, and reach the next one.

@@ -1,22 +1,20 @@
+// The host's calls, the dispatch of answers, and the timeline models of view cells.
+
 #include "Tessaline.h"
 
-#include "CameraNames.h"
+#include "AliveGuard.h"
 #include "FrameworkWrapperBase.h"
-#include "Guard.h"
 #include "Log.h"
 #include "Names.h"
+#include "NoThrow.h"
 #include "RequestContexts.h"
-#include "TimeFormatter.h"
 #include "TimeShiftBufferModel.h"
 
 #include <QtCore/QPointer>
-#include <QtGui/QStandardItem>
 
 #include <algorithm>
 #include <iterator>
 #include <memory>
-#include <utility>
-#include <vector>
 
 using namespace tessaline;
 
@@ -34,7 +32,7 @@ bool Tessaline::InitialPluginBase(QQmlContext *context, void *hostHandle,
 
 bool Tessaline::Init(QQmlContext *)
 {
-    return guarded("Tessaline::Init", [&] {
+    return noThrow("Tessaline::Init", [&] {
         m_serverTimeZone = QTimeZone(QTimeZone::systemTimeZoneId());
         m_queryAllGeneration = 0;
         m_hasSettingPermission = false;
@@ -44,9 +42,9 @@ bool Tessaline::Init(QQmlContext *)
 
 void Tessaline::PluginServerConnected()
 {
-    // What the previous connection told stays in force until the answers come.
-    guarded("Tessaline::PluginServerConnected", [&] {
-        const QPointer<Tessaline> self(this);
+    // The values of the previous connection stay valid until the answers come.
+    noThrow("Tessaline::PluginServerConnected", [&] {
+        const AliveGuard self(this);
         sendCommand(command::QuerySevTimezone, QVariant(), nullptr, QString());
         if (self)
             sendCommand(command::QuerySettingPermission, QVariant(), nullptr, QString());
@@ -56,7 +54,7 @@ void Tessaline::PluginServerConnected()
 void Tessaline::EventProcessor(QString eventName, qint64, int, int, QVariant data,
                                const QString &relayPath)
 {
-    guarded("Tessaline::EventProcessor", [&] {
+    noThrow("Tessaline::EventProcessor", [&] {
         if (eventName == event::AddBookmark)
             addBookmarkToTimelineModel(data.toMap(), relayPath);
     });
@@ -68,103 +66,77 @@ void Tessaline::EventProcessorEx(QString, ConfigBase *, qint64, int, int, QVaria
 
 // ---- Dispatch of answers ----
 
-/// The arguments of CommandProcessor() that handlers read.
-struct Tessaline::Answer
-{
-    const QVariant &result;
-    void *context;
-    const QString &resultCode;
-    const QString &relayPath;
-};
-
-/// How the answer to one command is treated.
+/// The row of a command in the table of answers.
 struct Tessaline::AnswerRule
 {
-    const QString *command;
-    void (*handle)(Tessaline &plugin, const Answer &answer);
+    /// For commands whose result code the dispatch checks; the other handlers read it themselves,
+    /// or treat every answer alike.
+    struct Failure
+    {
+        const char *logFormat = nullptr;
+        void (Tessaline::*responsed)(bool) = nullptr;
+        void (*endContext)(const void *context) = nullptr; ///< if the handler would end one
+    };
 
-    // For commands whose failure is settled by the dispatch; otherwise the handler judges the
-    // result code itself, or there is nothing to judge.
-    const char *failureFormat = nullptr;
-    void (Tessaline::*responsed)(bool) = nullptr;
+    const QString &command;
+    void (Tessaline::*handle)(const Answer &answer);
+    Failure onFailure = {};
 };
 
-/// The rule for a command, or null for a command that is not ours.
+/// @return the rule for a command, or null for a command that the plug-in does not send
 const Tessaline::AnswerRule *Tessaline::answerRule(const QString &command)
 {
     static const AnswerRule rules[] = {
-        {&command::AddBookmark,
-         [](Tessaline &t, const Answer &a) { t.HandleAddBookmarkResp(a.result, a.relayPath); },
-         "%s, add bookmark failed", &Tessaline::addBookmarkResponsed},
-        {&command::AddBookmarks,
-         [](Tessaline &t, const Answer &a) {
-             t.HandleAddBookmarksResp(a.result, a.context, a.resultCode, a.relayPath);
-         }},
-        {&command::DeleteBookmark,
-         [](Tessaline &t, const Answer &a) { t.HandleDeleteBookmarkResp(a.result.toString()); },
-         "%s, delete bookmark failed", &Tessaline::deleteBookmarkResponsed},
-        {&command::DeleteBookmarks,
-         [](Tessaline &t, const Answer &a) {
-             t.HandleDeleteBookmarksResp(a.result.toStringList(), a.context, a.resultCode,
-                                         a.relayPath);
-         }},
+        {command::AddBookmark,
+         &Tessaline::HandleAddBookmarkResp,
+         {"%s, add bookmark failed", &Tessaline::addBookmarkResponsed}},
+        {command::AddBookmarks, &Tessaline::HandleAddBookmarksResp},
+        {command::DeleteBookmark,
+         &Tessaline::HandleDeleteBookmarkResp,
+         {"%s, delete bookmark failed", &Tessaline::deleteBookmarkResponsed}},
+        {command::DeleteBookmarks, &Tessaline::HandleDeleteBookmarksResp},
         // The format asks for a number where it gets the code's text. Log readers know the line so.
-        {&command::RemoveAllBookmarks,
-         [](Tessaline &t, const Answer &) { Q_EMIT t.removeAllBookmarksResponsed(true); },
-         "%s, remove bookmark failed: %d", &Tessaline::removeAllBookmarksResponsed},
-        {&command::UpdateBookmark,
-         [](Tessaline &t, const Answer &) { t.HandleUpdateBookmarkResp(); },
-         "%s, update bookmark failed", &Tessaline::updateBookmarkResponsed},
-        {&command::QueryBookmarkForTimeline,
-         [](Tessaline &t, const Answer &a) {
-             t.HandleQueryBookmarkForTimelineResp(a.result, a.relayPath, a.context);
-         },
-         "%s, query bookmarks failed", &Tessaline::queryBookmarkForTimelineResponsed},
-        {&command::QueryBookmarkForRecent,
-         [](Tessaline &t, const Answer &a) {
-             t.HandleQueryBookmarkForRecentResp(a.result, a.relayPath);
-         },
-         "%s, query bookmarks failed", &Tessaline::queryBookmarkForRecentResponsed},
-        {&command::QueryAllBookmarks,
-         [](Tessaline &t, const Answer &a) {
-             t.HandleQueryAllBookmarksResp(a.resultCode, a.result, a.context, a.relayPath);
-         }},
-        {&command::QuerySevTimezone,
-         [](Tessaline &t, const Answer &a) { t.storeServerTimeZone(a.result.toByteArray()); }},
-        {&command::QuerySettingPermission,
-         [](Tessaline &t, const Answer &a) { t.m_hasSettingPermission = a.result.toBool(); }},
-        {&command::GetRecycleSetting,
-         [](Tessaline &t, const Answer &a) { t.reportRecycleSetting(a.result.toMap()); }},
-        {&command::UpdateRecycleSetting,
-         [](Tessaline &t, const Answer &a) {
-             Q_EMIT t.updateRecycleSettingResponse(a.result.toBool());
-         }},
-        {&command::QueryBookmarkForApi,
-         [](Tessaline &t, const Answer &a) {
-             t.HandleQueryBookmarkForAPIResp(a.result, a.resultCode);
-         }},
+        {command::RemoveAllBookmarks,
+         &Tessaline::HandleRemoveAllBookmarksResp,
+         {"%s, remove bookmark failed: %d", &Tessaline::removeAllBookmarksResponsed}},
+        {command::UpdateBookmark,
+         &Tessaline::HandleUpdateBookmarkResp,
+         {"%s, update bookmark failed", &Tessaline::updateBookmarkResponsed}},
+        {command::QueryBookmarkForTimeline,
+         &Tessaline::HandleQueryBookmarkForTimelineResp,
+         {"%s, query bookmarks failed", &Tessaline::queryBookmarkForTimelineResponsed,
+          [](const void *context) { requestContexts().timelineQueries.take(context); }}},
+        {command::QueryBookmarkForRecent,
+         &Tessaline::HandleQueryBookmarkForRecentResp,
+         {"%s, query bookmarks failed", &Tessaline::queryBookmarkForRecentResponsed}},
+        {command::QueryAllBookmarks, &Tessaline::HandleQueryAllBookmarksResp},
+        {command::QuerySevTimezone, &Tessaline::HandleQuerySevTimezoneResp},
+        {command::QuerySettingPermission, &Tessaline::HandleQuerySettingPermissionResp},
+        {command::GetRecycleSetting, &Tessaline::HandleGetRecycleSettingResp},
+        {command::UpdateRecycleSetting, &Tessaline::HandleUpdateRecycleSettingResp},
+        {command::QueryBookmarkForApi, &Tessaline::HandleQueryBookmarkForAPIResp},
     };
     const auto rule = std::find_if(std::begin(rules), std::end(rules),
-                                   [&](const AnswerRule &r) { return *r.command == command; });
+                                   [&](const AnswerRule &r) { return r.command == command; });
     return rule == std::end(rules) ? nullptr : rule;
 }
 
 void Tessaline::CommandProcessor(QString command, QVariant result, void *context,
                                  QString resultCode, QString, bool, const QString &relayPath)
 {
-    guarded("Tessaline::CommandProcessor", [&] {
+    noThrow("Tessaline::CommandProcessor", [&] {
         const AnswerRule *const rule = answerRule(command);
         if (!rule)
             return;
-        if (!rule->failureFormat || isSuccess(resultCode)) {
-            rule->handle(*this, {result, context, resultCode, relayPath});
+        const AnswerRule::Failure &failure = rule->onFailure;
+        if (!failure.responsed || isSuccess(resultCode)) {
+            (this->*rule->handle)({result, context, resultCode, relayPath});
             return;
         }
-
-        LOG_ERROR(rule->failureFormat, "Tessaline::CommandProcessor", qPrintable(resultCode));
-        if (rule->command == &command::QueryBookmarkForTimeline)
-            requestContexts().timelineQueries.take(context); // no handler will
-        Q_EMIT(this->*rule->responsed)(false);
+        LOG_ERROR(failure.logFormat, "Tessaline::CommandProcessor", qPrintable(resultCode));
+        if (failure.endContext)
+            failure.endContext(context);
+        Q_EMIT(this->*failure.responsed)(false);
     });
 }
 
@@ -173,26 +145,13 @@ void Tessaline::CommandProcessorEx(QString, ConfigBase *, QVariant, void *, QStr
 {
 }
 
-void Tessaline::storeServerTimeZone(const QByteArray &ianaId)
-{
-    if (!ianaId.isEmpty())
-        m_serverTimeZone = QTimeZone(ianaId);
-}
-
-void Tessaline::reportRecycleSetting(const QVariantMap &setting)
-{
-    Q_EMIT getRecycleSettingResponse(setting.value(recycleKey::ReserveHour).toUInt(),
-                                     setting.value(recycleKey::EnableRecycle).toBool());
-}
-
 // ---- Timeline models ----
 
 QSharedPointer<TimeShiftBufferModel> Tessaline::CreateTimelineModel(const QString &viewCellUID)
 {
     try {
         QHash<int, QByteArray> roleNames = TimeShiftBufferModel::defaultRoleHash();
-        for (const auto &[role, roleName] : std::as_const(timelineRoleNames))
-            roleNames.insert(role, roleName);
+        addTimelineRoles(roleNames);
 
         // The plug-in object is the model's parent as well as its owner: whichever deletes it
         // first, the other must notice.
@@ -204,8 +163,8 @@ QSharedPointer<TimeShiftBufferModel> Tessaline::CreateTimelineModel(const QStrin
 
         connect(model.data(), &TimeShiftBufferModel::needItems, model.data(),
                 [this, viewCellUID](qint64 start, qint64 end) {
-                    guarded("Tessaline::queryBookmarkForTimeline", [&] {
-                        const TimelineFocus focus = m_timelineFocusInfo[viewCellUID];
+                    noThrow("Tessaline::queryBookmarkForTimeline", [&] {
+                        const TimelineFocus focus = m_timelines.ensureFocus(viewCellUID);
                         queryBookmarkForTimeline(focus.locationID, focus.relayPath, start, end,
                                                  viewCellUID);
                     });
@@ -219,8 +178,8 @@ QSharedPointer<TimeShiftBufferModel> Tessaline::CreateTimelineModel(const QStrin
 
 QObject *Tessaline::getBookmarkModelForTimeline(const QString &viewCellUID)
 {
-    return guarded("Tessaline::getBookmarkModelForTimeline", [&] {
-        QSharedPointer<TimeShiftBufferModel> &model = m_timelineModels[viewCellUID];
+    return noThrow("Tessaline::getBookmarkModelForTimeline", [&] {
+        Timelines::Model &model = m_timelines.entry(viewCellUID);
         if (!model)
             model = CreateTimelineModel(viewCellUID);
         return model ? model->getModel() : nullptr;
@@ -229,106 +188,36 @@ QObject *Tessaline::getBookmarkModelForTimeline(const QString &viewCellUID)
 
 void Tessaline::clearTimelineModel(const QString &viewCellUID)
 {
-    guarded("Tessaline::clearTimelineModel", [&] {
-        if (const auto model = m_timelineModels.value(viewCellUID))
-            model->clear();
-    });
+    noThrow("Tessaline::clearTimelineModel", [&] { m_timelines.clear(viewCellUID); });
 }
 
 void Tessaline::removeTimelineModel(const QString &viewCellUID)
 {
-    // Out of the maps first: whoever watches the model die may ask for the view cell again.
-    guarded("Tessaline::removeTimelineModel", [&] {
-        const auto model = m_timelineModels.take(viewCellUID);
-        m_timelineFocusInfo.remove(viewCellUID);
-    });
+    noThrow("Tessaline::removeTimelineModel", [&] { m_timelines.remove(viewCellUID); });
 }
 
 void Tessaline::setTimelineFocusInfo(const QString &locationID, const QString &relayPath,
                                      const QString &viewCellUID)
 {
-    guarded("Tessaline::setTimelineFocusInfo", [&] {
-        const QPointer<Tessaline> self(this);
-        clearTimelineModel(viewCellUID); // items of the old location must not stay
+    noThrow("Tessaline::setTimelineFocusInfo", [&] {
+        const AliveGuard self(this);
+        m_timelines.clear(viewCellUID); // items of the old location must not stay
         if (self)
-            m_timelineFocusInfo.insert(viewCellUID, {locationID, relayPath});
+            m_timelines.setFocus(viewCellUID, {locationID, relayPath});
     });
 }
 
 void Tessaline::setTimelineBoundary(qint64 headBoundTs, qint64 tailBoundTs,
                                     const QString &viewCellUID)
 {
-    guarded("Tessaline::setTimelineBoundary", [&] {
-        if (const auto model = m_timelineModels.value(viewCellUID))
+    noThrow("Tessaline::setTimelineBoundary", [&] {
+        if (const auto model = m_timelines.model(viewCellUID))
             model->setBoundary(headBoundTs, tailBoundTs, -1, 0);
     });
 }
 
 void Tessaline::queryBookmarkForTimeline(qint64 start, qint64 end, const QString &viewCellUID)
 {
-    if (const auto model = m_timelineModels.value(viewCellUID))
+    if (const auto model = m_timelines.model(viewCellUID))
         Q_EMIT model->needItems(start, end);
-}
-
-bool Tessaline::addBookmarkToTimelineModel(const QVariantMap &record, const QString &relayPath)
-{
-    const QPointer<Tessaline> self(this);
-    const QString locationID = record.value(serverKey::LocationID).toString();
-    const QStringList viewCells = viewCellsShowing(locationID, relayPath);
-    CameraNames camNames(GetAllCamNames(), relayPath);
-    if (!self)
-        return false;
-    const auto formatter = timeFormatter();
-    bool added = true;
-    for (const QString &viewCellUID : viewCells) {
-        if (self && !addBookmarkToViewCell(viewCellUID, record, camNames, *formatter))
-            added = false;
-    }
-    return added;
-}
-
-bool Tessaline::addBookmarkToViewCell(const QString &viewCellUID, const QVariantMap &record,
-                                      CameraNames &camNames, TimeFormatter &formatter)
-{
-    const auto model = m_timelineModels.value(viewCellUID);
-    if (!model)
-        return false;
-    std::vector<std::unique_ptr<QStandardItem>> items;
-    items.push_back(CreateBookmarkModelItem(record, camNames, formatter));
-    if (!items.back())
-        return false;
-    refill(*model, std::move(items));
-    return true;
-}
-
-/// Hands items over to a model, which owns them from then on.
-void Tessaline::refill(TimeShiftBufferModel &model,
-                       std::vector<std::unique_ptr<QStandardItem>> items)
-{
-    QList<QStandardItem *> list;
-    for (const auto &item : items)
-        list.append(item.get());
-    for (auto &item : items)
-        static_cast<void>(item.release()); // only now, as the list may have thrown
-    model.refillItems(list);
-}
-
-void Tessaline::removeBookmarksFromTimelineModels(const QList<QString> &bookmarkIDs)
-{
-    const QPointer<Tessaline> self(this);
-    const auto models = m_timelineModels; // a watcher of the first may remove the second
-    for (const auto &model : models) {
-        if (self && model)
-            model->removeItems(bookmarkIDs);
-    }
-}
-
-QStringList Tessaline::viewCellsShowing(const QString &locationID, const QString &relayPath) const
-{
-    QStringList viewCells;
-    for (auto it = m_timelineFocusInfo.cbegin(); it != m_timelineFocusInfo.cend(); ++it) {
-        if (it->locationID == locationID && it->relayPath == relayPath)
-            viewCells.append(it.key());
-    }
-    return viewCells;
 }

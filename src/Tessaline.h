@@ -2,12 +2,11 @@
 
 #include "BookmarkList.h"
 #include "PluginBase.h"
+#include "Timelines.h"
 
 #include <QtCore/QList>
-#include <QtCore/QMap>
 #include <QtCore/QSharedPointer>
 #include <QtCore/QString>
-#include <QtCore/QStringList>
 #include <QtCore/QTimeZone>
 #include <QtCore/QVariant>
 
@@ -21,17 +20,18 @@ class TimeShiftBufferModel;
 namespace tessaline {
 class CameraNames;
 class TimeFormatter;
-struct BatchRequestContext;
+template <typename Context>
+struct ContextEnd;
 } // namespace tessaline
 
 /// The plug-in's one object: video bookmarks for the client.
 ///
 /// QML calls the invokable methods; each sends one or more commands through the host's framework
-/// and returns at once. The host hands every answer to CommandProcessor(), which updates lists and
-/// timeline models and emits the signal named after the request. All of it happens on the thread
-/// in which the object lives. Times are milliseconds since 1970-01-01T00:00:00 UTC; texts of times
-/// are "yyyy/MM/dd hh:mm:ss" in the client machine's local time; relay paths name stations, the
-/// empty one the server to which the client is connected.
+/// and returns at once. The host delivers every answer to CommandProcessor(), which updates lists
+/// and timeline models and emits the signal named after the request. All of it happens on the
+/// thread in which the object lives. Times are milliseconds since 1970-01-01T00:00:00 UTC; texts of
+/// times are "yyyy/MM/dd hh:mm:ss" in the client machine's local time; relay paths name stations,
+/// the empty one the server to which the client is connected.
 ///
 /// The order of signals and invokable methods, their parameter names and their spelling
 /// ("Responsed", "ForApi" beside "ForAPI") are what the client's QML is written against. So are the
@@ -70,8 +70,8 @@ public:
     QVariantList getBookmarkList();
     /// Lets the view cell's model ask for the items from @p start to @p end.
     void queryBookmarkForTimeline(qint64 start, qint64 end, const QString &viewCellUID);
-    /// Asks a station for the bookmarks of a location in a range, for a view cell. Whether the host
-    /// has taken the command.
+    /// Asks a station for the bookmarks of a location in a range, for a view cell.
+    /// @return true if the host accepted the command
     bool queryBookmarkForTimeline(const QString &locationID, const QString &relayPath,
                                   qint64 startTimestamp, qint64 endTimestamp,
                                   const QString &viewCellUID);
@@ -92,7 +92,7 @@ Q_SIGNALS:
     void updateRecycleSettingResponse(bool success);
 
 public:
-    // ---- Tessaline_Req.cpp: requests. True: at least one command was handed to the host ----
+    // ---- Tessaline_Req.cpp: requests. They return true if the host accepted a command ----
 
     /// Refuses an empty camera identifier; nothing else is checked.
     Q_INVOKABLE bool addBookmark(const QString &cameraID, const QString &locationID,
@@ -158,34 +158,22 @@ public:
     Q_INVOKABLE QVariantList getQueryBookmarkResult() const;
 
 private:
-    struct Answer;
     struct AnswerRule;
-    struct BatchRequest;
+    struct StationCommand;
 
-    /// What a view cell shows.
-    struct TimelineFocus
+    /// The arguments of CommandProcessor() that handlers read.
+    struct Answer
     {
-        QString locationID;
-        QString relayPath;
+        const QVariant &result;
+        void *context;
+        const QString &resultCode;
+        const QString &relayPath;
     };
 
     // ---- Tessaline.cpp ----
 
     static const AnswerRule *answerRule(const QString &command);
-    void storeServerTimeZone(const QByteArray &ianaId);
-    void reportRecycleSetting(const QVariantMap &setting);
-
     QSharedPointer<TimeShiftBufferModel> CreateTimelineModel(const QString &viewCellUID);
-    /// Puts a new bookmark into every view cell that shows its location. False when one of them
-    /// has no model or the item could not be made.
-    bool addBookmarkToTimelineModel(const QVariantMap &record, const QString &relayPath);
-    static void refill(TimeShiftBufferModel &model,
-                       std::vector<std::unique_ptr<QStandardItem>> items);
-    bool addBookmarkToViewCell(const QString &viewCellUID, const QVariantMap &record,
-                               tessaline::CameraNames &camNames,
-                               tessaline::TimeFormatter &formatter);
-    void removeBookmarksFromTimelineModels(const QList<QString> &bookmarkIDs);
-    QStringList viewCellsShowing(const QString &locationID, const QString &relayPath) const;
 
     // ---- Tessaline_Local.cpp ----
 
@@ -224,34 +212,50 @@ private:
 
     // ---- Tessaline_Req.cpp ----
 
-    /// Hands a command to the host. The answer may arrive, and this object even be deleted, before
-    /// the call returns.
+    /// Sends a command to the host, which may answer, and even delete this object, before the call
+    /// returns.
+    /// @return true if the host accepted the command
     bool sendCommand(const QString &command, const QVariant &payload, void *context,
                      const QString &relayPath);
-    bool sendBatch(const BatchRequest &request, tessaline::BatchRequestContext batch);
+    /// The same without a context; logs a rejection.
+    bool sendSingle(const char *scope, const QString &command, const QVariant &payload,
+                    const QString &relayPath);
+    /// Sends a command to several stations.
+    /// @param finish called if the host accepted a command and no answer is pending at the end
+    /// @return true if the host accepted at least one command
+    template <typename Context, typename Finish>
+    bool sendToStations(const StationCommand &request,
+                        std::unique_ptr<Context, tessaline::ContextEnd<Context>> created,
+                        Finish finish);
 
     // ---- Tessaline_ReqRespHandler.cpp ----
 
-    void HandleAddBookmarkResp(const QVariant &data, const QString &relayPath);
-    void HandleAddBookmarksResp(const QVariant &data, void *context, const QString &resultCode,
-                                const QString &relayPath);
+    static QVariantList bookmarksOf(const Answer &answer);
+    void HandleAddBookmarkResp(const Answer &answer);
+    void HandleAddBookmarksResp(const Answer &answer);
+    void HandleDeleteBookmarkResp(const Answer &answer);
+    void HandleDeleteBookmarksResp(const Answer &answer);
+    void HandleRemoveAllBookmarksResp(const Answer &answer);
+    void HandleUpdateBookmarkResp(const Answer &answer);
+    void HandleQueryBookmarkForTimelineResp(const Answer &answer);
+    void HandleQueryAllBookmarksResp(const Answer &answer);
+    void HandleQueryBookmarkForRecentResp(const Answer &answer);
+    void HandleQueryBookmarkForAPIResp(const Answer &answer);
+    void HandleQuerySevTimezoneResp(const Answer &answer);
+    void HandleQuerySettingPermissionResp(const Answer &answer);
+    void HandleGetRecycleSettingResp(const Answer &answer);
+    void HandleUpdateRecycleSettingResp(const Answer &answer);
+    void finishQueryAnswer(const Answer &answer);
+    /// Puts a new bookmark into every view cell that shows its location.
+    /// @return false if one of them has no model or the item could not be made
+    bool addBookmarkToTimelineModel(const QVariantMap &record, const QString &relayPath);
+    int showInViewCells(const QVariantMap &record, const QStringList &viewCells,
+                        tessaline::CameraNames &camNames);
     QStringList placeAddedBookmarks(const QVariantList &records, tessaline::CameraNames &camNames);
-    void HandleDeleteBookmarkResp(const QString &bookmarkID);
-    void HandleDeleteBookmarksResp(const QList<QString> &bookmarkIDs, void *context,
-                                   const QString &resultCode, const QString &relayPath);
-    void HandleUpdateBookmarkResp();
-    void HandleQueryBookmarkForTimelineResp(const QVariant &data, const QString &relayPath,
-                                            void *context);
-    void HandleQueryAllBookmarksResp(const QString &resultCode, const QVariant &data, void *context,
-                                     const QString &relayPath);
-    void settleQueryAllAnswer(void *context, const QString &relayPath);
-    void HandleQueryBookmarkForRecentResp(const QVariant &data, const QString &relayPath);
-    void HandleQueryBookmarkForAPIResp(const QVariant &data, const QString &resultCode);
 
-    void *m_hostHandle = nullptr;                                         ///< not owned
-    FrameworkWrapperBase *m_framework = nullptr;                          ///< not owned
-    QMap<QString, QSharedPointer<TimeShiftBufferModel>> m_timelineModels; ///< by view cell UID
-    QMap<QString, TimelineFocus> m_timelineFocusInfo;                     ///< by view cell UID
+    void *m_hostHandle = nullptr;                ///< not owned
+    FrameworkWrapperBase *m_framework = nullptr; ///< not owned
+    tessaline::Timelines m_timelines;
     quint64 m_queryAllGeneration = 0; ///< number of the newest query of all bookmarks
     QTimeZone m_serverTimeZone;       ///< zone of everything shown
     bool m_hasSettingPermission = false;

@@ -1,13 +1,14 @@
+// Records, the topology's names, the list of all bookmarks, and the recycle setting.
+
 #include "Tessaline.h"
 
 #include "CameraNames.h"
 #include "FrameworkWrapperBase.h"
-#include "Guard.h"
 #include "Log.h"
 #include "Names.h"
+#include "NoThrow.h"
 #include "TimeFormatter.h"
 
-#include <QtCore/QPointer>
 #include <QtGui/QStandardItem>
 
 #include <algorithm>
@@ -66,7 +67,7 @@ std::shared_ptr<TimeFormatter> Tessaline::timeFormatter()
     return m_timeFormatter;
 }
 
-// ---- Directory ----
+// ---- Topology ----
 
 QObject *Tessaline::findTopologyPlugin() const
 {
@@ -102,7 +103,7 @@ std::vector<QString> Tessaline::GetAllSubStations()
                               Q_ARG(QString, topologyRole::NodeType));
     std::vector<QString> stations;
     for (auto node = nodeTypes.cbegin(); node != nodeTypes.cend(); ++node) {
-        if (node->toInt() == SubStationType) // each once, as the map holds a key but once
+        if (node->toInt() == SubStationType)
             stations.push_back(node.key());
     }
     return stations;
@@ -179,7 +180,7 @@ QList<QVariant> Tessaline::generateBookmarkGroupList(const QList<QVariant> &list
 
 QVariantMap Tessaline::getFilteredBookmarkList(const QVariantMap &filterMap)
 {
-    return guarded("Tessaline::getFilteredBookmarkList", [&]() -> QVariantMap {
+    return noThrow("Tessaline::getFilteredBookmarkList", [&]() -> QVariantMap {
         const QString groupKey = textOf(filterMap, filterKey::GroupKey);
         Rows rows = filterBookmarkListByTimestamp(timestampOf(filterMap, filterKey::StartTimestamp),
                                                   timestampOf(filterMap, filterKey::EndTimestamp));
@@ -198,7 +199,7 @@ QVariantMap Tessaline::getFilteredBookmarkList(const QVariantMap &filterMap)
 
 QVariantList Tessaline::getBookmarkListByNodeID(const QString &nodeID)
 {
-    return guarded("Tessaline::getBookmarkListByNodeID", [&] {
+    return noThrow("Tessaline::getBookmarkListByNodeID", [&] {
         QVariantList bookmarks = bookmarksOfCamera(nodeID);
         sortRecentBookmarks();
         return bookmarks;
@@ -237,7 +238,7 @@ bool Tessaline::hasSettingPermission() const
     return m_hasSettingPermission;
 }
 
-// Both requests ignore whether they could be sent: they return nothing that could tell.
+// Both requests ignore a failed send: they return nothing, and their signals answer a server.
 
 void Tessaline::getRecycleSetting()
 {
@@ -246,7 +247,7 @@ void Tessaline::getRecycleSetting()
 
 void Tessaline::updateRecycleSetting(uint reserveHour, bool enableRecycle)
 {
-    guarded("Tessaline::updateRecycleSetting", [&] {
+    noThrow("Tessaline::updateRecycleSetting", [&] {
         sendCommand(command::UpdateRecycleSetting,
                     QVariantMap{{recycleKey::ReserveHour, reserveHour},
                                 {recycleKey::EnableRecycle, enableRecycle}},

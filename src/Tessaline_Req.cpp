@@ -1,14 +1,16 @@
+// Requests: their payloads and contexts, and the send calls.
+
 #include "Tessaline.h"
 
+#include "AliveGuard.h"
 #include "FrameworkWrapperBase.h"
-#include "Guard.h"
 #include "Log.h"
 #include "Names.h"
+#include "NoThrow.h"
 #include "RequestContexts.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QHashFunctions>
-#include <QtCore/QPointer>
 
 #include <algorithm>
 #include <cstddef>
@@ -18,7 +20,21 @@
 
 using namespace tessaline;
 
+/// The payload for each station.
+using StationPayloads = std::vector<std::pair<QString, QVariant>>;
+
+/// A command that several stations get, with one context.
+struct Tessaline::StationCommand
+{
+    const QString &command;
+    const StationPayloads &payloads;
+    const char *scope;
+    const char *logFormat; ///< of the line for a rejected command
+};
+
 namespace {
+
+constexpr char BatchFailure[] = "%s, send command failed";
 
 /// Milliseconds since the epoch of a local date and time as QML writes it, or nothing.
 std::optional<qint64> parseDateTime(const QString &text)
@@ -91,12 +107,51 @@ bool Tessaline::sendCommand(const QString &command, const QVariant &payload, voi
 {
     if (!m_framework)
         return false;
-    // What the host lets out is a refusal: the caller has its contexts to settle.
-    return guarded("Tessaline::sendCommand", [&] {
+    // An exception from the host counts as a rejection, so that the caller can end its context.
+    return noThrow("Tessaline::sendCommand", [&] {
         const QString sender = pluginID; // outlives this object, should the call delete it
         return m_framework->SendCommand(m_hostHandle, sender, command, payload, context, false,
                                         relayPath);
     });
+}
+
+bool Tessaline::sendSingle(const char *scope, const QString &command, const QVariant &payload,
+                           const QString &relayPath)
+{
+    if (sendCommand(command, payload, nullptr, relayPath))
+        return true;
+    LOG_ERROR("%s, send command failed", scope);
+    return false;
+}
+
+template <typename Context, typename Finish>
+bool Tessaline::sendToStations(const StationCommand &request, NewContext<Context> created,
+                               Finish finish)
+{
+    const AliveGuard self(this);
+    ContextRegistry<Context> &contexts = *created.get_deleter().registry;
+    void *const context = created.release();
+    bool isAccepted = false;
+    for (auto it = request.payloads.cbegin(); self && it != request.payloads.cend(); ++it) {
+        const auto &[relayPath, payload] = *it;
+        if (sendCommand(request.command, payload, context, relayPath)) {
+            isAccepted = true;
+            continue;
+        }
+        if (Context *const open = contexts.find(context))
+            open->removePending(relayPath);
+        LOG_ERROR(request.logFormat, request.scope);
+    }
+
+    // The host may have answered from inside the calls. Then the answers have ended the context, or
+    // it waits only for stations whose command was rejected.
+    const Context *const open = contexts.find(context);
+    if (!open || (self && !open->isComplete()))
+        return isAccepted;
+    const auto finished = contexts.take(context);
+    if (self && isAccepted)
+        finish(*finished);
+    return isAccepted;
 }
 
 // ---- Single bookmarks ----
@@ -110,13 +165,10 @@ bool Tessaline::addBookmark(const QString &cameraID, const QString &locationID,
         LOG_ERROR("%s, Location ID is empty", "Tessaline::addBookmark");
         return false;
     }
-    return guarded("Tessaline::addBookmark", [&] {
+    return noThrow("Tessaline::addBookmark", [&] {
         const QVariantMap payload = bookmarkPayload(cameraID, locationID, startTimestamp,
                                                     endTimestamp, desc, creator, group);
-        if (sendCommand(command::AddBookmark, payload, nullptr, relayPath))
-            return true;
-        LOG_ERROR("%s, send command failed", "Tessaline::addBookmark");
-        return false;
+        return sendSingle("Tessaline::addBookmark", command::AddBookmark, payload, relayPath);
     });
 }
 
@@ -126,27 +178,21 @@ bool Tessaline::deleteBookmark(const QString &bookmarkID, const QString &relayPa
         Q_EMIT deleteBookmarkResponsed(false);
         return false;
     }
-    return guarded("Tessaline::deleteBookmark", [&] {
+    return noThrow("Tessaline::deleteBookmark", [&] {
         const QVariantMap payload{{serverKey::BookmarkID, bookmarkID}};
-        if (sendCommand(command::DeleteBookmark, payload, nullptr, relayPath))
-            return true;
-        LOG_ERROR("%s, send command failed", "Tessaline::deleteBookmark");
-        return false;
+        return sendSingle("Tessaline::deleteBookmark", command::DeleteBookmark, payload, relayPath);
     });
 }
 
 bool Tessaline::updateBookmark(const QString &bookmarkID, const QString &desc, const QString &group)
 {
-    return guarded("Tessaline::updateBookmark", [&] {
+    return noThrow("Tessaline::updateBookmark", [&] {
         QVariantMap payload{{serverKey::BookmarkID, bookmarkID}};
         if (!desc.isNull())
             payload.insert(serverKey::Description, desc);
         if (!group.isNull())
             payload.insert(serverKey::Group, group);
-        if (sendCommand(command::UpdateBookmark, payload, nullptr, QString()))
-            return true;
-        LOG_ERROR("%s, send command failed", "Tessaline::updateBookmark");
-        return false;
+        return sendSingle("Tessaline::updateBookmark", command::UpdateBookmark, payload, QString());
     });
 }
 
@@ -156,28 +202,17 @@ bool Tessaline::removeAllBookmarks(const QString &relayPath)
         Q_EMIT removeAllBookmarksResponsed(false);
         return true; // unlike deleteBookmark(): the panel waits for the signal alone
     }
-    if (sendCommand(command::RemoveAllBookmarks, QVariant(), nullptr, relayPath))
-        return true;
-    LOG_ERROR("%s, send command failed", "Tessaline::removeAllBookmarks");
-    return false;
+    return sendSingle("Tessaline::removeAllBookmarks", command::RemoveAllBookmarks, QVariant(),
+                      relayPath);
 }
 
 // ---- Batches ----
-
-/// What adding and deleting in batches have in common.
-struct Tessaline::BatchRequest
-{
-    const QString &command;
-    const char *scope;
-    ContextRegistry<BatchRequestContext> &contexts;
-    void (Tessaline::*responsed)(QStringList);
-};
 
 bool Tessaline::addBookmarks(const QVariantList &targetList, qint64 startTimestamp,
                              qint64 endTimestamp, const QString &desc, const QString &creator,
                              const QString &group)
 {
-    return guarded("Tessaline::addBookmarks", [&] {
+    return noThrow("Tessaline::addBookmarks", [&] {
         std::vector<EntryKey> entries;
         entries.reserve(static_cast<std::size_t>(targetList.size()));
         for (const QVariant &element : targetList) {
@@ -197,9 +232,18 @@ bool Tessaline::addBookmarks(const QVariantList &targetList, qint64 startTimesta
             payload[serverKey::LocationID] = entry.locationID;
             batch.pendingByTarget[entry.relayPath].append(payload);
         }
-        return sendBatch({command::AddBookmarks, "Tessaline::addBookmarks",
-                          requestContexts().addBatches, &Tessaline::addBookmarksResponsed},
-                         std::move(batch));
+        const StationPayloads payloads(batch.pendingByTarget.cbegin(),
+                                       batch.pendingByTarget.cend());
+        auto context = requestContexts().addBatches.create(std::move(batch));
+        if (!context) {
+            LOG_ERROR("%s, malloc memory fail", "Tessaline::addBookmarks");
+            return false;
+        }
+        return sendToStations(
+            {command::AddBookmarks, payloads, "Tessaline::addBookmarks", BatchFailure},
+            std::move(context), [this](const BatchRequestContext &finished) {
+                Q_EMIT addBookmarksResponsed(finished.failedList);
+            });
     });
 }
 
@@ -207,7 +251,7 @@ bool Tessaline::addBookmarks(const QVariantList &targetList, const QString &star
                              const QString &endDateTime, const QString &desc,
                              const QString &creator, const QString &group)
 {
-    return guarded("Tessaline::addBookmarks", [&] {
+    return noThrow("Tessaline::addBookmarks", [&] {
         const auto start = parseDateTime(startDateTime);
         const auto end = parseDateTime(endDateTime);
         return start && end && addBookmarks(targetList, *start, *end, desc, creator, group);
@@ -216,7 +260,7 @@ bool Tessaline::addBookmarks(const QVariantList &targetList, const QString &star
 
 bool Tessaline::deleteBookmarks(const QVariantList &deleteList)
 {
-    return guarded("Tessaline::deleteBookmarks", [&] {
+    return noThrow("Tessaline::deleteBookmarks", [&] {
         std::vector<EntryKey> entries;
         for (const QVariant &element : deleteList) {
             const QVariantMap target = element.toMap();
@@ -230,108 +274,65 @@ bool Tessaline::deleteBookmarks(const QVariantList &deleteList)
             batch.pendingByTarget[entry.relayPath].append(
                 QVariantMap{{serverKey::BookmarkID, entry.id}});
         }
-        if (m_hasSettingPermission) {
-            return sendBatch({command::DeleteBookmarks, "Tessaline::deleteBookmarks",
-                              requestContexts().deleteBatches,
-                              &Tessaline::deleteBookmarksResponsed},
-                             std::move(batch));
+        const StationPayloads payloads(batch.pendingByTarget.cbegin(),
+                                       batch.pendingByTarget.cend());
+        QStringList ids;
+        for (const auto &[relayPath, targets] : batch.pendingByTarget) {
+            for (const QVariant &target : targets)
+                ids.append(target.toMap().value(serverKey::BookmarkID).toString());
         }
-
-        QStringList refused;
-        for (const auto &[relayPath, payloads] : batch.pendingByTarget) {
-            for (const QVariant &payload : payloads)
-                refused.append(payload.toMap().value(serverKey::BookmarkID).toString());
+        auto context = requestContexts().deleteBatches.create(std::move(batch));
+        if (!context) {
+            LOG_ERROR("%s, malloc memory fail", "Tessaline::deleteBookmarks");
+            return false;
         }
-        Q_EMIT deleteBookmarksResponsed(refused);
-        return true;
+        if (!m_hasSettingPermission) {
+            context.reset();
+            Q_EMIT deleteBookmarksResponsed(ids);
+            return true;
+        }
+        return sendToStations(
+            {command::DeleteBookmarks, payloads, "Tessaline::deleteBookmarks", BatchFailure},
+            std::move(context), [this](const BatchRequestContext &finished) {
+                Q_EMIT deleteBookmarksResponsed(finished.failedList);
+            });
     });
-}
-
-bool Tessaline::sendBatch(const BatchRequest &request, BatchRequestContext content)
-{
-    const QPointer<Tessaline> self(this);
-    const std::vector<std::pair<QString, QVariant>> groups(content.pendingByTarget.cbegin(),
-                                                           content.pendingByTarget.cend());
-    BatchRequestContext *const context = request.contexts.create(std::move(content));
-    if (!context) {
-        LOG_ERROR("%s, malloc memory fail", request.scope);
-        return false;
-    }
-    bool handedOn = false;
-    for (auto group = groups.cbegin(); self && group != groups.cend(); ++group) {
-        const auto &[relayPath, entries] = *group;
-        if (sendCommand(request.command, entries, context, relayPath)) {
-            handedOn = true;
-            continue;
-        }
-        LOG_ERROR("%s, send command failed", request.scope);
-        if (BatchRequestContext *const batch = request.contexts.find(context))
-            batch->pendingByTarget.erase(relayPath);
-    }
-
-    // The host may have answered from inside the calls. Then the batch is over by now, or only a
-    // station that could not be reached has kept it from being so.
-    const BatchRequestContext *const batch = request.contexts.find(context);
-    if (!batch || (self && !batch->pendingByTarget.empty()))
-        return handedOn;
-    const auto finished = request.contexts.take(context);
-    if (self && handedOn)
-        Q_EMIT(this->*request.responsed)(finished->failedList);
-    return handedOn;
 }
 
 // ---- Queries ----
 
 bool Tessaline::queryAllBookmarks()
 {
-    return guarded("Tessaline::queryAllBookmarks", [&] {
+    return noThrow("Tessaline::queryAllBookmarks", [&] {
         m_allBookmarks.clear();
 
-        auto &contexts = requestContexts().allQueries;
-        QueryAllRequestContext *const context = contexts.create({{}, m_queryAllGeneration + 1});
+        auto context = requestContexts().allQueries.create({{}, m_queryAllGeneration + 1});
         if (!context) {
             LOG_ERROR("%s, new request context list failed", "Tessaline::queryAllBookmarks");
             return false;
         }
-        const QPointer<Tessaline> self(this);
-        ++m_queryAllGeneration; // before the stations are asked for: that may make a query of its
-                                // own
-        std::vector<QString> stations;
-        try {
-            stations = GetAllSubStations();
-            context->pendingStations = stations;
-        } catch (...) {
-            contexts.take(context);
-            throw;
-        }
-
-        const QVariant noParameters = QVariantMap();
-        bool handedOn = false;
-        for (auto station = stations.cbegin(); self && station != stations.cend(); ++station) {
-            if (sendCommand(command::QueryAllBookmarks, noParameters, context, *station)) {
-                handedOn = true;
-                continue;
-            }
-            if (QueryAllRequestContext *const query = contexts.find(context))
-                query->noteAnswer(*station);
-            LOG_ERROR("%s, SendCommand failed", "Tessaline::queryAllBookmarks");
-        }
-
-        // As for batches: the host may have answered from inside the calls.
-        const QueryAllRequestContext *const query = contexts.find(context);
-        if (!query || (self && !query->pendingStations.empty()))
-            return handedOn;
-        const auto finished = contexts.take(context);
-        if (self && handedOn && finished->generation >= m_queryAllGeneration)
-            Q_EMIT queryAllBookmarksResponsed(true);
-        return handedOn;
+        const AliveGuard self(this);
+        ++m_queryAllGeneration; // the question for the stations may lead to a newer query
+        const std::vector<QString> stations = GetAllSubStations();
+        if (!self)
+            return false;
+        StationPayloads payloads;
+        for (const QString &station : stations)
+            payloads.emplace_back(station, QVariantMap());
+        context->pendingStations = stations;
+        return sendToStations({command::QueryAllBookmarks, payloads, "Tessaline::queryAllBookmarks",
+                               "%s, SendCommand failed"},
+                              std::move(context), [this](const QueryAllRequestContext &finished) {
+                                  if (finished.generation >= m_queryAllGeneration)
+                                      Q_EMIT queryAllBookmarksResponsed(true);
+                              });
     });
 }
 
 void Tessaline::queryBookmarkForAPI(const QVariantList &camIdList, const QString &startDateTime,
                                     const QString &endDateTime)
 {
-    guarded("Tessaline::queryBookmarkForAPI", [&] {
+    noThrow("Tessaline::queryBookmarkForAPI", [&] {
         const auto start = parseDateTime(startDateTime);
         const auto end = parseDateTime(endDateTime);
         if (start && end)
@@ -349,7 +350,7 @@ void Tessaline::queryBookmarkForAPI(const QVariantList &camIdList, qint64 startT
         return;
     }
     // A failed send is silent: QML learns of this query by its answer alone.
-    guarded("Tessaline::queryBookmarkForAPI", [&] {
+    noThrow("Tessaline::queryBookmarkForAPI", [&] {
         sendCommand(command::QueryBookmarkForApi,
                     QVariantMap{{serverKey::CameraIDList, camIdList},
                                 {serverKey::StartTimestamp, startTimestamp},
@@ -362,7 +363,7 @@ bool Tessaline::queryBookmarkForRecent(const QString &cameraID, const QString &r
                                        uchar recentCnt)
 {
     m_recentBookmarks = {};
-    return guarded("Tessaline::queryBookmarkForRecent", [&] {
+    return noThrow("Tessaline::queryBookmarkForRecent", [&] {
         return sendCommand(command::QueryBookmarkForRecent,
                            QVariantMap{{serverKey::LocationID, cameraID},
                                        {serverKey::RecentCnt, static_cast<int>(recentCnt)}},
@@ -377,21 +378,19 @@ bool Tessaline::queryBookmarkForTimeline(const QString &locationID, const QStrin
     const QVariantMap payload{{serverKey::LocationID, locationID},
                               {serverKey::StartTimestamp, startTimestamp},
                               {serverKey::EndTimestamp, endTimestamp}};
-    auto &contexts = requestContexts().timelineQueries;
-    QString *const context = contexts.create(viewCellUID);
-    if (!context)
+    auto context = requestContexts().timelineQueries.create(viewCellUID);
+    if (!context ||
+        !sendCommand(command::QueryBookmarkForTimeline, payload, context.get(), relayPath))
         return false;
-    if (sendCommand(command::QueryBookmarkForTimeline, payload, context, relayPath))
-        return true;
-    contexts.take(context);
-    return false;
+    static_cast<void>(context.release());
+    return true;
 }
 
 // ---- Getters ----
 
 QVariantList Tessaline::getBookmarkList()
 {
-    return guarded("Tessaline::getBookmarkList", [&] { return bookmarksOfCamera(QString()); });
+    return noThrow("Tessaline::getBookmarkList", [&] { return bookmarksOfCamera(QString()); });
 }
 
 QVariantList Tessaline::getBookmarkListForRecent()

@@ -1,5 +1,8 @@
+// The handlers of answers, one for each command, and what they change in lists and timelines.
+
 #include "Tessaline.h"
 
+#include "AliveGuard.h"
 #include "CameraNames.h"
 #include "Log.h"
 #include "Names.h"
@@ -7,7 +10,6 @@
 #include "TimeFormatter.h"
 #include "TimeShiftBufferModel.h"
 
-#include <QtCore/QPointer>
 #include <QtGui/QStandardItem>
 
 #include <memory>
@@ -16,138 +18,176 @@
 
 using namespace tessaline;
 
+/// The records of a query's answer.
+QVariantList Tessaline::bookmarksOf(const Answer &answer)
+{
+    return answer.result.toMap().value(serverKey::Bookmarks).toList();
+}
+
 // Lists are filled by append(): when memory is short it throws, whereas a QList that is made of
 // given elements, or detached, writes to a null pointer.
 //
-// Every handler emits last. A slot may send again, remove a view cell or delete this object, and so
-// may whoever watches a timeline model, or the host from inside a call; what a handler still needs
-// afterwards it looks up anew.
+// Every handler emits last. A slot may send again, remove a view cell or delete this object; so may
+// a slot on a timeline model, or the host inside a call. After each of them a handler looks up
+// again what it needs.
 
 // ---- Changes ----
 
-void Tessaline::HandleAddBookmarkResp(const QVariant &data, const QString &relayPath)
+void Tessaline::HandleAddBookmarkResp(const Answer &answer)
 {
-    const QPointer<Tessaline> self(this);
-    const bool added = addBookmarkToTimelineModel(data.toMap(), relayPath);
+    const AliveGuard self(this);
+    const bool isAdded = addBookmarkToTimelineModel(answer.result.toMap(), answer.relayPath);
     if (self)
-        Q_EMIT addBookmarkResponsed(added);
+        Q_EMIT addBookmarkResponsed(isAdded);
 }
 
-void Tessaline::HandleAddBookmarksResp(const QVariant &data, void *context,
-                                       const QString &resultCode, const QString &relayPath)
+bool Tessaline::addBookmarkToTimelineModel(const QVariantMap &record, const QString &relayPath)
+{
+    const AliveGuard self(this);
+    const QStringList viewCells =
+        m_timelines.viewCellsShowing({record.value(serverKey::LocationID).toString(), relayPath});
+    CameraNames camNames(GetAllCamNames(), relayPath);
+    return self && showInViewCells(record, viewCells, camNames) == 0;
+}
+
+/// @return the number of view cells that have no model, or for which no item could be made
+int Tessaline::showInViewCells(const QVariantMap &record, const QStringList &viewCells,
+                               CameraNames &camNames)
+{
+    const AliveGuard self(this);
+    const auto formatter = timeFormatter();
+    int failures = 0;
+    for (const QString &viewCellUID : viewCells) {
+        if (!self)
+            break;
+        const auto model = m_timelines.model(viewCellUID);
+        std::vector<std::unique_ptr<QStandardItem>> items;
+        if (model)
+            items.push_back(CreateBookmarkModelItem(record, camNames, *formatter));
+        if (items.empty() || !items.back())
+            ++failures;
+        else
+            refill(*model, std::move(items));
+    }
+    return failures;
+}
+
+void Tessaline::HandleAddBookmarksResp(const Answer &answer)
 {
     auto &contexts = requestContexts().addBatches;
-    const BatchRequestContext *const batch = contexts.find(context);
-    if (!batch || batch->pendingByTarget.count(relayPath) == 0)
+    const BatchRequestContext *const batch = contexts.find(answer.context);
+    if (!batch || batch->pendingByTarget.count(answer.relayPath) == 0)
         return;
-    const QVariantList sent = batch->pendingByTarget.at(relayPath);
+    const QVariantList sent = batch->pendingByTarget.at(answer.relayPath);
 
-    const QPointer<Tessaline> self(this);
-    CameraNames camNames(GetAllCamNames(), relayPath);
+    const AliveGuard self(this);
+    CameraNames camNames(GetAllCamNames(), answer.relayPath);
     if (!self)
         return;
     QStringList failed;
-    if (isSuccess(resultCode)) {
-        failed = placeAddedBookmarks(data.toList(), camNames);
+    if (isSuccess(answer.resultCode)) {
+        failed = placeAddedBookmarks(answer.result.toList(), camNames);
     } else {
         for (const QVariant &record : sent)
             failed.append(
                 camNames.camera(record.toMap().value(serverKey::CameraID).toString()).name);
     }
 
-    const auto failures = settleBatch(contexts, context, relayPath, failed);
+    const auto failures = completeStation(contexts, answer.context, answer.relayPath, failed);
     if (failures && self)
         Q_EMIT addBookmarksResponsed(*failures);
 }
 
-/// Puts the created bookmarks into the view cells that show them. Returns the cameras' names of
-/// those that were not created, and once more for each view cell that could not take one.
+/// Puts the created bookmarks into the view cells that show them.
+/// @return the camera's name for each bookmark that was not created, and for each view cell that
+///         could not show a created one
 QStringList Tessaline::placeAddedBookmarks(const QVariantList &records, CameraNames &camNames)
 {
-    const QPointer<Tessaline> self(this);
-    const auto formatter = timeFormatter();
+    const AliveGuard self(this);
     QStringList failed;
     for (const QVariant &element : records) {
         if (!self)
             break;
         const QVariantMap record = element.toMap();
         const QString camera = camNames.camera(record.value(serverKey::CameraID).toString()).name;
-        if (!record.contains(serverKey::BookmarkID)) {
+        int failures = 1;
+        if (record.contains(serverKey::BookmarkID)) {
+            const QStringList viewCells = m_timelines.viewCellsShowing(
+                {record.value(serverKey::LocationID).toString(), camNames.relayPath()});
+            failures = showInViewCells(record, viewCells, camNames);
+        }
+        while (failures-- > 0)
             failed.append(camera);
-            continue;
-        }
-        const QStringList viewCells =
-            viewCellsShowing(record.value(serverKey::LocationID).toString(), camNames.relayPath());
-        for (const QString &viewCellUID : viewCells) {
-            if (self && !addBookmarkToViewCell(viewCellUID, record, camNames, *formatter))
-                failed.append(camera);
-        }
     }
     return failed;
 }
 
-void Tessaline::HandleDeleteBookmarkResp(const QString &bookmarkID)
+void Tessaline::HandleDeleteBookmarkResp(const Answer &answer)
 {
-    const QPointer<Tessaline> self(this);
+    const AliveGuard self(this);
     QStringList bookmarkIDs;
-    bookmarkIDs.append(bookmarkID);
-    removeBookmarksFromTimelineModels(bookmarkIDs);
+    bookmarkIDs.append(answer.result.toString());
+    m_timelines.removeBookmarks(bookmarkIDs, self);
     if (self)
         Q_EMIT deleteBookmarkResponsed(true);
 }
 
-void Tessaline::HandleDeleteBookmarksResp(const QList<QString> &bookmarkIDs, void *context,
-                                          const QString &resultCode, const QString &relayPath)
+void Tessaline::HandleDeleteBookmarksResp(const Answer &answer)
 {
     auto &contexts = requestContexts().deleteBatches;
-    const BatchRequestContext *const batch = contexts.find(context);
-    if (!batch || batch->pendingByTarget.count(relayPath) == 0)
+    const BatchRequestContext *const batch = contexts.find(answer.context);
+    if (!batch || batch->pendingByTarget.count(answer.relayPath) == 0)
         return;
 
-    const QPointer<Tessaline> self(this);
-    const bool deleted = isSuccess(resultCode);
-    if (deleted)
-        removeBookmarksFromTimelineModels(bookmarkIDs);
+    const AliveGuard self(this);
+    const QStringList bookmarkIDs = answer.result.toStringList();
+    const bool isDeleted = isSuccess(answer.resultCode);
+    if (isDeleted)
+        m_timelines.removeBookmarks(bookmarkIDs, self);
 
-    const auto failures =
-        settleBatch(contexts, context, relayPath, deleted ? QList<QString>() : bookmarkIDs);
+    const auto failures = completeStation(contexts, answer.context, answer.relayPath,
+                                          isDeleted ? QStringList() : bookmarkIDs);
     if (failures && self)
         Q_EMIT deleteBookmarksResponsed(*failures);
 }
 
-void Tessaline::HandleUpdateBookmarkResp()
+void Tessaline::HandleRemoveAllBookmarksResp(const Answer &)
+{
+    Q_EMIT removeAllBookmarksResponsed(true);
+}
+
+void Tessaline::HandleUpdateBookmarkResp(const Answer &)
 {
     Q_EMIT updateBookmarkResponsed(true);
 }
 
 // ---- Queries ----
 
-void Tessaline::HandleQueryBookmarkForTimelineResp(const QVariant &data, const QString &relayPath,
-                                                   void *context)
+void Tessaline::HandleQueryBookmarkForTimelineResp(const Answer &answer)
 {
-    const auto viewCellUID = requestContexts().timelineQueries.take(context);
-    if (!viewCellUID || !m_timelineModels.contains(*viewCellUID))
+    const auto viewCellUID = requestContexts().timelineQueries.take(answer.context);
+    if (!viewCellUID || !m_timelines.contains(*viewCellUID))
         return;
-    const auto model = m_timelineModels.value(*viewCellUID);
+    const auto model = m_timelines.model(*viewCellUID);
     if (!model) {
         LOG_ERROR("%s, bookmark model is NULL", "Tessaline::HandleQueryBookmarkForTimelineResp");
         Q_EMIT queryBookmarkForTimelineResponsed(false);
         return;
     }
 
-    const QPointer<Tessaline> self(this);
-    const TimelineFocus focus = m_timelineFocusInfo.value(*viewCellUID);
-    CameraNames camNames(GetAllCamNames(), relayPath);
+    const AliveGuard self(this);
+    const TimelineFocus focus = m_timelines.focus(*viewCellUID);
+    CameraNames camNames(GetAllCamNames(), answer.relayPath);
     if (!self)
         return;
     const auto formatter = timeFormatter();
 
-    // The focus may have moved since the question was asked: only what still matches is shown.
+    // The focus may have moved since the query was sent: only bookmarks of the new one are shown.
     std::vector<std::unique_ptr<QStandardItem>> items;
-    const QVariantList records = data.toMap().value(serverKey::Bookmarks).toList();
+    const QVariantList records = bookmarksOf(answer);
     for (const QVariant &element : records) {
         const QVariantMap record = element.toMap();
-        if (relayPath != focus.relayPath ||
+        if (answer.relayPath != focus.relayPath ||
             record.value(serverKey::LocationID).toString() != focus.locationID)
             continue;
         auto item = CreateBookmarkModelItem(record, camNames, *formatter);
@@ -160,55 +200,53 @@ void Tessaline::HandleQueryBookmarkForTimelineResp(const QVariant &data, const Q
         Q_EMIT queryBookmarkForTimelineResponsed(true);
 }
 
-void Tessaline::HandleQueryAllBookmarksResp(const QString &resultCode, const QVariant &data,
-                                            void *context, const QString &relayPath)
+void Tessaline::HandleQueryAllBookmarksResp(const Answer &answer)
 {
-    const QueryAllRequestContext *const query = requestContexts().allQueries.find(context);
+    const QueryAllRequestContext *const query = requestContexts().allQueries.find(answer.context);
     if (!query) {
         LOG_ERROR("%s, request response context is NULL", "Tessaline::HandleQueryAllBookmarksResp");
         return;
     }
 
-    const QPointer<Tessaline> self(this);
-    if (!isSuccess(resultCode)) {
+    const AliveGuard self(this);
+    if (!isSuccess(answer.resultCode)) {
         LOG_ERROR("%s, query all bookmarks for server (%s) failed",
-                  "Tessaline::HandleQueryAllBookmarksResp", qPrintable(relayPath));
+                  "Tessaline::HandleQueryAllBookmarksResp", qPrintable(answer.relayPath));
     } else if (query->generation >= m_queryAllGeneration) {
         const quint64 generation = m_queryAllGeneration;
-        CameraNames camNames(GetAllCamNames(), relayPath);
+        CameraNames camNames(GetAllCamNames(), answer.relayPath);
         if (self && generation == m_queryAllGeneration)
-            m_allBookmarks.append(data.toMap().value(serverKey::Bookmarks).toList(), camNames,
-                                  timeFormatter());
+            m_allBookmarks.append(bookmarksOf(answer), camNames, timeFormatter());
     }
     if (self)
-        settleQueryAllAnswer(context, relayPath);
+        finishQueryAnswer(answer);
 }
 
-/// Notes that a station has answered, and tells QML unless a newer query has been made. The
-/// context ends with its last answer, superseded or not.
-void Tessaline::settleQueryAllAnswer(void *context, const QString &relayPath)
+/// Emits the signal unless a newer query has been made. The last answer ends the context,
+/// superseded or not.
+void Tessaline::finishQueryAnswer(const Answer &answer)
 {
     auto &contexts = requestContexts().allQueries;
-    QueryAllRequestContext *const query = contexts.find(context);
+    QueryAllRequestContext *const query = contexts.find(answer.context);
     if (!query)
         return;
-    query->noteAnswer(relayPath);
-    const bool superseded = query->generation < m_queryAllGeneration;
-    const bool done = query->pendingStations.empty();
+    query->removePending(answer.relayPath);
+    const bool isSuperseded = query->generation < m_queryAllGeneration;
+    const bool done = query->isComplete();
     if (done)
-        contexts.take(context);
-    if (!superseded)
+        contexts.take(answer.context);
+    if (!isSuperseded)
         Q_EMIT queryAllBookmarksResponsed(done);
 }
 
-void Tessaline::HandleQueryBookmarkForRecentResp(const QVariant &data, const QString &relayPath)
+void Tessaline::HandleQueryBookmarkForRecentResp(const Answer &answer)
 {
-    const QPointer<Tessaline> self(this);
-    CameraNames camNames(GetAllCamNames(), relayPath);
+    const AliveGuard self(this);
+    CameraNames camNames(GetAllCamNames(), answer.relayPath);
     if (!self)
         return;
     const auto formatter = timeFormatter();
-    const QVariantList records = data.toMap().value(serverKey::Bookmarks).toList();
+    const QVariantList records = bookmarksOf(answer);
     QVariantList items;
     for (const QVariant &record : records)
         items.append(CreateBookmarkItem(record.toMap(), camNames, *formatter));
@@ -216,10 +254,36 @@ void Tessaline::HandleQueryBookmarkForRecentResp(const QVariant &data, const QSt
     Q_EMIT queryBookmarkForRecentResponsed(true);
 }
 
-void Tessaline::HandleQueryBookmarkForAPIResp(const QVariant &data, const QString &resultCode)
+void Tessaline::HandleQueryBookmarkForAPIResp(const Answer &answer)
 {
-    const bool success = isSuccess(resultCode);
+    const bool success = isSuccess(answer.resultCode);
     if (success)
-        m_apiQueryResult = data.toList();
+        m_apiQueryResult = answer.result.toList();
     Q_EMIT queryBookmarkForApiFinished(success);
+}
+
+// ---- Server ----
+
+void Tessaline::HandleQuerySevTimezoneResp(const Answer &answer)
+{
+    const QByteArray ianaId = answer.result.toByteArray();
+    if (!ianaId.isEmpty())
+        m_serverTimeZone = QTimeZone(ianaId);
+}
+
+void Tessaline::HandleQuerySettingPermissionResp(const Answer &answer)
+{
+    m_hasSettingPermission = answer.result.toBool();
+}
+
+void Tessaline::HandleGetRecycleSettingResp(const Answer &answer)
+{
+    const QVariantMap setting = answer.result.toMap();
+    Q_EMIT getRecycleSettingResponse(setting.value(recycleKey::ReserveHour).toUInt(),
+                                     setting.value(recycleKey::EnableRecycle).toBool());
+}
+
+void Tessaline::HandleUpdateRecycleSettingResp(const Answer &answer)
+{
+    Q_EMIT updateRecycleSettingResponse(answer.result.toBool());
 }

@@ -136,7 +136,7 @@ private Q_SLOTS:
         ContextRegistry<ReusedContext> contexts;
         QList<const void *> last;
         for (int i = 0; i < 1000; ++i) {
-            const void *const address = contexts.create({});
+            const void *const address = contexts.create({}).release();
             QVERIFY(address); // not null: old addresses are used again
             QVERIFY(!last.contains(address));
             contexts.take(address);

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QtCore/QMap>
+#include <QtCore/QSharedPointer>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+#include <memory>
+#include <vector>
+
+class QStandardItem;
+class TimeShiftBufferModel;
+
+namespace tessaline {
+
+class AliveGuard;
+
+/// The location that a view cell shows.
+struct TimelineFocus
+{
+    QString locationID;
+    QString relayPath;
+};
+
+/// Timeline models and focus of the view cells, both by view cell UID.
+///
+/// Slots on a model's signals may call back for the same view cell: an entry is removed before its
+/// model is deleted, and no reference into the maps is kept during a call of a model.
+class Timelines
+{
+public:
+    using Model = QSharedPointer<TimeShiftBufferModel>;
+
+    /// @return true if the view cell has an entry, also one without a model
+    bool contains(const QString &viewCellUID) const { return m_models.contains(viewCellUID); }
+    /// @return the model of a view cell, null if it has none
+    Model model(const QString &viewCellUID) const { return m_models.value(viewCellUID); }
+    /// @return the entry of a view cell, made on demand without a model; valid until the next
+    /// change
+    Model &entry(const QString &viewCellUID) { return m_models[viewCellUID]; }
+    void remove(const QString &viewCellUID);
+
+    /// Removes the items of a view cell from its model.
+    void clear(const QString &viewCellUID) const;
+    /// Removes bookmarks from all models.
+    /// @param owner the object that has this member: a slot on a model may delete it
+    void removeBookmarks(const QStringList &bookmarkIDs, const AliveGuard &owner) const;
+
+    void setFocus(const QString &viewCellUID, const TimelineFocus &focus)
+    {
+        m_focus.insert(viewCellUID, focus);
+    }
+    TimelineFocus focus(const QString &viewCellUID) const { return m_focus.value(viewCellUID); }
+    /// The same; a view cell without a focus gets an empty one, which shows bookmarks that have
+    /// neither location nor relay path.
+    TimelineFocus ensureFocus(const QString &viewCellUID) { return m_focus[viewCellUID]; }
+    /// @return the view cells with this focus, in ascending order
+    QStringList viewCellsShowing(const TimelineFocus &focus) const;
+
+private:
+    QMap<QString, Model> m_models;
+    QMap<QString, TimelineFocus> m_focus;
+};
+
+/// Adds items to a model, which takes ownership of them.
+void refill(TimeShiftBufferModel &model, std::vector<std::unique_ptr<QStandardItem>> items);
+
+} // namespace tessaline
