@@ -178,6 +178,36 @@ WindowTest {
         verify(search.text.includes(" error ") && search.text.includes(data.logged), search.text);
     }
 
+    function test_unansweredCommandIsMarkedAndCounted() {
+        bench.faults.setData(bench.faults.index(2, 0), 1500, FaultsModel.DelayRole);
+        openTab(0);
+        bench.traffic.clear();
+        keyClick(Qt.Key_F5);
+        const rows = () => Array.from({ length: list().count }, (_, i) => list().itemAtIndex(i))
+            .filter(row => row && row.kind !== "signal");
+        const call = () => rows().find(row => row.name === "queryAllBookmarks");
+        tryVerify(() => call() && call().progress === "2 of 3");
+        compare(rows().filter(row => row.progress === "no answer").length, 1);
+        tryVerify(() => rows().filter(row => /^\d+ ms$/.test(row.progress)).length >= 4);
+        verify(rows().every(row => row.call === call().call || row.depth === 0 || row.kind === "call"));
+        compare(find("unanswered").text, "1 without an answer");
+        tryVerify(() => call().progress === "3 of 3" && !find("unanswered").visible);
+    }
+
+    function test_widthsOfColumnsAreKept() {
+        openTab(0);
+        const name = () => find("trafficHeadings").children[3];
+        const before = name().width;
+        mouseDrag(find("border 3"), 2, 5, 40, 0);
+        tryVerify(() => name().width > before + 20);
+        const changed = name().width;
+        window.destroy();
+        tryCompare(test, "window", null);
+        open();
+        openTab(0);
+        compare(name().width, changed);
+    }
+
     function test_delayIsSlowUntilMended() {
         openTab(2);
         retype(fault("delay"), "2500");

@@ -102,4 +102,12 @@ Flow {
         text: qsTr("%1 of %2 entries").arg(bar.shownCount).arg(bar.traffic.count)
         color: Theme.faintText
     }
+    Label {
+        objectName: "unanswered"
+        height: bar.lineHeight
+        verticalAlignment: Text.AlignVCenter
+        visible: bar.traffic.unanswered > 0
+        text: qsTr("%1 without an answer").arg(bar.traffic.unanswered)
+        color: Theme.failure
+    }
 }

@@ -32,7 +32,8 @@ struct TrafficEntry
     int depth = 0;        ///< how many calls, answers and events this one happened inside
     QVariant value;       ///< payload, result or event data; arguments of calls and signals
     QVariant result;      ///< of a call
-    qint64 omitted = 0;   ///< how many values both had, when those were too many to keep
+    int call = 0; ///< equal for what one call, connection or event has caused, see CallTracker
+    qint64 omitted = 0; ///< how many values both had, when those were too many to keep
 };
 
 /// The kind as a word: "call", "connection", "send", "answer", "event" or "signal".

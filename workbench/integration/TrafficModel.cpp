@@ -70,6 +70,9 @@ quint64 TrafficModel::append(TrafficEntry entry)
     entry.sequence = ++m_lastSequence;
     entry.elapsed = QDateTime::currentMSecsSinceEpoch() - m_startTime;
     weigh(entry);
+    m_tracker.add(entry);
+    if (entry.kind == TrafficEntry::Kind::Answered || entry.kind == TrafficEntry::Kind::Sent)
+        noteProgress(entry);
     m_entries.push_back(std::move(entry));
     if (!m_paused && !m_publishing.isActive())
         m_publishing.start();
@@ -80,13 +83,44 @@ void TrafficModel::setResult(quint64 sequence, const QVariant &result)
 {
     if (m_entries.empty() || sequence < m_entries.front().sequence)
         return; // dropped meanwhile
-    const auto row = static_cast<int>(sequence - m_entries.front().sequence);
-    TrafficEntry &entry = m_entries[static_cast<size_t>(row)];
+    TrafficEntry &entry = m_entries[static_cast<size_t>(sequence - m_entries.front().sequence)];
     m_values -= weightOf(entry);
     entry.result = result;
     weigh(entry);
+    updateRow(sequence, {SummaryRole});
+}
+
+/// A command or answer changes the rows of its command and of the call that sent it.
+void TrafficModel::noteProgress(const TrafficEntry &entry)
+{
+    if (const CallTracker::Command *const command = m_tracker.command(entry.request))
+        updateRow(command->sequence, {TookRole});
+    if (const CallTracker::Call *const call = m_tracker.call(entry.call))
+        updateRow(call->sequence, {AskedRole, AnsweredRole});
+}
+
+void TrafficModel::updateRow(quint64 sequence, const QList<int> &roles)
+{
+    if (m_entries.empty() || sequence < m_entries.front().sequence)
+        return;
+    const auto row = static_cast<int>(sequence - m_entries.front().sequence);
     if (row < m_rows)
-        Q_EMIT dataChanged(index(row), index(row), {SummaryRole});
+        Q_EMIT dataChanged(index(row), index(row), roles);
+}
+
+/// Whether the entry is the one that began its call.
+bool TrafficModel::begins(const TrafficEntry &entry) const
+{
+    const CallTracker::Call *const call = m_tracker.call(entry.call);
+    return call && call->sequence == entry.sequence;
+}
+
+qint64 TrafficModel::tookOf(const TrafficEntry &entry) const
+{
+    const bool counts = (entry.kind == TrafficEntry::Kind::Sent && entry.accepted) ||
+                        entry.kind == TrafficEntry::Kind::Answered;
+    const CallTracker::Command *const command = counts ? m_tracker.command(entry.request) : nullptr;
+    return command ? command->took : -1;
 }
 
 void TrafficModel::weigh(TrafficEntry &entry)
@@ -125,6 +159,7 @@ void TrafficModel::clear()
 {
     beginResetModel();
     m_entries.clear();
+    m_tracker.forgetBefore(m_lastSequence + 1);
     m_rows = 0;
     m_values = 0;
     endResetModel();
@@ -159,6 +194,7 @@ void TrafficModel::dropOldest()
     beginRemoveRows({}, 0, count - 1);
     freeAnswers(m_entries.begin(), m_entries.begin() + count);
     m_entries.erase(m_entries.begin(), m_entries.begin() + count);
+    m_tracker.forgetBefore(m_entries.empty() ? m_lastSequence + 1 : m_entries.front().sequence);
     m_rows -= count;
     m_values = values;
     endRemoveRows();
@@ -195,6 +231,16 @@ QVariant TrafficModel::data(const QModelIndex &index, int role) const
     switch (role) {
     case SequenceRole:
         return entry.sequence;
+    case CallRole:
+        return entry.call;
+    case DepthRole:
+        return entry.depth;
+    case TookRole:
+        return tookOf(entry);
+    case AskedRole:
+        return begins(entry) ? m_tracker.call(entry.call)->asked : 0;
+    case AnsweredRole:
+        return begins(entry) ? m_tracker.call(entry.call)->answered : 0;
     case ElapsedRole:
         return entry.elapsed;
     case ClockRole:
@@ -224,10 +270,12 @@ QVariant TrafficModel::data(const QModelIndex &index, int role) const
 
 QHash<int, QByteArray> TrafficModel::roleNames() const
 {
-    return {{SequenceRole, "sequence"}, {ElapsedRole, "elapsed"}, {ClockRole, "clock"},
-            {KindRole, "kind"},         {NameRole, "name"},       {RelayPathRole, "relayPath"},
-            {ContextRole, "context"},   {CodeRole, "code"},       {AcceptedRole, "accepted"},
-            {ValueRole, "value"},       {SummaryRole, "summary"}};
+    return {{SequenceRole, "sequence"}, {ElapsedRole, "elapsed"},     {ClockRole, "clock"},
+            {CallRole, "call"},         {DepthRole, "depth"},         {TookRole, "took"},
+            {AskedRole, "asked"},       {AnsweredRole, "answered"},   {KindRole, "kind"},
+            {NameRole, "name"},         {RelayPathRole, "relayPath"}, {ContextRole, "context"},
+            {CodeRole, "code"},         {AcceptedRole, "accepted"},   {ValueRole, "value"},
+            {SummaryRole, "summary"}};
 }
 
 bool TrafficModel::contains(int row, const QString &text) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "CallTracker.h"
 #include "SearchFilter.h"
 #include "TrafficEntry.h"
 
@@ -26,12 +27,19 @@ class TrafficModel : public QAbstractListModel, public Searchable
     /// How many values of a payload a search looks at.
     Q_PROPERTY(int searchedValues READ searchedValues CONSTANT)
     Q_PROPERTY(int count READ count NOTIFY countChanged)
+    /// Commands without an answer.
+    Q_PROPERTY(int unanswered READ unanswered NOTIFY countChanged)
 
 public:
     enum Role {
         SequenceRole = Qt::UserRole + 1,
-        ElapsedRole, ///< milliseconds since the recording began
-        ClockRole,   ///< local time of day
+        CallRole,     ///< number of the call to which it belongs
+        DepthRole,    ///< how many calls, answers and events it happened inside
+        TookRole,     ///< milliseconds, of a command and its answer; negative: none came yet
+        AskedRole,    ///< of a call: its commands
+        AnsweredRole, ///< of a call: its commands that were answered
+        ElapsedRole,  ///< milliseconds since the recording began
+        ClockRole,    ///< local time of day
         KindRole,
         NameRole,
         RelayPathRole,
@@ -62,6 +70,7 @@ public:
     bool isPaused() const { return m_paused; }
     void setPaused(bool paused);
     int count() const { return rowCount(); }
+    int unanswered() const { return m_tracker.unanswered(); }
 
     Q_INVOKABLE void clear();
     /// What a row's payload is shown as: of a call a map of its arguments and result, of one that
@@ -84,10 +93,15 @@ Q_SIGNALS:
 private:
     const TrafficEntry &at(int row) const { return m_entries[static_cast<size_t>(row)]; }
     void weigh(TrafficEntry &entry);
+    void noteProgress(const TrafficEntry &entry);
+    bool begins(const TrafficEntry &entry) const;
+    qint64 tookOf(const TrafficEntry &entry) const;
+    void updateRow(quint64 sequence, const QList<int> &roles);
     void publish();
     void dropOldest();
 
     std::deque<TrafficEntry> m_entries; ///< the last ones may wait to appear as rows
+    CallTracker m_tracker;
     int m_rows = 0;
     quint64 m_lastSequence = 0;
     qint64 m_startTime; ///< milliseconds since the epoch

@@ -6,20 +6,29 @@ import Client.Common
 ItemDelegate {
     id: row
 
+    required property TrafficColumns columns
     required property int index
     required property double elapsed
+    required property int call
+    required property int depth
+    required property double took
+    required property int asked
+    required property int answered
     required property string clock
     required property string kind
     required property string name
     required property string relayPath
-    required property int context
     required property string code
     required property bool accepted
     required property string summary
 
     readonly property var marks: ({ call: "\u25b8", connection: "\u25b8", send: "\u2192",
                                     answer: "\u2190", event: "\u2193", signal: "\u2691" })
-    readonly property bool narrow: width < 760 ///< for all columns
+    readonly property bool unanswered: kind === "send" && accepted && took < 0
+    /// How long it took, of a call how many of its commands are answered.
+    readonly property string progress: unanswered ? qsTr("no answer")
+        : took >= 0 ? qsTr("%1 ms").arg(took)
+        : asked > 0 ? qsTr("%1 of %2").arg(answered).arg(asked) : ""
     readonly property string outcome: !accepted ? qsTr("refused") : code ? qsTr("code %1").arg(code) : ""
     readonly property bool failed: !accepted || (kind === "answer" && code !== "0")
 
@@ -28,7 +37,8 @@ ItemDelegate {
     padding: 0
     highlighted: ListView.isCurrentItem
     focusPolicy: Qt.NoFocus
-    Accessible.name: clock + " " + kind + " " + name + " " + relayPath + " " + outcome + " " + summary
+    Accessible.name: clock + " " + kind + " " + name + " " + relayPath + " " + outcome + " "
+        + progress + " " + summary
 
     onClicked: {
         ListView.view.currentIndex = index;
@@ -39,16 +49,17 @@ ItemDelegate {
         leftPadding: Theme.gap
         spacing: Theme.gap
 
-        RowCell { row: row; width: 84; text: row.clock; mono: true; visible: !row.narrow }
-        RowCell { row: row; width: 58; text: (row.elapsed / 1000).toFixed(3); mono: true
-                  horizontalAlignment: Text.AlignRight }
-        RowCell { row: row; width: 80; text: row.marks[row.kind] + " " + row.kind }
-        RowCell { row: row; width: row.width < 900 ? 220 : 250; text: row.name; font.bold: true }
-        RowCell { row: row; width: 64; text: row.relayPath }
-        RowCell { row: row; width: 30; text: row.context > 0 ? "#" + row.context : ""
-                  visible: !row.narrow }
-        RowCell { row: row; width: 52; text: row.accepted ? row.code : qsTr("refused")
-                  alarming: row.failed }
+        RowCell { row: row; width: row.columns.widths[0]; text: row.clock; mono: true }
+        RowCell { row: row; width: row.columns.widths[1]; text: row.call; horizontalAlignment: Text.AlignRight }
+        RowCell { row: row; width: row.columns.widths[2]; text: row.marks[row.kind] + " " + row.kind }
+        RowCell { row: row; width: row.columns.widths[3];
+                  text: row.name; font.bold: true; leftPadding: Math.min(row.depth, 8) * 12 }
+        RowCell { row: row; width: row.columns.widths[4]; text: row.relayPath }
+        RowCell { row: row; width: row.columns.widths[5];
+                  text: row.accepted ? row.code : qsTr("refused"); alarming: row.failed }
+        RowCell { row: row; width: row.columns.widths[6];
+                  text: row.progress; horizontalAlignment: Text.AlignRight
+                  alarming: row.unanswered || row.answered < row.asked }
         RowCell { row: row; width: Math.max(40, row.width - x - Theme.gap)
                   text: row.summary; mono: true; alarming: row.failed }
     }

@@ -28,6 +28,10 @@ ColumnLayout {
         hiddenKinds: bar.hiddenKinds
     }
 
+    TrafficColumns {
+        id: shared
+    }
+
     TrafficBar {
         id: bar
         traffic: tab.traffic
@@ -41,25 +45,35 @@ ColumnLayout {
         Layout.fillWidth: true
         Layout.fillHeight: true
 
-        TailList {
-            id: list
-            objectName: "trafficList"
-            model: filter
-            Accessible.name: qsTr("Traffic")
+        ColumnLayout {
+            spacing: 2
             SplitView.fillWidth: true
             SplitView.minimumWidth: 300
-            delegate: TrafficRow { }
-            Keys.onPressed: event => {
-                if (event.matches(StandardKey.Copy) && currentIndex >= 0)
-                    tab.copyPayload();
-                else if (event.text === "/")
-                    bar.focusSearch();
+
+            TrafficHeadings {
+                columns: shared
+                Layout.fillWidth: true
+            }
+            TailList {
+                id: list
+                objectName: "trafficList"
+                model: filter
+                Accessible.name: qsTr("Traffic")
+                Layout.fillWidth: true
+                Layout.fillHeight: true
+                delegate: TrafficRow { columns: shared }
+                Keys.onPressed: event => {
+                    if (event.matches(StandardKey.Copy) && currentIndex >= 0)
+                        tab.copyPayload();
+                    else if (event.text === "/")
+                        bar.focusSearch();
+                }
             }
         }
         PayloadPane {
             traffic: tab.traffic
             row: filter.sourceRow(list.currentIndex)
-            SplitView.preferredWidth: 320
+            SplitView.preferredWidth: Math.min(320, tab.width * 0.28)
             SplitView.minimumWidth: 120
         }
     }
