@@ -7,15 +7,16 @@ QtObject {
 
     readonly property var titles: [qsTr("Time"), qsTr("Call"), qsTr("Kind"), qsTr("Name"),
         qsTr("Station"), qsTr("Code"), qsTr("Took")]
-    readonly property var widths: memory.widths
+    readonly property var widths: kept.widths
 
     function setWidth(column, width) {
-        const changed = Array.from(memory.widths);
+        const changed = Array.from(kept.widths);
         changed[column] = Math.max(24, Math.round(width));
-        memory.widths = changed;
+        kept.widths = changed;
     }
 
     readonly property Settings memory: Settings {
+        id: kept
         category: "traffic"
         property var widths: [84, 34, 76, 200, 52, 50, 60]
     }
