@@ -1,3 +1,4 @@
+pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
 import Client.Common
@@ -36,35 +37,18 @@ Flow {
         hint: qsTr("Name, relay path, code or payload; of a payload the first %1 values")
             .arg(bar.traffic.searchedValues)
     }
-    KindBox {
-        kinds: ["call", "connection"]
-        text: qsTr("Calls")
-        height: bar.lineHeight
-        onWanted: (kinds, shown) => bar.show(kinds, shown)
-    }
-    KindBox {
-        kinds: ["send"]
-        text: qsTr("Commands")
-        height: bar.lineHeight
-        onWanted: (kinds, shown) => bar.show(kinds, shown)
-    }
-    KindBox {
-        kinds: ["answer"]
-        text: qsTr("Answers")
-        height: bar.lineHeight
-        onWanted: (kinds, shown) => bar.show(kinds, shown)
-    }
-    KindBox {
-        kinds: ["event"]
-        text: qsTr("Events")
-        height: bar.lineHeight
-        onWanted: (kinds, shown) => bar.show(kinds, shown)
-    }
-    KindBox {
-        kinds: ["signal"]
-        text: qsTr("Signals")
-        height: bar.lineHeight
-        onWanted: (kinds, shown) => bar.show(kinds, shown)
+    Repeater {
+        model: [[qsTr("Calls"), "call", "connection"], [qsTr("Commands"), "send"],
+            [qsTr("Answers"), "answer"], [qsTr("Events"), "event"], [qsTr("Signals"), "signal"]]
+        CheckBox {
+            required property var modelData
+            readonly property var kinds: modelData.slice(1)
+            objectName: "show-" + kinds[0]
+            text: modelData[0]
+            height: bar.lineHeight
+            checked: true
+            onToggled: bar.show(kinds, checked)
+        }
     }
     BarButton {
         objectName: "pauseTraffic"

@@ -4,31 +4,24 @@ namespace workbench {
 
 namespace {
 
-/// The first three, which the tour speaks of.
-QString knownStationName(int index)
+QStringList words(QLatin1String text)
 {
-    static const QStringList names{QStringLiteral("Harbour"), QStringLiteral("Depot"),
-                                   QStringLiteral("Station hall")};
-    return names.value(index);
+    return QString(text).split(QLatin1Char(','));
 }
 
 QString stationName(int index)
 {
-    static const QStringList kinds{QStringLiteral("Warehouse"),   QStringLiteral("Car park"),
-                                   QStringLiteral("Market hall"), QStringLiteral("Hospital"),
-                                   QStringLiteral("Stadium"),     QStringLiteral("Power plant"),
-                                   QStringLiteral("Airfield"),    QStringLiteral("Town hall"),
-                                   QStringLiteral("Brickworks"),  QStringLiteral("Museum")};
-    static const QStringList places{QStringLiteral("north"),    QStringLiteral("south"),
-                                    QStringLiteral("east"),     QStringLiteral("west"),
-                                    QStringLiteral("old town"), QStringLiteral("riverside"),
-                                    QStringLiteral("hill"),     QStringLiteral("ring road"),
-                                    QStringLiteral("valley"),   QStringLiteral("lake")};
-    QString known = knownStationName(index);
-    if (!known.isEmpty())
-        return known;
+    // The tour names them.
+    static const QStringList known = words(QLatin1String("Harbour,Depot,Station hall"));
+    static const QStringList kinds =
+        words(QLatin1String("Warehouse,Car park,Market hall,Hospital,Stadium,Power plant,Airfield,"
+                            "Town hall,Brickworks,Museum"));
+    static const QStringList places =
+        words(QLatin1String("north,south,east,west,old town,riverside,hill,ring road,valley,lake"));
+    if (index < known.size())
+        return known.at(index);
     // Runs through all pairs, neighbours of different kinds.
-    const int pair = index - 3;
+    const qsizetype pair = index - known.size();
     return kinds.at(pair % kinds.size()) + QLatin1Char(' ') +
            places.at((pair + pair / kinds.size()) % places.size());
 }
@@ -36,17 +29,11 @@ QString stationName(int index)
 QString cameraName(int station, int index)
 {
     static const QList<QStringList> known{
-        {QStringLiteral("Gate"), QStringLiteral("Quay north"), QStringLiteral("Quay south"),
-         QStringLiteral("Crane")},
-        {QStringLiteral("Ramp"), QStringLiteral("Yard"), QStringLiteral("Fence east"),
-         QStringLiteral("Office")},
-        {QStringLiteral("Main entrance"), QStringLiteral("Ticket office"),
-         QStringLiteral("Platform 1"), QStringLiteral("Platform 2")}};
-    static const QStringList places{QStringLiteral("Entrance"),  QStringLiteral("Exit"),
-                                    QStringLiteral("Corridor"),  QStringLiteral("Stairs"),
-                                    QStringLiteral("Lift"),      QStringLiteral("Loading bay"),
-                                    QStringLiteral("Roof"),      QStringLiteral("Reception"),
-                                    QStringLiteral("Courtyard"), QStringLiteral("Cellar")};
+        words(QLatin1String("Gate,Quay north,Quay south,Crane")),
+        words(QLatin1String("Ramp,Yard,Fence east,Office")),
+        words(QLatin1String("Main entrance,Ticket office,Platform 1,Platform 2"))};
+    static const QStringList places = words(QLatin1String(
+        "Entrance,Exit,Corridor,Stairs,Lift,Loading bay,Roof,Reception,Courtyard,Cellar"));
     QString name = known.value(station).value(index);
     if (!name.isEmpty())
         return name;

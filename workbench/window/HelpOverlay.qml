@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Controls
+import QtQuick.Layouts
 import Client.Common
 
 /// All keys of the window, a section for each of its parts.
@@ -33,11 +34,42 @@ Dialog {
             Repeater {
                 model: help.sections
 
-                HelpSection {
+                ColumnLayout {
+                    id: section
+
                     required property var modelData
-                    title: modelData.title
-                    keys: modelData.keys
+
                     width: (scroller.availableWidth - 2 * Theme.margin) / 2
+                    spacing: 3
+
+                    Label {
+                        text: section.modelData.title
+                        font.bold: true
+                        Layout.topMargin: Theme.gap
+                    }
+                    Repeater {
+                        model: section.modelData.keys
+
+                        RowLayout {
+                            id: line
+
+                            required property var modelData
+
+                            Label {
+                                text: line.modelData[0]
+                                color: Theme.accent
+                                font.pixelSize: Theme.smallText
+                                wrapMode: Text.Wrap
+                                Layout.preferredWidth: 130
+                            }
+                            Label {
+                                text: line.modelData[1]
+                                font.pixelSize: Theme.smallText
+                                wrapMode: Text.Wrap
+                                Layout.fillWidth: true
+                            }
+                        }
+                    }
                 }
             }
         }

@@ -78,7 +78,8 @@ FormDialog {
     function settleChecked() {
         checking = false;
         const failed = targets.filter(camera => !isStored(camera));
-        cameras.choose(targets.filter(camera => !failed.includes(camera)), false);
+        cameras.choose(targets, false);
+        cameras.choose(failed, true);
         cameras.show(failed[0]);
         const titles = failed.slice(0, 5).map(camera => cameras.titleOf(camera)).join(", ");
         settle(failed.length === 0 ? "" : qsTr("Not added on %1 of %2 cameras: %3")
