@@ -105,6 +105,7 @@ int LogProbe::checkLine(void *handle, quint32 severity, int number, const char *
     ++probe.m_checks;
     Checked checked;
     checked.file = shortened(QString::fromLocal8Bit(file).replace(u'\\', u'/'));
+    checked.place = checked.file + u':' + QString::number(line);
     if (severity != (probe.m_moduleId << 8 | ErrorLevel))
         checked.oddities += QStringLiteral(" with severity 0x%1").arg(severity, 0, 16);
     if (handle != probe.m_object->handle)
@@ -120,11 +121,18 @@ int LogProbe::checkLine(void *handle, quint32 severity, int number, const char *
 void LogProbe::writeLine(void *handle, const char *format, va_list arguments)
 {
     LogProbe &probe = *s_probe;
-    const auto checked = std::exchange(probe.m_checked, {})
-                             .value_or(Checked{QStringLiteral("?"), QStringLiteral(" unchecked")});
+    const auto checked =
+        std::exchange(probe.m_checked, {})
+            .value_or(Checked{QStringLiteral("?"), {}, QStringLiteral(" unchecked")});
+    const QString texts = argumentsOf(format, arguments);
     QString line = QLatin1String("log ") + checked.file + QLatin1String(": ") +
-                   QLatin1String(format) + QLatin1String(" <") + argumentsOf(format, arguments) +
-                   u'>' + checked.oddities;
+                   QLatin1String(format) + QLatin1String(" <") + texts + u'>' + checked.oddities;
+    const QString statement =
+        QLatin1String(format) + QLatin1String(" <") + texts.section(u',', 0, 0) + u'>';
+    QString &known = probe.m_statements[checked.place];
+    if (!known.isEmpty() && known != statement)
+        line += QLatin1String(" from the place of ") + known;
+    known = statement;
     if (handle != probe.m_object->handle)
         line += QLatin1String(" written with another handle");
     if (probe.m_refuse)

@@ -5,6 +5,7 @@
 #include <QtCore/QByteArray>
 #include <QtCore/QLibrary>
 #include <QtCore/QList>
+#include <QtCore/QMap>
 #include <QtCore/QStringList>
 
 #include <functional>
@@ -30,7 +31,7 @@ public:
 
     /// Called with each line, "log Tessaline_Req: %s, send command failed
     /// <Tessaline::addBookmark>": source file, format and arguments as they were passed, then what
-    /// is wrong about the call (severity, handle, numbers).
+    /// is wrong about the call (severity, handle, numbers, the place of another statement).
     std::function<void(const QString &line)> onLine;
 
     /// Takes something out of the log object, and puts everything else back.
@@ -41,6 +42,11 @@ public:
     /// The calls of registerModule, as "19 Tessaline" each.
     QStringList registrations() const { return m_registrations; }
     int checks() const { return m_checks; }
+
+    /// The statements that have logged, "%s, send command failed <Tessaline::addBookmark>", by file
+    /// and line.
+    using Statements = QMap<QString, QString>;
+    const Statements &statements() const { return m_statements; }
 
     /// The path of the logging library that belongs to this program, without prefix and suffix.
     static QString libraryPath();
@@ -56,6 +62,7 @@ private:
     struct Checked
     {
         QString file;
+        QString place; ///< file and line
         QString oddities;
     };
 
@@ -65,6 +72,7 @@ private:
     QString m_error;
     QStringList m_registrations;
     std::optional<Checked> m_checked;
+    Statements m_statements;
     quint32 m_moduleId = 0; ///< as registered
     int m_checks = 0;
     bool m_refuse = false;

@@ -73,6 +73,7 @@ struct Tessaline::AnswerRule
     /// or treat every answer alike.
     struct Failure
     {
+        int line = 0; ///< of the row, for the log
         const char *logFormat = nullptr;
         void (Tessaline::*responsed)(bool) = nullptr;
         void (*endContext)(const void *context) = nullptr; ///< if the handler would end one
@@ -89,26 +90,26 @@ const Tessaline::AnswerRule *Tessaline::answerRule(const QString &command)
     static const AnswerRule rules[] = {
         {command::AddBookmark,
          &Tessaline::HandleAddBookmarkResp,
-         {"%s, add bookmark failed", &Tessaline::addBookmarkResponsed}},
+         {__LINE__, "%s, add bookmark failed", &Tessaline::addBookmarkResponsed}},
         {command::AddBookmarks, &Tessaline::HandleAddBookmarksResp},
         {command::DeleteBookmark,
          &Tessaline::HandleDeleteBookmarkResp,
-         {"%s, delete bookmark failed", &Tessaline::deleteBookmarkResponsed}},
+         {__LINE__, "%s, delete bookmark failed", &Tessaline::deleteBookmarkResponsed}},
         {command::DeleteBookmarks, &Tessaline::HandleDeleteBookmarksResp},
         // The format asks for a number where it gets the code's text. Log readers know the line so.
         {command::RemoveAllBookmarks,
          &Tessaline::HandleRemoveAllBookmarksResp,
-         {"%s, remove bookmark failed: %d", &Tessaline::removeAllBookmarksResponsed}},
+         {__LINE__, "%s, remove bookmark failed: %d", &Tessaline::removeAllBookmarksResponsed}},
         {command::UpdateBookmark,
          &Tessaline::HandleUpdateBookmarkResp,
-         {"%s, update bookmark failed", &Tessaline::updateBookmarkResponsed}},
+         {__LINE__, "%s, update bookmark failed", &Tessaline::updateBookmarkResponsed}},
         {command::QueryBookmarkForTimeline,
          &Tessaline::HandleQueryBookmarkForTimelineResp,
-         {"%s, query bookmarks failed", &Tessaline::queryBookmarkForTimelineResponsed,
+         {__LINE__, "%s, query bookmarks failed", &Tessaline::queryBookmarkForTimelineResponsed,
           [](const void *context) { requestContexts().timelineQueries.take(context); }}},
         {command::QueryBookmarkForRecent,
          &Tessaline::HandleQueryBookmarkForRecentResp,
-         {"%s, query bookmarks failed", &Tessaline::queryBookmarkForRecentResponsed}},
+         {__LINE__, "%s, query bookmarks failed", &Tessaline::queryBookmarkForRecentResponsed}},
         {command::QueryAllBookmarks, &Tessaline::HandleQueryAllBookmarksResp},
         {command::QuerySevTimezone, &Tessaline::HandleQuerySevTimezoneResp},
         {command::QuerySettingPermission, &Tessaline::HandleQuerySettingPermissionResp},
@@ -133,7 +134,8 @@ void Tessaline::CommandProcessor(QString command, QVariant result, void *context
             (this->*rule->handle)({result, context, resultCode, relayPath});
             return;
         }
-        LOG_ERROR(failure.logFormat, "Tessaline::CommandProcessor", qPrintable(resultCode));
+        LOG_ERROR_AT(failure.line, failure.logFormat, "Tessaline::CommandProcessor",
+                     qPrintable(resultCode));
         if (failure.endContext)
             failure.endContext(context);
         Q_EMIT(this->*failure.responsed)(false);

@@ -217,9 +217,9 @@ private:
     /// @return true if the host accepted the command
     bool sendCommand(const QString &command, const QVariant &payload, void *context,
                      const QString &relayPath);
-    /// The same without a context; logs a rejection.
+    /// The same without a context; logs a rejection with the line of the call.
     bool sendSingle(const char *scope, const QString &command, const QVariant &payload,
-                    const QString &relayPath);
+                    const QString &relayPath, int line = __builtin_LINE());
     /// Sends a command to several stations.
     /// @param finish called if the host accepted a command and no answer is pending at the end
     /// @return true if the host accepted at least one command

@@ -28,8 +28,10 @@ struct Tessaline::StationCommand
 {
     const QString &command;
     const StationPayloads &payloads;
+    // The log line for a rejected command.
+    int line;
+    const char *logFormat;
     const char *scope;
-    const char *logFormat; ///< of the line for a rejected command
 };
 
 namespace {
@@ -116,11 +118,11 @@ bool Tessaline::sendCommand(const QString &command, const QVariant &payload, voi
 }
 
 bool Tessaline::sendSingle(const char *scope, const QString &command, const QVariant &payload,
-                           const QString &relayPath)
+                           const QString &relayPath, int line)
 {
     if (sendCommand(command, payload, nullptr, relayPath))
         return true;
-    LOG_ERROR("%s, send command failed", scope);
+    LOG_ERROR_AT(line, "%s, send command failed", scope);
     return false;
 }
 
@@ -140,7 +142,7 @@ bool Tessaline::sendToStations(const StationCommand &request, NewContext<Context
         }
         if (Context *const open = contexts.find(context))
             open->removePending(relayPath);
-        LOG_ERROR(request.logFormat, request.scope);
+        LOG_ERROR_AT(request.line, request.logFormat, request.scope);
     }
 
     // The host may have answered from inside the calls. Then the answers have ended the context, or
@@ -240,7 +242,7 @@ bool Tessaline::addBookmarks(const QVariantList &targetList, qint64 startTimesta
             return false;
         }
         return sendToStations(
-            {command::AddBookmarks, payloads, "Tessaline::addBookmarks", BatchFailure},
+            {command::AddBookmarks, payloads, __LINE__, BatchFailure, "Tessaline::addBookmarks"},
             std::move(context), [this](const BatchRequestContext &finished) {
                 Q_EMIT addBookmarksResponsed(finished.failedList);
             });
@@ -291,11 +293,11 @@ bool Tessaline::deleteBookmarks(const QVariantList &deleteList)
             Q_EMIT deleteBookmarksResponsed(ids);
             return true;
         }
-        return sendToStations(
-            {command::DeleteBookmarks, payloads, "Tessaline::deleteBookmarks", BatchFailure},
-            std::move(context), [this](const BatchRequestContext &finished) {
-                Q_EMIT deleteBookmarksResponsed(finished.failedList);
-            });
+        return sendToStations({command::DeleteBookmarks, payloads, __LINE__, BatchFailure,
+                               "Tessaline::deleteBookmarks"},
+                              std::move(context), [this](const BatchRequestContext &finished) {
+                                  Q_EMIT deleteBookmarksResponsed(finished.failedList);
+                              });
     });
 }
 
@@ -320,8 +322,8 @@ bool Tessaline::queryAllBookmarks()
         for (const QString &station : stations)
             payloads.emplace_back(station, QVariantMap());
         context->pendingStations = stations;
-        return sendToStations({command::QueryAllBookmarks, payloads, "Tessaline::queryAllBookmarks",
-                               "%s, SendCommand failed"},
+        return sendToStations({command::QueryAllBookmarks, payloads, __LINE__,
+                               "%s, SendCommand failed", "Tessaline::queryAllBookmarks"},
                               std::move(context), [this](const QueryAllRequestContext &finished) {
                                   if (finished.generation >= m_queryAllGeneration)
                                       Q_EMIT queryAllBookmarksResponsed(true);

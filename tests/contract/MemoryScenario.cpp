@@ -122,6 +122,26 @@ QStringList reportOf(const Run &run, const Run &good)
     return report;
 }
 
+/// Takes the lines "place FILE:LINE STATEMENT" of doubles out.
+/// @param statements by place, of all doubles until now; extended
+/// @return an error for each place with two statements
+QStringList takePlaces(QStringList &lines, LogProbe::Statements &statements)
+{
+    QStringList errors;
+    for (const QString &line : std::as_const(lines)) {
+        if (!line.startsWith(u"place "_s))
+            continue;
+        const QString place = line.section(u' ', 1, 1);
+        const QString statement = line.section(u' ', 2);
+        const QString known = statements.value(place, statement);
+        if (known != statement)
+            errors.append(u"fault: %1 logs \"%2\" and \"%3\""_s.arg(place, known, statement));
+        statements.insert(place, statement);
+    }
+    lines.removeIf([](const QString &line) { return line.startsWith(u"place "_s); });
+    return errors;
+}
+
 } // namespace
 
 void playShortOfMemory(CheckContext &context, const ScenarioFile &file)
@@ -134,18 +154,24 @@ void playShortOfMemory(CheckContext &context, const ScenarioFile &file)
     failingmemory::setLibrary(context.library().toStdString());
     // Qt before 6.5 leaves a block behind when a connection can't be made.
     const bool isQtLeaking = QLibraryInfo::version() < QVersionNumber(6, 5);
+    LogProbe::Statements statements;
     for (const Scenario &scenario : file.scenarios) {
         // The first run makes whatever is made only once.
         play(*host, scenario, failingmemory::watch);
         const Run good = play(*host, scenario, failingmemory::watch);
         const Run run = play(*host, scenario, failingmemory::forkAtEach);
-        if (failingmemory::isDouble())
-            failingmemory::endDouble(reportOf(run, good).join(u'\n').toStdString() + '\n');
+        if (failingmemory::isDouble()) {
+            QStringList report = reportOf(run, good);
+            for (const auto &[place, statement] : host.log().statements().toStdMap())
+                report.append(u"place %1 %2"_s.arg(place, statement));
+            failingmemory::endDouble(report.join(u'\n').toStdString() + '\n');
+        }
 
         const QString reports = QString::fromStdString(failingmemory::takeReports());
         QStringList lines = reports.split(u'\n', Qt::SkipEmptyParts);
         static const QRegularExpression endInQt(u"^died of signal \\d+ in libQt6"_s);
         lines.removeIf([](const QString &line) { return line.contains(endInQt); });
+        lines.append(takePlaces(lines, statements));
         lines.removeDuplicates();
         lines.sort();
         QStringList expected = scenario.expected();
