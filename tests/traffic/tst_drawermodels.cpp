@@ -278,7 +278,21 @@ text             | White VAN     |                    | 3
 number in a list | 12345         |                    | 5
 late result      | outcome       |                    | 1
 kinds            |               | send answer signal | 1 2 5
-nowhere          | white vans    |                    |)"_s);
+nowhere          | white vans    |                    |
+phrase           | "'white van'" |                    | 3
+one of two words | white or done |                    | 3 6
+all but one      | not bookmark  |                    | 2 5 6
+first and        | done or kind:send name:add |       | 3 6
+brackets         | (done or kind:send) and not name:add | | 6
+quoted value     | text:'e van'  |                    | 3
+station          | station:Relay-2 | send             | 4
+code of answers  | code:27       |                    | 4
+failed           | failed        |                    | 4
+unanswered       | unanswered    |                    |
+not too slow     | kind:answer not slower:10000 |     | 4
+commands of it   | call:3        |                    | 3 4
+operator as text | text:or       |                    |
+spaces           | "  done  "    |                    | 6)"_s.replace(u'\'', u'"'));
     }
     void search()
     {
@@ -293,8 +307,8 @@ nowhere          | white vans    |                    |)"_s);
         for (const TrafficEntry &entry : {
                  TrafficEntry{Kind::Call, 0, 0, u"addBookmark"_s, {}, 0, 0, {}, true, 0, {}, {}},
                  TrafficEntry{Kind::Connection, 0, 0, {}, {}, 0, 0, {}, true, 0, {}, {}},
-                 TrafficEntry{Kind::Sent, 0, 0, add, relay, 0, 0, {}, true, 0, van, {}},
-                 TrafficEntry{Kind::Answered, 0, 0, add, relay, 0, 0, u"27"_s, true, 0, {}, {}},
+                 TrafficEntry{Kind::Sent, 0, 0, add, relay, 9, 0, {}, true, 0, van, {}},
+                 TrafficEntry{Kind::Answered, 0, 0, add, relay, 9, 0, u"27"_s, true, 0, {}, {}},
                  TrafficEntry{Kind::Event, 0, 0, u"Other"_s, {}, 0, 0, {}, true, 0, list, {}},
                  TrafficEntry{Kind::Signal, 0, 0, u"done"_s, {}, 0, 0, {}, true, 0, {}, {}},
              })
@@ -310,6 +324,54 @@ nowhere          | white vans    |                    |)"_s);
         for (int row = 0; row < filter.count(); ++row)
             found.append(QString::number(filter.sourceRow(row) + 1));
         QTEST(found.join(u' '), "found");
+    }
+
+    void wrongExpressionIsNamedWithItsPlace_data()
+    {
+        addTable({"text", "error"}, uR"(
+unknown field  | a or knd:send   | character 6: unknown condition 'knd:'
+unknown kind   | kind:sned       | character 1: expected call, connection, send
+no number      | slower:soon     | character 1: expected a whole number
+no value       | not kind:       | character 5: expected call
+open bracket   | a (b or c       | character 3: this bracket is not closed
+closed bracket | a or b) c       | character 7: this bracket was not opened
+open quotation | a 'b c          | character 3: this quotation mark is not closed
+nothing        | a or            | character 5: expected a condition
+nothing inside | ()              | character 2: expected a condition
+two operators  | a and or b      | character 7: expected a condition
+colon alone    | :a              | character 1: expected a condition)"_s.replace(u'\'', u'"'));
+    }
+    void wrongExpressionIsNamedWithItsPlace()
+    {
+        QFETCH(const QString, text);
+        QFETCH(const QString, error);
+        TrafficModel model;
+        model.append({});
+        publish(model);
+        SearchFilter filter;
+        filter.setSource(&model);
+        filter.setText(u"not kind:call"_s);
+        QCOMPARE(filter.count(), 0);
+        filter.setText(text);
+        QVERIFY2(filter.error().startsWith(error), qPrintable(filter.error()));
+        QCOMPARE(filter.count(), 0); // as before
+        filter.setText(QString(1'000'000, u'('));
+        QVERIFY(!filter.error().isEmpty());
+        filter.setText(QString());
+        QCOMPARE(filter.error(), QString());
+        QCOMPARE(filter.count(), 1);
+    }
+
+    void expressionsAreCompleted()
+    {
+        TrafficModel model;
+        TrafficEntry entry;
+        entry.relayPath = u"relay-7"_s;
+        model.append(entry);
+        QCOMPARE(model.completions(u"a and (stat"_s), QStringList{u"a and (station:"_s});
+        QCOMPARE(model.completions(u"not station:r"_s), QStringList{u"not station:relay-7"_s});
+        QCOMPARE(model.completions(u"kind:s"_s), (QStringList{u"kind:send"_s, u"kind:signal"_s}));
+        QCOMPARE(model.completions(u"a "_s), QStringList());
     }
 
     /// Shown by QML, which would make other types of them.

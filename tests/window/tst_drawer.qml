@@ -194,6 +194,28 @@ WindowTest {
         tryVerify(() => call().progress === "3 of 3" && !find("unanswered").visible);
     }
 
+    function test_filterExpressionIsCompletedAndChecked() {
+        openTab(0);
+        const field = find("trafficSearch");
+        mouseClick(field);
+        type("not kind:se");
+        tryVerify(() => texts(find("completions").contentItem).join().includes("not kind:send"));
+        keyClick(Qt.Key_Tab);
+        compare(field.text, "not kind:send ");
+        tryVerify(() => field.activeFocus && !find("completions").visible);
+        keyClick(Qt.Key_Return);
+        const shown = list().count;
+        tryVerify(() => list().itemAtIndex(shown - 1));
+        verify(Array.from({ length: shown }, (_, i) => list().itemAtIndex(i))
+               .every(row => !row || row.kind !== "send"));
+        type("or (");
+        keyClick(Qt.Key_Return);
+        tryVerify(() => find("filterError").text.startsWith("character 19: "), 5000, find("filterError").text);
+        compare(list().count, shown, "as before the mistake");
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => list().count > shown);
+    }
+
     function test_widthsOfColumnsAreKept() {
         openTab(0);
         const name = () => find("trafficHeadings").children[3];

@@ -1,5 +1,7 @@
 #include "SearchFilter.h"
 
+#include <utility>
+
 namespace workbench {
 
 SearchFilter::SearchFilter(QObject *parent)
@@ -13,6 +15,8 @@ SearchFilter::SearchFilter(QObject *parent)
 void SearchFilter::setSource(QAbstractItemModel *model)
 {
     m_searchable = dynamic_cast<const Searchable *>(model);
+    m_matcher = nullptr;
+    understand();
     setSourceModel(model);
     Q_EMIT sourceChanged();
     Q_EMIT countChanged();
@@ -23,8 +27,20 @@ void SearchFilter::setText(const QString &text)
     if (text == m_text)
         return;
     m_text = text;
+    understand();
     invalidateFilter();
     Q_EMIT textChanged();
+}
+
+void SearchFilter::understand()
+{
+    QString error;
+    if (m_searchable) {
+        if (Searchable::Matcher matcher = m_searchable->matcher(m_text, &error))
+            m_matcher = std::move(matcher);
+    }
+    if (error != std::exchange(m_error, error))
+        Q_EMIT errorChanged();
 }
 
 void SearchFilter::setHiddenKinds(const QStringList &kinds)
@@ -40,7 +56,7 @@ bool SearchFilter::filterAcceptsRow(int sourceRow, const QModelIndex & /*sourceP
 {
     if (!m_searchable || m_hiddenKinds.contains(m_searchable->kindAt(sourceRow)))
         return false;
-    return m_text.isEmpty() || m_searchable->contains(sourceRow, m_text);
+    return !m_matcher || m_matcher(sourceRow);
 }
 
 } // namespace workbench

@@ -4,6 +4,8 @@
 #include <QtCore/QStringList>
 #include <QtQml/qqmlregistration.h>
 
+#include <functional>
+
 namespace workbench {
 
 /// A model whose rows can be searched without making texts of them.
@@ -11,8 +13,16 @@ class Searchable
 {
 public:
     virtual ~Searchable() = default;
+    using Matcher = std::function<bool(int row)>;
+
     /// Whether the row contains the text, whatever its case.
     virtual bool contains(int row, const QString &text) const = 0;
+    /// What a user's text asks of a row, here that it contains the text.
+    /// @return null with @p error if the text can't be understood
+    virtual Matcher matcher(const QString &text, QString * /*error*/) const
+    {
+        return [this, text](int row) { return text.isEmpty() || contains(row, text); };
+    }
     /// A word by which rows are chosen.
     virtual QString kindAt(int row) const = 0;
 };
@@ -25,6 +35,8 @@ class SearchFilter : public QSortFilterProxyModel
     Q_PROPERTY(QAbstractItemModel *source READ sourceModel WRITE setSource NOTIFY sourceChanged)
     /// Empty: all rows.
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
+    /// What is wrong with the text; the rows are then those of the text before.
+    Q_PROPERTY(QString error READ error NOTIFY errorChanged)
     /// Rows of these kinds are left out.
     Q_PROPERTY(
         QStringList hiddenKinds READ hiddenKinds WRITE setHiddenKinds NOTIFY hiddenKindsChanged)
@@ -36,6 +48,7 @@ public:
     void setSource(QAbstractItemModel *model);
     QString text() const { return m_text; }
     void setText(const QString &text);
+    QString error() const { return m_error; }
     QStringList hiddenKinds() const { return m_hiddenKinds; }
     void setHiddenKinds(const QStringList &kinds);
     int count() const { return rowCount(); }
@@ -46,6 +59,7 @@ public:
 Q_SIGNALS:
     void sourceChanged();
     void textChanged();
+    void errorChanged();
     void hiddenKindsChanged();
     void countChanged();
 
@@ -53,8 +67,12 @@ protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
 
 private:
+    void understand();
+
     const Searchable *m_searchable = nullptr; ///< the source model
+    Searchable::Matcher m_matcher;
     QString m_text;
+    QString m_error;
     QStringList m_hiddenKinds;
 };
 

@@ -13,6 +13,7 @@ Flow {
     readonly property string text: search.settledText
     readonly property real lineHeight: search.height
     property var hiddenKinds: []
+    required property string error ///< in the text
     property bool canCopy: false ///< an entry is chosen
 
     signal copyWanted()
@@ -29,12 +30,14 @@ Flow {
 
     spacing: Theme.gap
 
-    SearchField {
+    FilterField {
         id: search
         objectName: "trafficSearch"
-        width: 200
-        placeholderText: qsTr("Search the traffic")
-        hint: qsTr("Name, relay path, code or payload; of a payload the first %1 values")
+        width: 300
+        traffic: bar.traffic
+        error: bar.error
+        placeholderText: qsTr("Search or filter the traffic")
+        hint: qsTr("Texts and conditions: kind:send name:add station:relay-1 code:4 call:7 failed unanswered slower:500, with and, or, not and brackets. Of a payload the first %1 values are searched.")
             .arg(bar.traffic.searchedValues)
     }
     Repeater {

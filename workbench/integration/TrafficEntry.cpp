@@ -1,12 +1,7 @@
 #include "TrafficEntry.h"
 
-#include <QtCore/QStringList>
-
 namespace workbench {
 
-namespace {
-
-/// In the order of the enumeration.
 const QStringList &kindNames()
 {
     static const QStringList names = {QStringLiteral("call"),  QStringLiteral("connection"),
@@ -14,8 +9,6 @@ const QStringList &kindNames()
                                       QStringLiteral("event"), QStringLiteral("signal")};
     return names;
 }
-
-} // namespace
 
 QString nameOf(TrafficEntry::Kind kind)
 {

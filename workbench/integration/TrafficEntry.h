@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 #include <QtCore/QVariant>
 
 namespace workbench {
@@ -36,6 +37,8 @@ struct TrafficEntry
     qint64 omitted = 0; ///< how many values both had, when those were too many to keep
 };
 
+/// All kinds as words, in the order of the enumeration.
+const QStringList &kindNames();
 /// The kind as a word: "call", "connection", "send", "answer", "event" or "signal".
 QString nameOf(TrafficEntry::Kind kind);
 /// The reverse; false for another word.

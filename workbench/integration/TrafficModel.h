@@ -1,6 +1,7 @@
 #pragma once
 
 #include "CallTracker.h"
+#include "FilterExpression.h"
 #include "SearchFilter.h"
 #include "TrafficEntry.h"
 
@@ -84,6 +85,10 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
     bool contains(int row, const QString &text) const override;
+    /// The text is a FilterExpression of the conditions in TrafficFilter.cpp.
+    Matcher matcher(const QString &text, QString *error) const override;
+    /// Texts to which a user may complete the beginning of an expression.
+    Q_INVOKABLE QStringList completions(const QString &text) const;
     QString kindAt(int row) const override;
 
 Q_SIGNALS:
@@ -96,6 +101,7 @@ private:
     void noteProgress(const TrafficEntry &entry);
     bool begins(const TrafficEntry &entry) const;
     qint64 tookOf(const TrafficEntry &entry) const;
+    bool holds(int row, const FilterExpression::Condition &condition) const;
     void updateRow(quint64 sequence, const QList<int> &roles);
     void publish();
     void dropOldest();

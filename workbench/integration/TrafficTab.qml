@@ -37,6 +37,7 @@ ColumnLayout {
         id: bar
         traffic: tab.traffic
         shownCount: filter.count
+        error: filter.error
         canCopy: list.currentIndex >= 0
         onCopyWanted: tab.copyPayload()
         onSaveWanted: saveDialog.openFor(tab.recorder.newFile())

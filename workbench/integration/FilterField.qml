@@ -1,0 +1,62 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Controls
+import Client.Common
+import Integration
+
+/// Where a filter expression is typed. Tab completes it, and below it stands what is wrong with it.
+SearchField {
+    id: field
+
+    required property TrafficModel traffic
+    required property string error
+    property var completions: []
+
+    function complete(text) {
+        field.text = text + (text.endsWith(":") ? "" : " ");
+        field.cursorPosition = field.text.length;
+        completions = [];
+    }
+
+    color: error !== "" && activeFocus ? Theme.failure : Theme.text
+    onTextEdited: completions = traffic.completions(text).slice(0, 8)
+    onActiveFocusChanged: completions = []
+    onAccepted: completions = []
+    Keys.onTabPressed: event => {
+        if (completions.length > 0)
+            complete(completions[0]);
+        else
+            event.accepted = false;
+    }
+
+    Popup {
+        objectName: "completions"
+        y: field.height
+        width: Math.max(field.width, 300)
+        padding: 2
+        visible: field.activeFocus && (field.completions.length > 0 || field.error !== "")
+        closePolicy: Popup.NoAutoClose
+        contentItem: Column {
+            Label {
+                objectName: "filterError"
+                visible: field.error !== "" && field.completions.length === 0
+                width: parent.width
+                text: field.error
+                wrapMode: Text.Wrap
+                color: Theme.failure
+            }
+            Repeater {
+                model: field.completions
+                ItemDelegate {
+                    required property int index
+                    required property string modelData
+                    width: parent.width
+                    padding: 3
+                    text: modelData + (index === 0 ? qsTr("   (Tab)") : "")
+                    focusPolicy: Qt.NoFocus
+                    onClicked: field.complete(modelData)
+                }
+            }
+        }
+    }
+}
