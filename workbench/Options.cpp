@@ -74,6 +74,15 @@ public:
         return text(name);
     }
 
+    /// A path that ends in .json or .xml; empty when the option is not there.
+    QString reportFile(const char *name) const
+    {
+        if (isSet(name) && !text(name).endsWith(QLatin1String(".json")) &&
+            !text(name).endsWith(QLatin1String(".xml")))
+            refuseValue(name, QStringLiteral("a file name that ends in .json or .xml"));
+        return text(name);
+    }
+
 private:
     [[noreturn]] void refuseValue(const char *name, const QString &expected) const
     {
@@ -124,6 +133,9 @@ Options Options::parse(const QStringList &arguments)
                "behaves differently. Exits with 0 if the behaviour is identical, and with 1 if it "
                "differs or if nothing was compared.",
                "file");
+    parser.add("report",
+               "Write the outcome of --replay to <file>, as JSON (.json) or JUnit (.xml).", "file");
+    parser.add("headless", "Behave as without a display: open no window.");
     parser.add("qml",
                "Load a QML <file> in place of the client's part of the window, with the plug-in's "
                "object as \"bookmarks\" and the device tree as \"topology\", and again when it is "
@@ -164,6 +176,7 @@ Options Options::parse(const QStringList &arguments)
     options.importFile = parser.readableFile("import");
     options.screenshotFile = parser.text("screenshot");
     options.replayFile = parser.readableFile("replay");
+    options.reportFile = parser.reportFile("report");
     options.qmlFile = parser.readableFile("qml");
     options.failing = parser.text("fail");
     options.until = parser.text("until");

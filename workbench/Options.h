@@ -16,6 +16,7 @@ struct Options
     QString importFile;     ///< empty: nothing is imported
     QString screenshotFile; ///< empty: the window stays open
     QString replayFile;     ///< empty: nothing is replayed
+    QString reportFile;     ///< of the replay; empty: none
     QString qmlFile;        ///< in place of the client's part of the window; empty: none
     QString failing;        ///< relay path of a station that fails from the start; empty: none
     QString until;          ///< a signal or seconds that end it; empty: neither

@@ -2,6 +2,7 @@
 
 #include "Options.h"
 #include "PluginHost.h"
+#include "ReplayReport.h"
 
 #include <cstdio>
 
@@ -13,6 +14,11 @@ replay::Result playRecording(const Options &options)
     PluginHost host;
     if (PluginBase *const plugin = host.load(options.pluginPath, &result.error))
         result = replay::run(options.replayFile, *plugin);
+    if (!options.reportFile.isEmpty()) {
+        const QString problem = replay::writeReport(options.reportFile, result);
+        if (result.error.isEmpty())
+            result.error = problem;
+    }
     FILE *const stream = result.error.isEmpty() ? stdout : stderr;
     const QStringList report = result.report();
     for (const QString &line : report)

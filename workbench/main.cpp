@@ -9,11 +9,20 @@
 
 #include <QtGui/QGuiApplication>
 
+#include <algorithm>
 #include <optional>
 
 using namespace workbench;
 
 namespace {
+
+/// Before Qt reads the arguments, as it chooses the platform first.
+bool wantsNoDisplay(const char *const *begin, const char *const *end)
+{
+    return std::any_of(begin, end, [](const char *argument) {
+        return QLatin1String(argument) == QLatin1String("--headless");
+    });
+}
 
 /// Whether there is a screen to show the window on.
 bool hasDisplay()
@@ -54,7 +63,8 @@ int run(Options options)
 
 int main(int argc, char *argv[])
 {
-    if (!hasDisplay() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+    if (wantsNoDisplay(argv, argv + argc) ||
+        (!hasDisplay() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     // How long a window waits for more input before it draws a frame: 5 ms are nearly as much as
     // drawing it takes.

@@ -7,6 +7,7 @@
 #include <QtCore/QProcess>
 #include <QtCore/QProcessEnvironment>
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QXmlStreamReader>
 #include <QtSql/QSqlDatabase>
 #include <QtSql/QSqlQuery>
 #include <QtTest/QTest>
@@ -226,9 +227,11 @@ private Q_SLOTS:
     {
         const Run help = run({u"--help"_s});
         QCOMPARE(help.exitCode, 0);
-        for (const char *option : {"stations", "cameras", "bookmarks", "seed", "data", "import",
-                                   "screenshot", "tour", "replay", "pictures", "library", "log",
-                                   "verbose", "frame-times", "rounds", "help", "version"})
+        for (const char *option :
+             {"stations",    "cameras", "bookmarks", "seed",     "data",    "import",
+              "screenshot",  "tour",    "replay",    "pictures", "library", "log",
+              "verbose",     "qml",     "until",     "fail",     "report",  "headless",
+              "frame-times", "rounds",  "help",      "version"})
             QVERIFY2(help.output.contains("--"_L1 + QLatin1String(option)), option);
     }
 
@@ -245,6 +248,45 @@ private Q_SLOTS:
         const Run empty = run({u"--replay"_s, file});
         QCOMPARE(empty.exitCode, 1);
         QVERIFY2(empty.output.contains("nothing was compared"_L1), qPrintable(empty.output));
+    }
+
+    void replayWritesItsOutcomeWithoutADisplay()
+    {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        environment.remove(u"QT_QPA_PLATFORM"_s);
+        environment.insert(u"DISPLAY"_s, u":no-such-display"_s);
+        const QString file =
+            write(u"s.jsonl"_s, "{\"format\":\"tessaline-recording\",\"formatVersion\":1}\n"
+                                "{\"kind\":\"call\",\"name\":\"addBookmark\",\"value\":[],"
+                                "\"result\":\"<\\u0001&\"}\n{\"kind\":\"call\",");
+        const auto report = [&](const QString &name) {
+            const QString path = m_folder.filePath(name);
+            const Run replay =
+                run({u"--replay"_s, file, u"--headless"_s, u"--report"_s, path}, {}, environment);
+            QFile written(path);
+            return replay.exitCode == 1 && written.open(QIODevice::ReadOnly) ? written.readAll()
+                                                                             : QByteArray();
+        };
+        const QJsonObject json = QJsonDocument::fromJson(report(u"r.json"_s)).object();
+        QCOMPARE(json.value("inputs"_L1), 1);
+        QCOMPARE(json.value("differences"_L1).toArray().size(), 1);
+        const QJsonObject bad = json.value("badLines"_L1).toArray().at(0).toObject();
+        QCOMPARE(bad.value("line"_L1), 3);
+        QVERIFY(bad.value("reason"_L1).toString().contains("cut off"_L1));
+
+        QXmlStreamReader xml(report(u"r.xml"_s));
+        QStringList elements;
+        while (!xml.atEnd()) {
+            if (xml.readNext() == QXmlStreamReader::StartElement)
+                elements.append(xml.name().toString());
+        }
+        QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+        QCOMPARE(elements.join(u' '), u"testsuite testcase error testcase failure"_s);
+
+        const Run unwritten =
+            run({u"--replay"_s, file, u"--report"_s, m_folder.filePath(u"none/r.xml"_s)});
+        QCOMPARE(unwritten.exitCode, 2);
+        QVERIFY2(unwritten.errors.contains("r.xml: "_L1), qPrintable(unwritten.errors));
     }
 
     /// Every input reaches what it is meant for, and a frame shows it.

@@ -19,7 +19,7 @@ SearchField {
     }
 
     color: error !== "" && activeFocus ? Theme.failure : Theme.text
-    onTextEdited: completions = traffic.completions(text).slice(0, 8)
+    onTextEdited: completions = traffic.completions(text)
     onActiveFocusChanged: completions = []
     onAccepted: completions = []
     Keys.onTabPressed: event => {

@@ -153,7 +153,8 @@ std::optional<Recording> Recording::read(const QString &path, QString *error)
     Recording recording;
     recording.header = *header;
     for (int number = 2; !file.atEnd(); ++number) {
-        const QByteArray text = file.readLine().trimmed();
+        const QByteArray whole = file.readLine();
+        const QByteArray text = whole.trimmed();
         if (text.isEmpty())
             continue;
         Line line;
@@ -161,6 +162,9 @@ std::optional<Recording> Recording::read(const QString &path, QString *error)
         const QString defect = readEntry(text, &line.entry);
         if (defect.isEmpty())
             recording.lines.append(line);
+        else if (!whole.endsWith('\n'))
+            recording.badLines.append(
+                {number, QStringLiteral("the recording was cut off inside this line")});
         else
             recording.badLines.append({number, defect});
     }

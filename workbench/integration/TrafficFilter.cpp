@@ -96,6 +96,7 @@ bool TrafficModel::holds(int row, const Condition &condition) const
 
 QStringList TrafficModel::completions(const QString &text) const
 {
+    constexpr qsizetype MaxCompletions = 8; // as many as one looks at
     const qsizetype begin =
         std::max(text.lastIndexOf(QLatin1Char(' ')), text.lastIndexOf(QLatin1Char('('))) + 1;
     const QString word = text.mid(begin);
@@ -125,7 +126,7 @@ QStringList TrafficModel::completions(const QString &text) const
             (!isValue || word.contains(QLatin1Char(':'))))
             found.append(text.left(begin) + candidate);
     }
-    return found;
+    return found.mid(0, MaxCompletions);
 }
 
 } // namespace workbench
