@@ -57,6 +57,24 @@ class TestTraffic : public QObject
         qFatal("no line with %s", qPrintable(texts.join(u' ')));
     }
 
+    /// In the session that was saved as a whole.
+    void savesWhatAFilterShows(WorkbenchContext &bench)
+    {
+        SearchFilter filter;
+        filter.setSource(bench.traffic());
+        filter.setText(u"kind:signal"_s);
+        QTRY_COMPARE(bench.traffic()->count(), int(m_lines.size()) - 1);
+        const QString path = m_folder.filePath(u"shown.jsonl"_s);
+        QCOMPARE(bench.recorder()->saveShown(path, &filter), QString());
+        QString error;
+        const auto recording = Recording::read(path, &error);
+        QVERIFY2(recording, qPrintable(error));
+        QVERIFY(!recording->header.complete);
+        QCOMPARE(recording->lines.size(), m_lines.filter(u"\"kind\":\"signal\""_s).size());
+        for (const Recording::Line &line : recording->lines)
+            QCOMPARE(int(line.entry.kind), int(TrafficEntry::Kind::Signal));
+    }
+
 private Q_SLOTS:
     void valuesSurvive_data()
     {
@@ -139,6 +157,7 @@ private Q_SLOTS:
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
         m_lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+        savesWhatAFilterShows(bench);
     }
 
     void replaysTheSame()

@@ -124,8 +124,10 @@ WindowTest {
     }
 
     function test_payloadAsTreeAndJson_data() {
-        return [{ tag: "by key", copy: () => keyClick(Qt.Key_C, Qt.ControlModifier) },
-                { tag: "by mouse", copy: () => mouseClick(find("copyPayload")) }];
+        return [{ tag: "by key", copy: () => keyClick(Qt.Key_C, Qt.ControlModifier),
+                  copyEntry: () => keyClick(Qt.Key_C, Qt.ControlModifier | Qt.ShiftModifier) },
+                { tag: "by mouse", copy: () => mouseClick(find("copyPayload")),
+                  copyEntry: () => mouseClick(find("copyEntry")) }];
     }
     function test_payloadAsTreeAndJson(data) {
         searchAndAdd("Rope torn");
@@ -142,6 +144,14 @@ WindowTest {
         keyClick(Qt.Key_V, Qt.ControlModifier);
         const copied = JSON.parse(find("trafficSearch").text);
         compare([copied.Description, copied.CameraID], ["Rope torn", harbour.cameras[0].cameraID]);
+        retype(find("trafficSearch"), "addbookmark");
+        keyClick(Qt.Key_Return);
+        mouseClick(list().itemAtIndex(list().count - 3));
+        data.copyEntry();
+        retype(find("trafficSearch"), "");
+        keyClick(Qt.Key_V, Qt.ControlModifier);
+        const entry = JSON.parse(find("trafficSearch").text);
+        compare([entry.kind, entry.name, entry.value.Description], ["send", "AddBookmark", "Rope torn"]);
     }
 
     function test_faultOfAStation_data() {

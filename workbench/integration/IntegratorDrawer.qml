@@ -16,6 +16,7 @@ Pane {
     readonly property var shortcuts: [
         [qsTr("Up, Down, Home, End"), qsTr("Choose an entry of the traffic or the log")],
         [qsTr("Ctrl+C"), qsTr("Copy the chosen entry's payload as JSON, or the line of the log")],
+        [qsTr("Ctrl+Shift+C"), qsTr("Copy the chosen entry as in a saved file")],
         [qsTr("/"), qsTr("Search in the traffic or the log")]
     ]
 

@@ -88,14 +88,28 @@ void Recorder::end(quint64 call, const QVariant &result)
 
 QString Recorder::save(const QString &path) const
 {
+    return write(path, m_model.entries(), m_model.isComplete());
+}
+
+QString Recorder::saveShown(const QString &path, const SearchFilter *filter) const
+{
+    std::deque<TrafficEntry> shown;
+    for (int row = 0; row < filter->count(); ++row)
+        shown.push_back(m_model.entries()[static_cast<size_t>(filter->sourceRow(row))]);
+    return write(path, shown, m_model.isComplete() && shown.size() == m_model.entries().size());
+}
+
+QString Recorder::write(const QString &path, const std::deque<TrafficEntry> &entries,
+                        bool complete) const
+{
     Recording::Header header = Recording::Header::ofThisProcess();
     header.pluginName = m_plugin.name;
     header.start = m_model.startTime();
-    header.complete = m_model.isComplete();
+    header.complete = complete;
     if (const auto *topology = qobject_cast<standin::Topology *>(
             m_framework.FindPlugin(nullptr, standin::Topology::pluginID())))
         header.topology = topology->nodes();
-    return Recording::write(path, header, m_model.entries());
+    return Recording::write(path, header, entries);
 }
 
 QString Recorder::newFile()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "RecordedPlugin.h"
+#include "SearchFilter.h"
 #include "SignalReceiver.h"
 #include "TrafficEntry.h"
 #include "framework/Traffic.h"
@@ -8,6 +9,8 @@
 #include <QtCore/QHash>
 #include <QtCore/QObject>
 #include <QtQml/qqmlregistration.h>
+
+#include <deque>
 
 class PluginBase;
 
@@ -43,11 +46,15 @@ public:
 
     /// Writes all entries to a file, for a replay. Returns what went wrong, or an empty text.
     Q_INVOKABLE QString save(const QString &path) const;
+    /// As save(), but only what a filter of the traffic shows. A replay notes that the rest lacks.
+    Q_INVOKABLE QString saveShown(const QString &path, const workbench::SearchFilter *filter) const;
     /// The path of a new file of the user.
     Q_INVOKABLE static QString newFile();
     Q_INVOKABLE static bool exists(const QString &path);
 
 private:
+    QString write(const QString &path, const std::deque<TrafficEntry> &entries,
+                  bool complete) const;
     quint64 begin(TrafficEntry entry);
     int depth() const;
     int numberOf(const void *context);

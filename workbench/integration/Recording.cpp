@@ -171,14 +171,19 @@ std::optional<Recording> Recording::read(const QString &path, QString *error)
     return recording;
 }
 
+QByteArray Recording::lineOf(const TrafficEntry &entry)
+{
+    return workbench::lineOf(toJson(entry));
+}
+
 QString Recording::write(const QString &path, const Header &header,
                          const std::deque<TrafficEntry> &entries)
 {
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
-        file.write(lineOf(toJson(header)));
+        file.write(workbench::lineOf(toJson(header)));
         for (const TrafficEntry &entry : entries)
-            file.write(lineOf(toJson(entry)));
+            file.write(lineOf(entry));
         if (file.commit())
             return {};
     }

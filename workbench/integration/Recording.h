@@ -51,6 +51,8 @@ struct Recording
     /// Nothing with @p error, which names the file, when there is no recording in it. Lines that
     /// can't be used are noted and left out.
     static std::optional<Recording> read(const QString &path, QString *error);
+    /// @return the line of an entry, with its end
+    static QByteArray lineOf(const TrafficEntry &entry);
     /// Returns what went wrong, or an empty text.
     static QString write(const QString &path, const Header &header,
                          const std::deque<TrafficEntry> &entries);

@@ -17,6 +17,7 @@ Flow {
     property bool canCopy: false ///< an entry is chosen
 
     signal copyWanted()
+    signal copyEntryWanted()
     signal saveWanted()
 
     function focusSearch() {
@@ -69,6 +70,14 @@ Flow {
         enabled: bar.canCopy
         onClicked: bar.copyWanted()
         hint: qsTr("The payload of the chosen entry as JSON (Ctrl+C)")
+    }
+    BarButton {
+        objectName: "copyEntry"
+        height: bar.lineHeight
+        text: qsTr("Copy entry")
+        enabled: bar.canCopy
+        onClicked: bar.copyEntryWanted()
+        hint: qsTr("The chosen entry as in a saved file (Ctrl+Shift+C)")
     }
     BarButton {
         objectName: "saveTraffic"

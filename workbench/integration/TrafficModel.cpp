@@ -1,6 +1,7 @@
 #include "TrafficModel.h"
 
 #include "PayloadText.h"
+#include "Recording.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QThreadPool>
@@ -216,6 +217,13 @@ QVariant TrafficModel::payloadAt(int row) const
 void TrafficModel::copyAsJson(int row) const
 {
     QGuiApplication::clipboard()->setText(payloadtext::toJson(payloadAt(row)));
+}
+
+void TrafficModel::copyEntry(int row) const
+{
+    if (row >= 0 && row < m_rows)
+        QGuiApplication::clipboard()->setText(
+            QString::fromUtf8(Recording::lineOf(at(row)).trimmed()));
 }
 
 int TrafficModel::rowCount(const QModelIndex &parent) const

@@ -79,6 +79,8 @@ public:
     Q_INVOKABLE QVariant payloadAt(int row) const;
     /// Puts the payload of a row onto the clipboard.
     Q_INVOKABLE void copyAsJson(int row) const;
+    /// Puts a row onto the clipboard, as the line of a recording.
+    Q_INVOKABLE void copyEntry(int row) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     QVariant data(const QModelIndex &index, int role) const override;

@@ -20,6 +20,10 @@ ColumnLayout {
         traffic.copyAsJson(filter.sourceRow(list.currentIndex));
     }
 
+    function copyEntry() {
+        traffic.copyEntry(filter.sourceRow(list.currentIndex));
+    }
+
     spacing: Theme.gap
 
     SearchFilter {
@@ -40,6 +44,7 @@ ColumnLayout {
         error: filter.error
         canCopy: list.currentIndex >= 0
         onCopyWanted: tab.copyPayload()
+        onCopyEntryWanted: tab.copyEntry()
         onSaveWanted: saveDialog.openFor(tab.recorder.newFile())
         Layout.fillWidth: true
     }
@@ -67,6 +72,8 @@ ColumnLayout {
                 Keys.onPressed: event => {
                     if (event.matches(StandardKey.Copy) && currentIndex >= 0)
                         tab.copyPayload();
+                    else if (event.key === Qt.Key_C && event.modifiers === (Qt.ControlModifier | Qt.ShiftModifier))
+                        tab.copyEntry();
                     else if (event.text === "/")
                         bar.focusSearch();
                 }
@@ -87,6 +94,14 @@ ColumnLayout {
         title: qsTr("Save the traffic")
         fileTitle: qsTr("File, as JSON lines for --replay")
         exists: tab.recorder.exists(path)
-        onSaveWanted: path => finish(tab.recorder.save(path))
+        onSaveWanted: path => finish(onlyShown.visible && onlyShown.checked
+                                     ? tab.recorder.saveShown(path, filter) : tab.recorder.save(path))
+
+        CheckBox {
+            id: onlyShown
+            objectName: "onlyShown"
+            visible: filter.count < tab.traffic.count
+            text: qsTr("Only the %1 entries that the filter shows").arg(filter.count)
+        }
     }
 }
