@@ -14,10 +14,10 @@ namespace {
 constexpr int MostForPanel = 100'000;
 constexpr int MostForBatch = 10'000;
 
-class Written : public Contestant
+class Reference : public Contestant
 {
 public:
-    explicit Written(int count)
+    explicit Reference(int count)
         : m_records(data::serverRecords(count))
         , m_list(displayRecords())
     {
@@ -102,5 +102,5 @@ private:
 
 std::unique_ptr<Contestant> makeReferenceModel(int count)
 {
-    return std::make_unique<Written>(count);
+    return std::make_unique<Reference>(count);
 }

@@ -3,6 +3,8 @@
 //   tessaline-soak [OPERATIONS]      1,000,000 without it; exit code 1 when the process keeps
 //   growing
 
+#include "LoadedPlugin.h"
+#include "MethodCall.h"
 #include "PluginBase.h"
 #include "Site.h"
 #include "framework/Framework.h"
@@ -11,7 +13,6 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
-#include <QtCore/QPluginLoader>
 #include <QtCore/QPointer>
 #include <QtCore/QTemporaryDir>
 
@@ -47,7 +48,6 @@ class Soak
 {
 public:
     Soak()
-        : m_loader(QStringLiteral(TESSALINE_PLUGIN_PATH))
     {
         QList<workbench::StationConfig> configs;
         for (int i = 0; i < StationCount; ++i) {
@@ -60,9 +60,9 @@ public:
         }
         QString error;
         m_site = workbench::Site::open(m_folder.path(), configs, &error);
-        m_plugin = m_loader.instance();
+        m_plugin = m_library.object();
         if (!m_site || !m_plugin)
-            qFatal("%s%s", qPrintable(error), qPrintable(m_loader.errorString()));
+            qFatal("%s%s", qPrintable(error), qPrintable(m_library.error()));
         m_framework.addPlugin(standin::Topology::pluginID(), &m_topology);
         m_framework.setServer(m_site.get());
         m_framework.setRecording(false);
@@ -80,29 +80,30 @@ public:
         switch (below(16)) {
         case 0:
         case 1:
-            return call("addBookmark", u"1"_s, u"l"_s, relayPath, start, start + 1000, u"text"_s,
-                        u"me"_s, u"g"_s);
+            return call("addBookmark", {u"1"_s, u"l"_s, relayPath, start, start + 1000, u"text"_s,
+                                        u"me"_s, u"g"_s});
         case 2:
-            return call("addBookmarks", m_targets, start, start + 1000, u"d"_s, u"me"_s, QString());
+            return call("addBookmarks",
+                        {QVariant(m_targets), start, start + 1000, u"d"_s, u"me"_s, QString()});
         case 3:
             return remove();
         case 4:
-            return call("updateBookmark", someID(), u"new"_s, QString());
+            return call("updateBookmark", {someID(), u"new"_s, QString()});
         case 5:
-            return call("queryAllBookmarks");
+            return call("queryAllBookmarks", {});
         case 6:
-            return call("queryBookmarkForRecent", u"1"_s, relayPath, uchar(20));
+            return call("queryBookmarkForRecent", {u"1"_s, relayPath, uchar(20)});
         case 7:
-            return call("queryBookmarkForAPI", QVariantList{relayPath + u"/1"_s}, start,
-                        start + Day);
+            return call("queryBookmarkForAPI",
+                        {QVariantList{relayPath + u"/1"_s}, start, start + Day});
         case 8:
-            call("getBookmarkModelForTimeline", cell);
-            return call("setTimelineFocusInfo", u"l"_s, relayPath, cell);
+            call("getBookmarkModelForTimeline", {cell});
+            return call("setTimelineFocusInfo", {u"l"_s, relayPath, cell});
         case 9:
         case 10:
-            return call("setTimelineBoundary", start, start + Day, cell);
+            return call("setTimelineBoundary", {start, start + Day, cell});
         case 11:
-            return call("removeTimelineModel", cell);
+            return call("removeTimelineModel", {cell});
         case 12:
             return page(start);
         case 13:
@@ -113,29 +114,25 @@ public:
                                   relayPath);
             return;
         default:
-            return call("getBookmarkListByNodeID", relayPath + u"/1"_s);
+            return call("getBookmarkListByNodeID", {relayPath + u"/1"_s});
         }
     }
 
 private:
     int below(int limit) { return int(m_random() >> 8) % limit; }
 
-    template <typename... Arguments>
-    void call(const char *method, const Arguments &...arguments)
+    void call(const char *method, const QVariantList &arguments)
     {
-        if (!QMetaObject::invokeMethod(
-                m_plugin, method, Qt::DirectConnection,
-                QGenericArgument(QMetaType::fromType<Arguments>().name(), &arguments)...))
+        if (!driver::callByName(*m_plugin, method, arguments))
             qFatal("%s can't be called so", method);
         QCoreApplication::processEvents();
     }
 
     QVariantList allBookmarks()
     {
-        QVariantList list;
-        QMetaObject::invokeMethod(m_plugin, "getBookmarkListByNodeID", Qt::DirectConnection,
-                                  Q_RETURN_ARG(QVariantList, list), Q_ARG(QString, QString()));
-        return list;
+        return driver::callByName(*m_plugin, "getBookmarkListByNodeID", {QString()})
+            .value_or(QVariant())
+            .toList();
     }
 
     QString someID()
@@ -150,24 +147,24 @@ private:
     {
         const QVariantList list = allBookmarks();
         if (list.size() > MostBookmarks)
-            return call("removeAllBookmarks", stationName(below(StationCount)));
+            return call("removeAllBookmarks", {stationName(below(StationCount))});
         QVariantList batch;
         for (const QVariant &element : list.mid(below(10), 3)) {
             const QVariantMap bookmark = element.toMap();
             batch.append(QVariantMap{{u"BookmarkID"_s, bookmark[u"bookmarkID"_s]},
                                      {u"relayPath"_s, bookmark[u"relayPath"_s]}});
         }
-        call("deleteBookmarks", batch);
+        call("deleteBookmarks", {QVariant(batch)});
     }
 
     void page(qint64 start)
     {
         static const QString keys[] = {u"displayDate"_s, u"cameraName"_s, u"creator"_s};
-        call("getFilteredBookmarkList", QVariantMap{{u"groupKey"_s, keys[below(3)]},
-                                                    {u"text"_s, below(2) ? u"te"_s : QString()},
-                                                    {u"startTimestamp"_s, start - 100 * Day},
-                                                    {u"endTimestamp"_s, start + 100 * Day},
-                                                    {u"pageNumber"_s, below(3)}});
+        call("getFilteredBookmarkList", {QVariantMap{{u"groupKey"_s, keys[below(3)]},
+                                                     {u"text"_s, below(2) ? u"te"_s : QString()},
+                                                     {u"startTimestamp"_s, start - 100 * Day},
+                                                     {u"endTimestamp"_s, start + 100 * Day},
+                                                     {u"pageNumber"_s, below(3)}}});
     }
 
     /// Stations fail or answer twice for a while; now and then the client starts anew.
@@ -185,7 +182,7 @@ private:
     void start()
     {
         delete m_plugin.data();
-        m_plugin = m_loader.instance();
+        m_plugin = m_library.object();
         m_framework.addPlugin(u"2F6394EE90434A7190D7511370AFAE17"_s, m_plugin);
         auto *const plugin = qobject_cast<PluginBase *>(m_plugin);
         plugin->InitialPluginBase(nullptr, this, &m_framework);
@@ -197,7 +194,7 @@ private:
     std::unique_ptr<workbench::Site> m_site;
     standin::Topology m_topology;
     standin::Framework m_framework;
-    QPluginLoader m_loader;
+    driver::LoadedPlugin m_library{QStringLiteral(TESSALINE_PLUGIN_PATH)};
     QPointer<QObject> m_plugin;
     QVariantList m_targets;
     std::minstd_rand m_random{1};

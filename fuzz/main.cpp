@@ -1,4 +1,5 @@
-#include "Bytes.h"
+#include "FuzzInput.h"
+#include "MethodCall.h"
 #include "Names.h"
 #include "Tessaline.h"
 #include "framework/Framework.h"
@@ -6,7 +7,6 @@
 #include "topology/Topology.h"
 
 #include <QtCore/QCoreApplication>
-#include <QtCore/QMetaMethod>
 #include <QtCore/QPointer>
 
 #include <cstdlib>
@@ -22,8 +22,8 @@ namespace {
 class Host
 {
 public:
-    explicit Host(Bytes bytes)
-        : m_bytes(bytes)
+    explicit Host(FuzzInput input)
+        : m_input(input)
     {
         m_topology.setStation(heapString("A"), heapString("Station"));
         m_topology.setCamera(heapString("A/1"), heapString("Camera"));
@@ -46,7 +46,7 @@ public:
 
     void run()
     {
-        while (!m_bytes.isEmpty()) {
+        while (!m_input.isEmpty()) {
             step();
             m_sent += m_framework.sent();
             m_framework.clearSent();
@@ -73,7 +73,7 @@ private:
 
     void stepInside()
     {
-        if (m_stepsInside > 0 && m_plugin && !m_bytes.isEmpty()) {
+        if (m_stepsInside > 0 && m_plugin && !m_input.isEmpty()) {
             --m_stepsInside;
             step();
         }
@@ -81,22 +81,22 @@ private:
 
     void step()
     {
-        switch (m_bytes.below(16)) {
+        switch (m_input.below(16)) {
         case 0:
-            m_plugin->EventProcessor(event::AddBookmark, 0, 0, 0, m_bytes.answer(), m_bytes.text());
+            m_plugin->EventProcessor(event::AddBookmark, 0, 0, 0, m_input.answer(), m_input.text());
             break;
         case 1:
             answerAnything();
             break;
         case 2:
-            m_stepsInside += m_bytes.below(4);
+            m_stepsInside += m_input.below(4);
             break;
         case 3:
             changeHost();
             break;
         case 4:
             answerAnything();
-            m_plugin ? m_plugin->setBookmarkNumberPerPage(int(m_bytes.integer())) : void();
+            m_plugin ? m_plugin->setBookmarkNumberPerPage(int(m_input.integer())) : void();
             break;
         case 5:
         case 6:
@@ -114,18 +114,13 @@ private:
         const QMetaObject *const metaObject = m_plugin->metaObject();
         const int own = metaObject->methodCount() - metaObject->methodOffset();
         const QMetaMethod method =
-            metaObject->method(metaObject->methodOffset() + m_bytes.below(own));
+            metaObject->method(metaObject->methodOffset() + m_input.below(own));
         if (method.methodType() == QMetaMethod::Signal)
             return;
         QVariantList arguments;
         for (int i = 0; i < method.parameterCount(); ++i)
-            arguments.append(m_bytes.valueOf(method.parameterMetaType(i)));
-        QVariant result(method.returnMetaType());
-        void *values[11] = {result.data()};
-        for (qsizetype i = 0; i < arguments.size(); ++i)
-            values[i + 1] = arguments[i].data();
-        QMetaObject::metacall(m_plugin, QMetaObject::InvokeMetaMethod, method.methodIndex(),
-                              values);
+            arguments.append(m_input.valueOf(method.parameterMetaType(i)));
+        driver::callMethod(*m_plugin, method, arguments);
     }
 
     void answer(const standin::SentCommand &command, const QVariant &result, const QString &code)
@@ -139,13 +134,13 @@ private:
     {
         if (m_sent.isEmpty())
             return;
-        standin::SentCommand command = m_sent.at(m_bytes.below(int(m_sent.size())));
-        const int change = m_bytes.below(8);
+        standin::SentCommand command = m_sent.at(m_input.below(int(m_sent.size())));
+        const int change = m_input.below(8);
         if (change == 0)
-            command.context = m_sent.at(m_bytes.below(int(m_sent.size()))).context;
+            command.context = m_sent.at(m_input.below(int(m_sent.size()))).context;
         if (change == 1)
-            command.relayPath = m_bytes.text();
-        answer(command, m_bytes.answer(), change == 2 ? m_bytes.text() : resultCode::Success);
+            command.relayPath = m_input.text();
+        answer(command, m_input.answer(), change == 2 ? m_input.text() : resultCode::Success);
     }
 
     void answerAnything()
@@ -162,25 +157,25 @@ private:
                                            command::QueryAllBookmarks,
                                            command::AddBookmarks};
         standin::SentCommand command;
-        command.command = commands[m_bytes.below(11)];
-        command.relayPath = m_bytes.text();
-        answer(command, m_bytes.answer(), m_bytes.below(4) ? resultCode::Success : m_bytes.text());
+        command.command = commands[m_input.below(11)];
+        command.relayPath = m_input.text();
+        answer(command, m_input.answer(), m_input.below(4) ? resultCode::Success : m_input.text());
     }
 
     void changeHost()
     {
         static const Delivery deliveries[] = {Delivery::never(), Delivery::refused(),
                                               Delivery::immediate().failing(heapString("-1"))};
-        const QString id = m_bytes.text();
-        switch (m_bytes.below(6)) {
+        const QString id = m_input.text();
+        switch (m_input.below(6)) {
         case 0:
-            m_topology.setNode({id, m_bytes.text(), m_bytes.value()});
+            m_topology.setNode({id, m_input.text(), m_input.value()});
             break;
         case 1:
             m_topology.remove(id);
             break;
         case 2:
-            m_framework.rules().setForStation(id, deliveries[m_bytes.below(3)]);
+            m_framework.rules().setForStation(id, deliveries[m_input.below(3)]);
             break;
         case 3:
             m_plugin->PluginServerConnected();
@@ -204,7 +199,7 @@ private:
             std::abort();
     }
 
-    Bytes m_bytes;
+    FuzzInput m_input;
     standin::Topology m_topology;
     standin::Framework m_framework;
     QPointer<Tessaline> m_plugin;
@@ -219,6 +214,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     static int argumentCount = 0;
     static QCoreApplication application(argumentCount, nullptr);
     standin::logging::writeTo([](const standin::LogLine &) {});
-    Host(Bytes(data, size)).run();
+    Host(FuzzInput(data, size)).run();
     return 0;
 }

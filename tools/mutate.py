@@ -24,9 +24,9 @@ ROOT = Path(__file__).resolve().parent.parent
 COPIES = ROOT / "build" / "mutate"
 # Those of a second or less go first.
 TESTS = ["check 3-4", "tst_helpers", "tst_records", "tst_records_de", "check 2"]
-SLOW_TESTS = ["check 5", "tst_referencemodel", "tst_allocation", "tst_schedules"]
+SLOW_TESTS = ["check 6", "check 5", "tst_referencemodel", "tst_allocation", "tst_schedules"]
 PROGRAMS = {"tst_records_de": "tst_records", "check 2": "tessaline-check", "check 3-4": "tessaline-check",
-            "check 5": "tessaline-check"}
+            "check 5": "tessaline-check", "check 6": "tessaline-check"}
 LIBRARY = "plugins/Tessaline.so"
 # A test that needs more has noticed.
 TIME_LIMIT = 15  # seconds
@@ -40,7 +40,7 @@ ARGUMENTS = {
     "tst_schedules": [f"everyOrder:{kind}, {n}" for kind in ("add", "delete", "query") for n in (1, 2, 3)]
                      + ["atRandom"],
     "check 2": ["--include", "^2", LIBRARY], "check 3-4": ["--include", "^[34]", LIBRARY],
-    "check 5": ["--include", "^5", LIBRARY]}
+    "check 5": ["--include", "^5", LIBRARY], "check 6": ["--include", "^6", LIBRARY]}
 ENVIRONMENT = {"TESSALINE_SCHEDULES": "300", "QTEST_DISABLE_STACK_DUMP": "1", "QT_QPA_PLATFORM": "offscreen",
                "TZ": "Europe/Berlin", "LC_ALL": "en_US.UTF-8"}
 VARIABLES = {"tst_records_de": {"LC_ALL": "de_DE.UTF-8"}}

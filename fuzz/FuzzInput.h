@@ -8,10 +8,10 @@
 #include <cstdint>
 
 /// Makes values of bytes. Whatever the bytes, there is a value; without bytes it is the simplest.
-class Bytes
+class FuzzInput
 {
 public:
-    Bytes(const std::uint8_t *data, std::size_t size)
+    FuzzInput(const std::uint8_t *data, std::size_t size)
         : m_data(data)
         , m_end(data + size)
     {

@@ -1,4 +1,4 @@
-#include "Bytes.h"
+#include "FuzzInput.h"
 
 #include "Names.h"
 
@@ -6,7 +6,7 @@
 
 using namespace tessaline;
 
-int Bytes::number(int count)
+int FuzzInput::number(int count)
 {
     int result = 0;
     for (; count > 0 && m_data != m_end; --count)
@@ -14,7 +14,7 @@ int Bytes::number(int count)
     return result;
 }
 
-qint64 Bytes::integer()
+qint64 FuzzInput::integer()
 {
     constexpr auto least = std::numeric_limits<qint64>::min();
     constexpr auto greatest = std::numeric_limits<qint64>::max();
@@ -23,7 +23,7 @@ qint64 Bytes::integer()
     return choice < 6 ? odd[choice] : choice < 9 ? below(256) : qint64(number(2)) << 32 | number(3);
 }
 
-QString Bytes::text()
+QString FuzzInput::text()
 {
     static const QStringList names = [] {
         QStringList list{QString(),
@@ -59,7 +59,7 @@ QString Bytes::text()
     return text;
 }
 
-QVariantMap Bytes::map(int depth)
+QVariantMap FuzzInput::map(int depth)
 {
     QVariantMap map;
     for (int left = below(8); left > 0 && !isEmpty(); --left) {
@@ -69,7 +69,7 @@ QVariantMap Bytes::map(int depth)
     return map;
 }
 
-QVariantList Bytes::list(int depth)
+QVariantList FuzzInput::list(int depth)
 {
     QVariantList list;
     for (int left = below(8); left > 0 && !isEmpty(); --left)
@@ -77,7 +77,7 @@ QVariantList Bytes::list(int depth)
     return list;
 }
 
-QVariant Bytes::value(int depth)
+QVariant FuzzInput::value(int depth)
 {
     switch (below(depth < 6 ? 12 : 6)) {
     case 1:
@@ -106,7 +106,7 @@ QVariant Bytes::value(int depth)
     }
 }
 
-QVariant Bytes::valueOf(QMetaType type)
+QVariant FuzzInput::valueOf(QMetaType type)
 {
     switch (type.id()) {
     case QMetaType::QString:
@@ -124,7 +124,7 @@ QVariant Bytes::valueOf(QMetaType type)
     return number.convert(type) ? number : QVariant(type);
 }
 
-QVariant Bytes::answer()
+QVariant FuzzInput::answer()
 {
     const int shape = below(5);
     if (shape == 0)
