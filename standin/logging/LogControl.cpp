@@ -2,6 +2,8 @@
 
 #include "LogSink.h"
 
+#include <QtCore/QList>
+
 #include <cstdio>
 
 namespace standin {
@@ -25,34 +27,23 @@ struct State
     LogObject object = {};
     LogSink sink;
     std::function<void(const LogLine &)> watcher;
-    LogCalls calls;
-    QList<LogRegistration> registrations;
+    QList<QByteArray> modules;
     CheckedLine checked;
-    bool refuse = false;
 
-    State() { offerAllBut({}); }
-
-    void offerAllBut(LogParts missing)
+    State()
     {
-        object.handle = missing.testFlag(LogPart::Handle) ? nullptr : this;
-        object.registerModule =
-            missing.testFlag(LogPart::RegisterModule) ? nullptr : standin::registerModule;
-        object.checkLine = missing.testFlag(LogPart::CheckLine) ? nullptr : standin::checkLine;
-        object.writeLine = missing.testFlag(LogPart::WriteLine) ? nullptr : standin::writeLine;
-    }
-
-    void noteHandle(const void *handle)
-    {
-        if (handle != this)
-            ++calls.withWrongHandle;
+        object.handle = this;
+        object.registerModule = standin::registerModule;
+        object.checkLine = standin::checkLine;
+        object.writeLine = standin::writeLine;
     }
 
     QByteArray moduleName(quint32 number) const
     {
         // Numbers are given from 1 on, in the order of registration.
-        if (number == 0 || number > quint32(registrations.size()))
+        if (number == 0 || number > quint32(modules.size()))
             return "module " + QByteArray::number(number);
-        return registrations.at(qsizetype(number) - 1).name;
+        return modules.at(qsizetype(number) - 1);
     }
 };
 
@@ -97,33 +88,23 @@ QByteArray formatted(const char *format, va_list arguments)
     return text;
 }
 
-void registerModule(void *handle, int constant, const char *moduleName, quint32 *moduleId)
+void registerModule(void *, int, const char *moduleName, quint32 *moduleId)
 {
     State &log = state();
-    ++log.calls.registerModule;
-    log.noteHandle(handle);
-    const quint32 number = quint32(log.registrations.size()) + 1;
-    log.registrations.append({constant, QByteArray(moduleName), number});
+    log.modules.append(moduleName);
     if (moduleId)
-        *moduleId = number;
+        *moduleId = quint32(log.modules.size());
 }
 
-int checkLine(void *handle, quint32 severity, int, const char *file, int line)
+int checkLine(void *, quint32 severity, int, const char *file, int line)
 {
-    State &log = state();
-    ++log.calls.checkLine;
-    log.noteHandle(handle);
-    if (log.refuse)
-        return 1;
-    log.checked = {severity, QByteArray(file), line};
+    state().checked = {severity, QByteArray(file), line};
     return 0;
 }
 
-void writeLine(void *handle, const char *format, va_list arguments)
+void writeLine(void *, const char *format, va_list arguments)
 {
     State &log = state();
-    ++log.calls.writeLine;
-    log.noteHandle(handle);
     const CheckedLine checked = std::exchange(log.checked, {});
     if (!format)
         return;
@@ -164,45 +145,19 @@ void logging::watch(std::function<void(const LogLine &)> callback)
     state().watcher = std::move(callback);
 }
 
-void logging::withhold(LogParts parts)
-{
-    state().offerAllBut(parts);
-}
-
-void logging::refuseLines(bool refuse)
-{
-    state().refuse = refuse;
-}
-
-LogCalls logging::calls()
-{
-    return state().calls;
-}
-
-QList<LogRegistration> logging::registrations()
-{
-    return state().registrations;
-}
-
 void logging::reset()
 {
     State &log = state();
-    log.offerAllBut({});
     log.sink.useStandardError();
     log.watcher = nullptr;
-    log.calls = {};
-    log.registrations.clear();
+    log.modules.clear();
     log.checked = {};
-    log.refuse = false;
 }
 
 } // namespace standin
 
 void LogTrace_GetGlobalObject(int argument, LogObject **object)
 {
-    standin::State &log = standin::state();
-    ++log.calls.getGlobalObject;
-    log.calls.withWrongArgument += argument != 0 ? 1 : 0;
     if (object)
-        *object = &log.object;
+        *object = argument == 0 ? &standin::state().object : nullptr;
 }

@@ -3,8 +3,6 @@
 #include "LogObject.h"
 
 #include <QtCore/QByteArray>
-#include <QtCore/QFlags>
-#include <QtCore/QList>
 #include <QtCore/QString>
 
 #include <functional>
@@ -15,7 +13,8 @@
 #define QARNLOGUTL_EXPORT Q_DECL_IMPORT
 #endif
 
-/// The entry point; resolved by its name, or called directly by whoever links the library.
+/// The entry point; resolved by its name, or called directly by a program that links the library.
+/// It stores no object for another first argument than 0, the only one known.
 extern "C" QARNLOGUTL_EXPORT void LogTrace_GetGlobalObject(int, LogObject **object);
 
 namespace standin {
@@ -32,37 +31,8 @@ struct LogLine
     QByteArray text; ///< the format with its arguments filled in
 };
 
-/// One call of registerModule.
-struct LogRegistration
-{
-    int constant = 0; ///< the second argument
-    QByteArray name;
-    quint32 number = 0; ///< the module number given back
-};
-
-/// How often each function was called.
-struct LogCalls
-{
-    int getGlobalObject = 0;
-    int withWrongArgument = 0; ///< those of them whose first argument was not 0, the only one known
-    int registerModule = 0;
-    int checkLine = 0;
-    int writeLine = 0;
-    int withWrongHandle = 0; ///< calls of the three above that did not pass the object's handle
-};
-
-/// The parts of the log object that may be missing.
-enum class LogPart {
-    Handle = 1,
-    RegisterModule = 2,
-    CheckLine = 4,
-    WriteLine = 8,
-};
-Q_DECLARE_FLAGS(LogParts, LogPart)
-Q_DECLARE_OPERATORS_FOR_FLAGS(LogParts)
-
-/// Controls the process-wide log object and shows what its users did with it. Like the log object
-/// itself for the thread of the user interface only.
+/// Controls where the lines of the process-wide log object go. Like the log object itself for the
+/// thread of the user interface only.
 namespace logging {
 
 /// Sends lines to standard error, the default: local time, severity, module, file and line, text.
@@ -76,16 +46,6 @@ QARNLOGUTL_EXPORT void writeTo(std::function<void(const LogLine &)> callback);
 
 /// Hands lines to a callback as well, wherever they are written. Null ends it.
 QARNLOGUTL_EXPORT void watch(std::function<void(const LogLine &)> callback);
-
-/// Takes parts out of the log object: they are null from now on, all others as usual. A handle or
-/// function that a user has copied before stays valid.
-QARNLOGUTL_EXPORT void withhold(LogParts parts);
-
-/// Makes checkLine answer non-zero.
-QARNLOGUTL_EXPORT void refuseLines(bool refuse);
-
-QARNLOGUTL_EXPORT LogCalls calls();
-QARNLOGUTL_EXPORT QList<LogRegistration> registrations();
 
 /// Puts everything back to the state at load, the numbering of modules included. A module that
 /// registered before keeps its number, and shows as unknown or under a later module's name.

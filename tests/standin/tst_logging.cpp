@@ -53,7 +53,7 @@ private Q_SLOTS:
     void cleanupTestCase() { logging::reset(); }
 
     void remembersTheCheckedLine();
-    void withholdsPartsAndRefusesLines();
+    void anotherArgumentGivesNoObject();
     void formatsAnyText();
     void writesToAFile();
 
@@ -81,23 +81,11 @@ void TestLogging::remembersTheCheckedLine()
     QCOMPARE(words(m_lines.at(1)), "level 0 module 0 :0 unchecked");
 }
 
-void TestLogging::withholdsPartsAndRefusesLines()
+void TestLogging::anotherArgumentGivesNoObject()
 {
-    const LogObject *object = logObject();
-    const LogParts combinations[] = {LogPart::Handle,    LogPart::RegisterModule,
-                                     LogPart::CheckLine, LogPart::CheckLine | LogPart::WriteLine,
-                                     LogPart::WriteLine, {}};
-    for (const LogParts parts : combinations) {
-        logging::withhold(parts);
-        QCOMPARE(object->handle == nullptr, parts.testFlag(LogPart::Handle));
-        QCOMPARE(object->registerModule == nullptr, parts.testFlag(LogPart::RegisterModule));
-        QCOMPARE(object->checkLine == nullptr, parts.testFlag(LogPart::CheckLine));
-        QCOMPARE(object->writeLine == nullptr, parts.testFlag(LogPart::WriteLine));
-    }
-    logging::refuseLines(true);
-    QVERIFY(check(2) != 0);
-    logging::reset();
-    QCOMPARE(check(2), 0);
+    LogObject *object = logObject();
+    LogTrace_GetGlobalObject(1, &object);
+    QCOMPARE(object, nullptr);
 }
 
 void TestLogging::formatsAnyText()
