@@ -272,12 +272,9 @@ void Host::answerInside(const QString &station, const QString &code, const QVari
 
 QString Host::identifiersIn(const QString &list)
 {
-    QVariant records;
-    if (list == u"all")
-        records = call(u"getBookmarkListByNodeID('')"_s);
-    else
-        records = call(list == u"recent" ? u"getBookmarkListForRecent()"_s
-                                         : u"getQueryBookmarkResult()"_s);
+    const QVariant records = list == u"all"      ? call("getBookmarkListByNodeID", {u""_s})
+                             : list == u"recent" ? call("getBookmarkListForRecent", {})
+                                                 : call("getQueryBookmarkResult", {});
     QStringList identifiers;
     for (const QVariant &element : records.toList()) {
         const QVariantMap record = element.toMap();
