@@ -80,7 +80,7 @@ struct Tessaline::AnswerRule
     };
 
     const QString &command;
-    void (Tessaline::*handle)(const Answer &answer);
+    void (Tessaline::*handle)(const Answer &answer); ///< null: a success is only signalled
     Failure onFailure = {};
 };
 
@@ -98,7 +98,7 @@ const Tessaline::AnswerRule *Tessaline::answerRule(const QString &command)
         {command::DeleteBookmarks, &Tessaline::HandleDeleteBookmarksResp},
         // The format asks for a number where it gets the code's text. Log readers know the line so.
         {command::RemoveAllBookmarks,
-         &Tessaline::HandleRemoveAllBookmarksResp,
+         nullptr,
          {__LINE__, "%s, remove bookmark failed: %d", &Tessaline::removeAllBookmarksResponsed}},
         {command::UpdateBookmark,
          &Tessaline::HandleUpdateBookmarkResp,
@@ -131,7 +131,10 @@ void Tessaline::CommandProcessor(QString command, QVariant result, void *context
             return;
         const AnswerRule::Failure &failure = rule->onFailure;
         if (!failure.responsed || isSuccess(resultCode)) {
-            (this->*rule->handle)({result, context, resultCode, relayPath});
+            if (rule->handle)
+                (this->*rule->handle)({result, context, resultCode, relayPath});
+            else
+                Q_EMIT(this->*failure.responsed)(true);
             return;
         }
         LOG_ERROR_AT(failure.line, failure.logFormat, "Tessaline::CommandProcessor",

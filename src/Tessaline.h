@@ -235,7 +235,6 @@ private:
     void HandleAddBookmarksResp(const Answer &answer);
     void HandleDeleteBookmarkResp(const Answer &answer);
     void HandleDeleteBookmarksResp(const Answer &answer);
-    void HandleRemoveAllBookmarksResp(const Answer &answer);
     void HandleUpdateBookmarkResp(const Answer &answer);
     void HandleQueryBookmarkForTimelineResp(const Answer &answer);
     void HandleQueryAllBookmarksResp(const Answer &answer);

@@ -151,11 +151,6 @@ void Tessaline::HandleDeleteBookmarksResp(const Answer &answer)
         Q_EMIT deleteBookmarksResponsed(*failures);
 }
 
-void Tessaline::HandleRemoveAllBookmarksResp(const Answer &)
-{
-    Q_EMIT removeAllBookmarksResponsed(true);
-}
-
 void Tessaline::HandleUpdateBookmarkResp(const Answer &)
 {
     Q_EMIT updateBookmarkResponsed(true);
