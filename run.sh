@@ -2,10 +2,14 @@
 # Builds the plug-in and the workbench and opens its window; without a display, or with --tour, plays
 # the tour instead and writes pictures of the window to out/. Arguments go to the workbench; --help
 # lists them. With --frame-times, measures how fluid the window is, and with --benchmark first, the
-# plug-in instead; both write to out/.
+# plug-in instead; both write to out/. --no-install first: fails where packages are missing.
 set -euo pipefail
 cd "$(dirname "$0")"
 
+if [ "${1:-}" = --no-install ]; then
+    shift
+    export TESSALINE_NO_INSTALL=1
+fi
 tools/install-dependencies.sh run
 if [ "${1:-}" = --benchmark ]; then
     shift

@@ -5,6 +5,7 @@
 #   ./test.sh --windows    the Windows library, cross-built, under wine
 #   ./test.sh --qt-next    with the Qt of Debian 13, in a root folder of its own
 #   ./test.sh --qt-newest  with the Qt of Debian unstable, in a root folder of its own
+# --no-install before these: fails where packages are missing, instead of installing them.
 # Further arguments go to ctest (for example -R timeline).
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -46,6 +47,10 @@ in_debian() {
         exec ctest --preset "$0" "$@"' "${@:2}"
 }
 
+if [ "${1:-}" = --no-install ]; then
+    shift
+    export TESSALINE_NO_INSTALL=1
+fi
 case "${1:-}" in
     --threads) shift; threads "$@" ;;
     --windows) shift; windows "$@" ;;

@@ -10,7 +10,7 @@ if(MINGW)
 elseif(MSVC)
     install(FILES $<TARGET_PDB_FILE:Tessaline> DESTINATION . OPTIONAL)
 endif()
-install(FILES docs/qml-api.md docs/licences.md DESTINATION docs)
+install(FILES docs/qml-api.md docs/checker.md docs/licences.md DESTINATION docs)
 # The checker, with the replacements for the host's libraries by which it plays the host. The log
 # library is in a folder of its own, so that it is found only when the checker wants that.
 set_target_properties(tessaline-check PROPERTIES INSTALL_RPATH "$ORIGIN")

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs what building and running need and this machine lacks (Debian 12 packages).
 #   tools/install-dependencies.sh run|test|ci|windows|debian
+# With TESSALINE_NO_INSTALL=1 it names them and fails.
 set -euo pipefail
 
 run=(g++ cmake ninja-build qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite
@@ -35,6 +36,11 @@ for package in "${wanted[@]}"; do
     [ "$state" = installed ] || missing+=("$package")
 done
 [ ${#missing[@]} -gt 0 ] || exit 0
+
+if [ -n "${TESSALINE_NO_INSTALL:-}" ]; then
+    echo "$0: missing packages: ${missing[*]}" >&2
+    exit 1
+fi
 
 as_root=()
 if [ "$(id -u)" != 0 ]; then
