@@ -3,7 +3,7 @@ import QtQuick.Controls
 import Tessaline
 
 /// A bookmark on several cameras at once, and another try for those that failed.
-/// The option --fail relay-3 or the drawer's tab Faults makes a station fail.
+/// --faults examples/failing-station.json or the drawer's tab Faults makes a station fail.
 Item {
     id: root
 

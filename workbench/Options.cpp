@@ -142,10 +142,9 @@ Options Options::parse(const QStringList &arguments)
                "saved. Exits with the code of Qt.exit(), with 1 instead of 0 if QML reported an "
                "error, and without a display with 2 if the file can't be loaded.",
                "file");
-    parser.add(
-        "fail",
-        "With --qml: have the station of that <relay path> answer every command with an error.",
-        "relay path");
+    parser.add("faults",
+               "Begin with the faults of a <file>, which the drawer's tab Faults has saved.",
+               "file");
     parser.add("until",
                "End the program of --qml with 0 at a signal of the plug-in, and with 3 after that "
                "many seconds; 60 seconds with a signal and without a display.",
@@ -178,7 +177,7 @@ Options Options::parse(const QStringList &arguments)
     options.replayFile = parser.readableFile("replay");
     options.reportFile = parser.reportFile("report");
     options.qmlFile = parser.readableFile("qml");
-    options.failing = parser.text("fail");
+    options.faultsFile = parser.readableFile("faults");
     options.until = parser.text("until");
     options.picturesFolder = parser.text("pictures");
     options.pluginPath = parser.text("library");

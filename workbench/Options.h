@@ -18,7 +18,7 @@ struct Options
     QString replayFile;     ///< empty: nothing is replayed
     QString reportFile;     ///< of the replay; empty: none
     QString qmlFile;        ///< in place of the client's part of the window; empty: none
-    QString failing;        ///< relay path of a station that fails from the start; empty: none
+    QString faultsFile;     ///< faults of the stations from the start; empty: none
     QString until;          ///< a signal or seconds that end it; empty: neither
     QString picturesFolder; ///< of the tour; empty: no pictures are taken
     QString pluginPath;

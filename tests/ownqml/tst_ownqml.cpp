@@ -56,13 +56,14 @@ class TestOwnQml : public QObject
 private Q_SLOTS:
     void examplesRun_data()
     {
+        const QString failingStation = QStringLiteral(EXAMPLES "/failing-station.json");
         QTest::addColumn<QString>("file");
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("output");
         QTest::newRow("call") << u"01-call"_s << QStringList{u"addBookmarkResponsed"_s}
                               << u"The bookmark is stored\\."_s;
         QTest::newRow("call to a failing station")
-            << u"01-call"_s << QStringList{u"addBookmarkResponsed"_s, u"--fail"_s, u"relay-1"_s}
+            << u"01-call"_s << QStringList{u"addBookmarkResponsed"_s, u"--faults"_s, failingStation}
             << u"refused"_s;
         QTest::newRow("page") << u"02-page"_s << QStringList{u"queryAllBookmarksResponsed"_s}
                               << u"Found [1-9]\\d* with van"_s;
@@ -72,7 +73,8 @@ private Q_SLOTS:
         QTest::newRow("batch") << u"04-batch"_s << QStringList{u"addBookmarksResponsed"_s}
                                << u"Failed: \\[\\]"_s;
         QTest::newRow("batch with a failure")
-            << u"04-batch"_s << QStringList{u"addBookmarksResponsed"_s, u"--fail"_s, u"relay-3"_s}
+            << u"04-batch"_s
+            << QStringList{u"addBookmarksResponsed"_s, u"--faults"_s, failingStation}
             << u"Failed: \\[\"[^\"]+\"\\]"_s;
         QTest::newRow("queries") << u"05-queries"_s << QStringList{u"getRecycleSettingResponse"_s}
                                  << u"All: true(.|\n)*Recent: 6"_s;

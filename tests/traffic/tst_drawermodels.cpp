@@ -7,6 +7,7 @@
 #include "TrafficModel.h"
 #include "framework/Framework.h"
 
+#include <QtCore/QTemporaryDir>
 #include <QtCore/QThread>
 #include <QtQml/QQmlComponent>
 #include <QtQml/QQmlEngine>
@@ -414,6 +415,65 @@ colon alone    | :a              | character 1: expected a condition)"_s.replace
         QCOMPARE(shownAnew.count(), 0);
         tree->setRow(-1);
         QCOMPARE(tree->rowCount(), 0);
+    }
+
+    void faultOfOneCommandGoesFirstAndIsKept()
+    {
+        standin::Framework framework;
+        StationStates states;
+        FaultsModel faults(framework, states);
+        faults.addStation(u"A"_s, u"A"_s);
+        const auto told = [&](const char *command) {
+            return inWords(framework.rules().find(u"A"_s, QLatin1String(command)));
+        };
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"faults.json"_s);
+        faults.setData(faults.index(2), 30, FaultsModel::DelayRole);
+        faults.setCommand(u"AddBookmark"_s);
+        faults.setData(faults.index(2), u"27"_s, FaultsModel::CodeRole);
+        QCOMPARE(faults.index(2).data(FaultsModel::DelayRole), 30);
+        QCOMPARE(faults.save(path), QString());
+        faults.setCommand({});
+        faults.setData(faults.index(2), 0, FaultsModel::DelayRole);
+        QCOMPARE(told("AddBookmark"), u"queued 27"_s);
+        QCOMPARE(told("DeleteBookmark"), u"queued"_s);
+        faults.reset();
+        QCOMPARE(told("AddBookmark"), u"queued"_s);
+        QCOMPARE(faults.load(path), QString());
+        QCOMPARE(told("AddBookmark"), u"delayed 30 27"_s);
+        QCOMPARE(told("DeleteBookmark"), u"delayed 30"_s);
+    }
+
+    void wrongFileOfFaultsChangesNothing_data()
+    {
+        addTable({"text", "error"}, uR"(
+no array        | {}                             | expected a JSON array
+no JSON         | [                              | expected a JSON array: unterminated
+unknown station | [{'code':'4'},{'station':'B'}] | entry 2: there is no station 'B'
+unknown command | [{'command':'Add'}]            | entry 1: expected one of the commands '', 'AddBookmark',
+unknown setting | [{'speed':1}]                  | entry 1: unknown setting 'speed'
+read-only role  | [{'name':'x'}]                 | entry 1: unknown setting 'name'
+wrong type      | [{'delay':'1'}]                | entry 1: expected a whole number of milliseconds for 'delay'
+wrong word      | [{'order':'none'}]             | entry 1: expected 'in order', 'last first',)"_s
+                                        .replace(u'\'', u'"'));
+    }
+    void wrongFileOfFaultsChangesNothing()
+    {
+        QFETCH(const QString, text);
+        QFETCH(const QString, error);
+        standin::Framework framework;
+        StationStates states;
+        FaultsModel faults(framework, states);
+        faults.addStation(u"A"_s, u"A"_s);
+        faults.setData(faults.index(2), u"27"_s, FaultsModel::CodeRole);
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(u"faults.json"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(text.toUtf8());
+        file.close();
+        const QString problem = faults.load(file.fileName());
+        QVERIFY2(problem.startsWith(file.fileName() + u": "_s + error), qPrintable(problem));
+        QCOMPARE(inWords(framework.rules().find(u"A"_s, u"AddBookmark"_s)), u"queued 27"_s);
     }
 
     void faults_data()

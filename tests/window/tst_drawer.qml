@@ -253,6 +253,21 @@ WindowTest {
         treeSays("connected");
     }
 
+    function test_faultOfOneCommand() {
+        openTab(2);
+        find("faultyCommand").forceActiveFocus();
+        keyClick(Qt.Key_Down);
+        compare(find("faultyCommand").displayText, "AddBookmark");
+        retype(fault("code"), "9");
+        keyClick(Qt.Key_Return);
+        plugin.addBookmark("camera-11", "location-1", "relay-1", 1, 2, "", "", "");
+        rowSays("answer AddBookmark relay-1 code 9");
+        plugin.addBookmarks([{ CameraID: "camera-11", LocationID: "location-1", relayPath: "relay-1" }],
+                            1, 2, "", "", "");
+        rowSays("answer AddBookmarks relay-1 code 0");
+        bench.faults.command = "";
+    }
+
     function test_permissionOff() {
         const button = find("deleteSelected");
         openTab(2);

@@ -230,7 +230,7 @@ private Q_SLOTS:
         for (const char *option :
              {"stations",    "cameras", "bookmarks", "seed",     "data",    "import",
               "screenshot",  "tour",    "replay",    "pictures", "library", "log",
-              "verbose",     "qml",     "until",     "fail",     "report",  "headless",
+              "verbose",     "qml",     "until",     "faults",   "report",  "headless",
               "frame-times", "rounds",  "help",      "version"})
             QVERIFY2(help.output.contains("--"_L1 + QLatin1String(option)), option);
     }

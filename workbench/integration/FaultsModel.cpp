@@ -66,6 +66,25 @@ void FaultsModel::addStation(const QString &relayPath, const QString &name)
     m_stations.append({relayPath, name, {}});
 }
 
+void FaultsModel::setCommand(const QString &command)
+{
+    if (command == m_command)
+        return;
+    m_command = command;
+    Q_EMIT commandChanged();
+    Q_EMIT dataChanged(index(0), index(rowCount() - 1));
+}
+
+QStringList FaultsModel::commands()
+{
+    using namespace protocol::command;
+    return {QString(), AddBookmark, AddBookmarks,           DeleteBookmark,
+            DeleteBookmarks,     UpdateBookmark,         RemoveAllBookmarks,
+            QueryAllBookmarks,   QueryBookmarkForRecent, QueryBookmarkForTimeline,
+            QueryBookmarkForApi, GetRecycleSetting,      UpdateRecycleSetting,
+            QueryServerTimeZone, QuerySettingPermission};
+}
+
 QStringList FaultsModel::orders()
 {
     return {QStringLiteral("in order"), QStringLiteral("last first"), QStringLiteral("lost"),
@@ -81,7 +100,8 @@ QStringList FaultsModel::payloads()
 void FaultsModel::reset()
 {
     for (Station &station : m_stations) {
-        station.settings.clear();
+        for (Settings &settings : station.settings)
+            settings.clear(); // its command keeps its rule, which has to change
         apply(station);
     }
     Q_EMIT dataChanged(index(0), index(rowCount() - 1));
@@ -104,7 +124,7 @@ QVariant FaultsModel::data(const QModelIndex &index, int role) const
     case RelayPathRole:
         return station.relayPath;
     default:
-        return role < ConnectedRole ? QVariant() : station.settings.value(role, defaultOf(role));
+        return role < ConnectedRole ? QVariant() : setting(station, m_command, role);
     }
 }
 
@@ -112,14 +132,18 @@ bool FaultsModel::setData(const QModelIndex &index, const QVariant &value, int r
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid) || role < ConnectedRole)
         return false;
-    const int first = index.row();
-    const int last = first == 0 ? rowCount() - 1 : first;
-    for (int row = first; row <= last; ++row) {
-        m_stations[row].settings.insert(role, value);
+    set({index.row(), m_command, role, value});
+    return true;
+}
+
+void FaultsModel::set(const Fault &fault)
+{
+    const int last = fault.row == 0 ? rowCount() - 1 : fault.row;
+    for (int row = fault.row; row <= last; ++row) {
+        m_stations[row].settings[fault.command].insert(fault.role, fault.value);
         apply(m_stations.at(row));
     }
-    Q_EMIT dataChanged(this->index(first), this->index(last), {role});
-    return true;
+    Q_EMIT dataChanged(index(fault.row), index(last), {fault.role});
 }
 
 QHash<int, QByteArray> FaultsModel::roleNames() const
@@ -129,33 +153,46 @@ QHash<int, QByteArray> FaultsModel::roleNames() const
             {CodeRole, "code"},   {PayloadRole, "payload"}};
 }
 
-void FaultsModel::apply(const Station &station)
+QVariant FaultsModel::setting(const Station &station, const QString &command, int role) const
 {
-    if (&station == &m_stations.constFirst())
-        return;
-    const auto setting = [&](int role) { return station.settings.value(role, defaultOf(role)); };
-    const qsizetype order = orders().indexOf(setting(OrderRole).toString());
-    const int delay = setting(DelayRole).toInt();
-    const bool connected = setting(ConnectedRole).toBool();
+    const QVariant forAll = station.settings.value(QString()).value(role, defaultOf(role));
+    return station.settings.value(command).value(role, forAll);
+}
 
+Delivery FaultsModel::deliveryOf(const Station &station, const QString &command) const
+{
+    const qsizetype order = orders().indexOf(setting(station, command, OrderRole).toString());
+    const int delay = setting(station, command, DelayRole).toInt();
     Delivery delivery = delay > 0 ? Delivery::delayed(delay) : Delivery::queued();
-    if (!connected || order == 3)
+    if (!setting(station, command, ConnectedRole).toBool() || order == 3)
         delivery = Delivery::refused();
     else if (order == 2)
         delivery = Delivery::never();
     else if (order == 1)
         delivery = Delivery::reversed();
-    if (setting(DoubledRole).toBool())
+    if (setting(station, command, DoubledRole).toBool())
         delivery = delivery.times(2);
-    const QString code = setting(CodeRole).toString();
+    const QString code = setting(station, command, CodeRole).toString();
     if (!code.isEmpty())
         delivery = delivery.failing(code);
-    const qsizetype payload = payloads().indexOf(setting(PayloadRole).toString());
+    const qsizetype payload = payloads().indexOf(setting(station, command, PayloadRole).toString());
     if (payload > 0)
         delivery = delivery.replacing(wrongPayload(payload));
+    return delivery;
+}
 
-    m_framework.rules().setForStation(station.relayPath, delivery);
-    m_states.setDisconnected(station.relayPath, !connected);
+void FaultsModel::apply(const Station &station)
+{
+    if (&station == &m_stations.constFirst())
+        return;
+    standin::DeliveryRules &rules = m_framework.rules();
+    rules.setForStation(station.relayPath, deliveryOf(station, QString()));
+    for (auto it = station.settings.cbegin(); it != station.settings.cend(); ++it) {
+        if (!it.key().isEmpty())
+            rules.setFor(station.relayPath, it.key(), deliveryOf(station, it.key()));
+    }
+    m_states.setDisconnected(station.relayPath,
+                             !setting(station, QString(), ConnectedRole).toBool());
 }
 
 } // namespace workbench

@@ -29,6 +29,7 @@ Flow {
         width: 150
         text: row.name
         font.bold: row.index === 0
+        enabled: row.faults.command === "" // a station is connected for all commands or none
         checked: row.connected
         onToggled: row.set(FaultsModel.ConnectedRole, checked)
         ToolTip.visible: hovered

@@ -2,12 +2,14 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
+import Client.Dialogs
 import Integration
 
 /// What goes wrong: at each station, and at the server to which the client is connected.
 ColumnLayout {
     id: tab
 
+    required property AppState app
     required property WorkbenchContext bench
 
     spacing: Theme.gap
@@ -15,6 +17,29 @@ ColumnLayout {
     ServerBar {
         bench: tab.bench
         Layout.fillWidth: true
+    }
+    Flow {
+        spacing: Theme.gap
+        Layout.fillWidth: true
+
+        ComboBox {
+            objectName: "faultyCommand"
+            width: 240
+            model: tab.bench.faults.commands()
+            displayText: currentText || qsTr("All commands")
+            onActivated: tab.bench.faults.command = currentText
+            Accessible.name: qsTr("Command with the faults below")
+        }
+        Button {
+            objectName: "loadFaults"
+            text: qsTr("Load…")
+            onClicked: loadDialog.openFor(loadDialog.path)
+        }
+        Button {
+            objectName: "saveFaults"
+            text: qsTr("Save…")
+            onClicked: saveDialog.openFor(saveDialog.path)
+        }
     }
     ListView {
         id: list
@@ -44,5 +69,24 @@ ColumnLayout {
         delegate: FaultsRow { }
 
         ScrollBar.vertical: ScrollBar { }
+    }
+
+    SaveDialog {
+        id: saveDialog
+        objectName: "saveFaultsDialog"
+        app: tab.app
+        title: qsTr("Save the faults")
+        fileTitle: qsTr("File, for --faults")
+        exists: tab.bench.recorder.exists(path)
+        onSaveWanted: path => finish(tab.bench.faults.save(path))
+    }
+    SaveDialog {
+        id: loadDialog
+        objectName: "loadFaultsDialog"
+        app: tab.app
+        title: qsTr("Load faults")
+        acceptText: qsTr("Load")
+        fileTitle: qsTr("File, replaces the faults")
+        onSaveWanted: path => settle(tab.bench.faults.load(path))
     }
 }

@@ -54,7 +54,7 @@ Pane {
 
             TrafficTab { app: drawer.app; bench: drawer.bench; shown: drawer.visible }
             LogTab { log: drawer.bench.log }
-            FaultsTab { bench: drawer.bench }
+            FaultsTab { app: drawer.app; bench: drawer.bench }
             ReplayTab { report: drawer.bench.replayReport }
             ConsoleTab { plugin: drawer.app.plugin; bench: drawer.bench }
         }

@@ -40,6 +40,12 @@ int OwnQmlProgram::run()
                      QVariantMap{{QStringLiteral("stations"), m_shell.bench().stations()}}}});
     connect(&*m_ownQml, &OwnQml::exitRequested, this, &OwnQmlProgram::finish);
     connectClient();
+    // Afterwards, as an answer to the connection that is lost would keep the file from loading.
+    if (!m_options.faultsFile.isEmpty()) {
+        const QString problem = m_shell.bench().faults()->load(m_options.faultsFile);
+        if (!problem.isEmpty())
+            return complain(problem);
+    }
     if (!showWindows())
         return exitcode::CannotBegin;
     if (m_limit >= 0)
@@ -66,22 +72,7 @@ QString OwnQmlProgram::prepare()
         m_stations, {folder, m_options.bookmarks, m_options.seed, m_options.importFile});
     if (error.isEmpty() && m_shell.load(m_options.pluginPath, &error))
         error = readCondition();
-    if (error.isEmpty() && !m_options.failing.isEmpty())
-        error = failStation();
     return error;
-}
-
-QString OwnQmlProgram::failStation()
-{
-    QStringList relayPaths;
-    const auto stations = m_stations.stations();
-    for (const StationConfig &station : stations)
-        relayPaths.append(station.relayPath);
-    if (!relayPaths.contains(m_options.failing))
-        return QStringLiteral("--fail %1: expected one of %2")
-            .arg(m_options.failing, relayPaths.join(QLatin1String(", ")));
-    m_shell.bench().failStation(m_options.failing, true);
-    return {};
 }
 
 QString OwnQmlProgram::readCondition()

@@ -27,7 +27,6 @@ public:
 
 private:
     QString prepare();
-    QString failStation();
     QString readCondition();
     void connectClient();
     bool showWindows();

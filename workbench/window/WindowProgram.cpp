@@ -29,7 +29,9 @@ int WindowProgram::run()
     connect(&m_preparation, &Preparation::acknowledged, this, &WindowProgram::showMain);
     // First, as nobody wants to learn after a long preparation that the plug-in is at fault.
     QString error;
-    if (m_shell.load(m_options.pluginPath, &error))
+    if (m_shell.load(m_options.pluginPath, &error) && !m_options.faultsFile.isEmpty())
+        error = m_shell.bench().faults()->load(m_options.faultsFile);
+    if (error.isEmpty())
         showPreparation();
     else
         fail(error);
