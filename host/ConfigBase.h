@@ -1,5 +1,5 @@
 #pragma once
 
-/// A configuration object of the host. The plug-in only lets it pass through
-/// PluginBase::EventProcessorEx and PluginBase::CommandProcessorEx, so it stays incomplete here.
+/// A configuration object of the host. Incomplete on purpose: the plug-in never reads the pointers
+/// that PluginBase::EventProcessorEx and PluginBase::CommandProcessorEx receive.
 class ConfigBase;

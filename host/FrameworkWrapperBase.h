@@ -5,26 +5,25 @@
 
 class QObject;
 
-/// The host's framework object: through it a plug-in sends commands and reaches other plug-ins.
+/// The host's framework object. Sends a plug-in's commands and finds other plug-ins.
 ///
-/// The position of an entry in the virtual table is the contract, its name is not. Entries that
-/// this plug-in does not use are therefore ordinary placeholder virtuals, and the class has no
-/// virtual destructor (which takes two slots under one ABI and one under another) and no
-/// overloads (which one compiler regroups): so an entry has the same number everywhere.
+/// The host calls an entry by its position in the virtual table; the name does not matter. Unused
+/// entries are placeholders. The class has no virtual destructor, whose number of slots differs
+/// between ABIs, and no overloads, which one compiler reorders.
 ///
-/// The host owns the object; a plug-in never deletes it. All calls are made on the GUI thread.
+/// [gui-thread] [host-owned]
 class FrameworkWrapperBase
 {
 public:
     virtual void HostEntry1() {}
 
-    /// Second entry. Hands @p command to the station that @p relayPath names (empty: the server
-    /// to which the client is connected).
+    /// Second entry: sends @p command to a station.
+    /// [gui-thread] [reentrant: the answer may arrive before this call returns, or any time later]
     /// @param hostHandle the handle that InitialPluginBase received; may be null
     /// @param payload    parameters of the command; invalid for commands without parameters
-    /// @param context    carried, never dereferenced; comes back in PluginBase::CommandProcessor
-    /// @return whether the command was accepted for delivery. The answer may arrive at any later
-    ///         time, and even from inside this call.
+    /// @param context    never dereferenced by the host; returned in PluginBase::CommandProcessor
+    /// @param relayPath  the station; empty for the server to which the client is connected
+    /// @return true if the host accepted the command
     virtual bool SendCommand(void *hostHandle, const QString &pluginID, const QString &command,
                              const QVariant &payload, void *context, bool flag,
                              const QString &relayPath)
@@ -51,8 +50,10 @@ public:
     virtual void HostEntry12() {}
     virtual void HostEntry13() {}
 
-    /// Fourteenth entry. The object of the loaded plug-in with @p pluginID (32 hexadecimal
-    /// digits), or null. The host keeps ownership.
+    /// Fourteenth entry: finds another plug-in.
+    /// [gui-thread] [host-owned] [may be null]
+    /// @param pluginID 32 hexadecimal digits
+    /// @return the object of the loaded plug-in, or null if no such plug-in is loaded
     virtual QObject *FindPlugin(void *hostHandle, const QString &pluginID)
     {
         Q_UNUSED(hostHandle)

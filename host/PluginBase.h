@@ -8,56 +8,60 @@ class ConfigBase;
 class FrameworkWrapperBase;
 class QQmlContext;
 
-/// Base class of every plug-in object of the client. The host calls the virtual operations below
-/// by their position in the virtual table, after the eleven of QObject, and reads the fields by
-/// their offset: keep the order of both. The class has no meta-object of its own.
+/// Base class of every plug-in object of the client. Keep the order of virtual functions and
+/// fields: the host calls the functions by their position in the virtual table, after the eleven
+/// of QObject, and reads the fields by their offset. The class has no meta-object of its own.
 ///
-/// The host owns the object, and makes every call on the thread in which the object lives.
+/// [gui-thread: the thread in which the object lives] [host-owned]
 class PluginBase : public QObject
 {
 public:
     PluginBase() = default;
 
-    /// Hands the plug-in what it lives on. None of the pointers is owned by the plug-in; each may
-    /// be null.
-    /// @return whether the plug-in is ready
+    /// Initialises the plug-in with its host objects.
+    /// [gui-thread] [arguments: host-owned, may be null]
+    /// @return true if the plug-in is ready
     virtual bool InitialPluginBase(QQmlContext *context, void *hostHandle,
                                    FrameworkWrapperBase *framework) = 0;
 
-    /// Delivers a server event. The numbers are the host's own.
+    /// Delivers a server event. The numbers have a meaning for the host only.
+    /// [gui-thread]
     virtual void EventProcessor(QString eventName, qint64, int, int, QVariant data,
                                 const QString &relayPath) = 0;
     virtual void EventProcessorEx(QString eventName, ConfigBase *config, qint64, int, int,
                                   QVariant data, const QString &relayPath) = 0;
 
-    /// Delivers the answer to a command sent through FrameworkWrapperBase::SendCommand.
-    /// @param context    the pointer given at sending
-    /// @param resultCode "0" for success, anything else is a failure
+    /// Delivers the answer to a command that FrameworkWrapperBase::SendCommand sent.
+    /// [gui-thread] [may run inside SendCommand]
+    /// @param context    the pointer that was sent with the command
+    /// @param resultCode "0" for success; any other text is a failure
     virtual void CommandProcessor(QString command, QVariant result, void *context,
                                   QString resultCode, QString, bool, const QString &relayPath) = 0;
     virtual void CommandProcessorEx(QString command, ConfigBase *config, QVariant result,
                                     void *context, QString resultCode, QString, bool,
                                     const QString &relayPath) = 0;
 
-    /// Puts the plug-in into its initial state. The context may be null.
+    /// Resets the plug-in to its initial state.
+    /// [gui-thread] [context may be null]
     virtual bool Init(QQmlContext *context) = 0;
 
     virtual void HostHook1() {}
     virtual void HostHook2() {}
 
-    /// Tells that the connection to the server is up; called again after each reconnection.
+    /// Notifies the plug-in of a connection to the server, also after each reconnection.
+    /// [gui-thread]
     virtual void PluginServerConnected() {}
 
     virtual void HostHook3() {}
 
 protected:
-    void *m_hostReserved = nullptr; ///< the host's own field
+    void *m_hostReserved = nullptr; ///< for the host only
 
 public:
     QString name;     ///< registered name of the plug-in; empty until InitialPluginBase
     QString pluginID; ///< 32 hexadecimal digits; empty until InitialPluginBase
 };
 
-/// The interface identifier that the client demands of every plug-in.
+/// The interface identifier by which the client recognises a plug-in.
 #define PluginBase_iid "com.MARLUNE.UIFramework.PluginInterface"
 Q_DECLARE_INTERFACE(PluginBase, PluginBase_iid)

@@ -5,8 +5,8 @@
 
 namespace tessaline {
 
-/// True while an object exists. Each call out of the library may delete the plug-in's object: a
-/// signal, a command to the host, a question to the topology plug-in, a change of a timeline model.
+/// Converts to true while an object exists. Any call out of the library may delete the plug-in's
+/// object: a signal, a command, a call of the topology plug-in, a change of a timeline model.
 class AliveGuard
 {
 public:

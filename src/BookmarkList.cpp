@@ -21,7 +21,7 @@ namespace tessaline {
 
 namespace {
 
-/// @return false if no time range, "hh:mm:ss - hh:mm:ss" or a part of it, can contain the text
+/// Returns false if the text can't be a part of any time range, "hh:mm:ss - hh:mm:ss".
 bool canOccurInTimeRange(QStringView text)
 {
     constexpr QStringView Pattern = u"00:00:00 - 00:00:00";
@@ -42,7 +42,7 @@ void keepRows(Rows &rows, Predicate isKept)
                rows.end());
 }
 
-/// @return for each distinct text, by number, whether it passes
+/// Returns for each distinct text, by its number, the result of the predicate.
 template <typename Predicate>
 std::vector<char> passing(const TextDictionary &dictionary, Predicate passes)
 {
@@ -52,7 +52,7 @@ std::vector<char> passing(const TextDictionary &dictionary, Predicate passes)
     return result;
 }
 
-/// Puts the elements of the page into their place.
+/// Sorts the elements of the page; the order of the others is unspecified.
 template <typename Iterator, typename IsBefore>
 void placePage(Iterator begin, Iterator end, Range page, IsBefore isBefore)
 {
@@ -62,7 +62,7 @@ void placePage(Iterator begin, Iterator end, Range page, IsBefore isBefore)
     std::partial_sort(first, begin + static_cast<std::ptrdiff_t>(page.end), end, isBefore);
 }
 
-/// In single precision and truncated, as the panel's pager computes it too.
+/// In single precision and truncated, because the panel's pager computes it so.
 int pageCount(std::size_t size, int pageSize)
 {
     if (pageSize == 0)
@@ -180,7 +180,7 @@ TimeFormatter &BookmarkList::formatterOf(quint32 row) const
 
 Rows BookmarkList::rowsInRange(qint64 first, qint64 last) const
 {
-    // Without a branch, as the processor can't predict whether the next bookmark is in the range.
+    // Without a branch: the processor can't predict whether the next bookmark is in the range.
     Rows rows(size());
     std::size_t count = 0;
     for (std::size_t row = 0; row < rows.size(); ++row) {
@@ -240,7 +240,7 @@ void BookmarkList::sort(Rows &rows, const QString &key, bool ascending, Range pa
 {
     if (page.first >= page.end)
         return;
-    // The time range, too, is ordered by its day.
+    // A time range has no date, so it is sorted by its day.
     if (key == displayKey::DisplayDate || key == displayKey::DisplayTimeRange)
         return sortByNumber(rows, m_dictionaries[Date].numbers(), dates(), ascending, page);
     for (std::size_t i = 0; i < dictionaryFields.size(); ++i) {
@@ -251,8 +251,8 @@ void BookmarkList::sort(Rows &rows, const QString &key, bool ascending, Range pa
     sortByUniqueText(rows, key, ascending, page);
 }
 
-/// @return the distinct days as dates; texts that can't be parsed are equal. Two-digit years become
-/// years of the 1900s, the base year of fromString().
+/// Returns the distinct days as dates; texts that can't be parsed are equal. fromString() reads
+/// two-digit years as years of the 1900s.
 const std::vector<QDateTime> &BookmarkList::dates()
 {
     const QString format = QLocale::system().dateFormat(QLocale::ShortFormat);
@@ -266,8 +266,8 @@ const std::vector<QDateTime> &BookmarkList::dates()
     return m_parsedDates;
 }
 
-/// Sorts by a column with few distinct values: these are ordered, and only the rows of the values
-/// that the page touches.
+/// Sorts by a column with few distinct values: sorts the values, and then only the rows of those
+/// values that occur on the page.
 /// @param values the distinct values by number
 template <typename Values>
 void BookmarkList::sortByNumber(Rows &rows, const std::vector<quint32> &numberOf,
@@ -314,7 +314,7 @@ void BookmarkList::sortByNumber(Rows &rows, const std::vector<quint32> &numberOf
               });
 }
 
-/// Sorts by a field of which nearly each bookmark has its own text.
+/// Sorts by a field whose texts are mostly distinct.
 void BookmarkList::sortByUniqueText(Rows &rows, const QString &key, bool ascending,
                                     Range page) const
 {

@@ -18,7 +18,7 @@ namespace {
 using Text = QString BookmarkRecord::*;
 using Number = qint64 BookmarkRecord::*;
 
-/// A member of a record, or none, which reads as 0.
+/// A member of a record. No member at all reads as 0.
 struct Member
 {
     Text text = nullptr;
@@ -42,8 +42,8 @@ struct Member
     }
 };
 
-/// The keys of display records and of server records, both in ascending order as in the maps, so
-/// that one walk reads or writes all.
+/// The keys of display records and of server records. Both are in ascending order, as in the maps,
+/// so that one pass reads or writes all.
 struct Field
 {
     const QString &displayKey;
@@ -66,7 +66,7 @@ const Field fields[] = {
     {displayKey::StartTimestamp, &BookmarkRecord::start, &serverKey::StartTimestamp},
 };
 
-/// The roles of a timeline item, in the order in which it gets them.
+/// The roles of a timeline item, in the order in which they are set.
 struct RoleMember
 {
     int role;
@@ -78,7 +78,7 @@ constexpr RoleMember roleMembers[] = {
     {TimeShiftBufferModel::ChannelIdRole, &BookmarkRecord::cameraID},
     {TimeShiftBufferModel::StartTimestampRole, &BookmarkRecord::start},
     {TimeShiftBufferModel::EndTimestampRole, &BookmarkRecord::end},
-    // Further roles of the default set, without a meaning for bookmarks.
+    // Further roles of the default set that bookmarks do not use.
     {Qt::UserRole + 6, {}},
     {Qt::UserRole + 7, {}},
     {Qt::UserRole + 9, {}},
@@ -95,8 +95,8 @@ constexpr RoleMember roleMembers[] = {
     {Qt::UserRole + 23, &BookmarkRecord::timeRange, "dispTimeRangeRole"},
 };
 
-/// Makes the protected assignment of QStandardItem callable. No item is of this class: its virtual
-/// functions would vanish with the library. QStandardItem::clone() leaks when memory is short.
+/// Makes QStandardItem's protected assignment callable; clone() leaks when memory is short. Never
+/// instantiated: an item's virtual functions must not be in a library that may be unloaded.
 struct CopiedItem : QStandardItem
 {
     static void assign(QStandardItem &item, const QStandardItem &other)
@@ -116,7 +116,7 @@ BookmarkRecord readServerRecord(const QVariantMap &serverRecord, CameraNames &na
     for (const auto &[displayKey, member, serverKey] : fields) {
         if (!serverKey)
             continue;
-        // Equality first: it is cheaper than the order, and nearly always true.
+        // Equality first: it is cheaper than the comparison by order, and nearly always true.
         while (entry != serverRecord.cend() && entry.key() != *serverKey &&
                entry.key() < *serverKey)
             ++entry;
@@ -178,7 +178,7 @@ void addTimelineRoles(QHash<int, QByteArray> &roleNames)
 
 std::unique_ptr<QStandardItem> toTimelineItem(const BookmarkRecord &record)
 {
-    // A new item moves its values each time that it gets one more; a copy has room for all.
+    // A new item reallocates with each further value; a copy allocates once.
     static const std::unique_ptr<QStandardItem> itemTemplate = [] {
         auto item = std::make_unique<QStandardItem>();
         for (const RoleMember &entry : roleMembers)
@@ -188,7 +188,7 @@ std::unique_ptr<QStandardItem> toTimelineItem(const BookmarkRecord &record)
     auto item = std::make_unique<QStandardItem>();
     CopiedItem::assign(*item, *itemTemplate);
     for (const RoleMember &entry : roleMembers) {
-        if (entry.member.text || entry.member.number) // the template has the zeros
+        if (entry.member.text || entry.member.number) // the template already has the zeros
             item->setData(entry.member.value(record), entry.role);
     }
     return item;

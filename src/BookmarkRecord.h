@@ -33,24 +33,24 @@ struct BookmarkRecord
     QString timeRange;
 };
 
-/// Reads a server's record and adds the names; the texts of times stay empty. A missing or mistyped
-/// value reads as an empty text or 0.
+/// Returns a server record with the camera's names. The texts of times stay empty; a missing or
+/// mistyped value becomes an empty text or 0.
 BookmarkRecord readServerRecord(const QVariantMap &serverRecord, CameraNames &names);
 
-/// The same with the texts of times.
+/// Returns a server record with the camera's names and the texts of times.
 BookmarkRecord makeRecord(const QVariantMap &serverRecord, CameraNames &names,
                           TimeFormatter &formatter);
 
-/// @return a map of exactly the 13 display keys
+/// Returns the display record: a map with exactly the 13 display keys.
 QVariantMap toDisplayMap(const BookmarkRecord &record);
 
-/// @return the text under a display key, empty for any other key
+/// Returns the text under a display key, or an empty text for any other key.
 QString displayText(const BookmarkRecord &record, const QString &key);
 
-/// Adds the roles that items have beside those of every timeline model.
+/// Adds the roles that bookmarks have in addition to the default roles of a timeline model.
 void addTimelineRoles(QHash<int, QByteArray> &roleNames);
 
-/// @return an item of a timeline model, owned by the caller
+/// Returns a new item for a timeline model, owned by the caller.
 std::unique_ptr<QStandardItem> toTimelineItem(const BookmarkRecord &record);
 
 } // namespace tessaline

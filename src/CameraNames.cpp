@@ -4,7 +4,7 @@ namespace tessaline {
 
 QString cameraKey(const QString &relayPath, const QString &cameraID)
 {
-    // Joined, not filled into a "%1/%2": a relay path may itself contain "%1" or "%2".
+    // Not with arg() and "%1/%2": a relay path may itself contain "%1" or "%2".
     return relayPath.isEmpty() ? cameraID : relayPath + QLatin1Char('/') + cameraID;
 }
 

@@ -8,18 +8,18 @@
 
 namespace tessaline {
 
-/// The key of a camera in the topology: relay path, "/", camera identifier, or the bare identifier
-/// on the directly connected server (empty relay path). Nothing is escaped.
+/// Returns a camera's key in the topology: relay path, "/", camera identifier, nothing escaped. For
+/// the connected server, whose relay path is empty, it is the camera identifier alone.
 QString cameraKey(const QString &relayPath, const QString &cameraID);
 
 struct Camera
 {
     QString key;
     QString name;          ///< empty for an unknown camera
-    QString qualifiedName; ///< "station - camera"; the separator stands also without a name
+    QString qualifiedName; ///< "station - camera"; has the separator even if a name is empty
 };
 
-/// Names of the cameras of one station; each is looked up once.
+/// Caches the names of one station's cameras.
 class CameraNames
 {
 public:
@@ -27,7 +27,7 @@ public:
     CameraNames(const QVariantMap &names, const QString &relayPath);
 
     QString relayPath() const { return m_relayPath; }
-    /// @return the camera, valid as long as this object
+    /// @return the camera; the reference is valid as long as this object
     const Camera &camera(const QString &cameraID);
 
 private:

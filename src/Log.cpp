@@ -14,7 +14,7 @@ namespace {
 
 constexpr quint32 ErrorLevel = 2;
 
-// Numbers whose meaning is the library's own.
+// Numbers that the library requires; it does not publish their meaning.
 constexpr int GlobalObjectArgument = 0;
 constexpr int RegistrationArgument = 19;
 constexpr int CheckArgument = 0;
@@ -42,7 +42,7 @@ void detachFromLibrary()
         freeLogLibrary(g_logModule);
 }
 
-// Runs while the library is loaded, before any object of the plug-in exists.
+// Runs while the plug-in library is loaded, before any object of the plug-in exists.
 [[maybe_unused]] const int s_attached = [] {
     attachToLibrary();
     return std::atexit(detachFromLibrary);

@@ -2,17 +2,17 @@
 
 #include "LogObject.h"
 
-// The platform's way to load the host's logging library at run time; one source file a platform.
+// Loads the host's logging library at run time. Each platform has a source file.
 
 namespace tessaline {
 
-/// Loads the library from the platform's usual search path. Null when there is none.
+/// Loads the library from the platform's search path. Returns null if it is not found.
 void *loadLogLibrary();
 
-/// The library's entry point, or null when the library lacks it.
+/// Returns the library's entry point, or null if the library lacks it.
 LogTrace_GetGlobalObject_t resolveLogEntryPoint(void *library);
 
-/// Gives the library back. @p library must not be null.
+/// Unloads the library. @p library must not be null.
 void freeLogLibrary(void *library);
 
 } // namespace tessaline

@@ -3,11 +3,10 @@
 #include <QtCore/QString>
 
 // Every name that the plug-in exchanges with host, server or QML, one table for each set. The roles
-// of timeline items stand in BookmarkRecord.cpp, beside their values.
+// of timeline items are in BookmarkRecord.cpp, beside their values.
 //
-// The strings are built at load time with their characters on the heap, never as literals: a
-// payload, record or role hash may outlive the library, and a key that pointed into the library's
-// own memory would then point at nothing.
+// The characters are on the heap: a payload, record or role hash may outlive the library, and a key
+// made of a literal would then point into unloaded memory.
 //
 // clazy:excludeall=non-pod-global-static
 
@@ -34,7 +33,7 @@ inline const QString RemoveAllBookmarks = heapString("RemoveAllBookmarks");
 inline const QString UpdateBookmark = heapString("UpdateBookmark");
 inline const QString QueryBookmarkForTimeline = heapString("QueryBookmarkForTimeline");
 inline const QString QueryBookmarkForRecent = heapString("QueryBookmarkForRecent");
-/// Without its k on purpose: servers know the command only by this spelling.
+/// Without its k on purpose: servers accept no other spelling.
 inline const QString QueryAllBookmarks = heapString("QueryAllBookmars");
 inline const QString QuerySevTimezone = heapString("QuerySevTimezone");
 inline const QString QuerySettingPermission = heapString("QuerySettingPermission");
@@ -44,7 +43,7 @@ inline const QString UpdateRecycleSetting = heapString("UpdateRecycleSetting");
 inline const QString QueryBookmarkForApi = heapString("QueryBookmarkForApi");
 } // namespace command
 
-/// Server events that the plug-in follows.
+/// Server events that the plug-in handles.
 namespace event {
 inline const QString AddBookmark = heapString("AddBookmark");
 } // namespace event
@@ -99,7 +98,7 @@ inline const QString LocationID = heapString("locID");
 inline const QString DisplayTimeRange = heapString("displayTimeRange");
 } // namespace displayKey
 
-/// Keys of the question that getFilteredBookmarkList() answers.
+/// Keys of the map that getFilteredBookmarkList() receives.
 namespace filterKey {
 inline const QString NodeID = heapString("nodeID");
 inline const QString GroupKey = heapString("groupKey");
@@ -110,7 +109,7 @@ inline const QString EndTimestamp = displayKey::EndTimestamp;
 inline const QString PageNumber = heapString("pageNumber");
 } // namespace filterKey
 
-/// Keys of the answer of getFilteredBookmarkList() and of its groups.
+/// Keys of the page that getFilteredBookmarkList() returns, and of its groups.
 namespace pageKey {
 inline const QString TotalBookmarkNumber = heapString("totalBookmarkNumber");
 inline const QString BookmarkGroupList = heapString("bookmarkGroupList");

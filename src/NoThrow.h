@@ -8,8 +8,8 @@
 
 namespace tessaline {
 
-/// Runs the body of a call from host or QML. Most of the callers are compiled without exceptions,
-/// so none may reach them: an exception becomes a log line and an empty result.
+/// Runs the body of a call from host or QML. Callers are not exception-safe, so an exception
+/// becomes a log line and an empty result.
 /// @param scope "Tessaline::" and the name of the function, as in other log lines
 /// @param line line of the call, for the log
 template <typename Body>

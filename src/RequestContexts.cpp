@@ -9,7 +9,7 @@ std::optional<QList<QString>> completeStation(ContextRegistry<BatchRequestContex
     BatchRequestContext *const batch = batches.find(context);
     if (!batch || batch->pendingByTarget.count(relayPath) == 0)
         return std::nullopt;
-    batch->failedList.append(failed); // the one step that may throw comes first
+    batch->failedList.append(failed); // first, because only this step may throw
     batch->removePending(relayPath);
     if (!batch->isComplete())
         return std::nullopt;

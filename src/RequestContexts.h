@@ -17,10 +17,10 @@
 
 namespace tessaline {
 
-// Removing a pending station allocates no memory, so that an answer is either noted as a whole or
-// not at all.
+// removePending() must not allocate memory: completeStation() calls it after the last step that may
+// throw, so that an answer changes a context completely or not at all.
 
-/// Travels with every command of one batch and collects the failures.
+/// Request context of a batch; collects the failures of all its stations.
 struct BatchRequestContext
 {
     QList<QString> failedList;                       ///< camera names or bookmark IDs
@@ -30,7 +30,7 @@ struct BatchRequestContext
     bool isComplete() const { return pendingByTarget.empty(); }
 };
 
-/// Travels with every command of one query of all bookmarks.
+/// Request context of a query of all bookmarks.
 struct QueryAllRequestContext
 {
     std::vector<QString> pendingStations; ///< relay paths
@@ -55,19 +55,19 @@ struct ContextEnd
     void operator()(Context *context) const { registry->take(context); }
 };
 
-/// A new context, which ends here unless it is released to the answers.
+/// A new context. It ends with this pointer unless the caller releases it.
 template <typename Context>
 using NewContext = std::unique_ptr<Context, ContextEnd<Context>>;
 
 /// Owns the request contexts of one kind of command while answers are outstanding.
 ///
-/// Contexts leave the library as bare pointers. An answer may be late, repeated, or carry the
-/// pointer of another request or of nobody: only a pointer that is found here is read.
+/// The host receives contexts as bare pointers, and an answer may return a pointer late, repeatedly
+/// or wrongly. The registry therefore looks every pointer up before it is dereferenced.
 template <typename Context>
 class ContextRegistry
 {
 public:
-    /// @return a new context with this content, or null when memory is short
+    /// @return a new context with this content, or null if memory is short
     NewContext<Context> create(Context content) noexcept
     {
         Context *pointer = nullptr;
@@ -105,8 +105,8 @@ public:
     }
 
 private:
-    // Allocators tend to reuse a freed address immediately. A repeated answer would then reach the
-    // request that follows, so the last addresses are not used again.
+    // Allocators tend to reuse a freed address immediately. A repeated answer would then match the
+    // next request, so the last addresses are not used again.
     std::array<const void *, 128> m_quarantine{};
     std::size_t m_nextQuarantined = 0;
 
@@ -126,7 +126,7 @@ private:
     std::unordered_map<const void *, std::unique_ptr<Context>> m_outstanding;
 };
 
-/// Notes the answer of one station to a batch.
+/// Removes one station from the pending stations of a batch and adds its failures.
 /// @param failed failures at that station
 /// @return all failures of the batch if this was its last answer, which also ends the context;
 ///         nullopt while answers are pending, or if none was expected from this station
@@ -134,8 +134,8 @@ std::optional<QList<QString>> completeStation(ContextRegistry<BatchRequestContex
                                               const void *context, const QString &relayPath,
                                               const QList<QString> &failed);
 
-/// The contexts of all requests under way. They belong to the library, not to the plug-in object:
-/// an answer may come after the object is gone, and reach the next one.
+/// The contexts of all outstanding requests. They belong to the library, not to the plug-in object:
+/// an answer may arrive after the object was deleted, and reach the next object.
 struct RequestContexts
 {
     ContextRegistry<BatchRequestContext> addBatches;

@@ -42,7 +42,7 @@ bool Tessaline::Init(QQmlContext *)
 
 void Tessaline::PluginServerConnected()
 {
-    // The values of the previous connection stay valid until the answers come.
+    // The values of the previous connection stay in use until the answers arrive.
     noThrow("Tessaline::PluginServerConnected", [&] {
         const AliveGuard self(this);
         sendCommand(command::QuerySevTimezone, QVariant(), nullptr, QString());
@@ -69,22 +69,22 @@ void Tessaline::EventProcessorEx(QString, ConfigBase *, qint64, int, int, QVaria
 /// The row of a command in the table of answers.
 struct Tessaline::AnswerRule
 {
-    /// For commands whose result code the dispatch checks; the other handlers read it themselves,
-    /// or treat every answer alike.
+    /// For commands whose result code the dispatch checks. The other handlers check it themselves
+    /// or ignore it.
     struct Failure
     {
         int line = 0; ///< of the row, for the log
         const char *logFormat = nullptr;
         void (Tessaline::*responsed)(bool) = nullptr;
-        void (*endContext)(const void *context) = nullptr; ///< if the handler would end one
+        void (*endContext)(const void *context) = nullptr; ///< for commands that have a context
     };
 
     const QString &command;
-    void (Tessaline::*handle)(const Answer &answer); ///< null: a success is only signalled
+    void (Tessaline::*handle)(const Answer &answer); ///< null: a success only emits the signal
     Failure onFailure = {};
 };
 
-/// @return the rule for a command, or null for a command that the plug-in does not send
+/// Returns the rule for a command, or null for a command that the plug-in does not send.
 const Tessaline::AnswerRule *Tessaline::answerRule(const QString &command)
 {
     static const AnswerRule rules[] = {
@@ -96,7 +96,7 @@ const Tessaline::AnswerRule *Tessaline::answerRule(const QString &command)
          &Tessaline::HandleDeleteBookmarkResp,
          {__LINE__, "%s, delete bookmark failed", &Tessaline::deleteBookmarkResponsed}},
         {command::DeleteBookmarks, &Tessaline::HandleDeleteBookmarksResp},
-        // The format asks for a number where it gets the code's text. Log readers know the line so.
+        // "%d" receives the code's text. Log readers depend on the line, so the format stays.
         {command::RemoveAllBookmarks,
          nullptr,
          {__LINE__, "%s, remove bookmark failed: %d", &Tessaline::removeAllBookmarksResponsed}},
@@ -158,8 +158,8 @@ QSharedPointer<TimeShiftBufferModel> Tessaline::CreateTimelineModel(const QStrin
         QHash<int, QByteArray> roleNames = TimeShiftBufferModel::defaultRoleHash();
         addTimelineRoles(roleNames);
 
-        // The plug-in object is the model's parent as well as its owner: whichever deletes it
-        // first, the other must notice.
+        // The plug-in object is the model's parent as well as its owner, and either may delete the
+        // model first; the other must notice.
         auto created = std::make_unique<TimeShiftBufferModel>(roleNames, this);
         const QPointer<TimeShiftBufferModel> guard(created.get());
         QSharedPointer<TimeShiftBufferModel> model(

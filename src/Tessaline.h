@@ -24,18 +24,20 @@ template <typename Context>
 struct ContextEnd;
 } // namespace tessaline
 
-/// The plug-in's one object: video bookmarks for the client.
+/// The plug-in's only object: video bookmarks for the client.
 ///
 /// QML calls the invokable methods; each sends one or more commands through the host's framework
 /// and returns at once. The host delivers every answer to CommandProcessor(), which updates lists
 /// and timeline models and emits the signal named after the request. All of it happens on the
-/// thread in which the object lives. Times are milliseconds since 1970-01-01T00:00:00 UTC; texts of
-/// times are "yyyy/MM/dd hh:mm:ss" in the client machine's local time; relay paths name stations,
-/// the empty one the server to which the client is connected.
+/// thread in which the object lives.
 ///
-/// The order of signals and invokable methods, their parameter names and their spelling
-/// ("Responsed", "ForApi" beside "ForAPI") are what the client's QML is written against. So are the
-/// names of the types: newer versions of moc pass them on as they are written here.
+/// Times are milliseconds since 1970-01-01T00:00:00 UTC; texts of times are "yyyy/MM/dd hh:mm:ss"
+/// in the client machine's local time. A relay path names a station; the empty one names the server
+/// to which the client is connected.
+///
+/// The client's QML depends on the order of signals and invokable methods, on their parameter names
+/// and on their spelling ("Responsed", "ForApi" beside "ForAPI"). It also depends on the names of
+/// types, which newer versions of moc copy as they are written here.
 class Tessaline : public PluginBase
 {
     Q_OBJECT
@@ -60,17 +62,18 @@ public:
     bool Init(QQmlContext *context) override;
     void PluginServerConnected() override;
 
-    // ---- For callers inside the library's process; not offered to QML ----
+    // ---- For C++ callers in the same process; not callable from QML ----
 
-    /// Whether the server allows the user to change settings; false until it has said so.
+    /// @return true if the server allows the user to change settings; false before its answer
     bool hasSettingPermission() const;
-    /// Number of bookmarks on a page of getFilteredBookmarkList(); not checked. 50 at first.
+    /// Sets the number of bookmarks on a page of getFilteredBookmarkList(), 50 by default. Any
+    /// number is accepted.
     void setBookmarkNumberPerPage(int number);
-    /// The display records of all bookmarks, as the last query of all left them.
+    /// @return the display records of all bookmarks, as of the last queryAllBookmarks()
     QVariantList getBookmarkList();
-    /// Lets the view cell's model ask for the items from @p start to @p end.
+    /// Emits needItems() of the view cell's model for the range, so that it is queried again.
     void queryBookmarkForTimeline(qint64 start, qint64 end, const QString &viewCellUID);
-    /// Asks a station for the bookmarks of a location in a range, for a view cell.
+    /// Queries the bookmarks of a location in a range, for a view cell.
     /// @return true if the host accepted the command
     bool queryBookmarkForTimeline(const QString &locationID, const QString &relayPath,
                                   qint64 startTimestamp, qint64 endTimestamp,
@@ -85,7 +88,7 @@ Q_SIGNALS:
     void updateBookmarkResponsed(bool success);
     void queryBookmarkForTimelineResponsed(bool success);
     void queryBookmarkForRecentResponsed(bool success);
-    /// @param done false when a station has answered and others are still to come
+    /// @param done false while answers of other stations are pending
     void queryAllBookmarksResponsed(bool done);
     void queryBookmarkForApiFinished(bool success);
     void getRecycleSettingResponse(uint reserveHour, bool enableRecycle);
@@ -94,33 +97,37 @@ Q_SIGNALS:
 public:
     // ---- Tessaline_Req.cpp: requests. They return true if the host accepted a command ----
 
-    /// Refuses an empty camera identifier; nothing else is checked.
+    /// Adds a bookmark. Returns false for an empty camera identifier; nothing else is checked.
     Q_INVOKABLE bool addBookmark(const QString &cameraID, const QString &locationID,
                                  const QString &relayPath, qint64 startTimestamp,
                                  qint64 endTimestamp, const QString &desc, const QString &creator,
                                  const QString &group);
-    /// One bookmark on each camera of @p targetList, a list of maps with "CameraID", "LocationID"
-    /// and "relayPath"; one command for each station.
+    /// Adds one bookmark on each camera. Sends one command for each station.
+    /// @param targetList maps with "CameraID", "LocationID" and "relayPath"
     Q_INVOKABLE bool addBookmarks(const QVariantList &targetList, qint64 startTimestamp,
                                   qint64 endTimestamp, const QString &desc, const QString &creator,
                                   const QString &group);
     Q_INVOKABLE bool addBookmarks(const QVariantList &targetList, const QString &startDateTime,
                                   const QString &endDateTime, const QString &desc,
                                   const QString &creator, const QString &group);
-    /// Without the setting permission: emits deleteBookmarkResponsed(false), returns false.
+    /// Deletes a bookmark. Without the setting permission: emits deleteBookmarkResponsed(false) and
+    /// returns false.
     Q_INVOKABLE bool deleteBookmark(const QString &bookmarkID, const QString &relayPath);
-    /// @p deleteList is a list of maps with "BookmarkID" and "relayPath". Without the setting
-    /// permission: emits deleteBookmarksResponsed() with all identifiers, returns true.
+    /// Deletes bookmarks. Without the setting permission: emits deleteBookmarksResponsed() with all
+    /// identifiers and returns true.
+    /// @param deleteList maps with "BookmarkID" and "relayPath"
     Q_INVOKABLE bool deleteBookmarks(const QVariantList &deleteList);
-    /// A null text leaves that field of the bookmark as it is, an empty one empties it.
+    /// Changes a bookmark. A null text leaves the field unchanged, an empty text clears it.
     Q_INVOKABLE bool updateBookmark(const QString &bookmarkID, const QString &desc = QString(),
                                     const QString &group = QString());
-    /// Without the setting permission: emits removeAllBookmarksResponsed(false), returns true.
+    /// Deletes all bookmarks of a station. Without the setting permission: emits
+    /// removeAllBookmarksResponsed(false) and returns true.
     Q_INVOKABLE bool removeAllBookmarks(const QString &relayPath);
-    /// @param cameraID travels as the location: that is how the server reads this query
+    /// Queries the newest bookmarks of a camera.
+    /// @param cameraID sent as the location, because the server reads it there
     Q_INVOKABLE bool queryBookmarkForRecent(const QString &cameraID, const QString &relayPath,
                                             uchar recentCnt);
-    /// Asks every sub-station; supersedes a query still under way.
+    /// Queries every sub-station. Supersedes an earlier query whose answers are pending.
     Q_INVOKABLE bool queryAllBookmarks();
     Q_INVOKABLE void queryBookmarkForAPI(const QVariantList &camIdList,
                                          const QString &startDateTime, const QString &endDateTime);
@@ -131,7 +138,7 @@ public:
 
     Q_INVOKABLE void clearTimelineModel(const QString &viewCellUID);
     Q_INVOKABLE void removeTimelineModel(const QString &viewCellUID);
-    /// Sets what the view cell shows; empties its model at once.
+    /// Sets the focus of a view cell and removes the items of its model.
     Q_INVOKABLE void setTimelineFocusInfo(const QString &locationID, const QString &relayPath,
                                           const QString &viewCellUID);
     Q_INVOKABLE void setTimelineBoundary(qint64 headBoundTs, qint64 tailBoundTs,
@@ -144,17 +151,20 @@ public:
 
     // ---- Tessaline.cpp, Tessaline_Req.cpp, Tessaline_Local.cpp: getters ----
 
-    /// The view cell's list model, made on first demand; it belongs to the plug-in. Null when it
-    /// could not be made; the next call tries again.
+    /// @return the view cell's list model, created on first use and owned by the plug-in; null if
+    /// it could not be created, and the next call tries again
     Q_INVOKABLE QObject *getBookmarkModelForTimeline(const QString &viewCellUID);
     Q_INVOKABLE QVariantList getBookmarkListForRecent();
-    /// The bookmarks of one camera, by camera key. Also puts the newest recent bookmark first.
+    /// @return the display records of one camera, by camera key. Also sorts the list of recent
+    /// bookmarks, newest first.
     Q_INVOKABLE QVariantList getBookmarkListByNodeID(const QString &nodeID);
-    /// One page of the bookmark panel. Reads "nodeID", "groupKey", "ascending", "text",
-    /// "startTimestamp", "endTimestamp" and "pageNumber"; answers "totalBookmarkNumber" and
-    /// "bookmarkGroupList", a list of maps with "title" and "bookmarkList".
+    /// Returns one page of the bookmark panel.
+    /// @param filterMap "nodeID", "groupKey", "ascending", "text", "startTimestamp",
+    ///                  "endTimestamp" and "pageNumber"
+    /// @return "totalBookmarkNumber" and "bookmarkGroupList", a list of maps with "title" and
+    ///         "bookmarkList"
     Q_INVOKABLE QVariantMap getFilteredBookmarkList(const QVariantMap &filterMap);
-    /// The server records of the last successful queryBookmarkForAPI().
+    /// @return the server records of the last successful queryBookmarkForAPI()
     Q_INVOKABLE QVariantList getQueryBookmarkResult() const;
 
 private:
@@ -180,7 +190,7 @@ private:
     static QVariantMap CreateBookmarkItem(const QVariantMap &record,
                                           tessaline::CameraNames &camNames,
                                           tessaline::TimeFormatter &formatter);
-    /// The record as an item of a timeline; null when memory is short.
+    /// @return the record as an item of a timeline, or null if memory is short
     static std::unique_ptr<QStandardItem>
     CreateBookmarkModelItem(const QVariantMap &record, tessaline::CameraNames &camNames,
                             tessaline::TimeFormatter &formatter);
@@ -188,25 +198,25 @@ private:
     std::shared_ptr<tessaline::TimeFormatter> timeFormatter();
 
     QObject *findTopologyPlugin() const;
-    /// Names by camera key and relay path, fetched from the topology plug-in at this moment.
+    /// @return names by camera key and relay path, read from the topology plug-in by this call
     QVariantMap GetAllCamNames();
-    /// Relay paths of all sub-stations, in ascending order.
+    /// @return relay paths of all sub-stations, in ascending order
     std::vector<QString> GetAllSubStations();
 
-    // The filters and the sort work on rows of the list of all bookmarks.
+    // Filters and sort change a list of rows of m_allBookmarks.
     tessaline::Rows filterBookmarkListByTimestamp(qint64 startTimestamp, qint64 endTimestamp) const;
     void filterBookmarkListByText(tessaline::Rows &rows, const QString &text) const;
     void filterBookmarkListByNodeID(tessaline::Rows &rows, const QString &nodeID) const;
     /// @return the page's range within the sorted rows
     tessaline::Range filterBookmarkListByPageNumber(const tessaline::Rows &rows,
                                                     int pageNumber) const;
-    /// Puts the rows of the page into their place; the others stay in any order.
+    /// Sorts the rows of the page; the order of the others is unspecified.
     void sortBookmarkListByKey(tessaline::Rows &rows, const QString &key, bool ascending,
                                tessaline::Range page);
     void sortRecentBookmarks();
     /// @return the display records of the rows in @p range
     QVariantList bookmarksAt(const tessaline::Rows &rows, tessaline::Range range) const;
-    /// @return the display records of one camera, or of all for an empty key
+    /// @return the display records of one camera, or of all cameras for an empty key
     QVariantList bookmarksOfCamera(const QString &nodeID) const;
     QList<QVariant> generateBookmarkGroupList(const QList<QVariant> &list, QString groupKey) const;
 
@@ -217,7 +227,7 @@ private:
     /// @return true if the host accepted the command
     bool sendCommand(const QString &command, const QVariant &payload, void *context,
                      const QString &relayPath);
-    /// The same without a context; logs a rejection with the line of the call.
+    /// Sends a command without a context; logs a rejection with the line of the call.
     bool sendSingle(const char *scope, const QString &command, const QVariant &payload,
                     const QString &relayPath, int line = __builtin_LINE());
     /// Sends a command to several stations.
@@ -245,8 +255,8 @@ private:
     void HandleGetRecycleSettingResp(const Answer &answer);
     void HandleUpdateRecycleSettingResp(const Answer &answer);
     void finishQueryAnswer(const Answer &answer);
-    /// Puts a new bookmark into every view cell that shows its location.
-    /// @return false if one of them has no model or the item could not be made
+    /// Adds a new bookmark to every view cell that shows its location.
+    /// @return false if a view cell has no model or an item could not be created
     bool addBookmarkToTimelineModel(const QVariantMap &record, const QString &relayPath);
     int showInViewCells(const QVariantMap &record, const QStringList &viewCells,
                         tessaline::CameraNames &camNames);
@@ -256,7 +266,7 @@ private:
     FrameworkWrapperBase *m_framework = nullptr; ///< not owned
     tessaline::Timelines m_timelines;
     quint64 m_queryAllGeneration = 0; ///< number of the newest query of all bookmarks
-    QTimeZone m_serverTimeZone;       ///< zone of everything shown
+    QTimeZone m_serverTimeZone;       ///< zone of all displayed times
     bool m_hasSettingPermission = false;
     QList<QVariant> m_apiQueryResult; ///< server records
     tessaline::BookmarkList m_allBookmarks;

@@ -25,7 +25,7 @@ namespace {
 /// Node type that marks a station reached through the connected server.
 constexpr int SubStationType = 1;
 
-/// The selector of the topology plug-in's query that gives the whole tree.
+/// The argument with which the topology plug-in returns the whole tree.
 constexpr int WholeTree = 0;
 
 QString textOf(const QVariantMap &record, const QString &key)
@@ -113,7 +113,7 @@ std::vector<QString> Tessaline::GetAllSubStations()
 
 Rows Tessaline::filterBookmarkListByTimestamp(qint64 startTimestamp, qint64 endTimestamp) const
 {
-    // The start alone decides: a bookmark that runs into the range does not belong to it.
+    // Only the start matters: a bookmark that began before the range does not belong to it.
     return m_allBookmarks.rowsInRange(startTimestamp, endTimestamp);
 }
 
@@ -214,7 +214,7 @@ QVariantList Tessaline::bookmarksOfCamera(const QString &nodeID) const
     return bookmarksAt(rows, {0, rows.size()});
 }
 
-/// Newest start first, as the panel of recent bookmarks relies on; but by the number's text.
+/// Sorts the newest start first, as the panel expects; compares the numbers as texts.
 void Tessaline::sortRecentBookmarks()
 {
     const auto startText = [](const QVariant &record) {
@@ -238,7 +238,7 @@ bool Tessaline::hasSettingPermission() const
     return m_hasSettingPermission;
 }
 
-// Both requests ignore a failed send: they return nothing, and their signals answer a server.
+// Both requests ignore a failed send: they return nothing, and their signals only report answers.
 
 void Tessaline::getRecycleSetting()
 {

@@ -23,7 +23,7 @@ using namespace tessaline;
 /// The payload for each station.
 using StationPayloads = std::vector<std::pair<QString, QVariant>>;
 
-/// A command that several stations get, with one context.
+/// A command for several stations with one request context.
 struct Tessaline::StationCommand
 {
     const QString &command;
@@ -38,7 +38,7 @@ namespace {
 
 constexpr char BatchFailure[] = "%s, send command failed";
 
-/// Milliseconds since the epoch of a local date and time as QML writes it, or nothing.
+/// Returns a local date and time in milliseconds since the epoch, or nullopt for a malformed text.
 std::optional<qint64> parseDateTime(const QString &text)
 {
     // Two-digit years can't occur in this format, so the base year does not matter.
@@ -61,7 +61,7 @@ QVariantMap bookmarkPayload(const QString &cameraID, const QString &locationID,
             {serverKey::Group, group}};
 }
 
-/// What identifies an entry of a batch.
+/// Identifies an entry of a batch.
 struct EntryKey
 {
     QString relayPath;
@@ -74,8 +74,8 @@ struct EntryKey
     }
 };
 
-/// Removes repeated entries; the first of equal ones stays in its place. By sorted hashes: a hash
-/// table of a hundred thousand entries spends most of its time on allocations.
+/// Removes repeated entries; of equal ones the first stays in its place. Sorts the hashes, because
+/// a hash table of a hundred thousand entries spends most of its time on allocations.
 void removeDuplicates(std::vector<EntryKey> &entries)
 {
     std::vector<std::pair<std::size_t, std::size_t>> hashes; // with the position of the entry
@@ -89,7 +89,7 @@ void removeDuplicates(std::vector<EntryKey> &entries)
 
     std::vector<char> isRepeated(entries.size());
     for (auto first = hashes.cbegin(); first != hashes.cend(); ++first) {
-        if (isRepeated[first->second]) // or a batch of equal entries would take quadratic time
+        if (isRepeated[first->second]) // avoids quadratic time for a batch of equal entries
             continue;
         for (auto next = first + 1; next != hashes.cend() && next->first == first->first; ++next) {
             if (entries[next->second] == entries[first->second])
@@ -145,8 +145,8 @@ bool Tessaline::sendToStations(const StationCommand &request, NewContext<Context
         LOG_ERROR_AT(request.line, request.logFormat, request.scope);
     }
 
-    // The host may have answered from inside the calls. Then the answers have ended the context, or
-    // it waits only for stations whose command was rejected.
+    // The host may have answered inside the calls. Then the answers have ended the context, or only
+    // stations whose command was rejected are still pending.
     const Context *const open = contexts.find(context);
     if (!open || (self && !open->isComplete()))
         return isAccepted;
@@ -163,7 +163,7 @@ bool Tessaline::addBookmark(const QString &cameraID, const QString &locationID,
                             const QString &desc, const QString &creator, const QString &group)
 {
     if (cameraID.isEmpty()) {
-        // Speaks of the location though it is the camera that is missing: log readers know it so.
+        // Names the location although the camera is missing: log readers depend on this text.
         LOG_ERROR("%s, Location ID is empty", "Tessaline::addBookmark");
         return false;
     }
@@ -202,7 +202,7 @@ bool Tessaline::removeAllBookmarks(const QString &relayPath)
 {
     if (!m_hasSettingPermission) {
         Q_EMIT removeAllBookmarksResponsed(false);
-        return true; // unlike deleteBookmark(): the panel waits for the signal alone
+        return true; // unlike deleteBookmark(): the panel evaluates only the signal
     }
     return sendSingle("Tessaline::removeAllBookmarks", command::RemoveAllBookmarks, QVariant(),
                       relayPath);
@@ -229,7 +229,7 @@ bool Tessaline::addBookmarks(const QVariantList &targetList, qint64 startTimesta
         const QVariantMap common =
             bookmarkPayload({}, {}, startTimestamp, endTimestamp, desc, creator, group);
         for (const EntryKey &entry : entries) {
-            QVariantMap payload = common; // copying a map is cheaper than making one
+            QVariantMap payload = common; // copying a map is cheaper than filling a new one
             payload[serverKey::CameraID] = entry.id;
             payload[serverKey::LocationID] = entry.locationID;
             batch.pendingByTarget[entry.relayPath].append(payload);
@@ -314,7 +314,7 @@ bool Tessaline::queryAllBookmarks()
             return false;
         }
         const AliveGuard self(this);
-        ++m_queryAllGeneration; // the question for the stations may lead to a newer query
+        ++m_queryAllGeneration; // before the topology call, which may start a newer query
         const std::vector<QString> stations = GetAllSubStations();
         if (!self)
             return false;
@@ -351,7 +351,7 @@ void Tessaline::queryBookmarkForAPI(const QVariantList &camIdList, qint64 startT
         Q_EMIT queryBookmarkForApiFinished(false);
         return;
     }
-    // A failed send is silent: QML learns of this query by its answer alone.
+    // A failed send is not reported: the method returns nothing, and the signal reports an answer.
     noThrow("Tessaline::queryBookmarkForAPI", [&] {
         sendCommand(command::QueryBookmarkForApi,
                     QVariantMap{{serverKey::CameraIDList, camIdList},

@@ -18,18 +18,18 @@
 
 using namespace tessaline;
 
-/// The records of a query's answer.
+/// Returns the records of a query's answer.
 QVariantList Tessaline::bookmarksOf(const Answer &answer)
 {
     return answer.result.toMap().value(serverKey::Bookmarks).toList();
 }
 
-// Lists are filled by append(): when memory is short it throws, whereas a QList that is made of
-// given elements, or detached, writes to a null pointer.
+// Fill lists with append(): it throws when memory is short, whereas the constructors and detach()
+// of QList write to a null pointer.
 //
-// Every handler emits last. A slot may send again, remove a view cell or delete this object; so may
-// a slot on a timeline model, or the host inside a call. After each of them a handler looks up
-// again what it needs.
+// Emit last. A slot may send again, remove a view cell or delete this object, and so may a slot on
+// a timeline model or the host inside a call. After each such call, check `self` and look up
+// contexts and models again.
 
 // ---- Changes ----
 
@@ -50,7 +50,7 @@ bool Tessaline::addBookmarkToTimelineModel(const QVariantMap &record, const QStr
     return self && showInViewCells(record, viewCells, camNames) == 0;
 }
 
-/// @return the number of view cells that have no model, or for which no item could be made
+/// Returns the number of view cells that have no model or for which no item could be created.
 int Tessaline::showInViewCells(const QVariantMap &record, const QStringList &viewCells,
                                CameraNames &camNames)
 {
@@ -98,7 +98,7 @@ void Tessaline::HandleAddBookmarksResp(const Answer &answer)
         Q_EMIT addBookmarksResponsed(*failures);
 }
 
-/// Puts the created bookmarks into the view cells that show them.
+/// Adds the created bookmarks to the view cells that show them.
 /// @return the camera's name for each bookmark that was not created, and for each view cell that
 ///         could not show a created one
 QStringList Tessaline::placeAddedBookmarks(const QVariantList &records, CameraNames &camNames)
@@ -177,7 +177,7 @@ void Tessaline::HandleQueryBookmarkForTimelineResp(const Answer &answer)
         return;
     const auto formatter = timeFormatter();
 
-    // The focus may have moved since the query was sent: only bookmarks of the new one are shown.
+    // The focus may have changed since the query was sent: only bookmarks of the new one are shown.
     std::vector<std::unique_ptr<QStandardItem>> items;
     const QVariantList records = bookmarksOf(answer);
     for (const QVariant &element : records) {
@@ -217,8 +217,8 @@ void Tessaline::HandleQueryAllBookmarksResp(const Answer &answer)
         finishQueryAnswer(answer);
 }
 
-/// Emits the signal unless a newer query has been made. The last answer ends the context,
-/// superseded or not.
+/// Emits the signal unless the query is superseded. The last answer ends the context in either
+/// case.
 void Tessaline::finishQueryAnswer(const Answer &answer)
 {
     auto &contexts = requestContexts().allQueries;

@@ -10,8 +10,8 @@ namespace {
 
 constexpr char NotUtf8 = '\xff'; ///< a byte that UTF-8 never contains
 
-/// Nearly all texts are ASCII, for which this is the whole work.
-/// @return false, and nothing is appended, if the text has other characters
+/// Appends an ASCII text, by far the most frequent kind, without a detour over QByteArray.
+/// @return false if the text has other characters; nothing is appended then
 template <typename Convert>
 bool appendAscii(std::string &bytes, QStringView text, Convert convert)
 {
@@ -43,8 +43,8 @@ bool appendFoldedText(std::string &bytes, QStringView text)
         return true;
     if (!text.isValidUtf16())
         return false;
-    // Each code point to one other, as QString::contains() does. QString::toCaseFolded() may map
-    // one to several in a later version of Qt.
+    // Folds each code point to one other, as QString::contains() does. QString::toCaseFolded() may
+    // fold one to several in a later version of Qt.
     QString folded;
     for (auto letter = text.begin(); letter != text.end(); ++letter) {
         const QChar first = *letter;
@@ -65,7 +65,7 @@ void TextDictionary::append(const QString &text)
     }
     auto known = m_numberOf.find(text);
     if (known == m_numberOf.end()) {
-        m_texts.push_back(text); // first: a number without a text would be used again
+        m_texts.push_back(text); // first, because a map entry without a text would be invalid
         known = m_numberOf.emplace(text, static_cast<quint32>(m_texts.size() - 1)).first;
     }
     m_numbers.push_back(known->second);
@@ -77,7 +77,7 @@ void TextColumn::append(const QString &text)
         m_bytes += NotUtf8;
     } else if (!appendAscii(m_bytes, text, [](char16_t c) { return c; })) {
         const QByteArray utf8 = text.toUtf8();
-        // Not so for unpaired surrogates, nor for a byte order mark, which fromUtf8() removes.
+        // False for unpaired surrogates and for a byte order mark, which fromUtf8() removes.
         if (QString::fromUtf8(utf8) == text) {
             appendUtf8(m_bytes, utf8);
         } else {

@@ -10,13 +10,13 @@
 #include <unordered_map>
 #include <vector>
 
-// Columns of texts: one text for each row, extended at the end only. After an exception from
-// append(), truncate() restores the rows before it; it allocates nothing.
+// Columns of texts, one text for each row, extended at the end only. truncate() removes the rows
+// of an append() that threw; it allocates no memory.
 
 namespace tessaline {
 
-/// Makes room for @p count more elements. At least doubles the room: many short answers must not
-/// copy the column each time.
+/// Reserves space for @p count more elements. At least doubles the capacity: otherwise each of many
+/// short answers would copy the column.
 template <typename Value>
 void reserveMore(std::vector<Value> &column, std::size_t count)
 {
@@ -30,7 +30,7 @@ class TextDictionary
 public:
     void append(const QString &text);
     void reserve(std::size_t count) { reserveMore(m_numbers, count); }
-    /// Keeps the texts of the removed rows: a number without a row does no harm.
+    /// Removes rows at the end. Their texts stay: a number without a row does no harm.
     void truncate(std::size_t rows) { m_numbers.resize(rows); }
 
     const QString &at(std::size_t row) const { return m_texts[m_numbers[row]]; }
@@ -38,7 +38,7 @@ public:
     const std::vector<QString> &texts() const { return m_texts; }     ///< by number
 
 private:
-    /// Null and empty texts are equal for QString; QML and the host see the difference.
+    /// Distinguishes null from empty texts, which are equal for QString but not for QML and host.
     struct IsSame
     {
         bool operator()(const QString &left, const QString &right) const
@@ -52,21 +52,20 @@ private:
     std::unordered_map<QString, quint32, std::hash<QString>, IsSame> m_numberOf;
 };
 
-/// A column of texts that hardly repeat, stored one after the other as bytes.
+/// A column of mostly distinct texts, stored one after the other as bytes.
 class TextColumn
 {
 public:
-    /// Appends a text so that at() returns exactly the same: null stays null, and unpaired
-    /// surrogates survive.
+    /// Appends a text that at() returns unchanged, also if it is null or has unpaired surrogates.
     void append(const QString &text);
     void reserve(std::size_t count) { reserveMore(m_ends, count); }
     void truncate(std::size_t rows);
     QString at(std::size_t row) const;
 
-    /// Appends a text for nextMatch() instead of at().
-    /// @return false if the text has no UTF-8 form: nextMatch() does not find it
+    /// Appends a text, folded, for nextMatch(); at() can't return it.
+    /// @return false if the text has no UTF-8 form, so that nextMatch() can't find it
     bool appendFolded(const QString &text);
-    /// @param needle not empty; what appendFoldedText() appends
+    /// @param needle not empty; folded by appendFoldedText()
     /// @return the first row from @p row on that contains the needle, or the number of rows
     std::size_t nextMatch(std::string_view needle, std::size_t row) const;
 
@@ -77,8 +76,8 @@ private:
     std::vector<std::size_t> m_ends; ///< by row, positions in m_bytes
 };
 
-/// Appends a text in UTF-8, folded as a case-insensitive search compares it.
-/// @return false, and nothing is appended, if the text has no UTF-8 form
+/// Appends the case-folded text in UTF-8.
+/// @return false if the text has no UTF-8 form; nothing is appended then
 bool appendFoldedText(std::string &bytes, QStringView text);
 
 } // namespace tessaline

@@ -14,11 +14,12 @@ constexpr int SecondsPerDay = 86'400;
 constexpr qint64 MsPerDay = qint64(1000) * SecondsPerDay;
 constexpr qint64 JulianDayOfEpoch = 2'440'588;
 
-/// Farther from the epoch than this, some 126 years, QDateTime computes each text: the cache relies
-/// on transitions that zones may not have there.
+/// Some 126 years. For times farther from the epoch QDateTime computes each text: the cache needs
+/// the zone's transitions, which may be missing there.
 constexpr qint64 MaxCachedMs = 4'000'000'000'000;
 
-/// Not so in an invalid zone, where all texts are empty.
+/// Returns true if the locale writes date and time as the date, a blank and the time. False for an
+/// invalid zone, where all texts are empty.
 bool isComposed(const QLocale &locale, const QTimeZone &zone)
 {
     const bool showsMilliseconds = locale.timeFormat(QLocale::ShortFormat).contains(u'z');
@@ -109,7 +110,7 @@ TimeFormatter::TimeRange TimeFormatter::timeRange(qint64 start, qint64 end)
     return range;
 }
 
-/// @return nullopt when QDateTime has to compute it
+/// Returns the local wall-clock time, or nullopt if QDateTime has to compute it.
 std::optional<TimeFormatter::LocalTime> TimeFormatter::localTime(qint64 moment)
 {
     if (!m_isComposed || moment < -MaxCachedMs || moment >= MaxCachedMs)
@@ -119,7 +120,8 @@ std::optional<TimeFormatter::LocalTime> TimeFormatter::localTime(qint64 moment)
     return LocalTime{day, static_cast<int>((local - day * MsPerDay) / 1000)};
 }
 
-/// In milliseconds. An answer has bookmarks of summer and of winter, so several periods are cached.
+/// Returns the offset in milliseconds. Caches several periods, because an answer has bookmarks of
+/// summer and of winter.
 qint64 TimeFormatter::offsetAt(qint64 moment)
 {
     const auto period = std::find_if(m_periods.cbegin(), m_periods.cend(), [&](const Period &p) {

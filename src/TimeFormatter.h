@@ -14,32 +14,30 @@ namespace tessaline {
 
 struct BookmarkRecord;
 
-/// Formats the times of bookmarks as operators read them, in one time zone.
+/// Formats the times of bookmarks in one time zone and in the system locale of its construction.
 ///
-/// Date and time texts are the costliest part of a record, and they repeat: the offsets of the
-/// zone, the texts of days and of times of the day are cached. The formatter is made for the zone
-/// and the formats of the system locale at its construction; a cached text does not change
-/// afterwards.
+/// Formatting is the costliest part of a record, and the texts repeat. The formatter therefore
+/// caches the offsets of the zone, the texts of days and the texts of times of the day.
 class TimeFormatter
 {
 public:
-    /// A time range, "hh:mm:ss - hh:mm:ss" in any locale, and a 0. Without heap memory: a search
-    /// formats one for each bookmark.
+    /// A time range, "hh:mm:ss - hh:mm:ss" in any locale, and a terminating NUL. Not on the heap:
+    /// a search formats one for each bookmark.
     using TimeRange = std::array<char, 20>;
 
-    /// @param zone an invalid zone gives empty dates and times, and the separator alone as range
+    /// @param zone an invalid zone gives empty dates and times, and " - " as time range
     explicit TimeFormatter(const QTimeZone &zone);
 
-    /// @return true if a new formatter for @p zone and the present system locale would be equal
+    /// @return true if the formatter is for @p zone and for the present system locale
     bool isValidFor(const QTimeZone &zone) const;
 
-    /// Sets date, date and time, and time range of the record from its start and end: the first two
-    /// in the short formats of the system locale.
+    /// Sets the record's date, date and time, and time range from its start and end. Date and time
+    /// have the short formats of the system locale.
     void format(BookmarkRecord &record);
 
-    /// Sets the date, and caches date and time for a later format().
-    /// @return false, and nothing is set, if they can't be cached: format() follows the system
-    /// locale
+    /// Sets the record's date, and caches date and time for a later format().
+    /// @return false if the texts can't be cached; nothing is set then, and a later format() would
+    /// use the system locale of that moment
     bool cacheDate(BookmarkRecord &record);
 
     /// @param start,end milliseconds since the epoch
@@ -53,7 +51,7 @@ private:
         int secondOfDay; ///< 0 to 86,399
     };
 
-    /// A period in which the zone keeps its offset from UTC.
+    /// A period in which the zone's offset from UTC is constant.
     struct Period
     {
         qint64 begin;
@@ -74,7 +72,7 @@ private:
     QLocale m_locale;
     QString m_dateFormat;
     QString m_timeFormat;
-    bool m_isComposed; ///< date and time are formatted as the date, a blank, and the time
+    bool m_isComposed; ///< true if the locale writes date and time as the date, a blank, the time
     std::vector<Period> m_periods;
     std::unordered_map<qint64, QString> m_dayTexts;
     int m_secondsPerText;             ///< 1 if the time format has seconds, else 60

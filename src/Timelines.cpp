@@ -9,7 +9,7 @@ namespace tessaline {
 
 void Timelines::remove(const QString &viewCellUID)
 {
-    // Out of the maps first: a slot on destroyed() may request the same view cell again.
+    // Remove the entry first: a slot on destroyed() may request the same view cell again.
     const Model model = m_models.take(viewCellUID);
     m_focus.remove(viewCellUID);
 }
@@ -45,7 +45,7 @@ void refill(TimeShiftBufferModel &model, std::vector<std::unique_ptr<QStandardIt
     for (const auto &item : items)
         list.append(item.get());
     for (auto &item : items)
-        static_cast<void>(item.release()); // only now, as the list may have thrown
+        static_cast<void>(item.release()); // after append(), which may throw
     model.refillItems(list);
 }
 

@@ -22,16 +22,16 @@ struct TimelineFocus
     QString relayPath;
 };
 
-/// Timeline models and focus of the view cells, both by view cell UID.
+/// Stores the timeline model and the focus of each view cell, by view cell UID.
 ///
-/// Slots on a model's signals may call back for the same view cell: an entry is removed before its
-/// model is deleted, and no reference into the maps is kept during a call of a model.
+/// Slots on a model's signals may call this class for the same view cell. It therefore removes an
+/// entry before it deletes the model, and keeps no reference into its maps while it calls a model.
 class Timelines
 {
 public:
     using Model = QSharedPointer<TimeShiftBufferModel>;
 
-    /// @return true if the view cell has an entry, also one without a model
+    /// @return true if the view cell has an entry, even one without a model
     bool contains(const QString &viewCellUID) const { return m_models.contains(viewCellUID); }
     /// @return the model of a view cell, null if it has none
     Model model(const QString &viewCellUID) const { return m_models.value(viewCellUID); }
@@ -51,8 +51,8 @@ public:
         m_focus.insert(viewCellUID, focus);
     }
     TimelineFocus focus(const QString &viewCellUID) const { return m_focus.value(viewCellUID); }
-    /// The same; a view cell without a focus gets an empty one, which shows bookmarks that have
-    /// neither location nor relay path.
+    /// Like focus(), but stores an empty focus for a view cell without one. An empty focus shows
+    /// bookmarks that have neither location nor relay path.
     TimelineFocus ensureFocus(const QString &viewCellUID) { return m_focus[viewCellUID]; }
     /// @return the view cells with this focus, in ascending order
     QStringList viewCellsShowing(const TimelineFocus &focus) const;
@@ -62,7 +62,7 @@ private:
     QMap<QString, TimelineFocus> m_focus;
 };
 
-/// Adds items to a model, which takes ownership of them.
+/// Adds items to a model, which owns them afterwards.
 void refill(TimeShiftBufferModel &model, std::vector<std::unique_ptr<QStandardItem>> items);
 
 } // namespace tessaline
