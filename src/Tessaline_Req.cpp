@@ -278,11 +278,6 @@ bool Tessaline::deleteBookmarks(const QVariantList &deleteList)
         }
         const StationPayloads payloads(batch.pendingByTarget.cbegin(),
                                        batch.pendingByTarget.cend());
-        QStringList ids;
-        for (const auto &[relayPath, targets] : batch.pendingByTarget) {
-            for (const QVariant &target : targets)
-                ids.append(target.toMap().value(serverKey::BookmarkID).toString());
-        }
         auto context = requestContexts().deleteBatches.create(std::move(batch));
         if (!context) {
             LOG_ERROR("%s, malloc memory fail", "Tessaline::deleteBookmarks");
@@ -290,7 +285,13 @@ bool Tessaline::deleteBookmarks(const QVariantList &deleteList)
         }
         if (!m_hasSettingPermission) {
             context.reset();
-            Q_EMIT deleteBookmarksResponsed(ids);
+            QStringList bookmarkIDs;
+            for (const auto &[relayPath, targets] : payloads) {
+                const QVariantList list = targets.toList();
+                for (const QVariant &target : list)
+                    bookmarkIDs.append(target.toMap().value(serverKey::BookmarkID).toString());
+            }
+            Q_EMIT deleteBookmarksResponsed(bookmarkIDs);
             return true;
         }
         return sendToStations({command::DeleteBookmarks, payloads, __LINE__, BatchFailure,
