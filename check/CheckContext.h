@@ -28,7 +28,7 @@ public:
     /// The same for two texts. Of texts with several lines the first that differ are shown.
     /// @param what where the difference is, in front of it
     bool compare(const QString &what, const QString &expected, const QString &found);
-    /// Left behind as a footprint too, for the case that the check does not live to tell.
+    /// Records a failure, also as a breadcrumb, as the process may end before the check does.
     void fail(const QString &line);
     void warn(const QString &line) { m_warnings.append(line); }
     /// Ends the check without a verdict; failures noted before still count.

@@ -347,7 +347,7 @@ QVariant Host::call(const QByteArray &method, const QVariantList &arguments)
 {
     const std::optional<QVariant> result = callByName(*m_object, method, arguments);
     if (!result)
-        note(u"no method takes %1 %2"_s.arg(QString::fromLatin1(method), valueText(arguments)));
+        note(u"no method accepts %1 %2"_s.arg(QString::fromLatin1(method), valueText(arguments)));
     return result.value_or(QVariant());
 }
 

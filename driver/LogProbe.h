@@ -34,7 +34,7 @@ public:
     /// is wrong about the call (severity, handle, numbers, the place of another statement).
     std::function<void(const QString &line)> onLine;
 
-    /// Takes something out of the log object, and puts everything else back.
+    /// Removes a part from the log object, and restores all others.
     void withhold(Missing missing);
     /// Makes checkLine refuse lines.
     void refuseLines(bool refuse) { m_refuse = refuse; }

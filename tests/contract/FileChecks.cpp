@@ -201,7 +201,7 @@ std::vector<Check> fileChecks()
         {"1.exports", "Only the two entry points of Qt's plug-in protocol leave it", checkExports},
         {"1.unresolved", "Every symbol is in a library that it names as needed", checkUnresolved},
         {"1.dependencies", "It needs no library beyond those agreed", checkDependencies},
-        {"1.build-paths", "It tells nothing of the machine it was built on", checkBuildPaths},
+        {"1.build-paths", "It names no file of the build machine", checkBuildPaths},
         {"1.hardening", "Its memory is protected as far as the linker can", checkHardening},
         {"1.metadata", "Hosts find it: interface, class name, plug-in ID", checkMetadata},
         {"1.metadata-bytes", "The metadata is the one that hosts scan for, byte by byte",

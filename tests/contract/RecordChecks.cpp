@@ -105,7 +105,7 @@ void checkDisplayRecords(CheckContext &context)
     context.summarize(u"%1 records in four time zones"_s.arg(records.size()));
 }
 
-/// The roles that hold a value, and what they hold.
+/// The roles that have a value, with their values.
 QString itemText(const QMap<int, QVariant> &item)
 {
     QStringList lines;

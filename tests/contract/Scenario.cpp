@@ -83,7 +83,7 @@ void playScenarios(CheckContext &context, const ScenarioFile &file)
             const QString place = u"line %1, %2"_s.arg(step.line).arg(scenario.title);
             if (!step.isGiven)
                 context.compare(place, step.expected.join(u'\n'), trace);
-            else if (trace.contains(u"no method takes"_s))
+            else if (trace.contains(u"no method accepts"_s))
                 context.fail(place + u": "_s + trace);
         }
     }
