@@ -250,7 +250,7 @@ void Host::answerStep(const QString &target, const QString &code, const QVariant
     const QList<standin::SentCommand> sent = framework.sent();
     if (number < 0 || number >= sent.size())
         return note(u"no command %1 was sent"_s.arg(name));
-    const standin::SentCommand command = sent.at(number);
+    const standin::SentCommand &command = sent.at(number);
     answer(command.command, value, target.contains(u'@') ? station : command.relayPath,
            command.context, code);
 }

@@ -76,7 +76,7 @@ QString LogProbe::libraryPath()
     // As the build lays programs and tests out, or beside the program.
     const QString folder = QCoreApplication::applicationDirPath();
     for (const char *place : {"/../logging/", "/../../logging/"}) {
-        const QString path = folder + QLatin1String(place) + loaderName();
+        QString path = folder + QLatin1String(place) + loaderName();
         if (QFileInfo::exists(path))
             return path;
     }
