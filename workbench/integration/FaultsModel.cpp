@@ -78,11 +78,21 @@ void FaultsModel::setCommand(const QString &command)
 QStringList FaultsModel::commands()
 {
     using namespace protocol::command;
-    return {QString(), AddBookmark, AddBookmarks,           DeleteBookmark,
-            DeleteBookmarks,     UpdateBookmark,         RemoveAllBookmarks,
-            QueryAllBookmarks,   QueryBookmarkForRecent, QueryBookmarkForTimeline,
-            QueryBookmarkForApi, GetRecycleSetting,      UpdateRecycleSetting,
-            QueryServerTimeZone, QuerySettingPermission};
+    return {QString(),
+            AddBookmark,
+            AddBookmarks,
+            DeleteBookmark,
+            DeleteBookmarks,
+            UpdateBookmark,
+            RemoveAllBookmarks,
+            QueryAllBookmarks,
+            QueryBookmarkForRecent,
+            QueryBookmarkForTimeline,
+            QueryBookmarkForApi,
+            GetRecycleSetting,
+            UpdateRecycleSetting,
+            QueryServerTimeZone,
+            QuerySettingPermission};
 }
 
 QStringList FaultsModel::orders()

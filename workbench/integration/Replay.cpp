@@ -91,7 +91,7 @@ QJsonValue withPlainNumbers(const QJsonValue &value)
     if (!value.isObject())
         return value;
     QJsonObject object = value.toObject();
-    const QJsonValue number = object.value(QLatin1String("value"));
+    QJsonValue number = object.value(QLatin1String("value"));
     if (object.contains(QLatin1String("$type")) && number.isDouble())
         return number;
     for (auto it = object.begin(); it != object.end(); ++it)
