@@ -115,7 +115,8 @@ Options Options::parse(const QStringList &arguments)
                "user's data folder, for each number of stations, cameras and bookmarks and each "
                "seed; the tour's are gone after the run.",
                "folder");
-    parser.add("import", "Load the bookmarks of a CSV <file> first. docs/workbench.md names the columns.",
+    parser.add("import",
+               "Load the bookmarks of a CSV <file> first. docs/workbench.md names the columns.",
                "file");
     parser.add("screenshot",
                "Open the window, write a picture of it (PNG) to <file> when it shows the stations' "

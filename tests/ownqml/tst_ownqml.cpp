@@ -86,7 +86,8 @@ private Q_SLOTS:
         QFETCH(const QString, output);
         const Run example = run(QStringLiteral(EXAMPLES "/%1.qml").arg(file),
                                 QStringList{u"--until"_s} + arguments);
-        QVERIFY2(example.errors.contains(QRegularExpression(output)), qPrintable(example.errors));
+        const QRegularExpression expected(output);
+        QVERIFY2(example.errors.contains(expected), qPrintable(example.errors));
         QCOMPARE(example.exitCode, 0);
     }
 

@@ -169,8 +169,6 @@ Lint lint(const QStringList &arguments)
     return {process.exitCode(), QString::fromUtf8(process.readAll())};
 }
 
-const QString elementFile = QStringLiteral(QML_FOLDER "/Tessaline/TessalinePlugin.qml");
-
 } // namespace
 
 /// The element by which tools know the plug-in's object.
@@ -184,14 +182,14 @@ private Q_SLOTS:
         QPluginLoader loader(QStringLiteral(PLUGIN_PATH));
         QVERIFY2(loader.instance(), qPrintable(loader.errorString()));
         const QString expected = typedAccess(*loader.instance()->metaObject());
-        QFile file(elementFile);
+        QFile file(QStringLiteral(QML_FOLDER "/Tessaline/TessalinePlugin.qml"));
         QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
         if (QString::fromUtf8(file.readAll()) == expected)
             return;
         QFile right(QDir::current().filePath(u"TessalinePlugin.qml"_s));
         QVERIFY(right.open(QIODevice::WriteOnly) && right.write(expected.toUtf8()) > 0);
         QFAIL(qPrintable(u"%1 differs from the plug-in. Replace it with %2."_s.arg(
-            elementFile, right.fileName())));
+            file.fileName(), right.fileName())));
     }
 
     void lintPassesExamples()

@@ -17,7 +17,7 @@ class PluginConsole : public QObject
     Q_OBJECT
     QML_ELEMENT
     /// Not owned; set once.
-    Q_PROPERTY(QObject *plugin READ plugin WRITE setPlugin REQUIRED)
+    Q_PROPERTY(QObject *plugin READ plugin WRITE setPlugin NOTIFY pluginChanged REQUIRED)
     /// The methods in their order: maps of "signature", "name", "index" and "parameters"; these are
     /// maps of "name" and "type".
     Q_PROPERTY(QVariantList methods READ methods NOTIFY pluginChanged)
