@@ -5,6 +5,7 @@ import Integration
 /// Calls any method of the plug-in's object with typed arguments, and counts its signals.
 SplitView {
     id: tab
+    objectName: "consoleTab"
 
     required property var plugin
     required property var bench

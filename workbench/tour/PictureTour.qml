@@ -71,7 +71,15 @@ QtObject {
         {
             name: "faults",
             enter: () => find("drawerTabs").currentIndex = 2,
-            reached: () => !find("logList").visible,
+            reached: () => !find("logList").visible
+        },
+        {
+            name: "console",
+            enter: () => {
+                find("drawerTabs").currentIndex = 4;
+                find("consoleTab").choose(find("methodList").model[0]);
+            },
+            reached: () => find("methodList").visible,
             leave: () => window.toggleDrawer()
         },
         {
