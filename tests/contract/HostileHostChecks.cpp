@@ -50,8 +50,7 @@ QVariant recordOf(const QString &id)
 /// Everything that can be called, one call a step; then the program, and the end of the object.
 const char *const entries[] = {
     "addBookmark('1', 'l', 'A', 1, 2, '', '', '')",
-    "addBookmarks([{'CameraID': '1', 'LocationID': 'l', 'relayPath': 'A'}, {'relayPath': 'B'}], 1, "
-    "2, '', '', '')",
+    "addBookmarks([{'CameraID': '1', 'relayPath': 'A'}, {'relayPath': 'B'}], 1, 2, '', '', '')",
     "deleteBookmark('x', 'A')",
     "deleteBookmarks([{'BookmarkID': 'x', 'relayPath': 'A'}, {'relayPath': 'B'}])",
     "updateBookmark('x', 'd', 'g')",
