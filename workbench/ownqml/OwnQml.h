@@ -34,7 +34,7 @@ public:
     Q_DISABLE_COPY_MOVE(OwnQml)
 
     QString file() const { return m_file; }
-    QQuickItem *item() const { return qobject_cast<QQuickItem *>(&*m_root); }
+    QQuickItem *item() const { return qobject_cast<QQuickItem *>(m_root.get()); }
     QStringList errors() const { return m_errors; }
     QString errorText() const { return m_errors.join(QLatin1Char('\n')); }
 

@@ -44,6 +44,7 @@ ThemedWindow {
         }
         ScrollView {
             id: errors
+            contentWidth: availableWidth
             visible: window.own.errorText !== ""
             Layout.fillWidth: true
             Layout.preferredHeight: Math.min(contentHeight, window.height / 2)
