@@ -6,7 +6,7 @@
 
 namespace standin {
 
-/// A server that executes commands elsewhere, in a thread or process of its own.
+/// A server that executes commands in another thread or process.
 class AsyncServer
 {
 public:
@@ -14,13 +14,13 @@ public:
 
     virtual ~AsyncServer() = default;
 
-    /// As Server::execute(), but returns at once. @p done is called once, from any thread; answers
-    /// to commands for the same station come in the order of the commands. The answer shares no
-    /// data with what the server keeps.
+    /// Like Server::execute(), but returns at once. Answers to commands for one station arrive in
+    /// the order of the commands.
+    /// @param done called once, from any thread; its answer shares no data with the server
     virtual void execute(const QString &command, const QVariant &payload, const QString &relayPath,
                          const Completion &done) = 0;
 
-    /// As Server::refuse(); called in the framework's thread.
+    /// Like Server::refuse(); called in the framework's thread.
     virtual Answer refuse(const QString &command, const QVariant &payload,
                           const QString &resultCode)
     {

@@ -5,26 +5,27 @@
 
 namespace standin {
 
-/// What a server says to a command.
+/// A server's answer to a command.
 struct Answer
 {
     QVariant result;
     QString resultCode = QString::fromLatin1("0"); ///< "0" is success, anything else a failure
-    qint64 tookMs = 0; ///< time that the server has spent on it, without time in queues
+    qint64 tookMs = 0; ///< milliseconds that the server needed, without time in queues
 };
 
-/// The far side of the stand-in framework: whatever executes commands.
+/// Executes the commands that the stand-in framework accepts.
 class Server
 {
 public:
     virtual ~Server() = default;
 
-    /// Executes @p command for the station named by @p relayPath; empty is the server to which
-    /// the client is connected. Must cope with a payload of any shape.
+    /// Executes a command and returns the answer.
+    /// @param payload   any value; an implementation must not rely on its type
+    /// @param relayPath the station; empty for the server to which the client is connected
     virtual Answer execute(const QString &command, const QVariant &payload,
                            const QString &relayPath) = 0;
 
-    /// The answer to @p command when it is made to fail with @p resultCode, unexecuted.
+    /// Returns the answer to a command that is not executed but fails with @p resultCode.
     virtual Answer refuse(const QString &command, const QVariant &payload,
                           const QString &resultCode)
     {

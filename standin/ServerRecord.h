@@ -4,7 +4,7 @@
 
 namespace standin {
 
-/// A bookmark as servers send it, with all eight keys.
+/// Returns a server record with all eight keys. Times are milliseconds since the epoch.
 inline QVariantMap serverRecord(const QString &bookmarkID, const QString &cameraID,
                                 const QString &locationID, qint64 start, qint64 end,
                                 const QString &description = {}, const QString &creator = {},

@@ -16,7 +16,7 @@ struct Level
     int type;
     QStringList keys;     ///< of maps and hashes
     QVariantList sources; ///< shared with the original
-    QVariantList copies;  ///< as many of the sources as are done
+    QVariantList copies;  ///< of the first sources; the container is complete with the last one
 };
 
 bool isContainer(const QVariant &value)
@@ -88,7 +88,7 @@ QString deepCopy(const QString &text)
     return text.isNull() ? QString() : QString(text.constData(), text.size());
 }
 
-// A stack of its own instead of recursion: payloads may be nested by the thousand.
+// Without recursion: thousands of nested levels would overflow the call stack.
 QVariant deepCopy(const QVariant &value)
 {
     if (!isContainer(value))

@@ -5,12 +5,12 @@
 
 namespace standin {
 
-/// A string with data of its own; null stays null. No data of a library that may be unloaded, and
-/// nothing shared that a receiver could rely on, survives it.
+/// Returns a string with its own data; null stays null. The copy stays valid if the library that
+/// made @p text is unloaded.
 QString deepCopy(const QString &text);
 
-/// A value with data of its own, at any depth: maps, hashes, lists, string lists, strings and byte
-/// arrays are rebuilt, with all keys. Values of other types are copied as QVariant copies them.
+/// Returns a value with its own data at any depth, keys included: rebuilds maps, hashes, lists,
+/// string lists, strings and byte arrays. Values of other types are copied as QVariant does.
 QVariant deepCopy(const QVariant &value);
 
 } // namespace standin

@@ -9,25 +9,25 @@
 
 namespace standin {
 
-/// How a command is answered: when, how often and with what. Made by one of the functions and
-/// refined by the others, as in Delivery::held().failing(code).
+/// Describes when, how often and with which result a command is answered. Start with a static
+/// function and refine the result, as in Delivery::held().failing(code).
 struct Delivery
 {
     enum class When {
         Queued,    ///< later on the event loop, in the order of sending
         Delayed,   ///< after some milliseconds
         Immediate, ///< from inside the send call
-        Held,      ///< when the test releases it
+        Held,      ///< when Framework::release() or its like is called
         Reversed,  ///< on the event loop, the last one sent first
         Never,     ///< executed, but the answer is lost
-        Refused,   ///< SendCommand returns false, nothing is executed
+        Refused,   ///< rejected: SendCommand returns false, nothing is executed
     };
 
     When when = When::Queued;
     int delayMs = 0;
     int copies = 1;
     std::optional<QString> failureCode;     ///< not executed; the result is invalid
-    std::optional<QVariant> replacedResult; ///< executed, but this is what arrives
+    std::optional<QVariant> replacedResult; ///< executed, but the answer has this result
 
     static Delivery queued() { return at(When::Queued); }
     static Delivery delayed(int ms);
@@ -48,8 +48,8 @@ private:
     static Delivery at(When when);
 };
 
-/// Which delivery holds for which command: the most exact rule that was set, in the order station
-/// and command, command, station, default.
+/// Selects the delivery for a command. The most exact rule applies: station and command, command,
+/// station, default.
 class DeliveryRules
 {
 public:
@@ -58,7 +58,7 @@ public:
     void setForCommand(const QString &command, const Delivery &delivery);
     void setFor(const QString &relayPath, const QString &command, const Delivery &delivery);
 
-    /// Back to one rule: everything is queued.
+    /// Removes all rules; every answer is queued.
     void reset() { *this = {}; }
 
     Delivery find(const QString &relayPath, const QString &command) const;

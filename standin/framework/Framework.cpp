@@ -18,13 +18,14 @@ Q_LOGGING_CATEGORY(lcStandin, "tessaline.standin", QtInfoMsg)
 
 PluginBase *pluginBase(QObject *object)
 {
-    // Test doubles need not declare the interface to the meta-object system.
+    // The second cast finds test doubles that do not declare the interface to the meta-object
+    // system.
     auto *plugin = qobject_cast<PluginBase *>(object);
     return plugin ? plugin : dynamic_cast<PluginBase *>(object);
 }
 
-/// Made once for each answer and before it is delivered: of a hundred thousand bookmarks it takes
-/// longer than a window may stand still.
+/// Returns a deep copy. Made once for each answer and not at its delivery: copying a hundred
+/// thousand bookmarks would block the window too long.
 Answer withDataOfItsOwn(const Answer &answer)
 {
     return {deepCopy(answer.result), deepCopy(answer.resultCode), answer.tookMs};
@@ -124,7 +125,9 @@ void Framework::releaseInOrder(const QList<qsizetype> &positions)
         if (position >= 0 && position < released.size())
             deliver(released.at(position));
         else
-            qCWarning(lcStandin, "No answer is held at position %lld", qlonglong(position));
+            qCWarning(lcStandin,
+                      "No answer is held at position %lld of %lld; the position is ignored",
+                      qlonglong(position), qlonglong(released.size()));
     }
 }
 
@@ -138,7 +141,7 @@ void Framework::sendEvent(const QString &eventName, const QVariant &data, const 
     traffic.relayPath = deepCopy(relayPath);
     notify(traffic);
 
-    // A copy, as a plug-in may add or remove others, or go away itself.
+    // A copy, because a plug-in may add or remove plug-ins, including itself.
     const auto plugins = m_plugins;
     ++m_deliveries;
     for (const QPointer<QObject> &object : plugins) {
@@ -166,7 +169,7 @@ SentCommand Framework::record(SentCommand command)
     return command;
 }
 
-/// What comes back for a command; nothing when only the test can tell.
+/// Returns the answer to a command, or nullopt if the caller of answer() has to provide it.
 std::optional<Answer> Framework::execute(const SentCommand &command, const Delivery &delivery)
 {
     if (delivery.failureCode) {
@@ -190,8 +193,8 @@ void Framework::executeElsewhere(const SentCommand &command, const Delivery &del
     if (delivery.when == Delivery::When::Reversed)
         ++m_roundUnderWay;
     const auto done = [this, inbox = m_inbox, command, delivery](const Answer &answer) {
-        // Still in the server's thread; the posted call runs only while the framework exists. The
-        // answer is not copied: the server has made it for this delivery alone.
+        // This runs in the server's thread; the posted call runs only while the framework exists.
+        // The answer needs no copy, because the server does not use it any more.
         inbox->post([=] {
             if (delivery.when == Delivery::When::Reversed)
                 --m_roundUnderWay;
@@ -238,7 +241,9 @@ void Framework::deliver(const Pending &pending)
     const SentCommand &command = pending.command;
     const QPointer<QObject> receiver = m_plugins.value(command.pluginID);
     if (!receiver) {
-        qCDebug(lcStandin) << "No plug-in is left for the answer to" << command.command;
+        qCDebug(lcStandin) << "Dropped the answer to" << command.command << "from station"
+                           << command.relayPath << "because no plug-in has the ID"
+                           << command.pluginID;
         return;
     }
 
@@ -255,7 +260,7 @@ void Framework::deliver(const Pending &pending)
     notify(traffic);
 
     ++m_deliveries;
-    // The observer may have destroyed the receiver.
+    // Read the receiver again: the observer may have destroyed it.
     QElapsedTimer timer;
     timer.start();
     if (PluginBase *plugin = pluginBase(receiver))
@@ -266,14 +271,15 @@ void Framework::deliver(const Pending &pending)
     --m_deliveries;
 }
 
-/// Called once for each that is delayed; timers that end together do so in any order.
+/// Delivers the answer that is due first. Timers that end together fire in any order, so a timer is
+/// not bound to an answer.
 void Framework::deliverNextDelayed()
 {
     deliver(m_delayed.extract(m_delayed.begin()).mapped());
 }
 
-/// Posted by each answer; the first one finds the whole round, unless the server has yet to answer
-/// for a part of it.
+/// Delivers the round in reverse order. Each answer posts this call; the first call that finds the
+/// round complete delivers all of it.
 void Framework::deliverRound()
 {
     if (m_roundUnderWay > 0)
@@ -285,7 +291,7 @@ void Framework::deliverRound()
 
 void Framework::notify(const Traffic &traffic)
 {
-    // A copy, as the observer may install another one.
+    // A copy, because the observer may install another one.
     const auto observer = m_observer;
     if (observer)
         observer(traffic);

@@ -19,9 +19,9 @@
 
 namespace standin {
 
-/// The framework object: takes commands from plug-ins, has a server execute them and delivers the
-/// answers as the delivery rules say. Without a server it only records; the test then answers by
-/// hand. Answers that are still under way when the object is destroyed are dropped.
+/// Stand-in for the host's framework: accepts commands from plug-ins, lets a server execute them
+/// and delivers the answers according to the delivery rules. Without a server it only records, and
+/// the caller answers with answer(). The destructor drops answers that are not yet delivered.
 class Framework final : public FrameworkWrapperBase
 {
 public:
@@ -29,57 +29,61 @@ public:
     ~Framework();
     Q_DISABLE_COPY_MOVE(Framework)
 
-    // What the plug-ins call.
+    // Called by the plug-ins.
     bool SendCommand(void *hostHandle, const QString &pluginID, const QString &command,
                      const QVariant &payload, void *context, bool flag,
                      const QString &relayPath) override;
     QObject *FindPlugin(void *hostHandle, const QString &pluginID) override;
 
-    /// Registers a plug-in object, which stays its owner's and may be destroyed at any time.
-    /// Whoever bears the identifier at the time of delivery gets the answer.
+    /// Registers a plug-in object. It is not owned and may be destroyed at any time. An answer goes
+    /// to the object that has the identifier at the time of delivery.
     void addPlugin(const QString &pluginID, QObject *plugin);
     void removePlugin(const QString &pluginID);
 
-    /// Not owned; null stops executing. A command is executed while it is being sent, only its
-    /// answer waits.
+    /// Sets the server that executes commands inside SendCommand().
+    /// @param server not owned; null: commands are only recorded
     void setServer(Server *server) { m_server = server; }
-    /// The same for one that executes elsewhere and answers later; it comes before the other. The
-    /// delivery rule of a command begins to count when the server has answered.
+    /// Sets a server that executes commands later; it has priority over setServer(). The delay of a
+    /// delivery rule begins when the server has answered.
+    /// @param server not owned; null: none
     void setAsyncServer(AsyncServer *server) { m_asyncServer = server; }
 
-    /// The rules for what is sent from now on.
+    /// @return the rules for commands that are sent from now on
     DeliveryRules &rules() { return m_rules; }
 
-    /// Called for everything that passes through, before it is delivered. May send or answer.
+    /// Sets a function that is called with each command, answer and event before its delivery. It
+    /// may send commands and answer.
     void setObserver(std::function<void(const Traffic &)> observer);
-    /// Called after each answer with the milliseconds that the plug-in took for it, slots of its
-    /// signals included.
+    /// Sets a function that is called after each answer with the milliseconds that the plug-in
+    /// needed, including slots on its signals.
     void setCallObserver(std::function<void(double milliseconds)> observer);
 
-    /// All commands in the order of sending, refused ones included.
+    /// @return all commands in the order of sending, including rejected ones
     QList<SentCommand> sent() const { return m_sent; }
     void clearSent() { m_sent.clear(); }
-    /// Whether commands are added to sent(); they are by default. Off for runs of any length.
+    /// Sets whether commands are added to sent(); true by default. Set false for long runs, or the
+    /// list grows without limit.
     void setRecording(bool on) { m_recording = on; }
 
-    /// Delivers an answer to the sender of @p command at once; any number of times.
+    /// Delivers an answer to the sender of @p command at once. May be called repeatedly.
     void answer(const SentCommand &command, const QVariant &result,
                 const QString &resultCode = QString::fromLatin1("0"));
 
-    /// The commands whose answers are held, oldest first. One that is held twice occurs twice.
+    /// @return the commands with held answers, oldest first; one for each held answer
     QList<SentCommand> held() const;
-    /// Delivers one held answer; false when there is no such position.
+    /// Delivers one held answer.
+    /// @return false if there is no such position
     bool release(qsizetype position);
     /// Delivers all answers that are held now, oldest first.
     void releaseAll();
-    /// Takes all held answers and delivers those at the given positions, in that order: one named
-    /// twice is delivered twice, one not named is lost.
+    /// Removes all held answers and delivers those at the given positions, in that order. A
+    /// repeated position is delivered repeatedly; an answer without a position is lost.
     void releaseInOrder(const QList<qsizetype> &positions);
 
     /// Delivers an event to all plug-ins, at once.
     void sendEvent(const QString &eventName, const QVariant &data, const QString &relayPath);
 
-    /// How many answers and events are being delivered at this moment, one from inside the other.
+    /// @return the depth of nested deliveries; 0 outside of answers and events
     int deliveries() const { return m_deliveries; }
 
 private:
@@ -110,11 +114,11 @@ private:
     QList<SentCommand> m_sent;
     QList<Pending> m_held;
     std::multimap<qint64, Pending> m_delayed; ///< by the moment when it is due
-    QList<Pending> m_round;                   ///< waits for being delivered in reverse
-    int m_roundUnderWay = 0; ///< commands of that round that the server has not answered yet
+    QList<Pending> m_round;                   ///< to be delivered in reverse order
+    int m_roundUnderWay = 0; ///< commands of that round without an answer of the server
 
     std::shared_ptr<Mailbox> m_inbox = std::make_shared<Mailbox>();
-    QObject m_eventContext; ///< what is on the event loop dies with it, hence the last member
+    QObject m_eventContext; ///< last member: its destructor cancels queued calls first
 };
 
 } // namespace standin

@@ -13,22 +13,22 @@
 
 namespace standin {
 
-/// Brings calls from other threads into its owner's thread, one for each turn of its event
-/// loop: what is done with the answers of several stations must not hold a window up in one go.
-/// Whoever posts shares it with its owner, and so may come after the owner's end.
+/// Runs calls from other threads in its owner's thread, one for each turn of the event loop:
+/// handling the answers of several stations at once would block the window. Owner and posting
+/// threads share the mailbox, because a thread may post after the owner's end.
 ///
-/// The thread sanitizer sees through all of it: calls are passed under a standard mutex, as Qt's is
-/// not instrumented, and by an event, as Qt lets either thread delete the functor of a queued call.
+/// Uses a standard mutex, because the thread sanitizer does not see Qt's locks, and an event,
+/// because Qt may delete the functor of a queued call in either thread.
 class Mailbox
 {
 public:
     Mailbox() = default;
-    /// Runs the calls in another thread than its maker's.
+    /// Runs the calls in @p thread instead of the constructing thread.
     explicit Mailbox(QThread *thread) { m_receiver->moveToThread(thread); }
     ~Mailbox() = default;
     Q_DISABLE_COPY_MOVE(Mailbox)
 
-    /// Has @p call run on the owner's event loop, after those posted before; from any thread.
+    /// Runs @p call on the owner's event loop, after all earlier calls. Thread-safe.
     void post(const std::function<void()> &call)
     {
         const std::lock_guard lock(m_mutex);
@@ -39,7 +39,7 @@ public:
             wake();
     }
 
-    /// Drops what has not run yet and all that will be posted; for the owner.
+    /// Drops all calls that have not run, and all later ones. Only the owner may call this.
     void close()
     {
         const std::lock_guard lock(m_mutex);

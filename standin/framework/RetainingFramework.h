@@ -7,8 +7,8 @@
 
 namespace standin {
 
-/// Takes every command and keeps the very values that were passed with it. The Framework makes deep
-/// copies, as hosts do, which hide values that live in the plug-in's own memory.
+/// Accepts every command and stores the passed values themselves. The deep copies of Framework
+/// would hide values that refer to the plug-in's own memory.
 class RetainingFramework final : public FrameworkWrapperBase
 {
 public:

@@ -14,7 +14,7 @@ void registerModule(void *handle, int constant, const char *moduleName, quint32 
 int checkLine(void *handle, quint32 severity, int, const char *file, int line);
 void writeLine(void *handle, const char *format, va_list arguments);
 
-/// What of checkLine's arguments the next writeLine needs.
+/// The arguments of checkLine that the next writeLine needs.
 struct CheckedLine
 {
     quint32 severityWord = 0;
@@ -40,14 +40,14 @@ struct State
 
     QByteArray moduleName(quint32 number) const
     {
-        // Numbers are given from 1 on, in the order of registration.
+        // Numbers start at 1, in the order of registration.
         if (number == 0 || number > quint32(modules.size()))
             return "module " + QByteArray::number(number);
         return modules.at(qsizetype(number) - 1);
     }
 };
 
-// Made on the first call: users register while their own library is still being initialised.
+// Created on the first call, because clients register while libraries are still being initialised.
 State &state()
 {
     static State theState;
@@ -74,7 +74,7 @@ QByteArray severityName(quint32 level)
 
 QByteArray formatted(const char *format, va_list arguments)
 {
-    // The arguments can be walked only once, and the length is known only afterwards.
+    // A va_list can be read only once, and the length is known only after formatting.
     va_list measured;
     va_copy(measured, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, measured);
@@ -118,7 +118,7 @@ void writeLine(void *, const char *format, va_list arguments)
     line.format = format;
     line.text = formatted(format, arguments);
     log.sink.write(line);
-    // A copy, as the watcher may install another one.
+    // A copy, because the watcher may install another one.
     if (const auto watcher = log.watcher)
         watcher(line);
 }

@@ -13,8 +13,8 @@
 #define QARNLOGUTL_EXPORT Q_DECL_IMPORT
 #endif
 
-/// The entry point; resolved by its name, or called directly by a program that links the library.
-/// It stores no object for another first argument than 0, the only one known.
+/// Stores the address of the log object in @p object, or null if the first argument is not 0.
+/// Clients resolve it by its name; programs that link the library may call it directly.
 extern "C" QARNLOGUTL_EXPORT void LogTrace_GetGlobalObject(int, LogObject **object);
 
 namespace standin {
@@ -22,33 +22,34 @@ namespace standin {
 /// One written line.
 struct LogLine
 {
-    QByteArray module;        ///< the registered name; "module N" for an unknown number
+    QByteArray module;        ///< the registered name, or "module N" for an unknown number
     QByteArray severity;      ///< the level as a word, "error" for 2
     quint32 severityWord = 0; ///< as given to checkLine: module number << 8 | level
     QByteArray file;          ///< as given to checkLine; empty for a line that was not checked
-    int line = 0;             ///< likewise; 0 for a line that was not checked
+    int line = 0;             ///< as given to checkLine; 0 for a line that was not checked
     QByteArray format;
-    QByteArray text; ///< the format with its arguments filled in
+    QByteArray text; ///< the format with its arguments
 };
 
-/// Controls where the lines of the process-wide log object go. Like the log object itself for the
-/// thread of the user interface only.
+/// Controls where the lines of the process-wide log object go. Call from the GUI thread only, as
+/// the log object itself.
 namespace logging {
 
 /// Sends lines to standard error, the default: local time, severity, module, file and line, text.
 QARNLOGUTL_EXPORT void writeToStandardError();
 
-/// Appends lines to a file. False when it cannot be opened; lines go to standard error then.
+/// Appends lines to a file.
+/// @return false if the file can't be opened; lines go to standard error then
 QARNLOGUTL_EXPORT bool writeToFile(const QString &path);
 
-/// Hands lines to a callback and writes them nowhere.
+/// Passes lines to a callback instead of writing them.
 QARNLOGUTL_EXPORT void writeTo(std::function<void(const LogLine &)> callback);
 
-/// Hands lines to a callback as well, wherever they are written. Null ends it.
+/// Passes lines to a callback in addition to writing them. Null removes the callback.
 QARNLOGUTL_EXPORT void watch(std::function<void(const LogLine &)> callback);
 
-/// Puts everything back to the state at load, the numbering of modules included. A module that
-/// registered before keeps its number, and shows as unknown or under a later module's name.
+/// Resets everything to the state at load, including the numbers of modules. Lines of a module that
+/// registered before have an unknown module or a later module's name.
 QARNLOGUTL_EXPORT void reset();
 
 } // namespace logging

@@ -40,7 +40,7 @@ void LogSink::useCallback(std::function<void(const LogLine &)> callback)
 void LogSink::write(const LogLine &line)
 {
     if (m_callback) {
-        // A copy, as the callback may install another one.
+        // A copy, because the callback may install another one.
         const auto callback = m_callback;
         callback(line);
         return;

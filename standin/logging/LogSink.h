@@ -6,7 +6,7 @@
 
 namespace standin {
 
-/// Where finished lines go: standard error, a file or a callback.
+/// Writes formatted lines to standard error, to a file or to a callback.
 class LogSink
 {
 public:

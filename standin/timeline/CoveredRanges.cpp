@@ -6,7 +6,7 @@ namespace standin {
 
 namespace {
 
-// Both comparisons come before the arithmetic, so that neither end of 64 bits overflows.
+// The first comparison keeps the arithmetic from overflowing at either end of 64 bits.
 
 bool endsWellBefore(const TimeRange &range, qint64 time)
 {

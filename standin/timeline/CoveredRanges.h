@@ -13,12 +13,13 @@ struct TimeRange
     qint64 last;
 };
 
-/// The set of times that have been asked for, as few closed ranges as possible.
+/// The set of times that were requested, stored as closed ranges.
 class CoveredRanges
 {
 public:
-    /// Adds [@p first, @p last] and returns, in ascending order, what of it was not covered
-    /// before. An inverted range covers nothing.
+    /// Adds [@p first, @p last].
+    /// @return the parts that were not covered before, in ascending order; none for an inverted
+    ///         range
     std::vector<TimeRange> cover(qint64 first, qint64 last);
 
     void clear() { m_ranges.clear(); }

@@ -21,13 +21,13 @@ Observer &observer()
     return theObserver;
 }
 
-/// Tells the observer, if there is one, of an operation and its arguments.
+/// Passes an operation and its arguments to the observer, if there is one.
 template <typename Arguments>
-void tell(const TimeShiftBufferModel *model, const char *operation, Arguments arguments)
+void notifyObserver(const TimeShiftBufferModel *model, const char *operation, Arguments arguments)
 {
-    // A copy, as the observer may install another one.
-    if (const Observer told = observer())
-        told(model, QLatin1String(operation) + u'(' + arguments() + u')');
+    // A copy, because the observer may install another one.
+    if (const Observer notified = observer())
+        notified(model, QLatin1String(operation) + u'(' + arguments() + u')');
 }
 
 QString numbers(std::initializer_list<qint64> values)
@@ -67,7 +67,7 @@ TimeShiftBufferModel::TimeShiftBufferModel(QHash<int, QByteArray> roleNames, QOb
     : QObject(parent)
     , d(std::make_unique<Private>())
 {
-    // A parent keeps the list model from being collected by a JavaScript engine that saw it.
+    // A parent keeps JavaScript engines from collecting the list model.
     d->listModel = new standin::TimelineListModel(std::move(roleNames), this);
 }
 
@@ -75,7 +75,7 @@ TimeShiftBufferModel::~TimeShiftBufferModel() = default;
 
 QHash<int, QByteArray> TimeShiftBufferModel::defaultRoleHash()
 {
-    // Not QByteArrayLiteral: role names stay in QML engines, which may outlive this library.
+    // Not QByteArrayLiteral: QML engines store the role names and may outlive this library.
     return {
         {ItemIdRole, QByteArray("itemIDRole")},
         {ChannelIdRole, QByteArray("channelIDRole")},
@@ -99,10 +99,10 @@ QObject *TimeShiftBufferModel::getModel() const
 
 void TimeShiftBufferModel::setBoundary(qint64 head, qint64 tail, qint64 third, qint64 fourth)
 {
-    tell(this, "setBoundary", [&] { return numbers({head, tail, third, fourth}); });
+    notifyObserver(this, "setBoundary", [&] { return numbers({head, tail, third, fourth}); });
 
-    // All gaps count as asked for before the first slot runs, so that a slot that moves the range
-    // again does not ask twice. One that clears the model makes the rest of this call pointless.
+    // Mark all gaps as requested before the first slot runs: a slot that moves the range must not
+    // request them again. Stop if a slot clears the model.
     const std::vector<standin::TimeRange> gaps = d->covered.cover(head, tail);
     const quint64 clearings = d->clearings;
     const QPointer<TimeShiftBufferModel> self(this);
@@ -115,7 +115,7 @@ void TimeShiftBufferModel::setBoundary(qint64 head, qint64 tail, qint64 third, q
 
 void TimeShiftBufferModel::clear()
 {
-    tell(this, "clear", [] { return QString(); });
+    notifyObserver(this, "clear", [] { return QString(); });
     ++d->clearings;
     d->covered.clear();
     d->listModel->removeAll();
@@ -123,12 +123,12 @@ void TimeShiftBufferModel::clear()
 
 void TimeShiftBufferModel::refillItems(QList<QStandardItem *> items)
 {
-    tell(this, "refillItems", [&] { return identifiers(items); });
+    notifyObserver(this, "refillItems", [&] { return identifiers(items); });
     d->listModel->merge(items);
 }
 
 void TimeShiftBufferModel::removeItems(QList<QString> itemIds)
 {
-    tell(this, "removeItems", [&] { return itemIds.join(u' '); });
+    notifyObserver(this, "removeItems", [&] { return itemIds.join(u' '); });
     d->listModel->remove(itemIds);
 }

@@ -6,11 +6,11 @@
 
 #include <functional>
 
-/// Shows what the users of timeline models do with them. For the thread of the user interface only.
+/// Observes the operations on timeline models. Call from the GUI thread only.
 namespace standin::timeline {
 
-/// Calls @p observer with every operation on any model before it is carried out, as one line:
-/// "setBoundary(1, 2, -1, 0)", "refillItems(b1 b2)". An empty observer ends it.
+/// Calls @p observer before every operation on any model, with one line of text:
+/// "setBoundary(1, 2, -1, 0)", "refillItems(b1 b2)". An empty observer removes the last one.
 TIMESHIFTBUFFERMODEL_EXPORT void
 observe(std::function<void(const TimeShiftBufferModel *model, const QString &operation)> observer);
 

@@ -61,8 +61,8 @@ QHash<int, QByteArray> TimelineListModel::roleNames() const
 
 void TimelineListModel::merge(const QList<QStandardItem *> &items)
 {
-    // The items have their owner here before the first slot runs: one that deletes the model must
-    // not leak the rest.
+    // Own all items before the first slot runs: a slot that deletes the model must not leak the
+    // others.
     std::vector<ItemPointer> owned;
     owned.reserve(size_t(items.size()));
     for (QStandardItem *item : items)
@@ -103,10 +103,10 @@ void TimelineListModel::put(ItemPointer item)
 {
     const QPointer<TimelineListModel> self(this);
     const QString id = idOf(item.get());
-    // A slot on the removal may have put the identifier in again, hence the loop.
+    // A loop, because a slot on the removal may insert the identifier again.
     while (QStandardItem *known = m_itemsById.value(id)) {
         if (known == item.get()) {
-            Q_UNUSED(item.release()) // handed over twice
+            Q_UNUSED(item.release()) // the list has the same item twice
             return;
         }
         if (startOf(known) == startOf(item.get())) {
@@ -151,7 +151,7 @@ void TimelineListModel::takeOut(QStandardItem *known)
 
 qsizetype TimelineListModel::lowerBound(const QStandardItem *item) const
 {
-    // Timelines mostly grow at their end.
+    // Most items are appended, because timelines grow at their end.
     if (m_items.isEmpty() || comesBefore(m_items.constLast(), item))
         return m_items.size();
     return std::lower_bound(m_items.cbegin(), m_items.cend(), item, comesBefore) - m_items.cbegin();
@@ -160,7 +160,7 @@ qsizetype TimelineListModel::lowerBound(const QStandardItem *item) const
 qsizetype TimelineListModel::rowOf(QStandardItem *item) const
 {
     const qsizetype row = lowerBound(item);
-    // Whoever kept a pointer to the item may have changed its start behind the model's back.
+    // The row may be wrong: a caller that kept a pointer to the item can change its start.
     return m_items.value(row) == item ? row : m_items.indexOf(item);
 }
 

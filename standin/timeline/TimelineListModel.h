@@ -12,8 +12,8 @@ class QStandardItem;
 
 namespace standin {
 
-/// The list model of one timeline: one row an item, in order of start and then of identifier.
-/// Every change is announced row by row, and a slot may change or delete the model.
+/// The list model of one timeline. Each item has a row; rows are sorted by start, then by
+/// identifier. Emits a signal for each changed row; a slot may change or delete the model.
 class TimelineListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -26,14 +26,14 @@ public:
     QVariant data(const QModelIndex &index, int role) const override;
     QHash<int, QByteArray> roleNames() const override;
 
-    /// Puts items in; an item with a known identifier replaces the one that is there. Takes
-    /// ownership; null items are skipped.
+    /// Inserts items. An item with a known identifier replaces the existing one.
+    /// @param items owned by the model afterwards; null items are ignored
     void merge(const QList<QStandardItem *> &items);
 
-    /// Takes out and deletes the items with these identifiers, as far as they are known.
+    /// Removes and deletes the items with these identifiers; ignores unknown identifiers.
     void remove(const QList<QString> &itemIds);
 
-    /// Takes out and deletes all items.
+    /// Removes and deletes all items.
     void removeAll();
 
 private:

@@ -4,7 +4,7 @@
 
 namespace standin {
 
-/// The identifier of a camera in the topology. The connected server has no relay path.
+/// Returns a camera's key in the topology. The relay path of the connected server is empty.
 inline QString cameraKey(const QString &relayPath, const QString &cameraID)
 {
     return relayPath.isEmpty() ? cameraID : relayPath + QLatin1Char('/') + cameraID;

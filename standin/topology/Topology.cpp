@@ -4,7 +4,7 @@ namespace standin {
 
 namespace {
 
-/// The attribute of a node behind a role name; invalid for an unknown role.
+/// Returns a node's value for a role; invalid for an unknown role.
 QVariant valueOf(const Topology::Node &node, const QString &role)
 {
     if (role == QLatin1String("idRole") || role == QLatin1String("nodeIDRole"))

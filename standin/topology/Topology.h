@@ -8,8 +8,8 @@
 
 namespace standin {
 
-/// The topology plug-in as other plug-ins see it: a list of stations and cameras whose attributes
-/// are read through one method that is called by name.
+/// Stand-in for the topology plug-in: a list of stations and cameras. Other plug-ins read it with
+/// getValuesFromModel(), which they call by name.
 class Topology : public QObject
 {
     Q_OBJECT
@@ -23,14 +23,14 @@ public:
 
     struct Node
     {
-        QString id; ///< relay path of a station; of a camera its relay path, "/", camera ID
+        QString id; ///< relay path of a station, or camera key
         QString name;
-        QVariant type; ///< a NodeType; a variant, so that a test can serve something else
+        QVariant type; ///< a NodeType; a variant, so that tests can use other values
     };
 
     explicit Topology(QObject *parent = nullptr);
 
-    /// The plug-in ID under which plug-ins look for it.
+    /// @return the plug-in ID of the topology plug-in
     static QString pluginID();
 
     /// Adds a node, or replaces the one with this identifier.
@@ -38,20 +38,22 @@ public:
     void setStation(const QString &relayPath, const QString &name, NodeType type = SubStation);
     void setCamera(const QString &cameraKey, const QString &name);
 
-    /// Whether there was such a node.
+    /// @return false if there is no such node
     bool rename(const QString &id, const QString &name);
+    /// @return false if there is no such node
     bool remove(const QString &id);
     void clear() { m_nodes.clear(); }
 
-    /// In the order of their identifiers.
+    /// @return all nodes, sorted by identifier
     QList<Node> nodes() const { return m_nodes.values(); }
 
-    /// How often getValuesFromModel() was called.
+    /// @return the number of calls of getValuesFromModel()
     int callCount() const { return m_callCount; }
 
-    /// Maps, for every node, the value of one role to the value of another. Roles are "idRole",
-    /// "nodeIDRole", "nameRole" and "nodeTypeRole"; an unknown one gives an empty map. So does
-    /// any tree but 0, the only one that is asked for.
+    /// Returns the value of one role by the value of another, for every node.
+    /// @param tree 0 for the whole tree; any other number gives an empty map
+    /// @param keyRole,valueRole "idRole", "nodeIDRole", "nameRole" or "nodeTypeRole"; any other
+    ///                          text gives an empty map
     Q_INVOKABLE QVariantMap getValuesFromModel(int tree, const QString &keyRole,
                                                const QString &valueRole);
 

@@ -2,9 +2,9 @@
 
 #include <QtCore/QMetaType>
 
-/// The same type as Qt's own libraries describe it. On Windows the types of a plug-in's methods and
-/// signals are described inside the plug-in's library: a value made with such a description can't
-/// be touched any more once the library has been unloaded.
+/// Returns the same type with a description in Qt's own libraries. On Windows a plug-in's library
+/// contains the types of its methods and signals; a value of such a type is invalid once the
+/// library is unloaded.
 inline QMetaType processLifetimeType(QMetaType type)
 {
     return QMetaType(type.id());

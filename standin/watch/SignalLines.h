@@ -7,17 +7,17 @@
 #include <functional>
 #include <utility>
 
-/// Every signal of an object's own class as one line of text, in the order of emission:
+/// Records every signal of an object's own class as a line of text, in the order of emission:
 /// "addBookmarksResponsed(Camera A1,Camera B1)".
 class SignalLines
 {
 public:
     explicit SignalLines(QObject *object);
 
-    /// The lines since the last call.
+    /// @return the lines since the last call
     QStringList take() { return std::exchange(m_lines, {}); }
 
-    /// Called after each signal, from inside the emission.
+    /// Called with each line, inside the emission. May be empty.
     std::function<void(const QString &line)> onSignal;
 
 private:

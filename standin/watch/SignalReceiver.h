@@ -9,13 +9,14 @@
 
 namespace standin {
 
-/// Receives every signal of an object's own class, without a slot for each of them.
+/// Receives every signal of an object's own class without a slot for each signal.
 class SignalReceiver : public QObject
 {
 public:
     using Callback = std::function<void(const QMetaMethod &signal, const QVariantList &arguments)>;
 
-    /// @param callback called from inside each emission; arguments have the types of the signal's
+    /// @param callback called inside each emission; the arguments have the types of the signal's
+    ///                 parameters
     explicit SignalReceiver(QObject *sender, Callback callback);
 
     int qt_metacall(QMetaObject::Call call, int id, void **arguments) override;
