@@ -9,7 +9,7 @@ namespace key = protocol::key;
 
 namespace {
 
-/// Map keys as strings that all records share: a list of records stores each key once.
+/// Keys of records. All records share these strings, so that a list stores each key once.
 struct RecordKeys
 {
     QString bookmarkID = key::BookmarkID;
@@ -32,7 +32,7 @@ QString defectOfText(const QString &text, qsizetype maxLength, QLatin1String wha
     if (text.size() > maxLength)
         return QStringLiteral("the %1 is longer than %2 characters").arg(what).arg(maxLength);
     if (text.contains(QChar(QChar::Null)))
-        return QStringLiteral("the %1 holds a NUL character").arg(what);
+        return QStringLiteral("the %1 contains a NUL character").arg(what);
     return QString();
 }
 

@@ -16,7 +16,7 @@ namespace {
 
 constexpr quint32 ApplicationID = 0x54534C42; // "TSLB"
 
-/// Step n brings version n to n + 1. A step that has been shipped is never edited.
+/// Step n migrates version n to n + 1. Never edit a step that has been shipped.
 QList<QStringList> migrations()
 {
     return {
@@ -31,7 +31,7 @@ QList<QStringList> migrations()
                            " description TEXT NOT NULL,"
                            " creator TEXT NOT NULL,"
                            " label TEXT NOT NULL) STRICT"),
-            // The end stands in the index so that an overlap is decided without the row.
+            // The index includes the end, so that a search for overlaps does not read the rows.
             QStringLiteral("CREATE INDEX bookmark_by_location"
                            " ON bookmark (location_id, start_ms, end_ms)"),
             QStringLiteral("CREATE INDEX bookmark_by_camera"
@@ -46,7 +46,7 @@ QList<QStringList> migrations()
     };
 }
 
-/// The single value that a statement yields; nothing when it fails.
+/// Returns the single value of a statement; invalid if the statement fails.
 QVariant valueOf(const QSqlDatabase &database, const QString &statement)
 {
     QSqlQuery query(database);
@@ -58,19 +58,21 @@ QString problemOfIdentity(quint32 applicationID, quint32 version)
     if (applicationID != ApplicationID)
         return QStringLiteral("is a database of another application");
     if (version > static_cast<quint32>(currentVersion()))
-        return QStringLiteral("was written by a newer version (layout %1, known up to %2)")
+        return QStringLiteral(
+                   "was written by a newer version of this program (layout %1, supported "
+                   "up to %2); open it with that version")
             .arg(version)
             .arg(currentVersion());
     return QString();
 }
 
-/// Judges by the file header, so that a foreign file is never handed to SQLite.
+/// Checks the file header before SQLite opens the file, which might change a foreign file.
 QString problemOfHeader(const QByteArray &header)
 {
     constexpr qsizetype headerSize = 100;
     constexpr qsizetype versionAt = 60;
     constexpr qsizetype applicationAt = 68;
-    // The terminating NUL belongs to SQLite's magic text.
+    // The magic text includes the terminating NUL.
     if (header.size() < headerSize || !header.startsWith(QByteArray("SQLite format 3", 16)))
         return QStringLiteral("is not a SQLite database");
     return problemOfIdentity(qFromBigEndian<quint32>(header.constData() + applicationAt),
@@ -83,8 +85,8 @@ bool hasJournal(const QString &path)
            QFileInfo::exists(path + QLatin1String("-journal"));
 }
 
-/// Reads the whole file without locks and without SQLite's helper files beside it. Only for a
-/// file that has no journal: what stands in a journal would not be seen.
+/// Checks the whole file without locks and without creating SQLite's helper files. Only for a file
+/// without a journal, because this mode ignores the journal.
 QString problemOfContents(const QString &path)
 {
     const QUrl url = QUrl::fromLocalFile(QFileInfo(path).absoluteFilePath());
@@ -128,10 +130,10 @@ QString problemOfFile(const QString &path)
         return QString();
     if (!file.open(QIODevice::ReadOnly))
         return file.errorString();
-    // SQLite would open it for reading and fail at the first bookmark.
+    // Otherwise SQLite opens it for reading and fails at the first bookmark.
     if (!QFileInfo(file).isWritable())
-        return QStringLiteral("is not writable");
-    // What a crash between creating the file and its first transaction leaves.
+        return QStringLiteral("is not writable; change its permissions");
+    // A crash between creating the file and its first transaction leaves an empty file.
     if (file.size() == 0)
         return QString();
     QString problem = problemOfHeader(file.read(100));

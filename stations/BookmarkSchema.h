@@ -4,22 +4,22 @@
 
 class QSqlDatabase;
 
-/// The layout of a station's file: what is accepted as one, and how an older one is brought up
-/// to date. Texts of errors do not name the file; the caller does.
+/// The layout of a station's file: checks files and migrates older layouts. Messages do not name
+/// the file; the caller adds its name.
 namespace workbench::schema {
 
-/// The newest layout, kept in SQLite's user_version.
+/// Returns the number of the newest layout, which SQLite stores as user_version.
 int currentVersion();
 
-/// Why the file at @p path must not be opened for writing; empty for a station's file in order
-/// and for one that is not there yet. Changes nothing, neither in the file nor beside it.
+/// Returns the reason why the file must not be opened for writing. Empty for a valid station's file
+/// and for a file that does not exist. Changes no file.
 QString problemOfFile(const QString &path);
 
-/// The same for an open database; reads all of it.
+/// Like problemOfFile(), for an open database. Reads all of it.
 QString problemOfDatabase(const QSqlDatabase &database);
 
-/// Brings an open database, also a new and empty one, to the newest layout, each step in a
-/// transaction. Returns the text of an error, or an empty text.
+/// Migrates an open database, also an empty one, to the newest layout. Each step is a transaction.
+/// @return an error message, or an empty text
 QString migrate(const QSqlDatabase &database);
 
 } // namespace workbench::schema

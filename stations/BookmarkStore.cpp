@@ -16,14 +16,14 @@ namespace workbench {
 
 namespace {
 
-/// SQLite would store a null string as NULL, which compares unequal to everything.
+/// Replaces a null string by an empty one. SQLite stores null as NULL, which equals nothing.
 QVariant bound(const QString &text)
 {
     return text.isNull() ? QVariant(QStringLiteral("")) : QVariant(text);
 }
 
-/// Columns in the order of the select statement.
-/// @param labels texts that many rows have in common; each is stored once
+/// Reads a bookmark; the columns are in the order of the select statement.
+/// @param labels cache of texts that many rows share
 Bookmark bookmarkOf(const QSqlQuery &row, QSet<QString> &labels)
 {
     const auto label = [&](int column) { return *labels.insert(row.value(column).toString()); };
@@ -95,18 +95,17 @@ bool BookmarkStore::prepareFile()
     }
 
     QSqlQuery query(database);
-    // UTF-16 gives every text back as it came: a conversion would replace single surrogates.
+    // Only UTF-16 preserves every text: a conversion would replace unpaired surrogates.
     if (!query.exec(QStringLiteral("PRAGMA encoding = 'UTF-16'")))
         return fail(query.lastError().text());
     const QString error = schema::migrate(database);
     if (!error.isEmpty())
         return fail(error);
 
-    // Only now: until the first migration is in, nothing may tell the file from an empty one.
+    // After the migration: before it, the file must not differ from an empty one.
     const QStringList pragmas = {
         QStringLiteral("PRAGMA journal_mode = WAL"),
-        // With a write-ahead log this loses at most the last moments at a power cut, and never
-        // the file.
+        // With a write-ahead log a power cut loses at most the last transactions, never the file.
         QStringLiteral("PRAGMA synchronous = NORMAL"),
         QStringLiteral("PRAGMA foreign_keys = ON"),
     };
@@ -196,7 +195,7 @@ std::optional<QList<Bookmark>> BookmarkStore::all()
 
 std::optional<QList<Bookmark>> BookmarkStore::newest(const QString &locationOrCameraID, int count)
 {
-    // Two short walks along an index each; a plain OR would sort all rows of the location.
+    // Each inner select reads a few entries of an index; a plain OR would sort all rows.
     const QVariant id = bound(locationOrCameraID);
     return select(
         QStringLiteral("WHERE seq IN ("
@@ -257,14 +256,14 @@ QSqlQuery BookmarkStore::prepared(const QString &statement)
 {
     QSqlQuery query(m_connection->database());
     query.setForwardOnly(true);
-    // A failure stays in the query until it is run.
+    // run() reports a failure, which stays in the query.
     query.prepare(statement);
     return query;
 }
 
 bool BookmarkStore::run(QSqlQuery &query, const QVariantList &values)
 {
-    // Running a statement that could not be prepared would hide why behind a count of values.
+    // Executing an invalid statement would replace the error by one on the number of values.
     if (query.lastError().isValid())
         return fail(query.lastError().text());
     for (int i = 0; i < values.size(); ++i)
@@ -284,7 +283,7 @@ std::optional<QList<Bookmark>> BookmarkStore::select(const QString &clauses,
     QSet<QString> labels;
     while (query.next())
         bookmarks.append(bookmarkOf(query, labels));
-    // Reading can fail half-way; a shortened list must not pass for a whole one.
+    // Reading may fail in the middle; a partial list must not be returned as a complete one.
     if (query.lastError().isValid()) {
         fail(query.lastError().text());
         return std::nullopt;

@@ -14,61 +14,66 @@ namespace workbench {
 
 class SqliteConnection;
 
-/// A closed range of time, milliseconds since 1970-01-01T00:00:00 UTC.
+/// A time range that includes both ends, in milliseconds since 1970-01-01T00:00:00 UTC.
 struct TimeRange
 {
     qint64 start = 0;
     qint64 end = 0;
 };
 
-/// Whether and when a station deletes old bookmarks by itself.
+/// Controls the automatic deletion of old bookmarks at a station.
 struct RecycleSetting
 {
-    uint reserveHour = 0; ///< hours that a bookmark is kept after its end
+    uint reserveHour = 0; ///< hours between the end of a bookmark and its deletion
     bool enabled = false;
 };
 
-/// The bookmarks of one station in one SQLite file. To be used in the thread that opened it.
-/// Whatever changes more than one row is one transaction. An operation that fails has changed
-/// nothing and leaves a text in lastError().
+/// Stores the bookmarks of one station in a SQLite file. Use it in the thread that opened it. Each
+/// operation is atomic: a failed one changes nothing and sets lastError().
 class BookmarkStore
 {
 public:
     enum class Outcome {
         Done,
         Unknown, ///< a bookmark is not in the store; nothing was changed
-        Failed   ///< see lastError()
+        Failed   ///< nothing was changed; see lastError()
     };
 
-    /// Opens the file, creates it when there is none. Null with @p error, which names the file,
-    /// for one that isn't a station's, is damaged or is of a newer version; it stays untouched.
+    /// Opens or creates a file.
+    /// @param error set on failure to a message with the file's name
+    /// @return null if the file is not a station's, is damaged or is of a newer version; the file
+    /// is
+    ///         not changed then
     static std::unique_ptr<BookmarkStore> open(const QString &path, QString *error);
-    /// Renames a file of 0 bytes and its journals: SQLite would take it for a new file, and delete
-    /// the log that may hold its bookmarks. Returns the new name, or an empty text for other files.
+    /// Renames a file of 0 bytes and its journals: SQLite would treat it as a new file and delete
+    /// the log, which may contain its bookmarks.
+    /// @return the new name; empty for any other file
     static QString renameEmptied(const QString &path);
     ~BookmarkStore();
     Q_DISABLE_COPY_MOVE(BookmarkStore)
 
-    /// The last failure, in words, with the name of the file.
+    /// @return a message on the last failure, with the name of the file
     QString lastError() const { return m_lastError; }
 
-    /// Stores all or none; each needs an identifier of its own.
+    /// Stores all bookmarks or none. Each needs a unique identifier.
     bool add(const QList<Bookmark> &bookmarks);
-    /// Replaces description and group of the bookmark with that identifier.
+    /// Replaces description and group of the bookmark with the same identifier.
     Outcome update(const Bookmark &bookmark);
-    /// Deletes all or none; an identifier may be there twice.
+    /// Deletes all bookmarks or none. Identifiers may be repeated.
     Outcome remove(const QStringList &bookmarkIDs);
     bool removeAll();
-    /// How many were deleted.
+    /// @return the number of deleted bookmarks, or nullopt on failure
     std::optional<int> removeEndedBefore(qint64 time);
 
-    /// One bookmark or an empty list.
+    // The queries return nullopt on failure.
+
+    /// Returns one bookmark or an empty list.
     std::optional<QList<Bookmark>> find(const QString &bookmarkID);
-    /// In the order in which they were added.
+    /// Returns all bookmarks in the order in which they were added.
     std::optional<QList<Bookmark>> all();
-    /// The @p count latest by their start, latest first, of a location or a camera.
+    /// Returns the @p count latest bookmarks of a location or camera, the latest start first.
     std::optional<QList<Bookmark>> newest(const QString &locationOrCameraID, int count);
-    /// What overlaps the range, by start; nothing for a range that ends before it starts.
+    /// Returns the bookmarks that overlap the range, sorted by start; none for an inverted range.
     std::optional<QList<Bookmark>> ofLocation(const QString &locationID, const TimeRange &range);
     std::optional<QList<Bookmark>> ofCameras(const QStringList &cameraIDs, const TimeRange &range);
 

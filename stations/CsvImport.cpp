@@ -21,7 +21,7 @@ namespace {
 constexpr qint64 LinesBetweenProgress = 1'000;
 constexpr qint64 LookedAtFirst = 1 << 16; ///< bytes
 
-/// Where the values of a bookmark stand in a record.
+/// Maps the values of a bookmark to the columns of a file.
 class Columns
 {
 public:
@@ -38,7 +38,7 @@ public:
         Group
     };
 
-    /// Returns why the header can't be used, or an empty text.
+    /// Reads the header line. Returns the reason why it is not usable, or an empty text.
     QString read(const QStringList &header)
     {
         QStringList found;
@@ -49,7 +49,7 @@ public:
         const QStringList known = names();
         for (const QString &name : known) {
             if (found.count(name) > 1)
-                return QStringLiteral("the column \"%1\" is there twice").arg(name);
+                return QStringLiteral("the column \"%1\" occurs twice; remove one").arg(name);
             m_indexes.append(found.indexOf(name));
         }
         for (const char separator : {';', '\t', '|'}) {
@@ -59,19 +59,19 @@ public:
                                            : QStringLiteral("\"%1\"").arg(QLatin1Char(separator)));
         }
         if (!has(CameraName))
-            return QStringLiteral("there is no column \"camera\"");
+            return QStringLiteral("the column \"camera\" is missing; add it to the header line");
         const bool hasTimes = has(Start) && has(End);
         const bool hasOffsets = has(StartOffset) && has(EndOffset);
         if (hasTimes == hasOffsets)
-            return QStringLiteral("there must be either the columns \"start\" and \"end\" or"
-                                  " \"start_offset_ms\" and \"end_offset_ms\"");
+            return QStringLiteral("the header line must have either the columns \"start\" and"
+                                  " \"end\" or \"start_offset_ms\" and \"end_offset_ms\"");
         return QString();
     }
 
     bool has(Column column) const { return m_indexes.at(column) >= 0; }
     qsizetype fieldCount() const { return m_fieldCount; }
 
-    /// Empty for a column that the file doesn't have.
+    /// Returns the value of a column, or an empty text if the file lacks the column.
     QString value(const QStringList &fields, Column column) const
     {
         return has(column) ? fields.at(m_indexes.at(column)) : QString();
@@ -103,8 +103,8 @@ std::optional<qint64> timeOf(const QString &text)
 {
     if (const std::optional<qint64> milliseconds = millisecondsOf(text))
         return milliseconds;
-    // The same file must give the same times on every machine: without a zone it is UTC, also where
-    // the machine's own zone skips that time.
+    // A time without a zone is UTC, so that a file gives the same times on every machine. Try UTC
+    // first: the machine's own zone may skip that time.
     QDateTime time = QDateTime::fromString(text + QLatin1Char('Z'), Qt::ISODateWithMs);
     if (!time.isValid())
         time = QDateTime::fromString(text, Qt::ISODateWithMs);
@@ -125,7 +125,7 @@ std::optional<qint64> offsetFrom(qint64 start, const QString &text)
     return time;
 }
 
-/// One import, from opening the file to its result.
+/// The state of one import.
 class Run
 {
 public:
@@ -171,7 +171,7 @@ private:
         return error.isEmpty();
     }
 
-    /// False when the import ended before the file did.
+    /// Imports all records. Returns false if the import ends early.
     bool readRecords(CsvReader &reader, qint64 totalBytes)
     {
         CsvRecord record;
@@ -193,21 +193,21 @@ private:
         return flushAll() && report(reader, totalBytes);
     }
 
-    /// Returns why the record can't be used, or an empty text.
+    /// Imports a record. Returns the reason why it is not usable, or an empty text.
     QString importRecord(const QStringList &fields)
     {
         if (fields.size() != m_columns.fieldCount())
-            return QStringLiteral("%1 fields instead of %2")
+            return QStringLiteral("the line has %1 fields, the header line has %2")
                 .arg(fields.size())
                 .arg(m_columns.fieldCount());
         const QString name = m_columns.value(fields, Columns::CameraName).trimmed();
         if (name.isEmpty())
-            return QStringLiteral("no camera");
+            return QStringLiteral("the camera is missing");
         const QString relayPath = m_columns.value(fields, Columns::RelayPath).trimmed();
         Station *station = relayPath.isEmpty() ? nullptr : m_site.station(relayPath);
         if (!relayPath.isEmpty() && !station)
             return QStringLiteral("unknown station \"%1\"").arg(relayPath.left(80));
-        // Before the plan is asked: a bad line must not move the recordings behind it.
+        // Check the line before the plan sees it: a bad line must not change later recordings.
         Bookmark bookmark = textsOf(fields);
         bookmark.cameraID = name;
         QString reason = readTimes(fields, 0, &bookmark);
@@ -245,7 +245,8 @@ private:
         return bookmark;
     }
 
-    /// Returns what is wrong with the times, or with the bookmark that has them.
+    /// Sets start and end. Returns the reason why times or bookmark are not usable, or an empty
+    /// text.
     QString readTimes(const QStringList &fields, qint64 recordingStart, Bookmark *bookmark) const
     {
         const bool areOffsets = m_columns.has(Columns::StartOffset);
@@ -255,10 +256,10 @@ private:
         };
         const auto start = time(areOffsets ? Columns::StartOffset : Columns::Start);
         if (!start)
-            return QStringLiteral("the start is no time");
+            return QStringLiteral("the start is not a time");
         const auto end = time(areOffsets ? Columns::EndOffset : Columns::End);
         if (!end)
-            return QStringLiteral("the end is no time");
+            return QStringLiteral("the end is not a time");
         bookmark->start = *start;
         bookmark->end = *end;
         return bookmark->defect();

@@ -12,14 +12,14 @@ class Site;
 /// Loads bookmarks from a CSV file with a header line into the stations of a site.
 ///
 /// Columns are found by their names, in any order; others are ignored:
-///   camera                           a camera's identifier or key; with offsets also the name of a
+///   camera                           camera identifier or camera key; with offsets also the name
+///                                    of a recording
+///   start, end                       milliseconds since the epoch or ISO 8601 (UTC by default)
+///   start_offset_ms, end_offset_ms   instead of start and end: milliseconds since the start of the
 ///                                    recording
-///   start, end                       milliseconds since the epoch or ISO 8601 (UTC when it says
-///                                    nothing else), or instead of these two
-///   start_offset_ms, end_offset_ms   milliseconds since the start of the recording
-///   event, description               the text; the description wins where it is not empty
-///   station, creator, group          optional; the station by its relay path
-/// The start of recordings, and the camera of unknown ones, is RecordingPlan's.
+///   event, description               the text; event is used if description is empty
+///   station, creator, group          optional; the station is a relay path
+/// RecordingPlan chooses the camera and the start of a recording.
 class CsvImport
 {
 public:
@@ -30,29 +30,30 @@ public:
     {
         qint64 lines = 0;
         qint64 bytes = 0;
-        qint64 totalBytes = 0; ///< 0 when the size is not known
+        qint64 totalBytes = 0; ///< 0 if the size is unknown
     };
 
-    /// Returns false to cancel; what has been committed stays, nothing else is written.
+    /// Returns false to cancel the import; bookmarks that are already stored stay.
     using ProgressCallback = std::function<bool(const Progress &progress)>;
 
     struct Result
     {
         qint64 imported = 0;
-        qint64 recordings = 0; ///< names that are not cameras, and were placed as recordings
-        qint64 skipped = 0;    ///< lines that could not be used
-        QStringList messages;  ///< "FILE:LINE: reason" of the first MaxMessages of them
+        qint64 recordings = 0; ///< distinct names of recordings
+        qint64 skipped = 0;    ///< lines that are not usable
+        QStringList messages;  ///< "FILE:LINE: reason" of the first MaxMessages skipped lines
         bool cancelled = false;
-        QString error; ///< why the import ended early or never began; names the file or station
+        QString error; ///< message with file or station if the import failed; empty otherwise
     };
 
-    /// @p site outlives the import; @p baseDate is the day of the latest recordings.
+    /// @param site     not owned; must outlive the import
+    /// @param baseDate day of the latest recordings
     CsvImport(Site &site, QDate baseDate);
 
-    /// Called every thousand lines and at the end.
+    /// Sets a function that is called every thousand lines and at the end.
     void setProgressCallback(const ProgressCallback &callback) { m_progress = callback; }
 
-    /// Imports one file, from its first line to its last.
+    /// Imports a file.
     Result run(const QString &path) const;
 
 private:

@@ -17,7 +17,7 @@ void chopLineEnd(QByteArray *text)
         text->chop(1);
 }
 
-/// Takes the field at the front of @p rest, with the comma behind it. False for a stray quote.
+/// Removes the first field and its comma from @p rest. Returns false for a misplaced quote.
 bool takeField(QByteArrayView *rest, QByteArray *field, bool *isLast)
 {
     field->clear();
@@ -50,7 +50,7 @@ bool takeField(QByteArrayView *rest, QByteArray *field, bool *isLast)
     return true;
 }
 
-/// Returns why the record can't be read, or an empty text.
+/// Splits a record into fields. Returns the reason if it can't be read, or an empty text.
 QString split(QByteArrayView rest, QStringList *fields)
 {
     QByteArray field;
@@ -100,8 +100,8 @@ bool CsvReader::next(CsvRecord *record)
     return true;
 }
 
-/// Lines are joined as long as a quote is open, which an odd number of quotes tells: doubled
-/// ones keep it even.
+/// Joins lines while a quote is open, that is, while the number of quotes is odd: doubled quotes
+/// keep it even.
 bool CsvReader::readRecord(QByteArray *text, CsvRecord *record)
 {
     text->clear();

@@ -5,8 +5,9 @@
 
 #include <optional>
 
-/// Reading of payloads by their exact types. QVariant's own conversions turn NaN, texts and
-/// missing values silently into numbers; a server that took those would store wrong times.
+/// Reads payloads and checks exact types. QVariant converts NaN, texts and missing values silently
+/// into numbers, so that a station would store wrong times. The functions return nullopt for a
+/// missing key or another type.
 namespace workbench::payload {
 
 std::optional<QVariantMap> toMap(const QVariant &payload);
@@ -18,10 +19,11 @@ std::optional<int> integer(const QVariantMap &map, QLatin1String key);
 std::optional<uint> unsignedInteger(const QVariantMap &map, QLatin1String key);
 std::optional<bool> boolean(const QVariantMap &map, QLatin1String key);
 
-/// Replaces @p value by the text under @p key, if there is one; false when it is no text.
+/// Replaces @p value by the text under @p key, if the key exists.
+/// @return false if the value under the key is not a text
 bool replaceText(const QVariantMap &map, QLatin1String key, QString *value);
 
-/// A list of texts; nothing when one of the elements is no text.
+/// Returns a list of texts, or nullopt if an element is not a text.
 std::optional<QStringList> textList(const QVariantMap &map, QLatin1String key);
 
 } // namespace workbench::payload

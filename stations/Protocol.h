@@ -2,7 +2,7 @@
 
 #include <QtCore/QLatin1String>
 
-/// Every name that client and server exchange, as the server knows it.
+/// Every name that client and station exchange, as the station spells it.
 namespace workbench::protocol {
 
 namespace command {
@@ -12,7 +12,7 @@ inline constexpr QLatin1String DeleteBookmark("DeleteBookmark");
 inline constexpr QLatin1String DeleteBookmarks("DeleteBookmarks");
 inline constexpr QLatin1String UpdateBookmark("UpdateBookmark");
 inline constexpr QLatin1String RemoveAllBookmarks("RemoveAllBookmarks");
-// Lacks its k: clients and servers in the field know the command by this spelling only.
+// Without its k on purpose: installed clients and servers accept no other spelling.
 inline constexpr QLatin1String QueryAllBookmarks("QueryAllBookmars");
 inline constexpr QLatin1String QueryBookmarkForRecent("QueryBookmarkForRecent");
 inline constexpr QLatin1String QueryBookmarkForTimeline("QueryBookmarkForTimeline");
@@ -45,15 +45,15 @@ inline constexpr QLatin1String ReserveHour("reserveHour");
 inline constexpr QLatin1String EnableRecycle("enableRecycle");
 } // namespace key
 
-/// Result codes. The client knows success from failure only; the others are for reading logs.
+/// Result codes. The client distinguishes only success and failure; the numbers help to read logs.
 namespace code {
 inline constexpr QLatin1String Success("0");
-inline constexpr QLatin1String BadPayload("1");      ///< missing key, wrong type, beyond a limit
-inline constexpr QLatin1String UnknownBookmark("2"); ///< no bookmark of that identifier here
+inline constexpr QLatin1String BadPayload("1");      ///< missing key, wrong type, exceeded limit
+inline constexpr QLatin1String UnknownBookmark("2"); ///< no bookmark with this identifier
 inline constexpr QLatin1String UnknownCommand("3");
-inline constexpr QLatin1String DatabaseError("4"); ///< nothing was changed; the log has details
+inline constexpr QLatin1String DatabaseError("4"); ///< nothing was changed; see the log
 inline constexpr QLatin1String UnknownStation("5");
-inline constexpr QLatin1String UnknownCamera("6"); ///< a single add for a camera of another station
+inline constexpr QLatin1String UnknownCamera("6"); ///< AddBookmark for a camera of another station
 } // namespace code
 
 } // namespace workbench::protocol

@@ -12,7 +12,7 @@ namespace workbench {
 class Site;
 class Station;
 
-/// Where and when something was recorded.
+/// Station, camera and start of a recording.
 struct PlacedRecording
 {
     Station *station = nullptr;
@@ -20,29 +20,32 @@ struct PlacedRecording
     qint64 start = 0; ///< milliseconds since the epoch
 };
 
-/// Gives recordings that are known by name only a camera and a start. In the order in which the
-/// names come, they go round the cameras of the site, or of a station; when each camera has one,
-/// the next round is a day earlier. Every recording starts at eight o'clock UTC. The same names
-/// in the same order always give the same plan.
+/// Assigns cameras and starts to recordings of which only the names are known. Each new name gets
+/// the next camera of the site or station. After the last camera the next round begins, a day
+/// earlier. Every recording starts at eight o'clock UTC. The same names in the same order always
+/// give the same plan.
 ///
-/// A name that is a camera's identifier, or its key (relay path, "/", identifier), keeps that
-/// camera and takes part in the count of days of this camera alone.
+/// A name that is a camera identifier or camera key gets that camera, on the camera's next earlier
+/// day.
 class RecordingPlan
 {
 public:
-    /// @p site outlives the plan; @p baseDate is the day of the first round.
+    /// @param site     not owned; must outlive the plan
+    /// @param baseDate day of the first round
     RecordingPlan(const Site &site, QDate baseDate);
 
-    /// The recording of that name, always the same one. @p station narrows the choice; null for
-    /// the whole site. Nothing when there is no camera to choose from.
+    /// Returns the recording with a name; the same name always gives the same recording.
+    /// @param station limits the choice of cameras; null: all stations
+    /// @return nullopt if there is no camera
     std::optional<PlacedRecording> recording(const QString &name, Station *station);
 
-    /// Whether a name is a camera's identifier or key, at @p station if that is not null.
+    /// @param station limits the search; null: all stations
+    /// @return true if a name is a camera identifier or camera key
     bool isCamera(const QString &name, Station *station) const
     {
         return knownCamera(name, station).has_value();
     }
-    /// Whether a name begins like a key: with a station's relay path and a slash.
+    /// @return true if a name begins like a camera key, with a station's relay path and a slash
     bool isKey(const QString &name) const;
 
 private:

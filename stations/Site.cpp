@@ -45,8 +45,8 @@ std::unique_ptr<Site> Site::open(const QString &folder, const QList<StationConfi
                                  QString *error)
 {
     if (!QDir().mkpath(folder)) {
-        *error =
-            QStringLiteral("%1: cannot be made a folder").arg(QDir::toNativeSeparators(folder));
+        *error = QStringLiteral("%1: cannot create the folder; check the path and its permissions")
+                     .arg(QDir::toNativeSeparators(folder));
         return nullptr;
     }
     std::unique_ptr<Site> site(new Site);
@@ -60,8 +60,8 @@ std::unique_ptr<Site> Site::open(const QString &folder, const QList<StationConfi
         const QString renamed = BookmarkStore::renameEmptied(config.filePath);
         if (!renamed.isEmpty())
             site->m_notices.append(
-                QStringLiteral("%1 had 0 bytes: its bookmarks are lost, and a new file was made. "
-                               "The old one is %2 now.")
+                QStringLiteral("%1: the file had 0 bytes, its bookmarks are lost. A new file was "
+                               "created; the old file was renamed to %2.")
                     .arg(QDir::toNativeSeparators(config.filePath),
                          QDir::toNativeSeparators(renamed)));
         QString defect;
@@ -80,8 +80,8 @@ Site::Site()
 {
 }
 
-/// The readable part may be cut or equal for two paths ("A" and "a" are one file on Windows); the
-/// hash tells them apart.
+/// The readable part may be equal for two paths: it is cut, and "A" and "a" are one file on
+/// Windows. The hash distinguishes them.
 QString Site::fileNameOf(const QString &relayPath)
 {
     static const QRegularExpression unsafe(QStringLiteral("[^A-Za-z0-9_-]"));
@@ -102,7 +102,7 @@ Answer Site::execute(const QString &command, const QVariant &payload, const QStr
                   : refuse(command, payload, code::UnknownStation);
 }
 
-/// A failed batch delete names what it did not delete, also when no station was reached.
+/// A failed DeleteBookmarks returns the identifiers, even if no station was reached.
 Answer Site::refusal(const QString &command, const QVariant &payload, const QString &resultCode)
 {
     Answer answer{QVariant(), resultCode};
@@ -175,7 +175,7 @@ Answer Site::executeAtConnectedServer(const QString &command, const QVariant &pa
     return own ? own->execute(command, payload) : refuse(command, payload, code::UnknownStation);
 }
 
-/// A station that fails does not hide the one that has the bookmark.
+/// Asks the other stations if one fails: another station may have the bookmark.
 Answer Site::updateAnywhere(const QString &command, const QVariant &payload)
 {
     Answer answer{QVariant(), code::UnknownBookmark};
@@ -189,7 +189,7 @@ Answer Site::updateAnywhere(const QString &command, const QVariant &payload)
     return answer;
 }
 
-/// One failing station fails the query: a part of the bookmarks would pass for all of them.
+/// Fails if one station fails: the client would treat a partial result as complete.
 Answer Site::queryEverywhere(const QString &command, const QVariant &payload)
 {
     QVariantList records;
@@ -213,7 +213,7 @@ Answer Site::updateEverywhere(const QString &command, const QVariant &payload)
     return answer;
 }
 
-/// The settings are the same everywhere unless a station was set by its own relay path.
+/// Asks one station: the settings are equal unless a client has changed a single station.
 Answer Site::askFirst(const QString &command, const QVariant &payload)
 {
     return m_stations.empty() ? refuse(command, payload, code::UnknownStation)

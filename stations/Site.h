@@ -6,29 +6,30 @@
 
 namespace workbench {
 
-/// All stations of one installation behind the server to which the client is connected.
+/// All stations of an installation, with the server to which the client is connected.
 ///
-/// A relay path routes a command to its station. The empty one is the connected server: it
-/// answers for time zone and permission itself, finds the station of a bookmark to be updated,
-/// asks all stations for an API query and gives recycle settings to all of them; anything else
-/// goes to the station whose relay path is empty, if there is one.
+/// A command goes to the station with its relay path. For the empty relay path the connected server
+/// answers: it stores time zone and permission, forwards an update to the station that has the
+/// bookmark, an API query to all stations and recycle settings to all stations. Any other command
+/// goes to the station whose relay path is empty, if it exists.
 class Site : public QObject, public standin::Server
 {
     Q_OBJECT
 
 public:
-    /// Opens one file a station in @p folder, which is created when missing. Null with @p error
-    /// when the folder can't be used or two stations share a relay path. A station whose file
-    /// can't be used is there all the same, but fails; see defects().
+    /// Opens a file for each station in @p folder; creates the folder if necessary. A station whose
+    /// file is not usable exists, but rejects every command; see defects().
+    /// @param error set on failure to a message with the folder or file
+    /// @return null if the folder is not usable or two stations have the same relay path
     static std::unique_ptr<Site> open(const QString &folder, const QList<StationConfig> &configs,
                                       QString *error);
 
-    /// What is wrong with the files of the stations that always fail; each names its file.
+    /// @return a message for each station whose file is not usable, with the file
     QStringList defects() const { return m_defects; }
-    /// Files that were found empty and made anew, a line each.
+    /// @return a message for each file that was empty and was created again
     QStringList notices() const { return m_notices; }
 
-    /// Name of the file for a relay path: fit for every file system, different for each path.
+    /// Returns the file name for a relay path: valid on every file system, unique for each path.
     static QString fileNameOf(const QString &relayPath);
 
     standin::Answer execute(const QString &command, const QVariant &payload,
@@ -38,25 +39,26 @@ public:
     {
         return refusal(command, payload, resultCode);
     }
-    /// What any site answers; needs none of its stations.
+    /// Like refuse(), without a site.
     static standin::Answer refusal(const QString &command, const QVariant &payload,
                                    const QString &resultCode);
 
-    /// The station of that relay path, or null. Owned by the site, as those of stations().
+    /// @return the station with a relay path, or null; owned by the site
     Station *station(const QString &relayPath) const;
-    /// In the order of the configuration.
+    /// @return all stations in the order of the configuration; owned by the site
     QList<Station *> stations() const;
 
-    /// Stores a bookmark as another client of the installation does, and tells everybody. False
-    /// when the station refuses it.
+    /// Stores a bookmark as another client of the installation does, and emits
+    /// bookmarkAddedByOther().
+    /// @return false if the station rejects the bookmark
     bool addByOtherClient(const QString &relayPath, const Bookmark &bookmark);
 
-    /// IANA identifier; an empty one is answered as such.
+    /// @param timeZone IANA identifier; sent as it is, even if empty
     void setTimeZone(const QByteArray &timeZone);
     void setSettingPermission(bool permission);
 
 Q_SIGNALS:
-    /// A client other than ours has added @p record (a server record) at a station.
+    /// Another client has added @p record, a server record, at a station.
     void bookmarkAddedByOther(const QVariantMap &record, const QString &relayPath);
 
 private:

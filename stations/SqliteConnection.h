@@ -4,12 +4,12 @@
 
 namespace workbench {
 
-/// A connection to one SQLite file under a name of its own; closed and taken off Qt's list of
-/// connections on destruction. All queries made with it must be gone by then.
+/// A connection to a SQLite file with a unique name in Qt's list of connections. The destructor
+/// closes and removes it; destroy all its queries before.
 class SqliteConnection
 {
 public:
-    /// @p databaseName is a path, or an URI where @p options say so.
+    /// @param databaseName a path, or a URI if @p options contain QSQLITE_OPEN_URI
     explicit SqliteConnection(const QString &databaseName, const QString &options = QString());
     ~SqliteConnection();
     Q_DISABLE_COPY_MOVE(SqliteConnection)
@@ -20,7 +20,7 @@ private:
     QString m_name;
 };
 
-/// A transaction that is rolled back unless it is committed.
+/// A transaction. The destructor rolls it back unless it is committed.
 class Transaction
 {
 public:

@@ -23,10 +23,10 @@ using standin::Answer;
 
 namespace {
 
-// Debug lines (one a command) only on request, as in QT_LOGGING_RULES="tessaline.station=true".
+// Debug lines, one for each command, need QT_LOGGING_RULES="tessaline.station=true".
 Q_LOGGING_CATEGORY(logStation, "tessaline.station", QtInfoMsg)
 
-// Far more than a user can select, far less than what would stop the client for seconds.
+// Far more than a user can select; few enough not to block the client for seconds.
 constexpr qsizetype MaxBatchSize = 100'000;
 constexpr int MaxRecentCount = 255;
 constexpr qint64 MsPerHour = 3'600'000;
@@ -50,7 +50,7 @@ QVariantList recordsOf(const QList<Bookmark> &bookmarks)
     return records;
 }
 
-/// The bookmarks of a batch; nothing when any of them is malformed.
+/// Returns the bookmarks of a batch, or nullopt if one of them is malformed.
 std::optional<QList<Bookmark>> bookmarksOf(const QVariant &payload)
 {
     const std::optional<QVariantList> elements = payload::toList(payload);
@@ -125,7 +125,9 @@ Station::Station(const StationConfig &config, std::unique_ptr<BookmarkStore> sto
     m_recycleTimer.setInterval(std::chrono::hours(1));
     connect(&m_recycleTimer, &QTimer::timeout, this, [this] {
         if (!recycle(QDateTime::currentMSecsSinceEpoch()))
-            qCWarning(logStation) << "recycling failed:" << lastError();
+            qCWarning(logStation) << "station" << m_config.name
+                                  << "can't delete old bookmarks; it tries again in an hour:"
+                                  << lastError();
     });
     m_recycleTimer.start();
 }
@@ -164,7 +166,7 @@ Answer Station::execute(const QString &command, const QVariant &payload)
     });
     if (row == std::cend(rows))
         return failure(code::UnknownCommand);
-    // Without a word in the log: that the station is broken is known.
+    // Without a log line: Site::defects() has reported the broken station.
     if (!m_store)
         return failure(code::DatabaseError, command == command::DeleteBookmarks
                                                 ? bookmarkIDsOf(payload).value_or(QStringList())
@@ -195,7 +197,7 @@ bool Station::recycle(qint64 now)
     if (!setting)
         return false;
     const qint64 reserve = setting->reserveHour * MsPerHour;
-    // Nothing can have ended before the beginning of time.
+    // Otherwise the subtraction would overflow; no bookmark can have ended so early.
     if (!setting->enabled || now < std::numeric_limits<qint64>::min() + reserve)
         return true;
     return m_store->removeEndedBefore(now - reserve).has_value();
@@ -213,7 +215,7 @@ Answer Station::addBookmark(const QVariant &payload)
     return created ? success(created->constFirst().toRecord()) : databaseFailure();
 }
 
-/// An element for a camera of another station comes back without an identifier: not created.
+/// Returns an element for a camera of another station without an identifier: it was not created.
 Answer Station::addBookmarks(const QVariant &payload)
 {
     const std::optional<QList<Bookmark>> requested = bookmarksOf(payload);
@@ -280,7 +282,7 @@ Answer Station::updateBookmark(const QVariant &payload)
     if (!found)
         return databaseFailure();
 
-    // Judged also when the bookmark is not here, so that a bad payload is one at every station.
+    // Check the payload even if the bookmark is unknown: every station must reject a bad one.
     Bookmark bookmark = found->value(0);
     if (!payload::replaceText(*map, key::Description, &bookmark.description) ||
         !payload::replaceText(*map, key::Group, &bookmark.group) || !bookmark.defect().isEmpty())
@@ -293,7 +295,7 @@ Answer Station::updateBookmark(const QVariant &payload)
 
 Answer Station::removeAllBookmarks(const QVariant &payload)
 {
-    // A client that sends something along means another command.
+    // The command has no payload; a client that sends one means another command.
     if (payload.isValid())
         return failure(code::BadPayload);
     return m_store->removeAll() ? success() : databaseFailure();
@@ -307,7 +309,7 @@ Answer Station::queryAllBookmarks(const QVariant &payload)
 Answer Station::queryBookmarkForRecent(const QVariant &payload)
 {
     const QVariantMap map = payload::toMap(payload).value_or(QVariantMap());
-    // The client puts the camera under this key, so both are looked for.
+    // The client sends a camera under this key, so search for both.
     const std::optional<QString> locationOrCamera = payload::text(map, key::LocationID);
     const std::optional<int> count = payload::integer(map, key::RecentCount);
     if (!locationOrCamera || !count || *count < 0 || *count > MaxRecentCount)
@@ -356,9 +358,11 @@ Answer Station::updateRecycleSetting(const QVariant &payload)
         return failure(code::BadPayload, false);
     if (!m_store->setRecycleSetting({*reserveHour, *enabled}))
         return databaseFailure(false);
-    // The setting stands; what could not be deleted now is deleted an hour later.
+    // The setting is stored; the hourly deletion tries again.
     if (!recycle(QDateTime::currentMSecsSinceEpoch()))
-        qCWarning(logStation) << "recycling failed:" << lastError();
+        qCWarning(logStation) << "station" << m_config.name
+                              << "can't delete old bookmarks; it tries again in an hour:"
+                              << lastError();
     return success(true);
 }
 
@@ -385,8 +389,8 @@ Answer Station::bookmarkMap(const std::optional<QList<Bookmark>> &bookmarks) con
     return success(QVariantMap{{key::Bookmarks, recordsOf(*bookmarks)}});
 }
 
-/// A camera is named by its identifier, or with the relay path before it. Either may hold a
-/// slash, so nothing is split: both readings are looked for.
+/// Returns the identifiers of own cameras among camera identifiers and camera keys. Both may
+/// contain slashes, so a text is compared with both and never split.
 QStringList Station::ownCameraIDs(const QStringList &cameraKeys) const
 {
     const QString prefix = standin::cameraKey(m_config.relayPath, {});

@@ -17,44 +17,48 @@ struct Camera
 
 struct StationConfig
 {
-    QString relayPath; ///< addresses the station; empty for the directly connected server
+    QString relayPath; ///< of the station; empty for the connected server
     QString name;
-    QString locationID; ///< given to bookmarks that come without one
+    QString locationID; ///< for bookmarks without a location
     QList<Camera> cameras;
-    QString filePath; ///< where the bookmarks are; set by Site for its stations
+    QString filePath; ///< of the SQLite file; Site sets it for its stations
 };
 
-/// A recording server: executes the commands that reach it and keeps its bookmarks in a file.
-/// With recycling switched on it deletes old bookmarks when it opens, when the setting changes
-/// and every hour, provided there is an event loop.
+/// A recording server: executes commands and stores its bookmarks in a file. If recycling is
+/// enabled, it deletes old bookmarks when it opens, when the setting changes and every hour. The
+/// hourly deletion needs an event loop.
 class Station : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Null with @p error, which names the file, when the file can't be used.
+    /// Opens a station.
+    /// @param error set on failure to a message with the file
+    /// @return null if the file is not usable
     static std::unique_ptr<Station> open(const StationConfig &config, QString *error);
 
-    /// A station whose file can't be used because of @p defect: whatever it is told, it fails.
+    /// Returns a station without a file, which answers every command with a failure.
+    /// @param defect message with the reason, for lastError()
     static std::unique_ptr<Station> broken(const StationConfig &config, const QString &defect);
 
     const StationConfig &config() const { return m_config; }
     bool hasCamera(const QString &cameraID) const;
 
-    /// Answers any command with any payload; a failure has changed nothing. A failed
-    /// "DeleteBookmarks" carries the requested identifiers, for the client's list of failures.
+    /// Executes any command with any payload. A failed command changes nothing. A failed
+    /// "DeleteBookmarks" returns the requested identifiers, for the client's list of failures.
     standin::Answer execute(const QString &command, const QVariant &payload);
 
-    /// Stores all or none, under new identifiers, and returns them as stored; nothing on a
-    /// failure, see lastError(). Cameras and defects are the caller's business.
+    /// Stores all bookmarks or none. The caller checks cameras and defects.
+    /// @return the bookmarks with their new identifiers, or nullopt on failure; see lastError()
     std::optional<QList<Bookmark>> insert(const QList<Bookmark> &bookmarks);
     QString lastError() const { return m_store ? m_store->lastError() : m_defect; }
 
-    /// Deletes what ended more than the reserve hours before @p now (milliseconds since the
-    /// epoch), if recycling is on. False on a database error.
+    /// If recycling is enabled, deletes bookmarks that ended more than the reserve hours before
+    /// @p now, in milliseconds since the epoch.
+    /// @return false on a database error; see lastError()
     bool recycle(qint64 now);
 
-    /// IANA identifier of the zone in which the station records.
+    /// @param timeZone IANA identifier of the zone in which the station records
     void setTimeZone(const QByteArray &timeZone) { m_timeZone = timeZone; }
     void setSettingPermission(bool permission) { m_settingPermission = permission; }
 
@@ -88,7 +92,7 @@ private:
     QTimer m_recycleTimer;
 };
 
-/// The identifiers in a "DeleteBookmarks" payload; nothing when it is malformed.
+/// Returns the identifiers in a "DeleteBookmarks" payload, or nullopt if it is malformed.
 std::optional<QStringList> bookmarkIDsOf(const QVariant &payload);
 
 } // namespace workbench

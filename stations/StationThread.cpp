@@ -24,7 +24,7 @@ StationThread::~StationThread()
         m_thread.quit();
         closed.set_value();
     });
-    closed.get_future().wait(); // which the thread sanitizer sees, unlike QThread's
+    closed.get_future().wait(); // the thread sanitizer sees this wait, but not QThread::wait()
     m_thread.wait();
 }
 

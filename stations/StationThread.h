@@ -13,28 +13,29 @@
 
 namespace workbench {
 
-/// A site in a thread of its own, so that nobody waits for its files. Everything that is asked for
-/// is done in the order of the calls, which return at once.
+/// Runs a site in a separate thread, so that the GUI thread never waits for files. All calls return
+/// at once; the thread executes them in order.
 class StationThread : public QObject, public standin::AsyncServer
 {
     Q_OBJECT
 
 public:
-    /// @p site is null, with an error, when the site can't be opened.
+    /// @param site  null if the site can't be opened
+    /// @param error message then; see Site::open()
     using Opened = std::function<void(Site *site, const QString &error)>;
 
     explicit StationThread(const QList<StationConfig> &stations);
-    /// Finishes what is being done and drops the rest.
+    /// Waits for the current call and drops the others.
     ~StationThread() override;
     Q_DISABLE_COPY_MOVE(StationThread)
 
     QList<StationConfig> stations() const { return m_stations; }
 
-    /// Opens the site, see Site::open(), then calls @p opened in the thread. Comes first; until it
-    /// is done, and when it fails, all commands are answered with a failure.
+    /// Opens the site, then calls @p opened in the thread. Call this first: without an open site
+    /// all commands fail.
     void open(const QString &folder, const Opened &opened);
 
-    /// Calls @p job in the thread, provided that the site is open.
+    /// Calls @p job in the thread if the site is open.
     void perform(const std::function<void(Site &site)> &job);
 
     void execute(const QString &command, const QVariant &payload, const QString &relayPath,
@@ -45,7 +46,7 @@ public:
         return Site::refusal(command, payload, resultCode);
     }
 
-    // As those of Site.
+    // See Site.
     void addByOtherClient(const QString &relayPath, const Bookmark &bookmark);
     void setTimeZone(const QByteArray &timeZone);
     void setSettingPermission(bool permission);

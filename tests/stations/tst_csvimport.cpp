@@ -125,22 +125,22 @@ void TestCsvImport::importsFiles_data()
                                    line + "\n1,3,4,,\n"
                             << u"A 1 1 2 two\nlines, A 1 3 4"_s << u":6: "_s + reason;
     };
-    badLine("no camera", " ,1,2,,", u"no camera"_s);
+    badLine("no camera", " ,1,2,,", u"the camera is missing"_s);
     badLine("unknown camera", "camera-99,1,2,,", u"unknown camera \"camera-99\""_s);
     badLine("camera of another station", "3,1,2,A,", u"unknown camera \"3\""_s);
     badLine("key of an unknown station", "C/3,1,2,,", u"unknown camera \"C/3\""_s);
     QTest::newRow("key of an unknown camera among recordings")
         << QByteArray("camera,start_offset_ms,end_offset_ms\nA/9,1,2\n") << QString()
         << u":2: unknown camera \"A/9\""_s;
-    badLine("too few fields", "y,1,2,", u"4 fields instead of 5"_s);
-    badLine("no start", "y,,2,,", u"the start is no time"_s);
-    badLine("start below 0", "y,-1,2,,", u"the start is no time"_s);
-    badLine("end beyond 64 bits", "y,1,9223372036854775808,,", u"the end is no time"_s);
+    badLine("too few fields", "y,1,2,", u"the line has 4 fields, the header line has 5"_s);
+    badLine("no start", "y,,2,,", u"the start is not a time"_s);
+    badLine("start below 0", "y,-1,2,,", u"the start is not a time"_s);
+    badLine("end beyond 64 bits", "y,1,9223372036854775808,,", u"the end is not a time"_s);
     badLine("end before start", "y,2,1,,", u"the end is before the start"_s);
     badLine("unknown station", "y,1,2,nowhere %1,", u"unknown station \"nowhere %1\""_s);
     badLine("text too long", "y,1,2,," + QByteArray(65'537, 'x'),
             u"the description is longer than 65536 characters"_s);
-    badLine("NUL", QByteArray("y,1,2,,a\0", 9), u"the description holds a NUL character"_s);
+    badLine("NUL", QByteArray("y,1,2,,a\0", 9), u"the description contains a NUL character"_s);
     badLine("not UTF-8", "y,1,2,,a\xFF", u"the text is not UTF-8"_s);
     badLine("overlong line", QByteArray(CsvReader::MaxRecordSize * 3, 'x'),
             u"the line is longer than 1048576 bytes"_s);
@@ -150,19 +150,21 @@ void TestCsvImport::importsFiles_data()
     badLine("text after a quote", "y,1,2,,\"a\"b", quote);
     QTest::newRow("beyond 64 bits with the recording's start")
         << QByteArray("camera,start_offset_ms,end_offset_ms\nx,1,9223372036854775807\n")
-        << QString() << u":2: the end is no time"_s;
+        << QString() << u":2: the end is not a time"_s;
 
     const auto unusable = [](const char *name, const QByteArray &csv, const QString &reason) {
         QTest::newRow(name) << csv << QString() << reason;
     };
-    const QString times = u":1: there must be either the columns \"start\" and \"end\" or"
-                          " \"start_offset_ms\" and \"end_offset_ms\""_s;
+    const QString times =
+        u":1: the header line must have either the columns \"start\" and \"end\" or"
+        " \"start_offset_ms\" and \"end_offset_ms\""_s;
     unusable("empty", "", u":1: the file is empty"_s);
-    unusable("no column for the camera", "\nstart,end\n", u":2: there is no column \"camera\""_s);
+    unusable("no column for the camera", "\nstart,end\n",
+             u":2: the column \"camera\" is missing; add it to the header line"_s);
     unusable("no column for the end", "camera,start\n", times);
     unusable("two kinds of times", "camera,start,end,start_offset_ms,end_offset_ms\n", times);
     unusable("column twice", "camera,CAMERA,start,end\n",
-             u":1: the column \"camera\" is there twice"_s);
+             u":1: the column \"camera\" occurs twice; remove one"_s);
     unusable("other encoding", "camera,\xE9,start,end\n", u":1: the text is not UTF-8"_s);
     const QString utf16 = u":1: the text is UTF-16; save the file as UTF-8"_s;
     unusable("UTF-16", "\xFF\xFE-", utf16);
