@@ -1,8 +1,11 @@
 #!/usr/bin/env bash
-# Builds the plug-in and the workbench and opens its window; without a display, or with --tour, plays
-# the tour instead and writes pictures of the window to out/. Arguments go to the workbench; --help
-# lists them. With --frame-times, measures how fluid the window is, and with --benchmark first, the
-# plug-in instead; both write to out/. --no-install first: fails where packages are missing.
+# Builds the plug-in and the workbench, and opens the workbench's window.
+#   ./run.sh [OPTION...]               options of the workbench; --help lists them
+#   ./run.sh --tour                    plays the tour and writes pictures of the window to out/; this is
+#                                      the default without a display
+#   ./run.sh --frame-times             measures how soon a frame shows each input; writes to out/
+#   ./run.sh --benchmark [OPTION...]   measures the plug-in; writes to out/
+# --no-install as the first argument: fails if packages are missing, instead of installing them.
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -22,6 +25,6 @@ for argument in "$@"; do
         unset DISPLAY WAYLAND_DISPLAY
     fi
 done
-# In software everywhere: it draws the same with and without a graphics card.
+# Draws in software, so that the result does not depend on the graphics card.
 export QT_QUICK_BACKEND=software
 exec build/release/workbench/tessaline-workbench --pictures out "$@"

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Builds and runs all tests: once on the library that is shipped, once under the sanitizers.
-#   ./test.sh              on this machine
-#   ./test.sh --threads    the programs with a second thread, under the thread sanitizer
+# Builds and runs all tests.
+#   ./test.sh              the shipped build, then a build with sanitizers
+#   ./test.sh --threads    the programs with a second thread, with the thread sanitizer
 #   ./test.sh --windows    the Windows library, cross-built, under wine
-#   ./test.sh --qt-next    with the Qt of Debian 13, in a root folder of its own
-#   ./test.sh --qt-newest  with the Qt of Debian unstable, in a root folder of its own
-# --no-install before these: fails where packages are missing, instead of installing them.
-# Further arguments go to ctest (for example -R timeline).
+#   ./test.sh --qt-next    with the Qt of Debian 13, in a separate root folder
+#   ./test.sh --qt-newest  with the Qt of Debian unstable, in a separate root folder
+# --no-install as the first argument: fails if packages are missing, instead of installing them.
+# Further arguments are passed to ctest, for example -R timeline.
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -39,7 +39,7 @@ windows() {
 # in_debian SUITE PRESET ARGUMENTS...
 in_debian() {
     tools/install-dependencies.sh debian
-    # shellcheck disable=SC2016 # for the other shell
+    # shellcheck disable=SC2016 # the inner shell expands the variables
     tools/debian.sh "$1" bash -euc '
         tools/install-dependencies.sh test
         tools/build.sh "$0"

@@ -1,8 +1,8 @@
-# cmake --install and CPack: what an integrator gets, in one folder. Qt, the compiler's runtime and the
-# host's libraries are the client's own and not among it.
+# cmake --install and CPack: the files for an integrator, in one folder. The client provides Qt, the
+# compiler's runtime and the host's libraries.
 install(TARGETS Tessaline LIBRARY DESTINATION .)
 if(UNIX AND NOT APPLE)
-    # The client has its own place for the host's libraries.
+    # The client has its own search path for the host's libraries.
     install(CODE [[file(RPATH_REMOVE FILE "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}/Tessaline.so")]])
 endif()
 if(MINGW)
@@ -11,8 +11,8 @@ elseif(MSVC)
     install(FILES $<TARGET_PDB_FILE:Tessaline> DESTINATION . OPTIONAL)
 endif()
 install(FILES docs/qml-api.md docs/checker.md docs/licences.md DESTINATION docs)
-# The checker, with the replacements for the host's libraries by which it plays the host. The log
-# library is in a folder of its own, so that it is found only when the checker wants that.
+# The checker with the stand-ins for the host's libraries. The logging library is in a separate folder,
+# so that a plug-in finds it only if the checker allows it.
 set_target_properties(tessaline-check PROPERTIES INSTALL_RPATH "$ORIGIN")
 install(TARGETS tessaline-check TimeShiftBufferModel
     RUNTIME DESTINATION check LIBRARY DESTINATION check ARCHIVE DESTINATION check EXCLUDE_FROM_ALL)

@@ -1,6 +1,7 @@
 # tessaline_add_qml_module(TARGET URI [LINK target...] [SOURCES file...] QML_FILES file...)
 #
-# Adds a folder's C++ and QML as the module URI. QML may import the modules whose targets are linked.
+# Adds the C++ and QML files of a folder as the module URI. QML may import the modules whose targets are
+# linked.
 function(tessaline_add_qml_module target uri)
     cmake_parse_arguments(PARSE_ARGV 2 arg "" "" "LINK;SOURCES;QML_FILES")
     set(modules "")
@@ -18,11 +19,11 @@ function(tessaline_add_qml_module target uri)
         RESOURCE_PREFIX /tessaline
         NO_PLUGIN
         IMPORT_PATH ${TESSALINE_QML_IMPORT_PATH}
-        DEPENDENCIES QtQuick QtQml.Models ${modules} # have the bases of types written in C++
-        NO_CACHEGEN # compiling ahead would take longer than it saves
+        DEPENDENCIES QtQuick QtQml.Models ${modules} # base classes of the types in C++
+        NO_CACHEGEN # compiling QML takes longer than it saves at start
         SOURCES ${arg_SOURCES}
         QML_FILES ${arg_QML_FILES})
-    # Public, as the registration of QML types includes headers by their names.
+    # Public, because the generated registration of QML types includes headers by their names.
     target_include_directories(${target} PUBLIC "${CMAKE_CURRENT_SOURCE_DIR}")
     target_link_libraries(${target}
         PUBLIC ${arg_LINK} Qt6::Qml Qt6::Quick
@@ -32,8 +33,8 @@ endfunction()
 
 # tessaline_link_qml_modules(TARGET LIBRARY...)
 #
-# Links a program with libraries, and as a whole with the QML modules that they need: no code calls
-# the object files that register QML types.
+# Links a program with libraries and with all object files of QML modules: the linker would drop those
+# that only register QML types, because no code calls them.
 function(tessaline_link_qml_modules target)
     get_property(modules GLOBAL PROPERTY TESSALINE_QML_MODULES)
     list(JOIN modules "," modules)

@@ -1,9 +1,9 @@
-# Compiler settings that hold for every target of the project, as one interface target.
+# Compiler settings for every target of the project, as one interface target.
 
 option(TESSALINE_SANITIZE "Build with the sanitizers" OFF)
-set(TESSALINE_SANITIZERS address,undefined,float-cast-overflow CACHE STRING "Those to build with")
+set(TESSALINE_SANITIZERS address,undefined,float-cast-overflow CACHE STRING "Sanitizers for TESSALINE_SANITIZE")
 option(TESSALINE_COVERAGE "Count executed lines and branches" OFF)
-set(TESSALINE_QT_API 0x060400 CACHE STRING "Do without what this version of Qt has deprecated")
+set(TESSALINE_QT_API 0x060400 CACHE STRING "Reject functions that this Qt version has deprecated")
 
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -13,7 +13,7 @@ set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_AUTOMOC ON)
 
-# Libraries find each other by relative paths: no folder of the build machine gets into a file.
+# Relative search paths, so that no library contains a folder of the build machine.
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 
 add_library(tessaline_settings INTERFACE)
@@ -33,8 +33,8 @@ else()
     target_compile_options(tessaline_settings INTERFACE
         -Wall -Wextra -Wpedantic -Wshadow -Wold-style-cast -Wnon-virtual-dtor -Wconversion
         -Wundef -Wimplicit-fallthrough
-        # __FILE__ and debug information name files as the source tree does; a coverage report
-        # needs to find them.
+        # __FILE__ and debug information have paths relative to the source tree, except for coverage
+        # reports, which have to find the files.
         $<$<NOT:$<BOOL:${TESSALINE_COVERAGE}>>:-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=>
         $<$<NOT:$<BOOL:${TESSALINE_COVERAGE}>>:-ffile-prefix-map=${CMAKE_BINARY_DIR}/=build/>)
 endif()

@@ -1,7 +1,7 @@
 # tessaline_add_test(NAME [PLUGIN] [LIBRARIES target...] [SEARCH target...])
 #
-# Adds the QtTest program NAME, made of NAME.cpp in the current folder. With PLUGIN it gets the
-# harness that loads the built library as the host does. SEARCH: see below.
+# Adds the QtTest program NAME with the source NAME.cpp. PLUGIN links the harness, which loads the built
+# library as the host does. SEARCH: see tessaline_set_test_environment.
 function(tessaline_add_test name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "PLUGIN" "" "LIBRARIES;SEARCH")
     add_executable(${name} ${name}.cpp)
@@ -13,7 +13,7 @@ function(tessaline_add_test name)
     tessaline_set_test_environment(${name} SEARCH ${arg_SEARCH})
 endfunction()
 
-# Where a program looks for libraries; tools/wine.sh makes its own of the second.
+# The variable with the search path for libraries; tools/wine.sh reads TESSALINE_DLL_PATH.
 if(NOT WIN32)
     set(tessaline_search_path LD_LIBRARY_PATH)
 elseif(CMAKE_CROSSCOMPILING)
@@ -22,19 +22,19 @@ else()
     set(tessaline_search_path PATH)
 endif()
 
-# Every test runs without a display, in a zone with daylight saving and in a locale whose short
-# dates have two-digit years, whatever the machine is set to. The thread sanitizer sees none of the
-# locks inside Qt, which is not instrumented. Freed memory is overwritten, as Qt's own code would
-# read it unnoticed otherwise.
+# Every test runs without a display, in a zone with daylight saving and in a locale whose short dates
+# have two-digit years, independent of the machine's settings. TSAN_OPTIONS: Qt is not instrumented, so
+# the thread sanitizer does not see its locks. ASAN_OPTIONS: freed memory is overwritten, because Qt's
+# code could otherwise read it unnoticed.
 set(tessaline_test_environment "TSAN_OPTIONS=ignore_noninstrumented_modules=1;ASAN_OPTIONS=max_free_fill_size=65536:free_fill_byte=221;QT_QPA_PLATFORM=offscreen;TZ=Europe/Berlin;LC_ALL=en_US.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
 
 # tessaline_set_test_environment(NAME [VAR=value...] [SEARCH target...])
 #
-# SEARCH: the search path has the folders of these libraries.
+# Sets the environment of a test. SEARCH adds the folders of libraries to the search path.
 function(tessaline_set_test_environment name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SEARCH")
     if(WIN32 AND NOT arg_SEARCH)
-        # A program does not know where the libraries lie that it was linked with.
+        # Windows programs do not store the folders of their libraries.
         set(arg_SEARCH TimeShiftBufferModel QarnLogUtl)
     endif()
     set(folders "")

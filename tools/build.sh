@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Configures a preset where that is needed and builds it, quietly unless something goes wrong.
+# Configures a preset if necessary and builds it. Prints the output only if the build fails.
 #   tools/build.sh PRESET [TARGET...]
 set -euo pipefail
 cd "$(dirname "$0")/.."

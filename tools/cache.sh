@@ -1,3 +1,3 @@
-# Where what takes long to make is kept, one folder a machine: the Qt for Windows, wine's Windows, the
-# next Debian. To be sourced; sets $cache.
+# Sets $cache, the machine's folder for results that take long to make: Qt for Windows, wine's Windows,
+# other Debian releases. Source this file.
 cache=${TESSALINE_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/tessaline}

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Holds host/ against the contract as Microsoft's compiler lays it out: the number of each virtual
-# operation, the offset of each field. Clang knows that layout on any machine.
+# Checks the layout of the classes in host/ for Microsoft's compiler: the number of each virtual
+# function, the offset of each field. Clang computes that layout on any machine.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-# What the headers include of Qt is stubbed in interfaces.cpp.
+# Empty Qt headers; interfaces.cpp defines the types that host/ uses.
 mkdir -p "$work/QtCore"
 touch "$work"/QtCore/{QObject,QString,QVariant,qglobal.h}
 echo '#include <stdarg.h>' >"$work/cstdarg"
@@ -23,8 +23,8 @@ expect() { # WHAT EXPECTED ACTUAL
     diff -u --label "$1, by contract" --label "$1, by clang" <(echo "$2") <(echo "$3") || exit 1
 }
 
-# operations CLASS: number and name of each. In clang's list the type's description comes first,
-# which a compiler puts before the table.
+# operations CLASS: number and name of each virtual function. Clang's list begins with the type's
+# description, which is not a part of the table.
 operations() {
     sed -n "/^VFTable for .*'$1'/,/^\$/p" "$work/vtables" |
         sed -n 's/^ *\([0-9]\+\) | .*[ :*&]\(~\?[A-Za-z_0-9]\+\)(.*/\1 \2/p' |
@@ -36,7 +36,7 @@ fields() {
         sed -n 's/^ *\([0-9]\+\) |   [^ (].* \([A-Za-z_0-9]\+\)$/\1 \2/p'
 }
 
-# Microsoft's table has one entry for a destructor.
+# Microsoft's compiler uses one entry for a destructor.
 plugin='0 metaObject
 1 qt_metacast
 2 qt_metacall
@@ -77,4 +77,4 @@ expect "fields of LogObject" '0 reserved1
 expect "fields of PluginBase" '16 m_hostReserved
 24 name
 48 pluginID' "$(fields PluginBase | grep -v base)"
-echo "The interfaces are laid out for Microsoft's compiler as the host expects them."
+echo "host/ has the layout that the host expects with Microsoft's compiler."

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Runs all tests on a build that counts, and prints the lines and branches of src/ that they reach.
-# What they do not reach is listed in build/coverage/report.html.
+# Runs all tests on an instrumented build and prints the coverage of lines and branches of src/.
+# build/coverage/report.html lists what is not covered.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -8,7 +8,7 @@ tools/install-dependencies.sh ci
 tools/build.sh coverage
 find build/coverage -name '*.gcda' -delete
 ctest --preset coverage
-# Branches that only an exception takes are the compiler's, not the source's.
+# Excludes branches for exceptions, which the compiler adds.
 report() {
     gcovr --root . --filter src/ --exclude-throw-branches --exclude-unreachable-branches \
         --gcov-ignore-parse-errors "$@" build/coverage

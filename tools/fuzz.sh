@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Replays the corpus in fuzz/corpus, then goes on from it with new inputs for some seconds. An input
-# that fails stays in build/fuzz; give it to build/fuzz/fuzz/tessaline_fuzz to see it again.
-#   tools/fuzz.sh [SECONDS] [keep]      "keep" adds what reached new code to the corpus
+# Replays the corpus in fuzz/corpus, then runs new inputs for SECONDS, 60 by default. An input that
+# fails is stored in build/fuzz; build/fuzz/fuzz/tessaline_fuzz INPUT replays it.
+#   tools/fuzz.sh [SECONDS] [keep]      "keep" adds inputs that reach new code to the corpus
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -18,7 +18,7 @@ options=(-timeout=10 -artifact_prefix=build/fuzz/)
 quietly() { "$@" >build/fuzz/log 2>&1 || { tail -n 60 build/fuzz/log >&2; exit 1; }; }
 
 quietly "$fuzz" "${options[@]}" -runs=0 "$corpus"
-echo "The corpus of $(find "$corpus" -type f | wc -l) inputs holds."
+echo "The corpus of $(find "$corpus" -type f | wc -l) inputs passes."
 [ "$seconds" -gt 0 ] || exit 0
 quietly "$fuzz" "${options[@]}" -max_len=400 -max_total_time="$seconds" -print_final_stats=1 \
     "$grown" "$corpus"

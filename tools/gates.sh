@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# The gates: what tools can tell about the sources without running them.
-#   tools/gates.sh [format|names|shell|abi|qml|tidy|clazy ...]     all of them without an argument
+# Runs the gates, that is, checks of the sources by tools.
+#   tools/gates.sh [format|names|shell|abi|qml|tidy|clazy ...]     without arguments: all gates
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -11,7 +11,8 @@ gate_format() {
     sources '*.cpp' '*.h' | xargs clang-format-14 --dry-run -Werror
 }
 
-# A name that host, server or QML knows stands once, in the table of its side. Comments may quote.
+# Host, server and QML depend on these names, so each occurs once, in the table of its side. Comments
+# may quote them.
 gate_names() {
     check_names src/Names.h src
     check_names stations/Protocol.h stations
@@ -24,7 +25,7 @@ check_names() {
     names=$(grep -oE '"[A-Za-z]{4,}"' "$table" | sort -u)
     for file in $(sources "$2/*.cpp" "$2/*.h" | grep -vF "$table"); do
         hits=$(sed 's,//.*,,' "$file" | grep -nF "$names" || true)
-        [ -z "$hits" ] || fail names "names of $table in $file:"$'\n'"$hits"
+        [ -z "$hits" ] || fail names "$file repeats names of $table; use the constants there:"$'\n'"$hits"
     done
 }
 
@@ -32,11 +33,11 @@ gate_shell() {
     local script
     for script in run.sh test.sh .ci/run tools/*.sh; do
         bash -n "$script"
-        [ -x "$script" ] || fail shell "$script cannot be executed"
+        [ -x "$script" ] || fail shell "$script is not executable; run: chmod +x $script"
     done
 }
 
-# Where no such compiler is: what its build of host/ would look like.
+# Replaces a build with Microsoft's compiler, which this machine lacks.
 gate_abi() {
     tools/check-msvc-abi.sh
 }
@@ -46,14 +47,14 @@ gate_qml() {
     cmake --build --preset release --target all_qmllint
 }
 
-# Of the shipped preset, which the tests need as well. The compile commands are g++'s; what clang's tools do not know of them is left out.
+# Creates compile commands without the options of g++ that clang's tools reject.
 clang_database() {
     tools/build.sh release
     mkdir -p build/release/clang
     sed 's/ -fno-gnu-unique//' build/release/compile_commands.json >build/release/clang/compile_commands.json
 }
 
-# each_source FOLDERS TOOL...: in portions of a few files, so that both cores have work to the end
+# each_source FOLDERS TOOL...: runs a tool on three files at a time, to keep both cores busy
 each_source() {
     local files
     files=$(sources '*.cpp' ':!:tools' | grep -v _win.cpp | grep -E "^($1)/")
@@ -61,7 +62,7 @@ each_source() {
     xargs -P 2 -n 3 tools/unless-passed.sh "$@" -- <<<"$files"
 }
 
-# What is shipped or run by users; it takes too long for the tests, which clazy and the compiler see.
+# Without tests/ except the contract: clang-tidy takes too long for them; clazy checks them.
 gate_tidy() {
     clang_database
     each_source 'src|standin|stations|workbench|check|driver|tests/contract' clang-tidy-14 --quiet -p build/release/clang \

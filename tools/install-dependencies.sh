@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Installs what building and running need and this machine lacks (Debian 12 packages).
+# Installs missing Debian 12 packages for building and running.
 #   tools/install-dependencies.sh run|test|ci|windows|debian
-# With TESSALINE_NO_INSTALL=1 it names them and fails.
+# With TESSALINE_NO_INSTALL=1 it names the missing packages and fails.
 set -euo pipefail
 
 run=(g++ cmake ninja-build qt6-base-dev qt6-declarative-dev libqt6sql6-sqlite
@@ -25,8 +25,8 @@ case "${1:-}" in
 esac
 
 if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
-    echo "$0: this is no Debian system; going on with what is installed." >&2
-    echo "$0: needed are, by their Debian names: ${wanted[*]}" >&2
+    echo "$0: this is not a Debian system, so no package is installed. Continuing." >&2
+    echo "$0: if the build fails, install the counterparts of these packages: ${wanted[*]}" >&2
     exit 0
 fi
 
@@ -38,7 +38,7 @@ done
 [ ${#missing[@]} -gt 0 ] || exit 0
 
 if [ -n "${TESSALINE_NO_INSTALL:-}" ]; then
-    echo "$0: missing packages: ${missing[*]}" >&2
+    echo "$0: missing packages; install them and try again: ${missing[*]}" >&2
     exit 1
 fi
 
@@ -47,7 +47,7 @@ if [ "$(id -u)" != 0 ]; then
     if command -v sudo >/dev/null; then
         as_root=(sudo)
     else
-        echo "$0: no right to install packages. Please have these installed: ${missing[*]}" >&2
+        echo "$0: no permission to install packages. Ask an administrator to install: ${missing[*]}" >&2
         exit 1
     fi
 fi

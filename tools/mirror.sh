@@ -1,10 +1,10 @@
-# Where packages of other Debian releases come from: TESSALINE_MIRROR, by default the first of the
-# machine's own apt sources that has this machine's release. To be sourced; sets $mirror.
+# Sets $mirror, the source of packages of other Debian releases: TESSALINE_MIRROR, or the first of the
+# machine's apt sources with the machine's release. Source this file.
 mirror=${TESSALINE_MIRROR:-$(
     release=$(. /etc/os-release && echo "${VERSION_CODENAME:-}")
     apt-get indextargets --format '$(RELEASE) $(REPO_URI)' 'Created-By: Packages' |
         awk -v name="$release" '$1 == name || $1 == "stable" { print $2; exit }')}
 if [ -z "$mirror" ]; then
-    echo "$0: no mirror in the machine's apt sources; set TESSALINE_MIRROR to one." >&2
+    echo "$0: the machine's apt sources have no mirror; set TESSALINE_MIRROR to the URL of one." >&2
     exit 1
 fi

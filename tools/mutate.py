@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Changes src/ in one place at a time, rebuilds, and runs tests of ./test.sh until one fails.
+"""Mutation testing: changes src/ in one place at a time, rebuilds, and runs tests until one fails.
 
-A mutant that no test notices survives: a line that nothing holds in place. The changes are made in a
-copy of the tree under build/mutate, one for each job. Not part of CI: all of them take an hour and more.
+A mutant survives if all tests pass; it shows a line without a test. Each job changes its own copy of
+the tree under build/mutate. Not a part of CI, because a full run takes more than an hour.
 
     tools/mutate.py [--file REGEX] [--sample N] [--seed N] [--again LOG] [--jobs N] [--list]
 """
@@ -22,13 +22,13 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 COPIES = ROOT / "build" / "mutate"
-# Those of a second or less go first.
+# Tests of at most a second; they run first.
 TESTS = ["check 3-4", "tst_helpers", "tst_records", "tst_records_de", "check 2"]
 SLOW_TESTS = ["check 6", "check 5", "tst_referencemodel", "tst_allocation", "tst_schedules"]
 PROGRAMS = {"tst_records_de": "tst_records", "check 2": "tessaline-check", "check 3-4": "tessaline-check",
             "check 5": "tessaline-check", "check 6": "tessaline-check"}
 LIBRARY = "plugins/Tessaline.so"
-# A test that needs more has noticed.
+# A test that exceeds a limit counts as failed.
 TIME_LIMIT = 15  # seconds
 SLOW_TIME_LIMIT = 90
 MEMORY_LIMIT = 4 << 30  # bytes
@@ -36,7 +36,7 @@ COPIED = ["host", "standin", "src", "driver", "tests", "cmake", "CMakeLists.txt"
           "check"]
 
 ARGUMENTS = {
-    # Of the schedules, those of up to three stations: the others take too long for this.
+    # Only the schedules with up to three stations; the others take too long.
     "tst_schedules": [f"everyOrder:{kind}, {n}" for kind in ("add", "delete", "query") for n in (1, 2, 3)]
                      + ["atRandom"],
     "check 2": ["--include", "^2", LIBRARY], "check 3-4": ["--include", "^[34]", LIBRARY],
@@ -51,13 +51,13 @@ CONSTANTS = {"true": "false", "false": "true"}
 
 
 def code_part(line):
-    """The line with texts, comments and template brackets blanked, at the same places."""
+    """Returns the line with string literals and comments replaced by NUL, at the same positions."""
     line = re.sub(r'"(\\.|[^"\\])*"|(?<!\d)\'(\\.|[^\'\\])+\'', lambda m: "\0" * len(m[0]), line)
     return re.sub(r"//.*", lambda m: "\0" * len(m[0]), line)
 
 
 def line_mutants(line):
-    """Pairs of a kind and a changed line."""
+    """Yields pairs of a kind of mutant and the changed line."""
     code = code_part(line)
     if not code.strip() or code.lstrip().startswith(("#", "namespace", "using", "template", "static_assert")):
         return
@@ -73,13 +73,13 @@ def line_mutants(line):
     if match and ";" not in code:
         for value in ("true", "false"):
             yield "condition", match[1] + value + match[3]
-    # A call, an assignment or a return as a statement of its own line.
+    # A call, an assignment or a return that fills a line.
     if re.match(r"\s+[\w:>.\-*\[\]()]+.*;$", code) and not re.match(
             r"\s+(const |auto |static |return\b|using |[\w:<>, *&]+ \w+(\{.*\}| =.*)?;)", code):
         yield "statement", re.match(r"\s*", line)[0] + ";"
     if re.match(r"\s+return .*;$", code) and not re.search(r"return (\{\}|false|true|nullptr|std::nullopt);", code):
         yield "statement", re.match(r"\s*", line)[0] + "return {};"
-    # Neighbouring plain arguments change places; names of a structured binding and lists are none.
+    # Swap adjacent simple arguments, but not the names of a structured binding or elements of a list.
     if "(" not in code or "auto [" in code or "] = " in code:
         return
     for match in re.finditer(r"(?<=[(, ])([\w:.*&]+), ([\w:.*&]+)(?=[,)])", code):
@@ -105,10 +105,10 @@ class Copy:
 
     def __init__(self, number):
         self.root = COPIES / str(number)
-        self.orders = [list(TESTS), list(SLOW_TESTS)]  # the test that noticed the last one goes first
+        self.orders = [list(TESTS), list(SLOW_TESTS)]  # the test that failed last runs first
 
     def prepare(self):
-        """Built at -O1 and without warnings; a mutant rebuilds the one object it is in."""
+        """Copies and builds the tree, at -O1 and without warnings to save time."""
         for name in COPIED:
             target = self.root / name
             if (ROOT / name).is_dir():
@@ -117,8 +117,8 @@ class Copy:
                 target.parent.mkdir(parents=True, exist_ok=True)
                 shutil.copy2(ROOT / name, target)
         for path in (self.root / "src").iterdir():
-            path.touch()  # the last run may have left the objects of a mutant
-        # With ccache, what is restored after a mutant need not be compiled again.
+            path.touch()  # the last run may have left object files of a mutant
+        # ccache restores the object file of the unchanged source after a mutant.
         launcher = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
         subprocess.run(["cmake", "-S", self.root, "-B", self.root / "build", "-G", "Ninja", *launcher,
                         "-DCMAKE_BUILD_TYPE=None", "-DCMAKE_CXX_FLAGS=-O1 -w -DNDEBUG -DQT_NO_DEBUG"],
@@ -129,7 +129,7 @@ class Copy:
         return subprocess.run(["cmake", "--build", self.root / "build", "-j1", "--target", "Tessaline", *targets],
                               check=check, capture_output=True).returncode == 0
 
-    def notices(self, test):
+    def fails(self, test):
         name = PROGRAMS.get(test, test)
         program = self.root / "build" / ("check" if name == "tessaline-check" else "tests/plugin") / name
         try:
@@ -142,24 +142,24 @@ class Copy:
         except subprocess.TimeoutExpired:
             return True
 
-    def fate(self):
-        """What becomes of the mutant that the copy holds now."""
+    def run_tests(self):
+        """Returns the name of the test that fails in this copy, "SURVIVED" or "not compiled"."""
         if not self.build():
             return "not compiled"
         for order in self.orders:
             for test in list(order):
-                if self.notices(test):
+                if self.fails(test):
                     order.remove(test)
                     order.insert(0, test)
                     return test
         return "SURVIVED"
 
-    def fate_of(self, mutant):
+    def test_mutant(self, mutant):
         path, number, _, _, changed = mutant
         lines = (ROOT / path).read_text().splitlines()
         lines[number] = changed
         (self.root / path).write_text("\n".join(lines) + "\n")
-        result = self.fate()
+        result = self.run_tests()
         shutil.copyfile(ROOT / path, self.root / path)
         return result
 
@@ -171,12 +171,13 @@ def describe(mutant):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--file", default="", help="only files whose name matches")
-    parser.add_argument("--sample", type=int, default=0, help="so many, drawn by chance; all without it")
-    parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--again", metavar="LOG", help="only those that survived in the run whose output this is")
-    parser.add_argument("--jobs", type=int, default=2)
-    parser.add_argument("--list", action="store_true", help="show the mutants, build nothing")
+    parser.add_argument("--file", default="", help="change only files whose name matches REGEX", metavar="REGEX")
+    parser.add_argument("--sample", type=int, default=0, metavar="N",
+                        help="test N mutants, chosen at random; default: all")
+    parser.add_argument("--seed", type=int, default=1, metavar="N", help="seed of --sample; default: 1")
+    parser.add_argument("--again", metavar="LOG", help="test the mutants that survived in the run with output LOG")
+    parser.add_argument("--jobs", type=int, default=2, metavar="N", help="mutants to test in parallel; default: 2")
+    parser.add_argument("--list", action="store_true", help="list the mutants and exit")
     options = parser.parse_args()
 
     mutants = list(all_mutants(options.file))
@@ -191,27 +192,27 @@ def main():
     copies = [Copy(number) for number in range(options.jobs)]
     with ThreadPoolExecutor(options.jobs) as pool:
         list(pool.map(Copy.prepare, copies))
-        for fate in pool.map(Copy.fate, copies):
-            if fate != "SURVIVED":
-                sys.exit(f"{fate} without any change")
+        for result in pool.map(Copy.run_tests, copies):
+            if result != "SURVIVED":
+                sys.exit(f"The unchanged tree fails: {result}. Repair it before mutation testing.")
 
         start, free = time.time(), queue.SimpleQueue()
         for copy in copies:
             free.put(copy)
 
-        def judge(mutant):
+        def test(mutant):
             copy = free.get()
-            fate = copy.fate_of(mutant)
+            result = copy.test_mutant(mutant)
             free.put(copy)
-            return fate
+            return result
 
-        fates = []
-        for mutant, fate in zip(mutants, pool.map(judge, mutants)):
-            fates.append(fate)
-            print(f"{len(fates)}/{len(mutants)} {fate}: {describe(mutant)}", flush=True)
+        results = []
+        for mutant, result in zip(mutants, pool.map(test, mutants)):
+            results.append(result)
+            print(f"{len(results)}/{len(mutants)} {result}: {describe(mutant)}", flush=True)
 
-    survivors = [describe(mutant) for mutant, fate in zip(mutants, fates) if fate == "SURVIVED"]
-    total = len(fates) - fates.count("not compiled")
+    survivors = [describe(mutant) for mutant, result in zip(mutants, results) if result == "SURVIVED"]
+    total = len(results) - results.count("not compiled")
     killed = total - len(survivors)
     print(f"\n{total} mutants compiled, {killed} killed ({100 * killed / max(total, 1):.1f} %), "
           f"{time.time() - start:.0f} s, seed {options.seed}. Survivors:")

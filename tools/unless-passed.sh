@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Runs a tool of clang on source files and skips those that passed before on this machine: with the
-# same tool, the same settings, and the same text of the file and of all its headers.
-#   tools/unless-passed.sh TOOL ARGUMENTS... -- FILE...      TESSALINE_AGAIN=1 skips none
+# Runs a clang tool on source files. Skips files that have passed on this machine with the same tool,
+# the same settings and the same text of the file and its headers.
+#   tools/unless-passed.sh TOOL ARGUMENTS... -- FILE...      TESSALINE_AGAIN=1 checks all files
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source tools/cache.sh
@@ -15,7 +15,7 @@ shift
 passed=$cache/passed
 mkdir -p "$passed"
 
-# The text that the tool reads: with all headers, with comments, and with macros as they are written.
+# text_of FILE: the text that the tool reads, with headers and comments, without expanded macros
 text_of() {
     local command
     command=$(grep -B 1 -F "\"file\": \"$PWD/$1\"" build/release/compile_commands.json |
@@ -30,7 +30,7 @@ key_of() {
         sha256sum | cut -d' ' -f1
 }
 
-# A file that is not in the preset, or whose text can't be made, is looked at each time.
+# Without a key the file is always checked: it is not in the preset, or its text can't be computed.
 status=0
 for file; do
     key=$(key_of "$file" 2>/dev/null) || key=

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Makes the Qt that the preset windows builds with, once for a machine, and prints its folder: Core,
-# Gui and Test, cross-built from Debian's own source package of the Qt that is installed.
-#   tools/windows-qt.sh [--if-made]     with --if-made, fails where it has not been made yet
+# Prints the folder of the Qt for the preset windows; builds it once for each machine. Qt Core, Gui and
+# Test are cross-built from Debian's source package of the installed version.
+#   tools/windows-qt.sh [--if-made]     with --if-made, fails instead of building
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source tools/cache.sh
@@ -17,7 +17,7 @@ for bundled in zlib pcre2 doubleconversion png freetype harfbuzz; do
     options+=("-DFEATURE_system_$bundled=OFF")
 done
 
-# Made with other options or another compiler it is another Qt.
+# Other options or another compiler need another build, so the folder's name has a hash of them.
 key=$( (printf '%s\n' "${options[@]}"; cat cmake/mingw-w64.cmake
         x86_64-w64-mingw32-g++-posix --version) | sha256sum | cut -c1-8)
 folder=$cache/qt-$version-windows-$key
@@ -33,19 +33,22 @@ rm -rf "$work" "$folder"
 mkdir -p "$work"
 quietly() { "$@" >>"$log" 2>&1 || { tail -n 40 "$log" >&2; exit 1; }; }
 
-# The machine's own lists stay as they are.
+# Separate apt folders keep the machine's package lists unchanged.
 mkdir -p "$work/lists/partial" "$work/archives/partial"
 source tools/mirror.sh
 keyring=/usr/share/keyrings/debian-archive-keyring.gpg
 echo "deb-src [signed-by=$keyring] $mirror bookworm main" >"$work/sources.list"
 apt=(apt-get -o "Dir::Etc::SourceList=$work/sources.list" -o Dir::Etc::SourceParts=-
     -o "Dir::State::Lists=$work/lists" -o "Dir::Cache=$work" -o APT::Sandbox::User=root)
-echo "Getting the source package of Qt $version ..." >&2
+echo "Downloading the source package of Qt $version ..." >&2
 quietly "${apt[@]}" update
 (cd "$work" && quietly "${apt[@]}" source --only-source qt6-base)
 source=$(echo "$work"/qt6-base-$version*/)
-[ -d "$source" ] || { echo "$0: Debian's source package is not of Qt $version" >&2; exit 1; }
-# Not one plug-in of Qt is needed.
+[ -d "$source" ] || {
+    echo "$0: Debian's source package does not have Qt $version; use a mirror of Debian 12" >&2
+    exit 1
+}
+# The tests need no plug-in of Qt.
 sed -i '/^add_subdirectory(plugins)/d' "$source/src/CMakeLists.txt"
 
 echo "Building Qt $version for Windows, ten minutes or more on 2 cores ..." >&2

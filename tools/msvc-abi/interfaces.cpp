@@ -1,5 +1,5 @@
-// The interfaces of host/ for a compiler without Qt's headers: stubs of what they name, as the
-// layout of a class is all that is looked at. See tools/check-msvc-abi.sh.
+// Compiles the interfaces of host/ without Qt's headers. Stubs suffice, because only the layout of
+// the classes is checked. See tools/check-msvc-abi.sh.
 #include <cstdarg>
 #include <cstddef>
 
@@ -39,7 +39,7 @@ public:
     ~QVariant();
 };
 
-// The virtual operations of Qt's, in their order.
+// The virtual functions of Qt's QObject, in their order.
 class QObject
 {
 public:
@@ -66,7 +66,7 @@ private:
 #include "LogObject.h"
 #include "PluginBase.h"
 
-// What makes a compiler lay the classes out.
+// A compiler computes the layout only of classes that are used.
 struct Plugin : PluginBase
 {
     bool InitialPluginBase(QQmlContext *, void *, FrameworkWrapperBase *) override;
