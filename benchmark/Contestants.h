@@ -7,22 +7,22 @@
 #include <functional>
 #include <memory>
 
-/// What is measured. Each job is one question of an operator, or one delivery of the host.
+/// The measured operations. Each job is a request of an operator or a delivery of the host.
 enum class Job {
     PanelByDate,   ///< open the panel: all bookmarks, by day, newest first, a page of 50
     PanelByCamera, ///< the same by camera name
     NextPage,      ///< the second page by date
-    TextOfFew,     ///< a text that eight in a hundred have
-    TextOfAll,     ///< a text that all have
-    OneMoreLetter, ///< the first letters of a word, as it is typed
+    TextOfFew,     ///< a text that 8 % of the bookmarks have
+    TextOfAll,     ///< a text that all bookmarks have
+    OneMoreLetter, ///< the first letters of a word
     OneCamera,     ///< a page of the bookmarks of one camera
     ListOfCamera,  ///< all bookmarks of one camera, as a list
     ListOfAll,     ///< all bookmarks, as a list
-    ForgetAll,     ///< drop the bookmarks of the query before
-    StoreAnswer,   ///< take in the answer to a query of all
-    ManyAnswers,   ///< take in as many answers of one bookmark each
-    EmptyAnswers,  ///< take in as many answers without a bookmark: what each costs by itself
-    GroupBatch,    ///< split a batch by station, every entry once
+    ForgetAll,     ///< remove the bookmarks of the previous query
+    StoreAnswer,   ///< store the answer to a query of all bookmarks
+    ManyAnswers,   ///< store the same bookmarks from one answer for each
+    EmptyAnswers,  ///< handle as many answers without a bookmark, the cost of an answer itself
+    GroupBatch,    ///< split a batch by station and remove repeated entries
     TimelineItems, ///< fill a view cell's timeline
 };
 
@@ -33,13 +33,13 @@ constexpr Job allJobs[] = {
 
 const char *nameOf(Job job);
 
-/// Whether prepare() is called again before each repetition of the work.
+/// Returns true if prepare() is called before each repetition of the work.
 bool isPreparedEachTime(Job job);
 
-/// The question behind a job about the panel, as QML asks it.
+/// Returns the argument of getFilteredBookmarkList() for a job about the panel.
 QVariantMap questionOf(Job job);
 
-/// One way to do the jobs, with a number of bookmarks at hand.
+/// One implementation of the jobs, with a number of bookmarks.
 class Contestant
 {
 public:
@@ -47,16 +47,16 @@ public:
 
     virtual const char *name() const = 0;
 
-    /// The work of a job, to be called any number of times; empty for a job that is not its own,
-    /// or that it would take too long for.
+    /// Returns the work of a job, which may be called repeatedly. Empty for a job that the
+    /// implementation lacks or for which it needs too much time.
     virtual std::function<void()> work(Job job) = 0;
 
-    /// Makes ready for the work of a job, which is not measured: all bookmarks are there,
-    /// or none where they are to be stored.
+    /// Prepares the work of a job, without being measured: stores all bookmarks, or removes them if
+    /// the job stores them.
     virtual void prepare(Job /*job*/) {}
 };
 
-/// What is measured of the library alone.
+/// Measurements of the library without a comparison.
 struct PluginFigures
 {
     double bytesPerBookmark = 0; ///< heap that it allocates to store an answer
@@ -66,12 +66,12 @@ struct PluginFigures
 
 PluginFigures measurePlugin(int count);
 
-/// The library that makePlugin() and measurePlugin() load; the built one by default.
+/// Sets the library that makePlugin() and measurePlugin() load; by default the built one.
 void setLibrary(const QString &path);
 
 std::unique_ptr<Contestant> makePlugin(int count);         ///< the loaded library
 std::unique_ptr<Contestant> makeReferenceModel(int count); ///< ReferenceModel.h
 std::unique_ptr<Contestant> makeSqlite(int count);         ///< in memory, indexed, with LIKE
-std::unique_ptr<Contestant> makeSqliteFullText(int count); ///< its trigram index, for texts alone
+std::unique_ptr<Contestant> makeSqliteFullText(int count); ///< trigram index, only for texts
 std::unique_ptr<Contestant> makeProxyModel(int count);     ///< QSortFilterProxyModel
-std::unique_ptr<Contestant> makeFloor(int count);          ///< the least that has to be done
+std::unique_ptr<Contestant> makeFloor(int count);          ///< a lower bound

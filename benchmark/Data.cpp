@@ -17,7 +17,7 @@ QString cameraID(int number)
     return u"camera-%1"_s.arg(number);
 }
 
-/// A number that is the same everywhere, unlike that of the library's distributions.
+/// Returns a random number; unlike the standard distributions, the same with every library.
 int below(std::mt19937 &random, int limit)
 {
     return static_cast<int>(random() % static_cast<unsigned>(limit));

@@ -2,17 +2,17 @@
 
 #include <QtCore/QVariant>
 
-/// Bookmarks to measure with: made from a seed, the same for every contestant.
+/// Generates bookmarks from a fixed seed, so that every contestant has the same ones.
 namespace data {
 
-/// Bookmarks of @p count alarms and notes over four weeks on forty cameras of station "A", as the
-/// server's records. Eight in a hundred mention a forklift.
+/// Returns @p count server records over four weeks on forty cameras of station "A". 8 % of the
+/// descriptions have the word "Forklift".
 QVariantList serverRecords(int count);
 
-/// The names of the station and its cameras.
+/// Returns the names of the station by relay path and of its cameras by camera key.
 QVariantMap cameraNames();
 
-/// A batch of @p count targets at five stations; every tenth occurs twice.
+/// Returns a batch of @p count targets at five stations; every tenth target occurs twice.
 QVariantList batchTargets(int count);
 
 QByteArray timeZone();

@@ -11,8 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The least that has to be done: looking at every byte that is searched, making the maps and
-/// items that are asked for, with nothing in them.
+/// A lower bound: reads every byte of the searched texts and creates the requested maps and items,
+/// with constant values.
 class Floor : public Contestant
 {
 public:
@@ -41,7 +41,7 @@ public:
         case Job::OneMoreLetter:
             return [this] {
                 if (std::memchr(m_text.constData(), '\1', size_t(m_text.size())))
-                    qFatal("There is no such byte");
+                    qFatal("Floor: the texts must not contain the byte 1");
             };
         case Job::StoreAnswer:
             return [this] { m_maps = maps(13); };

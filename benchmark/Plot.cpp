@@ -13,7 +13,7 @@ namespace {
 
 constexpr int Columns = 2;
 constexpr double Width = 420, Height = 260, Margin = 46, Legend = 40;
-// From a microsecond to a hundred seconds, from a thousand bookmarks to a million.
+// Powers of ten: 1 µs to 100 s in milliseconds, a thousand to a million bookmarks.
 constexpr double LowestTime = -3, HighestTime = 5, LowestSize = 3, HighestSize = 6;
 
 const char *const colours[] = {"#d6336c", "#495057", "#1c7ed6", "#0ca678", "#f59f00", "#adb5bd"};

@@ -4,6 +4,6 @@
 
 class Report;
 
-/// The report as SVG: a diagram for each job, time against size, both logarithmic, a line for each
-/// contestant.
+/// Returns the report as SVG. Each job has a diagram of time against size, both logarithmic, with a
+/// line for each contestant.
 QByteArray plot(const Report &report);

@@ -22,7 +22,7 @@ QString &library()
     return path;
 }
 
-/// The names and stations of the device tree at no cost: the walk through the tree is the host's.
+/// A topology that answers at no cost, because the real cost is the host's.
 class Directory : public QObject
 {
     Q_OBJECT
@@ -38,7 +38,7 @@ private:
     const QVariantMap m_types{{u"A"_s, 1}, {u"B"_s, 1}};
 };
 
-/// The built library in a host, called as QML and the host call it.
+/// The library in a minimal host, called as QML and the host call it.
 class Plugin : public Contestant
 {
 public:
@@ -91,7 +91,7 @@ public:
         m_list = {};
         if (job != Job::StoreAnswer && !m_isEmpty)
             return;
-        queryAll(); // the one before may have ended
+        queryAll(); // the previous query may be complete
         if (job != Job::StoreAnswer)
             storeAnswer();
     }
@@ -106,7 +106,8 @@ public:
         return (used(after) - used(before)) / m_count;
     }
 
-    /// The shortest of several times, so that a slow moment of the machine does not count.
+    /// Returns the time of the first use of a group key divided by that of the second. Uses the
+    /// shortest of several times, so that a slow moment of the machine does not count.
     double firstUse(const QString &groupKey)
     {
         QVariantMap question = questionOf(Job::PanelByDate);
@@ -127,8 +128,7 @@ public:
     }
 
 private:
-    /// A host that remembers where answers go and does nothing else: copies of its own would be
-    /// measured too.
+    /// A host that stores only the last context: deep copies would be measured, too.
     class Host final : public FrameworkWrapperBase
     {
     public:
@@ -154,7 +154,7 @@ private:
         m_plugin->CommandProcessor(command, result, context, u"0"_s, {}, false, relayPath);
     }
 
-    /// With this the plug-in drops what it has.
+    /// Starts a query, for which the plug-in removes all bookmarks.
     void queryAll()
     {
         m_host.accepts = true;
@@ -179,7 +179,7 @@ private:
         return answers;
     }
 
-    /// The second station answers last, so that the query goes on.
+    /// The second station answers last, so that the query is not complete before.
     void storeAnswers(const QVariantList &answers)
     {
         queryAll();
@@ -191,7 +191,7 @@ private:
 
     void groupBatch(const QVariantList &targets)
     {
-        m_host.accepts = false; // nothing remains outstanding
+        m_host.accepts = false; // so that no context stays outstanding
         QMetaObject::invokeMethod(m_object, "addBookmarks", Q_ARG(QVariantList, targets),
                                   Q_ARG(qlonglong, 1), Q_ARG(qlonglong, 2),
                                   Q_ARG(QString, u"Alarm"_s), Q_ARG(QString, u"rule"_s),
@@ -202,7 +202,7 @@ private:
     {
         m_host.accepts = true;
         QObject *model = nullptr;
-        // The name of a type has no blank in it here.
+        // The type's name must be "QObject*" without a blank.
         // clang-format off
         QMetaObject::invokeMethod(m_object, "getBookmarkModelForTimeline",
                                   Q_RETURN_ARG(QObject*, model), Q_ARG(QString, u"cell"_s));

@@ -11,7 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The display records as a model; what is sorted by is kept as a value, as a careful user does.
+/// A model of display records with precomputed values for the sort roles, as a careful programmer
+/// would write it.
 class RecordModel : public QAbstractListModel
 {
 public:
@@ -89,7 +90,7 @@ public:
 private:
     void ask(const QVariantMap &question)
     {
-        // Each question from the beginning: what it has sorted before does not count.
+        // Reset the model for each job, so that it can't reuse an earlier sort order.
         m_proxy.setSourceModel(nullptr);
         m_proxy.setSortRole(question.value(u"groupKey"_s) == u"cameraName"_s
                                 ? RecordModel::CameraName

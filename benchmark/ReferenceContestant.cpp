@@ -10,7 +10,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Beyond these it takes minutes: sorting by date, comparing each entry of a batch with all others.
+// Beyond these numbers sorting by date, and comparing each entry of a batch with all others, take
+// minutes.
 constexpr int MostForPanel = 100'000;
 constexpr int MostForBatch = 10'000;
 

@@ -6,11 +6,11 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
-/// The medians of one run, in milliseconds, and what is made of them.
+/// Collects the medians of one run, in milliseconds, and writes them as table, JSON and diagram.
 class Report
 {
 public:
-    /// @param contestants the library first
+    /// @param contestants the first one is the library
     Report(const QStringList &jobs, const QStringList &contestants)
         : m_jobs(jobs)
         , m_contestants(contestants)
@@ -21,16 +21,17 @@ public:
 
     void setFigures(int size, const PluginFigures &figures) { m_figures.insert(size, figures); }
 
-    /// A table of one size: the library's time, and by how much the others take longer; then what
-    /// is measured of the library alone.
+    /// @return a table for one size: the library's time and the others' multiples of it; then the
+    /// figures of the library
     QString table(int size) const;
 
-    /// Writes benchmark.json and benchmark.svg. False when that is not possible.
+    /// Writes benchmark.json and benchmark.svg.
+    /// @return false on failure
     bool write(const QString &folder) const;
 
     QStringList jobs() const { return m_jobs; }
     QStringList contestants() const { return m_contestants; }
-    /// By size; empty when the contestant does not do that job.
+    /// @return medians by size; empty if the contestant lacks the job
     QMap<int, double> times(const QString &job, const QString &contestant) const;
 
 private:

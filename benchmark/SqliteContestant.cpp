@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A prepared statement of a database that is expected not to fail.
+/// A prepared statement. Ends the program on an error.
 class Statement
 {
 public:
@@ -34,7 +34,7 @@ public:
         sqlite3_bind_int64(m_statement, index, number);
         return *this;
     }
-    /// Reads all columns of all rows; returns the last number in the first column.
+    /// Reads all columns of all rows. Returns the first column of the last row as a number.
     qint64 run()
     {
         qint64 first = 0;
@@ -51,7 +51,7 @@ private:
     sqlite3_stmt *m_statement = nullptr;
 };
 
-/// The bookmarks in a database in memory, with the indexes that its questions call for.
+/// The bookmarks in a database in memory, with indexes for all queries.
 class Sqlite : public Contestant
 {
 public:
@@ -123,7 +123,7 @@ private:
             qFatal("%s: %s", sql, error);
     }
 
-    /// Its insert: texts and days are made beforehand.
+    /// Measures only the insertion: texts and days are computed before.
     void insertAll()
     {
         if (m_rows.isEmpty()) {
@@ -203,7 +203,7 @@ private:
             .bind(3, from)
             .bind(4, to)
             .run();
-        // The plus keeps it from looking for the times first: the order has an index of its own.
+        // The plus keeps SQLite from using the index of times: the index of the order is faster.
         Statement(m_database, "SELECT * FROM bookmark WHERE +start BETWEEN ?3 AND ?4" + where +
                                   order + " LIMIT 50 OFFSET ?2")
             .bind(1, wanted)

@@ -20,7 +20,7 @@ namespace {
 constexpr std::unique_ptr<Contestant> (*allContestants[])(int) = {
     makePlugin, makeReferenceModel, makeSqlite, makeSqliteFullText, makeProxyModel, makeFloor};
 
-/// Prints as Google Benchmark does, and hands the medians to the report.
+/// Prints like Google Benchmark and adds the medians to the report.
 class MedianReporter : public benchmark::ConsoleReporter
 {
 public:
@@ -70,7 +70,7 @@ void measure(int size, Report &report)
                     contestant->prepare(job);
                     for (auto _ : state) {
                         work();
-                        // To pause takes longer than some of the other jobs.
+                        // Only for these jobs: pausing takes longer than some other jobs.
                         if (isPreparedEachTime(job)) {
                             state.PauseTiming();
                             contestant->prepare(job);
@@ -79,7 +79,7 @@ void measure(int size, Report &report)
                     }
                 });
             registered->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
-            // Jobs that take seconds are measured once.
+            // Measure jobs that take seconds only once.
             const std::string contestantName = contestant->name();
             const bool isCompared = contestantName != "Tessaline";
             if ((size >= 100'000 && contestantName == "written steps") ||
@@ -98,8 +98,8 @@ void measure(int size, Report &report)
 
 int main(int argc, char *argv[])
 {
-    // A client that has run for hours has its memory; giving it back after each repetition and
-    // fetching it again would be measured as work of all contestants.
+    // Keep freed memory: a client that has run for hours already has it, and returning it to the
+    // system after each repetition would be measured as work.
     mallopt(M_TRIM_THRESHOLD, std::numeric_limits<int>::max());
     mallopt(M_MMAP_THRESHOLD, std::numeric_limits<int>::max());
     // Dates with two-digit years, times without seconds.
@@ -109,20 +109,20 @@ int main(int argc, char *argv[])
 
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        u"Compares the built library with other ways to do the same, in one run. Writes "
+        u"Measures the built library and other implementations of the same jobs. Writes "
         "benchmark.json and benchmark.svg."_s);
     parser.addHelpOption();
     const QCommandLineOption sizes(u"sizes"_s, u"Numbers of bookmarks, separated by commas."_s,
                                    u"list"_s, u"10000,100000,1000000"_s);
-    const QCommandLineOption folder(u"out"_s, u"Where the files go."_s, u"folder"_s, u"out"_s);
-    const QCommandLineOption library(u"library"_s, u"Measure this build of the library."_s,
-                                     u"file"_s);
+    const QCommandLineOption folder(u"out"_s, u"Write the files to this folder."_s, u"folder"_s,
+                                    u"out"_s);
+    const QCommandLineOption library(u"library"_s, u"Measure this library instead."_s, u"file"_s);
     parser.addOptions({sizes, folder, library});
     parser.process(app);
     if (parser.isSet(library))
         setLibrary(parser.value(library));
 
-    // Repetitions of all benchmarks take turns, so that a slow moment of the machine hits each.
+    // Interleave repetitions, so that a slow moment of the machine affects all benchmarks.
     char interleaved[] = "--benchmark_enable_random_interleaving=true";
     char aggregates[] = "--benchmark_display_aggregates_only=true";
     char *flags[] = {argv[0], interleaved, aggregates, nullptr};
@@ -139,7 +139,8 @@ int main(int argc, char *argv[])
     for (const QString &size : parser.value(sizes).split(u',')) {
         const int count = size.toInt();
         if (count <= 0) {
-            std::fprintf(stderr, "%s is no number of bookmarks.\n", qPrintable(size));
+            std::fprintf(stderr, "--sizes: \"%s\" is not a number of bookmarks above 0.\n",
+                         qPrintable(size));
             return 2;
         }
         measure(count, report);
@@ -147,7 +148,8 @@ int main(int argc, char *argv[])
         std::fflush(stdout);
     }
     if (!report.write(parser.value(folder))) {
-        std::fprintf(stderr, "%s can't be written.\n", qPrintable(parser.value(folder)));
+        std::fprintf(stderr, "%s: can't write benchmark.json and benchmark.svg to this folder.\n",
+                     qPrintable(parser.value(folder)));
         return 1;
     }
     return 0;

@@ -1,6 +1,6 @@
-// Works with the plug-in as a busy operator does, in a host with stations on SQLite, and tells how
-// the process has grown.
-//   tessaline-soak [OPERATIONS]      1,000,000 without it; exit code 1 when the process keeps
+// Calls the plug-in at random in a host with stations on SQLite, and prints the growth of the
+// process.
+//   tessaline-soak [OPERATIONS]      1,000,000 by default; exits with 1 if the process keeps
 //   growing
 
 #include "LoadedPlugin.h"
@@ -29,7 +29,7 @@ namespace {
 
 constexpr int StationCount = 3;
 constexpr qint64 Day = 86'400'000;
-constexpr int MostBookmarks = 200; ///< in all; then they are removed
+constexpr int MaxBookmarks = 200; ///< at all stations; more are removed
 
 qint64 residentKiB()
 {
@@ -124,7 +124,7 @@ private:
     void call(const char *method, const QVariantList &arguments)
     {
         if (!driver::callByName(*m_plugin, method, arguments))
-            qFatal("%s can't be called so", method);
+            qFatal("%s: the plug-in has no such method with these arguments", method);
         QCoreApplication::processEvents();
     }
 
@@ -146,7 +146,7 @@ private:
     void remove()
     {
         const QVariantList list = allBookmarks();
-        if (list.size() > MostBookmarks)
+        if (list.size() > MaxBookmarks)
             return call("removeAllBookmarks", {stationName(below(StationCount))});
         QVariantList batch;
         for (const QVariant &element : list.mid(below(10), 3)) {
@@ -167,7 +167,7 @@ private:
                                                      {u"pageNumber"_s, below(3)}}});
     }
 
-    /// Stations fail or answer twice for a while; now and then the client starts anew.
+    /// Makes a station fail or answer twice for a while; sometimes restarts the client.
     void changeHost(const QString &relayPath)
     {
         using standin::Delivery;
@@ -219,9 +219,10 @@ int main(int argc, char **argv)
                     static_cast<long long>(residentKiB()));
         std::fflush(stdout);
         if (done == operations / 10 * 2)
-            early = residentKiB(); // caches are full by then
+            early = residentKiB(); // caches are full now
     }
     const qint64 grown = residentKiB() - early;
-    std::printf("Grown by %lld KiB since the first fifth.\n", static_cast<long long>(grown));
+    std::printf("The process has grown by %lld KiB since the first fifth.\n",
+                static_cast<long long>(grown));
     return grown > 4096 ? 1 : 0;
 }

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Makes values of bytes. Whatever the bytes, there is a value; without bytes it is the simplest.
+/// Creates values from bytes. Any bytes give a value; without bytes the values are the simplest.
 class FuzzInput
 {
 public:
@@ -18,15 +18,15 @@ public:
     }
 
     bool isEmpty() const { return m_data == m_end; }
-    /// A number from 0 to @p limit - 1.
+    /// @return a number from 0 to @p limit - 1
     int below(int limit) { return limit > 0 ? number(limit > 256 ? 2 : 1) % limit : 0; }
     qint64 integer();
-    /// Mostly a name that plug-in or host know, or a text of any characters.
+    /// @return mostly a name that plug-in or host use, else a text of any characters
     QString text();
     QVariant value(int depth = 0);
-    /// A value of a type; invalid for one that can't be made of bytes.
+    /// @return a value of a type; default-constructed if numbers can't be converted to it
     QVariant valueOf(QMetaType type);
-    /// What a server sends: a record, a list of them, the answer to a query, or any value.
+    /// @return the result of an answer: a record, a list of records, a map of records, or any value
     QVariant answer();
 
 private:

@@ -18,7 +18,7 @@ using standin::Delivery;
 
 namespace {
 
-/// The plug-in in a host that does what bytes say.
+/// A host with the plug-in. The input selects every call, answer and event.
 class Host
 {
 public:
@@ -35,7 +35,7 @@ public:
     ~Host()
     {
         m_stepsInside = 0;
-        // No context outlives the input.
+        // Answers end all contexts, so that each input starts without contexts.
         makePlugin();
         const auto sent = m_sent;
         for (const standin::SentCommand &command : sent)
@@ -189,7 +189,7 @@ private:
         }
     }
 
-    /// List and columns tell the same.
+    /// Compares the number of bookmarks on a page without filters with the size of the list.
     void checkPage()
     {
         const QVariantMap page = m_plugin->getFilteredBookmarkList(

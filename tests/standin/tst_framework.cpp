@@ -20,7 +20,7 @@ QString pluginId()
     return u"2F6394EE90434A7190D7511370AFAE17"_s;
 }
 
-/// Writes down what the framework delivers, as in "Add=5/0@station".
+/// Records every delivery of the framework as text, for example "Add=5/0@station".
 class Plugin : public PluginBase
 {
 public:
@@ -48,7 +48,7 @@ public:
                           bool, const QString &relayPath) override
     {
         log.append(command + u'=' + result.toString() + u'/' + resultCode + u'@' + relayPath);
-        // A copy, as the handler may delete this object.
+        // A copy, because the handler may delete this object.
         const auto handler = onDelivery;
         if (handler)
             handler();
@@ -70,8 +70,8 @@ public:
     }
 };
 
-/// The same in a thread of its own, when it is told to go on.
-class DistantServer : public AsyncServer
+/// Like EchoServer, but answers in another thread when answerAll() is called.
+class ThreadedServer : public AsyncServer
 {
 public:
     EchoServer server;
@@ -82,7 +82,7 @@ public:
         m_calls.append([=] { done(server.execute(command, payload, relayPath)); });
     }
 
-    void goOn()
+    void answerAll()
     {
         std::thread thread([this] {
             for (const auto &call : std::exchange(m_calls, {}))
@@ -113,7 +113,7 @@ struct Client
                                      relayPath);
     }
 
-    /// Three commands with the payloads 1 to 3; how many were taken.
+    /// Sends three commands with the payloads 1 to 3. Returns the number of accepted ones.
     int sendThree() { return send(u"A"_s, 1) + send(u"B"_s, 2, u"s"_s) + send(u"C"_s, 3, u"s"_s); }
 };
 
@@ -126,29 +126,29 @@ class TestFramework : public QObject
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u"."_s)); }
 
-    void deliversAsTheRuleSays_data();
-    void deliversAsTheRuleSays();
-    void deliversFromAnotherThreadAsWell_data() { deliversAsTheRuleSays_data(); }
-    void deliversFromAnotherThreadAsWell();
-    void prefersTheMostExactRule();
+    void deliversAccordingToTheRule_data();
+    void deliversAccordingToTheRule();
+    void deliversAnswersFromAnotherThread_data() { deliversAccordingToTheRule_data(); }
+    void deliversAnswersFromAnotherThread();
+    void mostExactRuleApplies();
     void releasesHeldAnswers();
-    void pluginMaySendOrGoAwayInsideADelivery_data();
-    void pluginMaySendOrGoAwayInsideADelivery();
-    void dropsWhatIsUnderWayAtItsEnd();
-    void copiesDeeply();
-    void copiesAnyDepth();
+    void pluginMaySendOrBeDeletedInsideADelivery_data();
+    void pluginMaySendOrBeDeletedInsideADelivery();
+    void destructorDropsPendingAnswers();
+    void copyHasItsOwnData();
+    void copiesThousandsOfLevels();
 };
 
-void TestFramework::deliversAsTheRuleSays_data()
+void TestFramework::deliversAccordingToTheRule_data()
 {
     QTest::addColumn<Delivery>("delivery");
-    QTest::addColumn<int>("taken");
+    QTest::addColumn<int>("accepted");
     QTest::addColumn<QString>("executed");
     QTest::addColumn<QString>("inside");
     QTest::addColumn<QString>("later");
     const auto row = [](const char *name, const Delivery &delivery, const QString &executed,
-                        const QString &inside, const QString &later, int taken = 3) {
-        QTest::newRow(name) << delivery << taken << executed << inside << later;
+                        const QString &inside, const QString &later, int accepted = 3) {
+        QTest::newRow(name) << delivery << accepted << executed << inside << later;
     };
     const QString executed = u"ABC"_s;
     const QString all = u"A=[1]/0@ B=[2]/0@s C=[3]/0@s"_s;
@@ -169,12 +169,12 @@ void TestFramework::deliversAsTheRuleSays_data()
     row("wrong payload", Delivery::wrongPayload(7), executed, {}, u"A=7/0@ B=7/0@s C=7/0@s"_s);
 }
 
-void TestFramework::deliversAsTheRuleSays()
+void TestFramework::deliversAccordingToTheRule()
 {
     QFETCH(const Delivery, delivery);
     Client client;
     client.framework.rules().setDefault(delivery);
-    QTEST(client.sendThree(), "taken");
+    QTEST(client.sendThree(), "accepted");
     QCOMPARE(client.framework.sent().size(), 3);
     QCOMPARE(client.framework.sent().constFirst().accepted,
              delivery.when != Delivery::When::Refused);
@@ -186,26 +186,26 @@ void TestFramework::deliversAsTheRuleSays()
              qPrintable(client.plugin->text()));
 }
 
-void TestFramework::deliversFromAnotherThreadAsWell()
+void TestFramework::deliversAnswersFromAnotherThread()
 {
     QFETCH(const Delivery, delivery);
     QFETCH(const QString, later);
-    DistantServer distant;
+    ThreadedServer threaded;
     Client client;
-    client.framework.setAsyncServer(&distant);
+    client.framework.setAsyncServer(&threaded);
     client.framework.rules().setDefault(delivery);
-    QTEST(client.sendThree(), "taken");
-    // A failing station does not wait for the server.
+    QTEST(client.sendThree(), "accepted");
+    // The framework creates failed answers itself, without the server.
     QCoreApplication::processEvents();
     QCOMPARE(client.plugin->text(), delivery.failureCode ? later : QString());
-    distant.goOn();
-    QTEST(distant.server.executed, "executed");
+    threaded.answerAll();
+    QTEST(threaded.server.executed, "executed");
     QVERIFY(client.server.executed.isEmpty());
     QTRY_COMPARE(client.plugin->text(), later);
     QTRY_COMPARE(client.framework.held().size(), delivery.when == Delivery::When::Held ? 3 : 0);
 }
 
-void TestFramework::prefersTheMostExactRule()
+void TestFramework::mostExactRuleApplies()
 {
     Client client;
     DeliveryRules &rules = client.framework.rules();
@@ -242,7 +242,7 @@ void TestFramework::releasesHeldAnswers()
     QVERIFY(framework.held().isEmpty());
 }
 
-void TestFramework::pluginMaySendOrGoAwayInsideADelivery_data()
+void TestFramework::pluginMaySendOrBeDeletedInsideADelivery_data()
 {
     QTest::addColumn<Delivery>("delivery");
     QTest::newRow("queued") << Delivery::queued();
@@ -251,7 +251,7 @@ void TestFramework::pluginMaySendOrGoAwayInsideADelivery_data()
     QTest::newRow("reversed") << Delivery::reversed();
 }
 
-void TestFramework::pluginMaySendOrGoAwayInsideADelivery()
+void TestFramework::pluginMaySendOrBeDeletedInsideADelivery()
 {
     QFETCH(const Delivery, delivery);
     Client client;
@@ -273,11 +273,11 @@ void TestFramework::pluginMaySendOrGoAwayInsideADelivery()
     QCOMPARE(deliveries, 5);
 }
 
-void TestFramework::dropsWhatIsUnderWayAtItsEnd()
+void TestFramework::destructorDropsPendingAnswers()
 {
     Plugin plugin;
     EchoServer server;
-    DistantServer distant;
+    ThreadedServer threaded;
     {
         Framework framework;
         framework.addPlugin(pluginId(), &plugin);
@@ -288,22 +288,22 @@ void TestFramework::dropsWhatIsUnderWayAtItsEnd()
             framework.SendCommand(nullptr, pluginId(), u"A"_s, {}, nullptr, false, {});
         }
         QCOMPARE(server.executed, u"AAAA"_s);
-        framework.setAsyncServer(&distant);
+        framework.setAsyncServer(&threaded);
         for (int i = 0; i < 2; ++i) {
             framework.SendCommand(nullptr, pluginId(), u"A"_s, {}, nullptr, false, {});
             if (i == 0)
-                distant.goOn(); // arrived, not delivered; the second one arrives too late
+                threaded.answerAll(); // posted, not delivered; the second answer comes too late
         }
     }
-    distant.goOn();
-    // Fires after all that was posted and after the timer above.
-    bool over = false;
-    QTimer::singleShot(2, this, [&over] { over = true; });
-    QVERIFY(QTest::qWaitFor([&] { return over; }));
+    threaded.answerAll();
+    // This timer fires after all posted calls and after the delayed answer.
+    bool isOver = false;
+    QTimer::singleShot(2, this, [&isOver] { isOver = true; });
+    QVERIFY(QTest::qWaitFor([&] { return isOver; }));
     QVERIFY(plugin.log.isEmpty());
 }
 
-void TestFramework::copiesDeeply()
+void TestFramework::copyHasItsOwnData()
 {
     const QString text = u"text"_s;
     const QVariant values[] = {
@@ -336,7 +336,7 @@ void TestFramework::copiesDeeply()
     QVERIFY(copy.first().toString().constData() != text.constData());
 }
 
-void TestFramework::copiesAnyDepth()
+void TestFramework::copiesThousandsOfLevels()
 {
     constexpr int Depth = 5000;
     QVariant value = u"bottom"_s;

@@ -52,7 +52,7 @@ private Q_SLOTS:
     }
     void cleanupTestCase() { logging::reset(); }
 
-    void remembersTheCheckedLine();
+    void writtenLineHasFileAndLevelOfItsCheck();
     void anotherArgumentGivesNoObject();
     void formatsAnyText();
     void writesToAFile();
@@ -61,13 +61,13 @@ private:
     QList<LogLine> m_lines;
 };
 
-void TestLogging::remembersTheCheckedLine()
+void TestLogging::writtenLineHasFileAndLevelOfItsCheck()
 {
     registered("Other");
     const quint32 severity = registered("Module") << 8 | 2;
     QByteArray file("src/File.cpp");
     QCOMPARE(check(severity, file.constData()), 0);
-    file.fill('x'); // the text is the caller's, and only for the call
+    file.fill('x'); // callers may reuse the buffer after the call
     write("%s, failed", "Scope");
     write("unchecked");
     QCOMPARE(m_lines.size(), 2);
@@ -94,7 +94,7 @@ void TestLogging::formatsAnyText()
                                    QByteArray("\xff\xfe\x80"), QByteArray(100000, 'x')}) {
         write("<%s>", text.constData());
         QCOMPARE(m_lines.constLast().text, '<' + text + '>');
-        // A pointer where a number is expected: some digits, and no harm.
+        // A pointer for a number format gives some digits and must do no harm.
         write("%s, %d", "Scope", text.constData());
         QVERIFY(m_lines.constLast().text.startsWith("Scope, "));
     }

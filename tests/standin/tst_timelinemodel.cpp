@@ -30,7 +30,7 @@ QStandardItem *item(const QString &id, qint64 start, const QString &description 
     return made;
 }
 
-/// Items from "id@start id@start:description".
+/// Creates items from "id@start id@start:description".
 QList<QStandardItem *> items(const QString &words)
 {
     QList<QStandardItem *> made;
@@ -42,7 +42,7 @@ QList<QStandardItem *> items(const QString &words)
     return made;
 }
 
-/// The rows as "id id:description".
+/// Returns the rows as "id id:description".
 QString content(const QAbstractItemModel *rows)
 {
     QStringList texts;
@@ -67,8 +67,8 @@ private Q_SLOTS:
     void mergesByIdentifierInStartOrder_data();
     void mergesByIdentifierInStartOrder();
     void returnsEveryRole();
-    void asksOnlyForWhatIsNotCovered_data();
-    void asksOnlyForWhatIsNotCovered();
+    void requestsOnlyUncoveredRanges_data();
+    void requestsOnlyUncoveredRanges();
     void slotOnNeedItemsMayMoveTheRangeOrClear();
     void slotMayDeleteTheModel_data();
     void slotMayDeleteTheModel();
@@ -148,7 +148,7 @@ void TestTimelineModel::returnsEveryRole()
         QCOMPARE(rows->index(0, 0).data(role), QVariant(role));
 }
 
-void TestTimelineModel::asksOnlyForWhatIsNotCovered_data()
+void TestTimelineModel::requestsOnlyUncoveredRanges_data()
 {
     QTest::addColumn<Ranges>("before");
     QTest::addColumn<qint64>("head");
@@ -171,7 +171,7 @@ void TestTimelineModel::asksOnlyForWhatIsNotCovered_data()
     row("upwards from the lowest", {{Min, Min}}, Min + 1, Min + 1, {{Min + 1, Min + 1}});
 }
 
-void TestTimelineModel::asksOnlyForWhatIsNotCovered()
+void TestTimelineModel::requestsOnlyUncoveredRanges()
 {
     QFETCH(const Ranges, before);
     QFETCH(const qint64, head);
@@ -224,7 +224,7 @@ void TestTimelineModel::slotMayDeleteTheModel_data()
     row("clearing", [](auto *model) { model->clear(); });
 }
 
-// Its worth shows under the address and leak sanitizers.
+// The address and leak sanitizers report most of the faults that this test provokes.
 void TestTimelineModel::slotMayDeleteTheModel()
 {
     QFETCH(const Action, action);

@@ -6,7 +6,7 @@
 #include <QtSql/QSqlDatabase>
 #include <QtSql/QSqlQuery>
 
-// The names in these tests stand for what clients send, and are spelled out on purpose.
+// Tests repeat the names of commands and keys as literals, so that they notice a changed constant.
 using namespace Qt::Literals::StringLiterals;
 
 inline QVariantMap record(const QString &description, const QString &camera, qint64 start,
@@ -17,8 +17,8 @@ inline QVariantMap record(const QString &description, const QString &camera, qin
             {u"Group"_s, u""_s}};
 }
 
-/// A payload in words, with the types that clients send: "" is none, "{}" an empty map,
-/// "BookmarkID=a Group=b" a map, "new@cam" a whole record, "BookmarkID=a | BookmarkID=b" a list.
+/// Parses a payload with the types that clients send: "" is no payload, "{}" an empty map,
+/// "BookmarkID=a Group=b" a map, "new@cam" a record, "BookmarkID=a | BookmarkID=b" a list.
 inline QVariant payload(const QString &words)
 {
     if (words.contains(u'|')) {
@@ -50,8 +50,8 @@ inline QVariant payload(const QString &words)
     return words.isEmpty() ? QVariant() : map;
 }
 
-/// A value in words: a bookmark is "description:group", with "?" when it has no identifier,
-/// anything else shows its type.
+/// Formats a value: a bookmark as "description:group", followed by "?" if it has no identifier;
+/// other values with their type.
 inline QString inWords(const QVariant &value)
 {
     QStringList parts;

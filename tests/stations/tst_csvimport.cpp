@@ -30,7 +30,7 @@ private Q_SLOTS:
     void importsFiles();
     void cancelKeepsWholeBatches();
     void failingStationEndsTheImport();
-    void unusableFilesAndSites();
+    void unusableFileOrSiteIsReported();
 };
 
 void TestCsvImport::init()
@@ -61,7 +61,7 @@ CsvImport::Result TestCsvImport::import(const QByteArray &csv,
     return import.run(path());
 }
 
-/// "station camera start end description creator group" of every bookmark.
+/// Returns "station camera start end description creator group" of every bookmark.
 QString TestCsvImport::stored()
 {
     QStringList lines;
@@ -86,7 +86,7 @@ void TestCsvImport::importsFiles_data()
 {
     QTest::addColumn<QByteArray>("csv");
     QTest::addColumn<QString>("stored");
-    QTest::addColumn<QString>("complaint"); // behind the file's name
+    QTest::addColumn<QString>("message"); // without the file's name
     const auto good = [](const char *name, const QByteArray &csv, const QString &stored) {
         QTest::newRow(name) << csv << stored << QString();
     };
@@ -111,7 +111,7 @@ void TestCsvImport::importsFiles_data()
          u"A 1 1774751400000 1774751400001"_s);
     good("ends of the range", "camera,start,end\n1,0,9223372036854775807\n",
          u"A 1 0 9223372036854775807"_s);
-    // From 2024-01-01T08:00:00Z on, and a day before when each camera has a recording.
+    // The first round is on 2024-01-01T08:00:00Z, the next one a day earlier.
     good("recordings go round the cameras",
          "camera,event,start_offset_ms,end_offset_ms\n"
          "Abuse028,Abuse,5500,8000\nArson011,Arson,5000,14000\nBurglary021,Burglary,2000,6667\n"
@@ -179,7 +179,7 @@ void TestCsvImport::importsFiles_data()
 void TestCsvImport::importsFiles()
 {
     QFETCH(const QByteArray, csv);
-    QFETCH(const QString, complaint);
+    QFETCH(const QString, message);
     qint64 bytes = 0;
     const CsvImport::Result result = import(csv, [&bytes](const CsvImport::Progress &progress) {
         bytes = progress.bytes;
@@ -188,7 +188,7 @@ void TestCsvImport::importsFiles()
     QCOMPARE(bytes, result.error.isEmpty() ? csv.size() : 0);
     QTEST(stored(), "stored");
     QCOMPARE(result.error + result.messages.join(u'\n'),
-             complaint.isEmpty() ? complaint : path() + complaint);
+             message.isEmpty() ? message : path() + message);
     QCOMPARE(result.imported, stored().isEmpty() ? 0 : stored().count(u", "_s) + 1);
     QCOMPARE(result.skipped, result.messages.size());
     QCOMPARE(result.recordings, csv.contains("Abuse") ? 4 : 0);
@@ -228,7 +228,7 @@ void TestCsvImport::failingStationEndsTheImport()
     QCOMPARE(stored().count(u"A 1 1 2"_s), 1000);
 }
 
-void TestCsvImport::unusableFilesAndSites()
+void TestCsvImport::unusableFileOrSiteIsReported()
 {
     for (const QString &file : {m_folder->filePath(u"missing.csv"_s), m_folder->path()})
         QVERIFY(CsvImport(*m_site, {}).run(file).error.startsWith(file + u": "_s));

@@ -11,7 +11,7 @@ using namespace workbench;
 
 namespace {
 
-/// Relay paths that must not be taken apart, nor be mistaken for each other.
+/// Relay paths that fail if a station splits, formats or mixes them up.
 QStringList relayPaths()
 {
     return {u"east/%1"_s, u"east_%1"_s, u"EAST/%1"_s, u"../west"_s};
@@ -41,12 +41,12 @@ private:
 
 private Q_SLOTS:
     void init();
-    void answers_data();
-    void answers();
-    void settingsAndFactsAreThoseOfTheSite();
-    void failingStationHidesNothing();
+    void commandGivesAnswerAndBookmarks_data();
+    void commandGivesAnswerAndBookmarks();
+    void allStationsShareSettingZoneAndPermission();
+    void failingStationHidesNoBookmark();
     void onlyOtherClientsRaiseEvents();
-    void openingNamesWhatIsWrong();
+    void openReportsUnusableFiles();
     void emptiedFileIsReportedAndKept();
 };
 
@@ -78,7 +78,7 @@ void TestSite::open(const QStringList &paths)
     QVERIFY2(m_site, qPrintable(error));
 }
 
-/// The answer to "Command@relayPath payload", all in words.
+/// Executes "Command@relayPath payload" and returns the answer as text.
 QString TestSite::ask(const QString &command)
 {
     const QString target = command.section(u' ', 0, 0);
@@ -86,7 +86,7 @@ QString TestSite::ask(const QString &command)
                                    target.section(u'@', 1)));
 }
 
-void TestSite::answers_data()
+void TestSite::commandGivesAnswerAndBookmarks_data()
 {
     QTest::addColumn<QString>("command");
     QTest::addColumn<QString>("answer");
@@ -108,7 +108,7 @@ void TestSite::answers_data()
 
     row("update anywhere", "UpdateBookmark@ BookmarkID=b Description=new", "0 new", "a new c d");
     row("update at the wrong one", "UpdateBookmark@../west BookmarkID=b Description=new", "2 -");
-    row("update nobody's", "UpdateBookmark@ BookmarkID=x", "2 -");
+    row("update an unknown bookmark", "UpdateBookmark@ BookmarkID=x", "2 -");
     row("update without identifier", "UpdateBookmark@ Description=new", "1 -");
 
     row("query by camera keys",
@@ -118,7 +118,7 @@ void TestSite::answers_data()
     row("query without cameras", "QueryBookmarkForApi@ StartTimestamp=0 EndTimestamp=999", "1 -");
 }
 
-void TestSite::answers()
+void TestSite::commandGivesAnswerAndBookmarks()
 {
     QFETCH(const QString, command);
     QFETCH(const QString, left);
@@ -127,7 +127,7 @@ void TestSite::answers()
              u"0 ["_s + left + u']');
 }
 
-void TestSite::settingsAndFactsAreThoseOfTheSite()
+void TestSite::allStationsShareSettingZoneAndPermission()
 {
     const QString update = u"UpdateRecycleSetting@ reserveHour=72 enableRecycle=true"_s;
     QCOMPARE(ask(update), u"0 bool true"_s);
@@ -149,7 +149,7 @@ void TestSite::settingsAndFactsAreThoseOfTheSite()
     QCOMPARE(ask(u"QueryAllBookmars@ {}"_s), u"0 {Bookmarks: []}"_s);
 }
 
-void TestSite::failingStationHidesNothing()
+void TestSite::failingStationHidesNoBookmark()
 {
     QVERIFY(runSql(m_site->station(u"east_%1"_s)->config().filePath, u"DROP TABLE bookmark"_s));
     for (int i = 0; i < 3; ++i)
@@ -177,13 +177,13 @@ void TestSite::onlyOtherClientsRaiseEvents()
     QCOMPARE(ask(u"QueryAllBookmars@east_%1 {}"_s), u"0 {Bookmarks: [ours theirs]}"_s);
 }
 
-void TestSite::openingNamesWhatIsWrong()
+void TestSite::openReportsUnusableFiles()
 {
     const auto refusal = [](const QString &folder, const QStringList &paths) {
         QString error;
         return Site::open(folder, configs(paths), &error) ? u"none"_s : error;
     };
-    // On a file system that does not tell capitals from small letters.
+    // For file systems that ignore the case.
     QVERIFY(Site::fileNameOf(u"A"_s).toLower() != Site::fileNameOf(u"a"_s).toLower());
     const QString twice = refusal(m_folder->path(), {u"../west"_s, u"../west"_s});
     QVERIFY2(twice.contains(u"two stations have the relay path \"../west\""_s), qPrintable(twice));

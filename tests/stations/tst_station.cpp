@@ -18,7 +18,7 @@ namespace {
 constexpr qint64 First = std::numeric_limits<qint64>::min();
 constexpr qint64 Last = std::numeric_limits<qint64>::max();
 
-/// The bookmarks of the station, in the order of adding.
+/// The bookmarks of the station, in the order in which they were added.
 constexpr char Everything[] = "short last long first moment other";
 
 QByteArray contentsOf(const QString &path)
@@ -54,18 +54,18 @@ private:
 
 private Q_SLOTS:
     void init();
-    void answers_data();
-    void answers();
-    void keepsRecordsAsTheyAreSent();
+    void commandGivesAnswerAndBookmarks_data();
+    void commandGivesAnswerAndBookmarks();
+    void storesRecordsUnchanged();
     void badPayloadChangesNothing_data();
     void badPayloadChangesNothing();
     void recyclingDeletesWhatEndedBefore_data();
     void recyclingDeletesWhatEndedBefore();
     void reopeningKeepsSettingsAndRecycles();
     void failingDatabaseChangesNothing();
-    void unusableFileIsRefusedUntouched_data();
-    void unusableFileIsRefusedUntouched();
-    void nothingIsLostInACrash();
+    void unusableFileIsRejectedUnchanged_data();
+    void unusableFileIsRejectedUnchanged();
+    void crashLosesNoBookmark();
 };
 
 void TestStation::init()
@@ -85,7 +85,7 @@ void TestStation::init()
     open();
 }
 
-/// The same file once more, as nobody but a test opens it.
+/// Returns a second store on the station's file, to change it without the station.
 std::unique_ptr<BookmarkStore> TestStation::store()
 {
     QString error;
@@ -106,7 +106,7 @@ void TestStation::open(const QString &path)
     m_station->setSettingPermission(false);
 }
 
-/// The answer to a command and its payload, all in words.
+/// Executes "Command payload" and returns the answer as text.
 QString TestStation::ask(const QString &command)
 {
     return inWords(
@@ -119,7 +119,7 @@ QVariantList TestStation::all()
     return answer.result.toMap().value(u"Bookmarks"_s).toList();
 }
 
-void TestStation::answers_data()
+void TestStation::commandGivesAnswerAndBookmarks_data()
 {
     QTest::addColumn<QString>("command");
     QTest::addColumn<QString>("answer");
@@ -193,7 +193,7 @@ void TestStation::answers_data()
     row("other case", "addbookmark a@cam-1", "3 -");
 }
 
-void TestStation::answers()
+void TestStation::commandGivesAnswerAndBookmarks()
 {
     QFETCH(const QString, command);
     QFETCH(const QString, left);
@@ -201,9 +201,9 @@ void TestStation::answers()
     QCOMPARE(inWords(all()), u'[' + left + u']');
 }
 
-void TestStation::keepsRecordsAsTheyAreSent()
+void TestStation::storesRecordsUnchanged()
 {
-    // A single surrogate, a format sign and a place marker come back as they were sent.
+    // The text has an unpaired surrogate, a format character and a placeholder of arg().
     QVariantMap sent = record(u"\xD800%1\u202E\nü"_s, u"cam-1"_s, First, Last);
     sent.insert(u"BookmarkID"_s, u"mine"_s);
     const QVariantMap answer = m_station->execute(u"AddBookmark"_s, sent).result.toMap();
@@ -230,7 +230,7 @@ void TestStation::badPayloadChangesNothing_data()
     const auto row = [](const QString &command, const QString &name, const QVariant &bad) {
         QTest::addRow("%s: %s", qPrintable(command), qPrintable(name)) << command << bad;
     };
-    // What is bad alone is bad in the middle of a batch.
+    // A payload that is bad alone is also bad in the middle of a batch.
     const auto rows = [&](const QString &command, const QVariantMap &good, const QString &name,
                           const QVariant &bad) {
         row(command, name, bad);
@@ -245,7 +245,7 @@ void TestStation::badPayloadChangesNothing_data()
             rows(command, good, u"no map but "_s + inWords(value), value);
         for (auto it = good.cbegin(); it != good.cend(); ++it) {
             QVariantMap changed = good;
-            // Nothing takes a floating-point number, although all could be made of one.
+            // QVariant could convert a floating-point number into any of these types.
             changed.insert(it.key(), 5.0);
             rows(command, good, it.key() + u" of another type"_s, changed);
             changed.remove(it.key());
@@ -316,7 +316,7 @@ void TestStation::recyclingDeletesWhatEndedBefore()
     QFETCH(const RecycleSetting, setting);
     QFETCH(const qint64, now);
     QFETCH(const QString, left);
-    // Not through the station, which would recycle at once.
+    // Bypass the station, which would recycle at once.
     QVERIFY(store()->setRecycleSetting(setting));
     QVERIFY(m_station->recycle(now));
     QCOMPARE(inWords(all()), u'[' + left + u']');
@@ -350,7 +350,7 @@ void TestStation::failingDatabaseChangesNothing()
     QCOMPARE(inWords(all()), u'[' + QString::fromLatin1(Everything) + u']');
 }
 
-void TestStation::unusableFileIsRefusedUntouched_data()
+void TestStation::unusableFileIsRejectedUnchanged_data()
 {
     using Path = QString;
     using Spoil = std::function<bool(const Path &)>;
@@ -374,7 +374,7 @@ void TestStation::unusableFileIsRefusedUntouched_data()
         [](const Path &path) { return QFile::remove(path) && QDir().mkpath(path); });
 }
 
-void TestStation::unusableFileIsRefusedUntouched()
+void TestStation::unusableFileIsRejectedUnchanged()
 {
     QFETCH(const std::function<bool(const QString &)>, spoil);
     QFETCH(const QString, reason);
@@ -390,11 +390,11 @@ void TestStation::unusableFileIsRefusedUntouched()
     QCOMPARE(QDir(m_folder->path()).entryList(), files);
 }
 
-void TestStation::nothingIsLostInACrash()
+void TestStation::crashLosesNoBookmark()
 {
     ask(u"AddBookmark new@cam-1"_s);
-    // What a killed process leaves: the newest bookmark stands in the log only, and an
-    // interrupted checkpoint may have left anything of a page that the log still has.
+    // Simulate a killed process: only the log has the newest bookmark, and an interrupted
+    // checkpoint may have written a part of a page.
     const QString file = path();
     const QString left = m_folder->filePath(u"left.sqlite"_s);
     QVERIFY(QFile::copy(file, left) && QFile::copy(file + u"-wal"_s, left + u"-wal"_s));
@@ -404,7 +404,7 @@ void TestStation::nothingIsLostInACrash()
     QCOMPARE(before.size(), 7);
     QCOMPARE(all(), before);
 
-    // And what it leaves while it creates the file.
+    // A process that is killed while it creates the file leaves an empty one.
     m_station.reset();
     QVERIFY(QFile::resize(file, 0));
     open(file);

@@ -16,18 +16,18 @@
 
 using namespace workbench;
 
-/// Killed in the middle of a batch, with a full disk, a locked or a cut file: what was acknowledged
-/// is there, and of no batch a part.
+/// Interrupts a station that writes batches. Every acknowledged batch must be stored, and no batch
+/// may be stored in part.
 class TestStorageFaults : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init() { m_folder.emplace(); }
-    void killed();
-    void diskFull();
-    void locked();
-    void logCutOff();
+    void killLosesNoAcknowledgedStep();
+    void fullDiskFailsWholeSteps();
+    void lockedFileFailsWholeSteps();
+    void truncatedLogLosesWholeSteps();
 
 private:
     QString path() const { return m_folder->filePath(u"station.sqlite"_s); }
@@ -56,8 +56,9 @@ QVariantList stored(Station &station)
         .toList();
 }
 
-/// Steps 0, 1, 3, 4, 6 ... add a batch that bears the step's number; each third deletes the batch
-/// of two steps before. Whether the step was acknowledged.
+/// Runs a step. Steps 0, 1, 3, 4, 6 ... add a batch with the step's number as description; every
+/// third step deletes the batch of two steps before.
+/// @return true if the station acknowledged the step
 bool playStep(Station &station, int step)
 {
     QVariantList batch;
@@ -75,7 +76,7 @@ bool playStep(Station &station, int step)
     return station.execute(u"DeleteBookmarks"_s, batch).resultCode == u"0";
 }
 
-/// What is there after so many steps: "batch x bookmarks" each.
+/// Returns the expected state after a number of steps: "BATCHxBOOKMARKS" for each batch.
 QString stateAfter(int steps)
 {
     QStringList state;
@@ -100,7 +101,7 @@ QString stateOf(Station &station)
 
 } // namespace
 
-void TestStorageFaults::killed()
+void TestStorageFaults::killLosesNoAcknowledgedStep()
 {
     for (int round = 0; round < 25; ++round) {
         init();
@@ -138,7 +139,7 @@ void TestStorageFaults::killed()
     }
 }
 
-void TestStorageFaults::diskFull()
+void TestStorageFaults::fullDiskFailsWholeSteps()
 {
     auto station = openStation(path());
     QVERIFY(playStep(*station, 0));
@@ -154,13 +155,13 @@ void TestStorageFaults::diskFull()
     setrlimit(RLIMIT_FSIZE, &limit);
     QCOMPARE(stateOf(*station), stateAfter(steps));
 
-    // With room again it goes on where it was.
+    // With free space the station continues.
     QVERIFY(playStep(*station, steps));
     station.reset();
     QCOMPARE(stateOf(*openStation(path())), stateAfter(steps + 1));
 }
 
-void TestStorageFaults::locked()
+void TestStorageFaults::lockedFileFailsWholeSteps()
 {
     const auto station = openStation(path());
     QVERIFY(playStep(*station, 0));
@@ -169,7 +170,7 @@ void TestStorageFaults::locked()
         other.setDatabaseName(path());
         QVERIFY(other.open() && QSqlQuery(other).exec(u"BEGIN IMMEDIATE"_s));
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"locked"_s));
-        QVERIFY(!playStep(*station, 1)); // after having waited for a while
+        QVERIFY(!playStep(*station, 1)); // fails after SQLite's own time-out
         QCOMPARE(stateOf(*station), stateAfter(1));
     }
     QSqlDatabase::removeDatabase(u"other"_s);
@@ -177,7 +178,7 @@ void TestStorageFaults::locked()
     QCOMPARE(stateOf(*station), stateAfter(2));
 }
 
-void TestStorageFaults::logCutOff()
+void TestStorageFaults::truncatedLogLosesWholeSteps()
 {
     const auto station = openStation(path());
     const QString log = path() + u"-wal"_s;
