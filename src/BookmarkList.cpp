@@ -147,7 +147,7 @@ void BookmarkList::append(const QVariantList &serverRecords, CameraNames &names,
 void BookmarkList::clear()
 {
     const BookmarkList old =
-        std::move(*this); // a std::string that is only assigned keeps its memory
+        std::move(*this); // frees the memory; an assigned std::string would keep it
     *this = {};
 }
 

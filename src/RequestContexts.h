@@ -112,7 +112,7 @@ private:
 
     std::unique_ptr<Context> allocateAtFreshAddress()
     {
-        std::vector<std::unique_ptr<Context>> rejected; // kept, or they would be offered again
+        std::vector<std::unique_ptr<Context>> rejected; // freed last, or they would be reused here
         for (;;) {
             std::unique_ptr<Context> context(new (std::nothrow) Context);
             const void *const address = context.get();

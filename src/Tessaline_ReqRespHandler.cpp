@@ -1,4 +1,4 @@
-// The handlers of answers, one for each command, and what they change in lists and timelines.
+// The handlers of answers, one for each command. They change lists and timelines and emit signals.
 
 #include "Tessaline.h"
 

@@ -7,7 +7,7 @@
 
 namespace workbench {
 
-/// A bookmark as a station stores it: a time range on a camera's recording, with texts.
+/// A bookmark of a station: a time range on a camera's recording, with texts.
 struct Bookmark
 {
     static constexpr qsizetype MaxLabelLength = 1'000;        ///< of identifiers, creator, group
