@@ -7,9 +7,9 @@ class QObject;
 
 /// The host's framework object. Sends a plug-in's commands and finds other plug-ins.
 ///
-/// The host calls an entry by its position in the virtual table; the name does not matter. Unused
-/// entries are placeholders. The class has no virtual destructor, whose number of slots differs
-/// between ABIs, and no overloads, which one compiler reorders.
+/// A call reaches the host by the entry's position in the virtual table; the name does not matter.
+/// Unused entries are placeholders. The class has no virtual destructor, whose number of slots
+/// differs between ABIs, and no overloads, which one compiler reorders.
 ///
 /// [gui-thread] [host-owned]
 class FrameworkWrapperBase

@@ -33,11 +33,11 @@ struct BookmarkRecord
     QString timeRange;
 };
 
-/// Returns a server record with the camera's names. The texts of times stay empty; a missing or
-/// mistyped value becomes an empty text or 0.
+/// Returns the bookmark of a server record, with the camera's names. The texts of times stay empty;
+/// a missing or mistyped value becomes an empty text or 0.
 BookmarkRecord readServerRecord(const QVariantMap &serverRecord, CameraNames &names);
 
-/// Returns a server record with the camera's names and the texts of times.
+/// Returns the bookmark of a server record, with the camera's names and the texts of times.
 BookmarkRecord makeRecord(const QVariantMap &serverRecord, CameraNames &names,
                           TimeFormatter &formatter);
 

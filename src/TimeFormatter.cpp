@@ -134,7 +134,7 @@ qint64 TimeFormatter::offsetAt(qint64 moment)
     const qint64 offset = qint64(1000) * m_zone.offsetFromUtc(dateTime);
     const QDateTime begin = m_zone.previousTransition(dateTime.addMSecs(1)).atUtc;
     QDateTime end = m_zone.nextTransition(dateTime).atUtc;
-    // At the last moment of its tables Qt 6.4 misses the transitions that follow by rule.
+    // Qt 6.4 finds no transition after the last one of its table, but does a millisecond later.
     if (!end.isValid())
         end = m_zone.nextTransition(dateTime.addMSecs(1)).atUtc;
     m_periods.push_back({begin.isValid() ? begin.toMSecsSinceEpoch() : -MaxCachedMs,
