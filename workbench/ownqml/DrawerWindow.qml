@@ -11,6 +11,7 @@ ThemedWindow {
 
     width: 1000
     height: 420
+    y: Math.max(0, Math.min(760, Screen.desktopAvailableHeight - height)) // below the file's window
     visible: true
     title: qsTr("Integration")
 

@@ -17,11 +17,10 @@ QString lineOf(const QQmlError &error)
     const QString file = error.url().isLocalFile()
                              ? QDir::toNativeSeparators(error.url().toLocalFile())
                              : error.url().toString();
-    return QStringLiteral("%1:%2:%3: %4")
-        .arg(file)
-        .arg(error.line())
-        .arg(error.column())
-        .arg(error.description());
+    QString place = QStringLiteral("%1:%2").arg(file).arg(error.line());
+    if (error.column() > 0) // not every error has one
+        place += QStringLiteral(":%1").arg(error.column());
+    return place + QLatin1String(": ") + error.description();
 }
 
 } // namespace
