@@ -2,7 +2,7 @@
 
 #include <QtCore/QVariant>
 
-/// Generates bookmarks from a fixed seed, so that every contestant has the same ones.
+/// Generates bookmarks from a fixed seed, so that every implementation has the same ones.
 namespace data {
 
 /// Returns @p count server records over four weeks on forty cameras of station "A". 8 % of the

@@ -1,4 +1,4 @@
-#include "Contestants.h"
+#include "Implementations.h"
 
 #include <QtCore/QVariant>
 

@@ -116,14 +116,14 @@ QByteArray plot(const Report &report)
     const qsizetype rows = (jobs.size() + Columns - 1) / Columns;
     svg.begin(Columns * Width, double(rows) * Height + Legend);
 
-    const QStringList contestants = report.contestants();
+    const QStringList implementations = report.implementations();
     const auto colourOf = [](qsizetype i) {
         return QString::fromLatin1(colours[size_t(i) % std::size(colours)]);
     };
     double x = Margin;
-    for (qsizetype i = 0; i < contestants.size(); ++i) {
-        svg.text({x, 24}, u"— "_s + contestants.at(i), u"start"_s, colourOf(i));
-        x += 40 + 6.2 * double(contestants.at(i).size());
+    for (qsizetype i = 0; i < implementations.size(); ++i) {
+        svg.text({x, 24}, u"— "_s + implementations.at(i), u"start"_s, colourOf(i));
+        x += 40 + 6.2 * double(implementations.at(i).size());
     }
 
     for (qsizetype j = 0; j < jobs.size(); ++j) {
@@ -131,9 +131,9 @@ QByteArray plot(const Report &report)
         svg.beginGroup(double(j % Columns) * Width, Legend + double(row) * Height);
         svg.text({Margin, 22}, jobs.at(j));
         drawAxes(svg);
-        for (qsizetype i = 0; i < contestants.size(); ++i) {
+        for (qsizetype i = 0; i < implementations.size(); ++i) {
             QStringList points;
-            const QMap<int, double> times = report.times(jobs.at(j), contestants.at(i));
+            const QMap<int, double> times = report.times(jobs.at(j), implementations.at(i));
             for (auto time = times.cbegin(); time != times.cend(); ++time) {
                 const QPointF point = place(time.key(), *time);
                 points.append(u"%1,%2"_s.arg(point.x()).arg(point.y()));

@@ -5,5 +5,5 @@
 class Report;
 
 /// Returns the report as SVG. Each job has a diagram of time against size, both logarithmic, with a
-/// line for each contestant.
+/// line for each implementation.
 QByteArray plot(const Report &report);

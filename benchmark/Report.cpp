@@ -26,31 +26,31 @@ QString number(double value)
 
 } // namespace
 
-void Report::add(const QString &job, const QString &contestant, int size, double milliseconds)
+void Report::add(const QString &job, const QString &implementation, int size, double milliseconds)
 {
-    m_times[job][contestant][size] = milliseconds;
+    m_times[job][implementation][size] = milliseconds;
 }
 
-QMap<int, double> Report::times(const QString &job, const QString &contestant) const
+QMap<int, double> Report::times(const QString &job, const QString &implementation) const
 {
-    return m_times.value(job).value(contestant);
+    return m_times.value(job).value(implementation);
 }
 
 QString Report::table(int size) const
 {
-    const QString own = m_contestants.constFirst();
+    const QString own = m_implementations.constFirst();
     QString text;
     QTextStream out(&text);
     const PluginFigures figures = m_figures.value(size);
     out << "\n### " << size << " bookmarks\n\n| job | " << own << ", ms |";
-    for (const QString &contestant : m_contestants.mid(1))
-        out << " x " << contestant << " |";
-    out << "\n|---" << u"|---:"_s.repeated(m_contestants.size()) << "|\n";
+    for (const QString &implementation : m_implementations.mid(1))
+        out << " x " << implementation << " |";
+    out << "\n|---" << u"|---:"_s.repeated(m_implementations.size()) << "|\n";
     for (const QString &job : m_jobs) {
         const double time = times(job, own).value(size);
         out << "| " << job << " | " << number(time) << " |";
-        for (const QString &contestant : m_contestants.mid(1)) {
-            const double other = times(job, contestant).value(size);
+        for (const QString &implementation : m_implementations.mid(1)) {
+            const double other = times(job, implementation).value(size);
             out << ' ' << (other > 0 && time > 0 ? number(other / time) : u"–"_s) << " |";
         }
         out << '\n';
@@ -70,11 +70,11 @@ bool Report::write(const QString &folder) const
 {
     QJsonArray rows;
     for (const QString &job : m_jobs) {
-        for (const QString &contestant : m_contestants) {
-            const QMap<int, double> times = this->times(job, contestant);
+        for (const QString &implementation : m_implementations) {
+            const QMap<int, double> times = this->times(job, implementation);
             for (auto time = times.cbegin(); time != times.cend(); ++time) {
                 rows.append(QJsonObject{{u"job"_s, job},
-                                        {u"contestant"_s, contestant},
+                                        {u"implementation"_s, implementation},
                                         {u"bookmarks"_s, time.key()},
                                         {u"milliseconds"_s, *time}});
             }

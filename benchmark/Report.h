@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Contestants.h"
+#include "Implementations.h"
 
 #include <QtCore/QMap>
 #include <QtCore/QString>
@@ -10,14 +10,14 @@
 class Report
 {
 public:
-    /// @param contestants the first one is the library
-    Report(const QStringList &jobs, const QStringList &contestants)
+    /// @param implementations the first one is the library
+    Report(const QStringList &jobs, const QStringList &implementations)
         : m_jobs(jobs)
-        , m_contestants(contestants)
+        , m_implementations(implementations)
     {
     }
 
-    void add(const QString &job, const QString &contestant, int size, double milliseconds);
+    void add(const QString &job, const QString &implementation, int size, double milliseconds);
 
     void setFigures(int size, const PluginFigures &figures) { m_figures.insert(size, figures); }
 
@@ -30,13 +30,13 @@ public:
     bool write(const QString &folder) const;
 
     QStringList jobs() const { return m_jobs; }
-    QStringList contestants() const { return m_contestants; }
-    /// @return medians by size; empty if the contestant lacks the job
-    QMap<int, double> times(const QString &job, const QString &contestant) const;
+    QStringList implementations() const { return m_implementations; }
+    /// @return medians by size; empty if the implementation lacks the job
+    QMap<int, double> times(const QString &job, const QString &implementation) const;
 
 private:
     QStringList m_jobs;
-    QStringList m_contestants;
+    QStringList m_implementations;
     QMap<QString, QMap<QString, QMap<int, double>>> m_times;
     QMap<int, PluginFigures> m_figures;
 };

@@ -1,5 +1,5 @@
-#include "Contestants.h"
 #include "Data.h"
+#include "Implementations.h"
 #include "Report.h"
 
 #include <QtCore/QCommandLineParser>
@@ -17,8 +17,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr std::unique_ptr<Contestant> (*allContestants[])(int) = {
-    makePlugin, makeReferenceModel, makeSqlite, makeSqliteFullText, makeProxyModel, makeFloor};
+constexpr std::unique_ptr<Implementation> (*allImplementations[])(int) = {
+    makePlugin, makeReferenceModel, makeSqlite, makeSqliteFullText, makeProxyModel, makeLowerBound};
 
 /// Prints like Google Benchmark and adds the medians to the report.
 class MedianReporter : public benchmark::ConsoleReporter
@@ -49,40 +49,40 @@ private:
     int m_size;
 };
 
-/// Measures all contestants with one number of bookmarks.
+/// Measures all implementations with one number of bookmarks.
 void measure(int size, Report &report)
 {
     report.setFigures(size, measurePlugin(size));
 
-    std::vector<std::unique_ptr<Contestant>> contestants;
+    std::vector<std::unique_ptr<Implementation>> implementations;
     for (const auto make : {makePlugin, makeReferenceModel, makeSqlite, makeSqliteFullText,
-                            makeProxyModel, makeFloor})
-        contestants.push_back(make(size));
+                            makeProxyModel, makeLowerBound})
+        implementations.push_back(make(size));
 
     for (const Job job : allJobs) {
-        for (const auto &contestant : contestants) {
-            const std::function<void()> work = contestant->work(job);
+        for (const auto &implementation : implementations) {
+            const std::function<void()> work = implementation->work(job);
             if (!work)
                 continue;
-            const std::string name = nameOf(job) + std::string("/") + contestant->name();
+            const std::string name = nameOf(job) + std::string("/") + implementation->name();
             auto *const registered = benchmark::RegisterBenchmark(
-                name.c_str(), [work, job, &contestant](benchmark::State &state) {
-                    contestant->prepare(job);
+                name.c_str(), [work, job, &implementation](benchmark::State &state) {
+                    implementation->prepare(job);
                     for (auto _ : state) {
                         work();
                         // Only for these jobs: pausing takes longer than some other jobs.
                         if (isPreparedEachTime(job)) {
                             state.PauseTiming();
-                            contestant->prepare(job);
+                            implementation->prepare(job);
                             state.ResumeTiming();
                         }
                     }
                 });
             registered->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
             // Measure jobs that take seconds only once.
-            const std::string contestantName = contestant->name();
-            const bool isCompared = contestantName != "Tessaline";
-            if ((size >= 100'000 && contestantName == "written steps") ||
+            const std::string implementationName = implementation->name();
+            const bool isCompared = implementationName != "Tessaline";
+            if ((size >= 100'000 && implementationName == "reference model") ||
                 (size >= 1'000'000 && (isCompared || job == Job::TimelineItems)))
                 registered->Iterations(1)->Repetitions(1);
             else
@@ -132,10 +132,10 @@ int main(int argc, char *argv[])
     QStringList jobs;
     for (const Job job : allJobs)
         jobs.append(QString::fromUtf8(nameOf(job)));
-    QStringList contestants;
-    for (const auto make : allContestants)
-        contestants.append(QString::fromUtf8(make(1)->name()));
-    Report report(jobs, contestants);
+    QStringList implementations;
+    for (const auto make : allImplementations)
+        implementations.append(QString::fromUtf8(make(1)->name()));
+    Report report(jobs, implementations);
     for (const QString &size : parser.value(sizes).split(u',')) {
         const int count = size.toInt();
         if (count <= 0) {

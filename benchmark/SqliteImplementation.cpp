@@ -1,4 +1,4 @@
-#include "Contestants.h"
+#include "Implementations.h"
 
 #include "Data.h"
 #include "ReferenceModel.h"
@@ -52,7 +52,7 @@ private:
 };
 
 /// The bookmarks in a database in memory, with indexes for all queries.
-class Sqlite : public Contestant
+class Sqlite : public Implementation
 {
 public:
     Sqlite(int count, bool fullText)
@@ -235,12 +235,12 @@ private:
 
 } // namespace
 
-std::unique_ptr<Contestant> makeSqlite(int count)
+std::unique_ptr<Implementation> makeSqlite(int count)
 {
     return std::make_unique<Sqlite>(count, false);
 }
 
-std::unique_ptr<Contestant> makeSqliteFullText(int count)
+std::unique_ptr<Implementation> makeSqliteFullText(int count)
 {
     return std::make_unique<Sqlite>(count, true);
 }

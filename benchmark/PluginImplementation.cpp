@@ -1,4 +1,4 @@
-#include "Contestants.h"
+#include "Implementations.h"
 
 #include "Data.h"
 #include "FrameworkWrapperBase.h"
@@ -39,7 +39,7 @@ private:
 };
 
 /// The library in a minimal host, called as QML and the host call it.
-class Plugin : public Contestant
+class Plugin : public Implementation
 {
 public:
     explicit Plugin(int count)
@@ -261,9 +261,9 @@ PluginFigures measurePlugin(int count)
     return figures;
 }
 
-std::unique_ptr<Contestant> makePlugin(int count)
+std::unique_ptr<Implementation> makePlugin(int count)
 {
     return std::make_unique<Plugin>(count);
 }
 
-#include "PluginContestant.moc"
+#include "PluginImplementation.moc"

@@ -40,10 +40,10 @@ bool isPreparedEachTime(Job job);
 QVariantMap questionOf(Job job);
 
 /// One implementation of the jobs, with a number of bookmarks.
-class Contestant
+class Implementation
 {
 public:
-    virtual ~Contestant() = default;
+    virtual ~Implementation() = default;
 
     virtual const char *name() const = 0;
 
@@ -69,9 +69,9 @@ PluginFigures measurePlugin(int count);
 /// Sets the library that makePlugin() and measurePlugin() load; by default the built one.
 void setLibrary(const QString &path);
 
-std::unique_ptr<Contestant> makePlugin(int count);         ///< the loaded library
-std::unique_ptr<Contestant> makeReferenceModel(int count); ///< ReferenceModel.h
-std::unique_ptr<Contestant> makeSqlite(int count);         ///< in memory, indexed, with LIKE
-std::unique_ptr<Contestant> makeSqliteFullText(int count); ///< trigram index, only for texts
-std::unique_ptr<Contestant> makeProxyModel(int count);     ///< QSortFilterProxyModel
-std::unique_ptr<Contestant> makeFloor(int count);          ///< a lower bound
+std::unique_ptr<Implementation> makePlugin(int count);         ///< the loaded library
+std::unique_ptr<Implementation> makeReferenceModel(int count); ///< ReferenceModel.h
+std::unique_ptr<Implementation> makeSqlite(int count);         ///< in memory, indexed, with LIKE
+std::unique_ptr<Implementation> makeSqliteFullText(int count); ///< trigram index, only for texts
+std::unique_ptr<Implementation> makeProxyModel(int count);     ///< QSortFilterProxyModel
+std::unique_ptr<Implementation> makeLowerBound(int count);     ///< empty work of the same size

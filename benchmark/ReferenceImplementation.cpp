@@ -1,4 +1,4 @@
-#include "Contestants.h"
+#include "Implementations.h"
 
 #include "Data.h"
 #include "ReferenceModel.h"
@@ -15,7 +15,7 @@ namespace {
 constexpr int MostForPanel = 100'000;
 constexpr int MostForBatch = 10'000;
 
-class Reference : public Contestant
+class Reference : public Implementation
 {
 public:
     explicit Reference(int count)
@@ -24,7 +24,7 @@ public:
     {
     }
 
-    const char *name() const override { return "written steps"; }
+    const char *name() const override { return "reference model"; }
 
     std::function<void()> work(Job job) override
     {
@@ -101,7 +101,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<Contestant> makeReferenceModel(int count)
+std::unique_ptr<Implementation> makeReferenceModel(int count)
 {
     return std::make_unique<Reference>(count);
 }

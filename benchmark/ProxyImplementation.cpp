@@ -1,4 +1,4 @@
-#include "Contestants.h"
+#include "Implementations.h"
 
 #include "Data.h"
 #include "ReferenceModel.h"
@@ -68,7 +68,7 @@ private:
     QList<Row> m_rows;
 };
 
-class Proxy : public Contestant
+class Proxy : public Implementation
 {
 public:
     explicit Proxy(int count)
@@ -114,7 +114,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<Contestant> makeProxyModel(int count)
+std::unique_ptr<Implementation> makeProxyModel(int count)
 {
     return std::make_unique<Proxy>(count);
 }

@@ -1,4 +1,4 @@
-#include "Contestants.h"
+#include "Implementations.h"
 
 #include "Data.h"
 #include "TimeShiftBufferModel.h"
@@ -13,10 +13,10 @@ namespace {
 
 /// A lower bound: reads every byte of the searched texts and creates the requested maps and items,
 /// with constant values.
-class Floor : public Contestant
+class LowerBound : public Implementation
 {
 public:
-    explicit Floor(int count)
+    explicit LowerBound(int count)
         : m_count(count)
     {
         const QVariantMap names = data::cameraNames();
@@ -31,7 +31,7 @@ public:
         }
     }
 
-    const char *name() const override { return "floor"; }
+    const char *name() const override { return "lower bound"; }
 
     std::function<void()> work(Job job) override
     {
@@ -41,7 +41,7 @@ public:
         case Job::OneMoreLetter:
             return [this] {
                 if (std::memchr(m_text.constData(), '\1', size_t(m_text.size())))
-                    qFatal("Floor: the texts must not contain the byte 1");
+                    qFatal("LowerBound: the texts must not contain the byte 1");
             };
         case Job::StoreAnswer:
             return [this] { m_maps = maps(13); };
@@ -99,7 +99,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<Contestant> makeFloor(int count)
+std::unique_ptr<Implementation> makeLowerBound(int count)
 {
-    return std::make_unique<Floor>(count);
+    return std::make_unique<LowerBound>(count);
 }
