@@ -131,8 +131,10 @@ WindowTest {
     }
     function test_payloadAsTreeAndJson(data) {
         searchAndAdd("Rope torn");
+        tryVerify(() => list().atYEnd, 5000, "rows have their places");
         settle();
         mouseClick(list().itemAtIndex(list().count - 3));
+        compare(list().currentIndex, list().count - 3);
         const tree = find("payloadTree");
         tryVerify(() => texts(tree).includes("\"Rope torn\""));
         verify(texts(tree).includes("Description"));
