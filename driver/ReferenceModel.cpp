@@ -221,7 +221,8 @@ QString differenceOf(const QVariantMap &page, const QVariantList &list,
         return u"%1: expected %2, found %3"_s.arg(QLatin1String(what), wanted, found);
     };
     const QString total = u"totalBookmarkNumber"_s;
-    if (page.keys() != expected.keys() || describe(page[total]) != describe(expected[total]))
+    const QStringList keys = page.keys();
+    if (keys != expected.keys() || describe(page[total]) != describe(expected[total]))
         return difference("keys and total", describe(page), describe(expected[total]));
     if (ranksOf(page, key) != ranksOf(expected, key))
         return difference("order", ranksOf(page, key), ranksOf(expected, key));

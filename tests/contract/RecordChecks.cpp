@@ -155,7 +155,8 @@ void checkTimelineItems(CheckContext &context)
 /// The time range of a bookmark that begins and ends at once.
 QString timeRange(const QVariantMap &record, const QTimeZone &zone)
 {
-    return referencemodel::displayRecord(record, {}, {}, zone)[u"displayTimeRange"_s].toString();
+    const QVariantMap shown = referencemodel::displayRecord(record, {}, {}, zone);
+    return shown[u"displayTimeRange"_s].toString();
 }
 
 void checkTimeZone(CheckContext &context)

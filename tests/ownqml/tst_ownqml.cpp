@@ -86,7 +86,8 @@ private Q_SLOTS:
         QFETCH(const QString, output);
         const Run example = run(QStringLiteral(EXAMPLES "/%1.qml").arg(file),
                                 QStringList{u"--until"_s} + arguments);
-        const QRegularExpression expected(output);
+        QRegularExpression expected;
+        expected.setPattern(output);
         QVERIFY2(example.errors.contains(expected), qPrintable(example.errors));
         QCOMPARE(example.exitCode, 0);
     }
