@@ -239,8 +239,9 @@ private Q_SLOTS:
                    statement + "\n}\n");
         file.close();
         const Lint found = lint({u"--compiler"_s, u"warning"_s, file.fileName()});
-        QVERIFY2((found.exitCode == 0) == complaint.isEmpty(), qPrintable(found.output));
-        QVERIFY2(found.output.contains(complaint), qPrintable(found.output));
+        // A mistake not by the exit code: since Qt 6.8 a warning alone does not change it.
+        QVERIFY2(complaint.isEmpty() ? found.exitCode == 0 : found.output.contains(complaint),
+                 qPrintable(found.output));
     }
 };
 
