@@ -21,7 +21,7 @@ Item {
 
     Component.onCompleted: {
         const end = Date.now();
-        // The signal may come before the call returns, so what it needs has to be ready by now.
+        // The signal may come before the call returns, so set what its handler reads first.
         const sent = plugin.addBookmark(camera.cameraID, camera.locationID, camera.relayPath,
                                         end - 30000, end, "Added by example 01", "developer", "");
         if (!sent)

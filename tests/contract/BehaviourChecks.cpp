@@ -78,7 +78,7 @@ constexpr Outcome outcomes[] = {
     {"RemoveAllBookmarks", "removeAllBookmarksResponsed", "remove bookmark failed: %d"},
     {"UpdateBookmark", "updateBookmarkResponsed", "update bookmark failed"},
     {"QueryBookmarkForRecent", "queryBookmarkForRecentResponsed", "query bookmarks failed"},
-    // Without a context nobody waits for it; a failure is reported all the same.
+    // The plug-in signals this failure even for an unknown context.
     {"QueryBookmarkForTimeline", "queryBookmarkForTimelineResponsed", "query bookmarks failed",
      true},
     {"QueryBookmarkForApi", "queryBookmarkForApiFinished", nullptr},

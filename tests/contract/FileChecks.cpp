@@ -27,7 +27,7 @@ QByteArray contentOf(CheckContext &context)
     return file.readAll();
 }
 
-/// The file for checks of what only ELF has; they are skipped for any other.
+/// @return the library as an ELF file; for another format the check is skipped
 std::optional<ElfFile> elfFileOf(CheckContext &context)
 {
     const QByteArray content = contentOf(context);
@@ -104,7 +104,7 @@ void checkBuildPaths(CheckContext &context)
                                             : QString::fromUtf8(folder));
         }
     }
-    // Sources and debug files by absolute path; those of system headers tell nothing.
+    // Absolute paths of sources and debug files. Paths of system headers are no leak.
     static const QRegularExpression path(
         u"(?<![\\w.$}-])((/[\\w.+-]+){2,}|[A-Za-z]:[\\\\/][\\w.+\\\\/ -]+)"
         "\\.(cpp|cxx|cc|h|hpp|moc|pdb)(?!\\w)"_s);

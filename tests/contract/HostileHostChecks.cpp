@@ -459,7 +459,7 @@ void checkDeadViewCells(CheckContext &context)
     host->call("removeTimelineModel", {u"cell"_s});
     context.expect(!closed, u"a model to end with its view cell"_s, u"it is still there"_s);
 
-    // Whoever has a model loses it with the object.
+    // The object deletes its timeline models with itself.
     sent = query();
     const QPointer<QObject> timeline = host->showCell(u"cell"_s, u"l"_s, u"A"_s);
     host->deleteObject();

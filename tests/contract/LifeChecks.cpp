@@ -246,7 +246,7 @@ void checkThreadsAndFiles(CheckContext &context)
 
 void checkSilence(CheckContext &context)
 {
-    // What is judged is the output of this process, by the one that started it.
+    // The parent process checks the output of this one.
     if (workOnce(context))
         context.summarize(u"nothing on standard output and error"_s);
 }

@@ -17,7 +17,7 @@ namespace workbench {
 class StationStates;
 
 /// What goes wrong at each station, for commands that are sent from now on. The first row stands
-/// for all stations: what is set there is set everywhere. The rows are for all commands or for one;
+/// for all stations and sets all of them. The rows are for all commands or for one;
 /// a setting for one command goes before that for all.
 class FaultsModel : public QAbstractListModel
 {
@@ -50,8 +50,8 @@ public:
 
     /// Writes the faults to a file. @return what went wrong, or an empty text
     Q_INVOKABLE QString save(const QString &path) const;
-    /// Replaces the faults by those of a file. @return what is wrong with it, and nothing has
-    /// changed, or an empty text
+    /// Replaces the faults by those of a file.
+    /// @return an empty text, or an error, and the faults are unchanged
     Q_INVOKABLE QString load(const QString &path);
 
     /// An empty text for all, then the names.

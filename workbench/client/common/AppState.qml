@@ -48,7 +48,7 @@ QtObject {
     property int partsExpected: 0
     property string queriedZone: "" ///< the zone in which it was sent; empty before the first query
 
-    /// Something to tell the user, briefly.
+    /// Asks the window to show a short message.
     signal notice(string text, bool failure)
     /// To be shown in a view cell.
     signal cameraWanted(var camera)

@@ -26,7 +26,7 @@ Dialog {
     property string error: ""
     readonly property bool ready: valid && !busy && pending === 0 && (!gated || app.settingAllowed)
 
-    /// To be sent. The outcome goes to settle().
+    /// The user has confirmed: send the request, then call settle() with its outcome.
     signal submitted()
 
     function submit() {
