@@ -3,29 +3,25 @@
 #include "Payload.h"
 #include "Protocol.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace workbench {
 
 namespace key = protocol::key;
 
 namespace {
 
-/// Keys of records. All records share these strings, so that a list stores each key once.
-struct RecordKeys
+/// Returns a record without values. All records share its keys, so that a list stores each key
+/// once. Copying a map takes a third of the time of inserting its entries.
+const QVariantMap &emptyRecord()
 {
-    QString bookmarkID = key::BookmarkID;
-    QString cameraID = key::CameraID;
-    QString locationID = key::LocationID;
-    QString start = key::StartTimestamp;
-    QString end = key::EndTimestamp;
-    QString description = key::Description;
-    QString creator = key::Creator;
-    QString group = key::Group;
-
-    /// Copying a map takes a third of the time of inserting its entries.
-    const QVariantMap emptyRecord{{bookmarkID, {}}, {cameraID, {}}, {locationID, {}},
-                                  {start, {}},      {end, {}},      {description, {}},
-                                  {creator, {}},    {group, {}}};
-};
+    static const QVariantMap record{{key::BookmarkID, {}},   {key::CameraID, {}},
+                                    {key::LocationID, {}},   {key::StartTimestamp, {}},
+                                    {key::EndTimestamp, {}}, {key::Description, {}},
+                                    {key::Creator, {}},      {key::Group, {}}};
+    return record;
+}
 
 QString defectOfText(const QString &text, qsizetype maxLength, QLatin1String what)
 {
@@ -59,19 +55,13 @@ std::optional<Bookmark> Bookmark::fromRecord(const QVariantMap &record)
 
 QVariantMap Bookmark::toRecord() const
 {
-    static const RecordKeys keys;
-    QVariantMap record = keys.emptyRecord;
-    record[keys.cameraID] = cameraID;
-    record[keys.locationID] = locationID;
-    record[keys.start] = start;
-    record[keys.end] = end;
-    record[keys.description] = description;
-    record[keys.creator] = creator;
-    record[keys.group] = group;
+    // In the order of the map's keys: eight lookups would take longer than the copy.
+    const QVariant values[] = {bookmarkID, cameraID, creator,    description,
+                               end,        group,    locationID, start};
+    QVariantMap record = emptyRecord();
+    std::copy(std::begin(values), std::end(values), record.begin());
     if (bookmarkID.isEmpty())
-        record.remove(keys.bookmarkID);
-    else
-        record[keys.bookmarkID] = bookmarkID;
+        record.erase(record.begin());
     return record;
 }
 
