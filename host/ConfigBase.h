@@ -1,5 +1,5 @@
 #pragma once
 
-/// A configuration object of the host. Incomplete on purpose: the plug-in never reads the pointers
-/// that PluginBase::EventProcessorEx and PluginBase::CommandProcessorEx receive.
+/// A configuration object of the host, a parameter of PluginBase::EventProcessorEx and
+/// PluginBase::CommandProcessorEx. Incomplete on purpose: the plug-in never dereferences it.
 class ConfigBase;

@@ -5,25 +5,28 @@
 
 class QObject;
 
-/// The host's framework object. Sends a plug-in's commands and finds other plug-ins.
+/// Sends a plug-in's commands and finds other plug-ins. Owned by the host; use it only on the GUI
+/// thread.
 ///
-/// A call reaches the host by the entry's position in the virtual table; the name does not matter.
-/// Unused entries are placeholders. The class has no virtual destructor, whose number of slots
-/// differs between ABIs, and no overloads, which one compiler reorders.
-///
-/// [gui-thread] [host-owned]
+/// Keep the order of the functions: the host identifies them by their position in the virtual
+/// table, not by name. HostEntry functions are placeholders. The class has no virtual destructor,
+/// because the number of its slots differs between ABIs, and no overloads, because one compiler
+/// reorders them.
 class FrameworkWrapperBase
 {
 public:
     virtual void HostEntry1() {}
 
-    /// Second entry: sends @p command to a station.
-    /// [gui-thread] [reentrant: the answer may arrive before this call returns, or any time later]
+    /// Second entry: sends a command to a station. The answer arrives in
+    /// PluginBase::CommandProcessor, inside this call or at any time later.
     /// @param hostHandle the handle that InitialPluginBase received; may be null
+    /// @param pluginID   identifier of the sender, 32 hexadecimal digits
+    /// @param command    name of the command
     /// @param payload    parameters of the command; invalid for commands without parameters
-    /// @param context    never dereferenced by the host; returned in PluginBase::CommandProcessor
+    /// @param context    returned with the answer and never dereferenced by the host; may be null
+    /// @param flag       for the host only; pass false
     /// @param relayPath  the station; empty for the server to which the client is connected
-    /// @return true if the host accepted the command
+    /// @return true if the host accepted the command; otherwise no answer arrives
     virtual bool SendCommand(void *hostHandle, const QString &pluginID, const QString &command,
                              const QVariant &payload, void *context, bool flag,
                              const QString &relayPath)
@@ -51,9 +54,9 @@ public:
     virtual void HostEntry13() {}
 
     /// Fourteenth entry: finds another plug-in.
-    /// [gui-thread] [host-owned] [may be null]
-    /// @param pluginID 32 hexadecimal digits
-    /// @return the object of the loaded plug-in, or null if no such plug-in is loaded
+    /// @param hostHandle the handle that InitialPluginBase received; may be null
+    /// @param pluginID   identifier of the other plug-in, 32 hexadecimal digits
+    /// @return the object of that plug-in, owned by the host; null if it is not loaded
     virtual QObject *FindPlugin(void *hostHandle, const QString &pluginID)
     {
         Q_UNUSED(hostHandle)

@@ -5,9 +5,8 @@
 #include <cstdarg>
 #include <cstddef>
 
-/// The process-wide object of the host's logging library. The positions of its fields are a binary
-/// contract.
-/// [host-owned]
+/// The process-wide object of the host's logging library, owned by that library. Keep the offsets
+/// of its fields: they are a binary contract. Any function may be null.
 struct LogObject
 {
     void *reserved1[3];
@@ -16,19 +15,19 @@ struct LogObject
 
     void *reserved2[5];
 
-    /// Registers a module by name and stores its number in @p moduleId.
-    /// [may be null]
+    /// Registers a module by name and stores its number in @p moduleId. Pass 19 as the integer.
     void (*registerModule)(void *handle, int, const char *moduleName, quint32 *moduleId);
 
     void *reserved3[4];
 
-    /// Returns 0 if the library wants the line.
-    /// [may be null]
-    /// @param severity the module number shifted left by 8 bits, ORed with the level
+    /// Checks whether a line shall be written. Pass 0 as the integer.
+    /// @param severity the module number shifted left by 8 bits, ORed with the level; 2 for an
+    /// error
+    /// @param file     source file of the log statement
+    /// @return 0 if the line shall be written
     int (*checkLine)(void *handle, quint32 severity, int, const char *file, int line);
 
-    /// Formats and writes a line, printf-style.
-    /// [may be null]
+    /// Formats the line as printf does and writes it.
     void (*writeLine)(void *handle, const char *format, va_list arguments);
 };
 
@@ -37,7 +36,7 @@ static_assert(sizeof(void *) != 8 || offsetof(LogObject, registerModule) == 72);
 static_assert(sizeof(void *) != 8 || offsetof(LogObject, checkLine) == 112);
 static_assert(sizeof(void *) != 8 || offsetof(LogObject, writeLine) == 120);
 
-/// The library's only entry point, resolved by its name. Stores the address of the log object in
-/// @p object. Every caller passes 0 as the integer.
+/// The library's only entry point, resolved by its name. Stores the address of the log object, or
+/// null, in @p object. Pass 0 as the integer.
 using LogTrace_GetGlobalObject_t = void (*)(int, LogObject **object);
 #define LogTrace_GetGlobalObject_name "LogTrace_GetGlobalObject"

@@ -8,48 +8,53 @@ class ConfigBase;
 class FrameworkWrapperBase;
 class QQmlContext;
 
-/// Base class of every plug-in object of the client. Keep the order of virtual functions and
-/// fields: the host calls the functions by their position in the virtual table, after the eleven
-/// of QObject, and reads the fields by their offset. The class has no meta-object of its own.
+/// Base class of every plug-in object of the client. The host owns the object and calls it on the
+/// GUI thread, in which the object lives.
 ///
-/// [gui-thread: the thread in which the object lives] [host-owned]
+/// Keep the order of virtual functions and fields: the host calls the functions by their position
+/// in the virtual table, after the eleven of QObject, and reads the fields by their offset. The
+/// class has no meta-object of its own.
 class PluginBase : public QObject
 {
 public:
     PluginBase() = default;
 
-    /// Initialises the plug-in with its host objects.
-    /// [gui-thread] [arguments: host-owned, may be null]
+    /// Initialises the plug-in with its host objects. All arguments are owned by the host and may
+    /// be null.
+    /// @param hostHandle passed to each function of @p framework
     /// @return true if the plug-in is ready
     virtual bool InitialPluginBase(QQmlContext *context, void *hostHandle,
                                    FrameworkWrapperBase *framework) = 0;
 
-    /// Delivers a server event. The numbers have a meaning for the host only.
-    /// [gui-thread]
+    /// Delivers an event of a station. Unnamed parameters are for the host only.
+    /// @param relayPath the station; empty for the server to which the client is connected
     virtual void EventProcessor(QString eventName, qint64, int, int, QVariant data,
                                 const QString &relayPath) = 0;
+    /// Like EventProcessor(), with a configuration object.
     virtual void EventProcessorEx(QString eventName, ConfigBase *config, qint64, int, int,
                                   QVariant data, const QString &relayPath) = 0;
 
-    /// Delivers the answer to a command that FrameworkWrapperBase::SendCommand sent.
-    /// [gui-thread] [may run inside SendCommand]
+    /// Delivers the answer to a command of FrameworkWrapperBase::SendCommand. The host may call it
+    /// inside SendCommand. Unnamed parameters are for the host only.
     /// @param context    the pointer that was sent with the command
     /// @param resultCode "0" for success; any other text is a failure
+    /// @param relayPath  the station that answers
     virtual void CommandProcessor(QString command, QVariant result, void *context,
                                   QString resultCode, QString, bool, const QString &relayPath) = 0;
+    /// Like CommandProcessor(), with a configuration object.
     virtual void CommandProcessorEx(QString command, ConfigBase *config, QVariant result,
                                     void *context, QString resultCode, QString, bool,
                                     const QString &relayPath) = 0;
 
     /// Resets the plug-in to its initial state.
-    /// [gui-thread] [context may be null]
+    /// @param context owned by the host; may be null
+    /// @return true on success
     virtual bool Init(QQmlContext *context) = 0;
 
     virtual void HostHook1() {}
     virtual void HostHook2() {}
 
     /// Notifies the plug-in of a connection to the server, also after each reconnection.
-    /// [gui-thread]
     virtual void PluginServerConnected() {}
 
     virtual void HostHook3() {}
@@ -62,6 +67,6 @@ public:
     QString pluginID; ///< 32 hexadecimal digits; empty until InitialPluginBase
 };
 
-/// The interface identifier by which the client recognises a plug-in.
+/// The interface identifier in the metadata of each plug-in library.
 #define PluginBase_iid "com.MARLUNE.UIFramework.PluginInterface"
 Q_DECLARE_INTERFACE(PluginBase, PluginBase_iid)

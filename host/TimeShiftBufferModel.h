@@ -18,31 +18,28 @@ class QStandardItem;
 
 /// The host's timeline model. Stores the items of one view cell's timeline in a list model and
 /// requests missing items when the visible range moves. Times are milliseconds since
-/// 1970-01-01T00:00:00 UTC.
-///
-/// [gui-thread]
+/// 1970-01-01T00:00:00 UTC. Use it only on the GUI thread.
 class TIMESHIFTBUFFERMODEL_EXPORT TimeShiftBufferModel : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Roles of the default set that callers use by number.
+    /// Numbers of default roles; defaultRoleHash() has their names and further roles.
     enum DefaultRole {
-        ItemIdRole = Qt::UserRole + 1,         ///< QString; the identifier for removeItems()
-        ChannelIdRole = Qt::UserRole + 2,      ///< QString; the camera
-        StartTimestampRole = Qt::UserRole + 5, ///< qint64
-        EndTimestampRole = Qt::UserRole + 8,   ///< qint64
+        ItemIdRole = Qt::UserRole + 1,         ///< QString: identifier for removeItems()
+        ChannelIdRole = Qt::UserRole + 2,      ///< QString: identifier of the camera
+        StartTimestampRole = Qt::UserRole + 5, ///< qint64: milliseconds since the epoch
+        EndTimestampRole = Qt::UserRole + 8,   ///< qint64: milliseconds since the epoch
     };
 
-    /// @param roleNames the roles of the list model: defaultRoleHash() and the caller's own
+    /// @param roleNames all roles of the list model: defaultRoleHash() and those of the caller
     explicit TimeShiftBufferModel(QHash<int, QByteArray> roleNames, QObject *parent = nullptr);
     ~TimeShiftBufferModel() override;
 
     /// @return the roles that every timeline has; all are below Qt::UserRole + 13
     static QHash<int, QByteArray> defaultRoleHash();
 
-    /// @return the list model to which QML binds; owned by this object, valid as long as it, never
-    /// null
+    /// @return the list model for QML; never null, owned by this object and deleted with it
     QObject *getModel() const;
 
     /// Sets the visible range [@p head, @p tail] and emits needItems() for each part of it that
@@ -53,14 +50,15 @@ public:
     /// Removes all items and forgets which ranges were requested.
     void clear();
 
-    /// Merges items into the model by their identifier. The model owns the items afterwards.
+    /// Adds items; an item with a known identifier updates the existing one. The model takes
+    /// ownership of @p items.
     void refillItems(QList<QStandardItem *> items);
 
     /// Removes and deletes the items with these identifiers; ignores unknown identifiers.
     void removeItems(QList<QString> itemIds);
 
 Q_SIGNALS:
-    /// The model lacks the items between @p start and @p end, both inclusive.
+    /// Emitted when the model lacks the items between @p start and @p end, both inclusive.
     void needItems(qint64 start, qint64 end);
 
 private:
