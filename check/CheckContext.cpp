@@ -8,13 +8,12 @@ using namespace driver;
 
 namespace {
 
-/// Long values are of no use on one line.
 QString shortened(const QString &text)
 {
-    constexpr qsizetype Longest = 400;
-    if (text.size() <= Longest)
+    constexpr qsizetype MaxLength = 400;
+    if (text.size() <= MaxLength)
         return text;
-    return text.first(Longest) + QStringLiteral("... (%1 characters)").arg(text.size());
+    return text.first(MaxLength) + QStringLiteral("... (%1 characters)").arg(text.size());
 }
 
 QString difference(const QString &expected, const QString &found)
@@ -36,14 +35,14 @@ QString lineOf(const QStringList &lines, qsizetype line)
 
 } // namespace
 
-bool CheckContext::expect(bool holds, const QString &expected, const QString &found)
+bool CheckContext::expect(bool condition, const QString &expected, const QString &found)
 {
-    if (!holds)
+    if (!condition)
         fail(difference(expected, found));
-    return holds;
+    return condition;
 }
 
-bool CheckContext::compare(const QString &what, const QString &expected, const QString &found)
+bool CheckContext::compare(const QString &subject, const QString &expected, const QString &found)
 {
     if (expected == found)
         return true;
@@ -52,13 +51,13 @@ bool CheckContext::compare(const QString &what, const QString &expected, const Q
     qsizetype line = 0;
     while (line < qMin(left.size(), right.size()) && left.at(line) == right.at(line))
         ++line;
-    fail(what + QLatin1String(": ") + difference(lineOf(left, line), lineOf(right, line)));
+    fail(subject + QLatin1String(": ") + difference(lineOf(left, line), lineOf(right, line)));
     return false;
 }
 
 void CheckContext::fail(const QString &line)
 {
-    leaveBreadcrumb(QStringLiteral("a failure: ") + line);
+    leaveBreadcrumb(QStringLiteral("failure: ") + line);
     m_failures.append(line);
 }
 

@@ -7,7 +7,7 @@
 
 namespace check {
 
-/// One check being carried out: what it looks at, and what it finds.
+/// One run of a check: its input and its findings.
 class CheckContext
 {
 public:
@@ -17,23 +17,24 @@ public:
     {
     }
 
-    /// The plug-in file.
+    /// @return absolute path of the checked library
     QString library() const { return m_library; }
-    /// Where random choices begin.
+    /// @return the seed for random choices
     quint32 seed() const { return m_seed; }
 
-    /// Notes a failure unless @p holds.
-    /// @return whether it held
-    bool expect(bool holds, const QString &expected, const QString &found);
-    /// The same for two texts. Of texts with several lines the first that differ are shown.
-    /// @param what where the difference is, in front of it
-    bool compare(const QString &what, const QString &expected, const QString &found);
-    /// Records a failure, also as a breadcrumb, as the process may end before the check does.
+    /// Records a failure, "expected EXPECTED, found FOUND", if @p condition is false.
+    /// @return @p condition
+    bool expect(bool condition, const QString &expected, const QString &found);
+    /// Compares two texts line by line and records a failure with the first lines that differ.
+    /// @param subject the compared thing, for the message
+    /// @return true if the texts are equal
+    bool compare(const QString &subject, const QString &expected, const QString &found);
+    /// Records a failure, also as a breadcrumb: a crash during the check loses all other results.
     void fail(const QString &line);
     void warn(const QString &line) { m_warnings.append(line); }
-    /// Ends the check without a verdict; failures noted before still count.
+    /// Makes the result "skipped", unless the check records a failure.
     void skip(const QString &reason) { m_skipped = reason; }
-    /// What a passing check says for itself.
+    /// Sets the line that is printed if the check passes.
     void summarize(const QString &line) { m_summary = line; }
 
     bool hasFailed() const { return !m_failures.isEmpty(); }

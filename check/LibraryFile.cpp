@@ -44,7 +44,8 @@ constexpr qsizetype SectionSize = 64;
 constexpr qsizetype DynamicSize = 16;
 constexpr qsizetype SymbolSize = 24;
 
-/// Little-endian numbers and texts at offsets; what lies outside of the file reads as 0.
+/// Reads little-endian numbers and texts at offsets. Outside of the file numbers are 0 and texts
+/// are empty.
 class Bytes
 {
 public:
@@ -77,8 +78,8 @@ private:
     const QByteArray &m_content;
 };
 
-/// What else than 64 bits and little-endian numbers an ELF header claims.
-QString oddityOf(const QByteArray &content)
+/// Names the difference of an ELF header from a 64-bit little-endian one; empty if there is none.
+QString headerNote(const QByteArray &content)
 {
     const QByteArray classAndOrder = content.mid(4, 2);
     if (classAndOrder == "\x02\x01")
@@ -130,22 +131,23 @@ QList<Segment> segmentsOf(const Bytes &bytes)
     return segments;
 }
 
-/// Whether all that the headers of an ELF library name is in the file. The dynamic linker maps it
-/// unseen, and a page beyond the end of the file raises SIGBUS.
-bool isWhole(const QByteArray &content)
+/// Returns true if all parts that the ELF headers name lie inside the file. The dynamic linker does
+/// not check this, and reading a page beyond the end of the file raises SIGBUS.
+bool isComplete(const QByteArray &content)
 {
     const Bytes bytes(content);
-    const auto holds = [&](quint64 offset, quint64 size) {
+    const auto contains = [&](quint64 offset, quint64 size) {
         return offset <= bytes.size() && size <= bytes.size() - offset;
     };
     const QList<Segment> segments = segmentsOf(bytes);
-    return holds(bytes.at<quint64>(32), bytes.at<quint16>(56) * quint64(SegmentSize)) &&
-           holds(bytes.at<quint64>(40), bytes.at<quint16>(60) * quint64(SectionSize)) &&
-           std::all_of(segments.cbegin(), segments.cend(),
-                       [&](const Segment &segment) { return holds(segment.offset, segment.size); });
+    return contains(bytes.at<quint64>(32), bytes.at<quint16>(56) * quint64(SegmentSize)) &&
+           contains(bytes.at<quint64>(40), bytes.at<quint16>(60) * quint64(SectionSize)) &&
+           std::all_of(segments.cbegin(), segments.cend(), [&](const Segment &segment) {
+               return contains(segment.offset, segment.size);
+           });
 }
 
-/// Where in the file something is that will be at this address.
+/// Converts an address of the loaded library to an offset in the file.
 quint64 offsetOf(const QList<Segment> &segments, quint64 address)
 {
     for (const Segment &segment : segments) {
@@ -228,7 +230,7 @@ QString formatOf(const QByteArray &content)
     if (content.startsWith("\x7f"
                            "ELF"))
         return QLatin1String("ELF for ") + machineOf(bytes.at<quint16>(18), ~0U) +
-               oddityOf(content);
+               headerNote(content);
     const auto peHeader = bytes.at<quint32>(0x3c);
     if (content.startsWith("MZ") && bytes.at<quint32>(peHeader) == 0x4550) // "PE", two zeros
         return QLatin1String("PE for ") + machineOf(~0U, bytes.at<quint16>(quint64(peHeader) + 4));
@@ -239,7 +241,7 @@ QString problemOf(const QString &path)
 {
     const QFileInfo info(path);
     if (!info.exists())
-        return QStringLiteral("there is no such file");
+        return QStringLiteral("the file does not exist");
     if (!info.isFile())
         return QStringLiteral("expected a regular file");
     QFile file(path);
@@ -247,7 +249,7 @@ QString problemOf(const QString &path)
         return file.errorString();
     if (file.size() == 0)
         return QStringLiteral("the file is empty");
-    constexpr qint64 maxSize = qint64(1) << 30; // the checks read all of it
+    constexpr qint64 maxSize = qint64(1) << 30; // the checks load the file into memory
     if (file.size() > maxSize)
         return QStringLiteral("the file is larger than 1 GiB");
     const uchar *const start = file.map(0, file.size());
@@ -259,7 +261,7 @@ QString problemOf(const QString &path)
     const QString expected = formatOfThisProgram();
     if (format != expected)
         return QStringLiteral("expected %1, found %2").arg(expected, format);
-    if (content.startsWith(Bits64LittleEndian) && !isWhole(content))
+    if (content.startsWith(Bits64LittleEndian) && !isComplete(content))
         return QStringLiteral("the file is cut off after %1 bytes").arg(file.size());
     return {};
 }
@@ -271,7 +273,7 @@ std::optional<ElfFile> ElfFile::read(const QByteArray &content)
     const Bytes bytes(content);
     const QList<Segment> segments = segmentsOf(bytes);
     ElfFile file;
-    file.hasExecutableStack = true; // unless a segment says otherwise
+    file.hasExecutableStack = true; // the default without a segment PT_GNU_STACK
     for (const Segment &segment : segments) {
         const bool isExecutable = segment.flags & Executable;
         if (segment.type == SegmentDynamic)

@@ -8,27 +8,29 @@
 
 namespace check {
 
-/// The kind of a library's file: "ELF for x86-64", "PE for x86-64", "no library".
+/// @param content the file, or its beginning
+/// @return format and processor of a library: "ELF for x86-64", "PE for x86-64" or "no library"
 QString formatOf(const QByteArray &content);
 
-/// Why this program could not load any library from the file, or an empty text. Reads no more than
-/// headers, and those of regular files only: a pipe or a device may have no end.
+/// Checks whether this program can load a library from the file. Rejects pipes and devices, whose
+/// content may be endless.
+/// @return the problem; empty if there is none
 QString problemOf(const QString &path);
 
-/// What the dynamic linker reads from an ELF library of 64 bits. Every offset in the file is
-/// checked: a damaged file gives less, never a crash.
+/// The entries of a 64-bit ELF library that matter to the dynamic linker. Offsets that lie outside
+/// of a damaged file are ignored.
 struct ElfFile
 {
-    QList<QByteArray> exported;      ///< names of the symbols that others can use
-    QList<QByteArray> undefined;     ///< names of those that others must have, weak ones left out
-    QList<QByteArray> needed;        ///< libraries
-    QList<QByteArray> searchFolders; ///< of DT_RPATH and DT_RUNPATH
+    QList<QByteArray> exported;      ///< names of the defined global symbols
+    QList<QByteArray> undefined;     ///< names of the undefined symbols, without weak ones
+    QList<QByteArray> needed;        ///< file names of required libraries
+    QList<QByteArray> searchFolders; ///< elements of DT_RPATH and DT_RUNPATH
     bool isRelro = false;            ///< relocated data becomes read-only
-    bool bindsNow = false;           ///< at load, hence all of it
+    bool bindsNow = false;           ///< all symbols are resolved at load
     bool hasExecutableStack = false;
     bool hasWritableCode = false; ///< a segment both writable and executable, or text relocations
 
-    /// Nothing for a file that is not such a library.
+    /// @return nullopt if the content is not a 64-bit ELF file
     static std::optional<ElfFile> read(const QByteArray &content);
 };
 

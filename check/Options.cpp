@@ -7,7 +7,8 @@ namespace check {
 
 namespace {
 
-/// A number between two ends, both included; nothing and @p error for anything else.
+/// Returns the number in an option, or nullopt and an @p error if it is not from @p least to
+/// @p greatest.
 std::optional<uint> numberOf(const QCommandLineParser &parser, const QString &option, uint least,
                              uint greatest, QString &error)
 {
@@ -15,20 +16,24 @@ std::optional<uint> numberOf(const QCommandLineParser &parser, const QString &op
     const uint number = parser.value(option).toUInt(&isNumber);
     if (isNumber && number >= least && number <= greatest)
         return number;
-    error =
-        QStringLiteral("--%1 takes a number from %2 to %3").arg(option).arg(least).arg(greatest);
+    error = QStringLiteral("--%1: expected a number from %2 to %3")
+                .arg(option)
+                .arg(least)
+                .arg(greatest);
     return std::nullopt;
 }
 
 void describe(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(QStringLiteral(
-        "Checks builds of the Tessaline plug-in against their contract with host and QML.\n"
-        "Exit code: 0 all passed, 1 a check failed or none ran, 2 the command line is wrong\n"
-        "or a LIBRARY can't be a library for this machine; of several libraries the highest."));
+        "Checks builds of the Tessaline plug-in against the contract with host and QML.\n"
+        "Exit code: 0 if all checks passed; 1 if a check failed or no check ran; 2 if the\n"
+        "command line is wrong, a report can't be written, or a LIBRARY is not a library for\n"
+        "this machine. With several libraries, the highest code of all."));
     parser.addHelpOption();
     parser.addVersionOption();
-    parser.addPositionalArgument(QStringLiteral("LIBRARY"), QStringLiteral("Files of the plug-in."),
+    parser.addPositionalArgument(QStringLiteral("LIBRARY"),
+                                 QStringLiteral("The libraries to check."),
                                  QStringLiteral("LIBRARY..."));
 
     QCommandLineOption runOne(QStringLiteral("run-one"), QString(), QStringLiteral("check"));
@@ -36,20 +41,22 @@ void describe(QCommandLineParser &parser)
     runOne.setFlags(QCommandLineOption::HiddenFromHelp);
     resultFile.setFlags(QCommandLineOption::HiddenFromHelp);
     parser.addOptions(
-        {{QStringLiteral("list"), QStringLiteral("Names the checks and what each proves.")},
-         {QStringLiteral("include"), QStringLiteral("Runs the checks whose name matches."),
+        {{QStringLiteral("list"), QStringLiteral("Lists the checks and what each one checks.")},
+         {QStringLiteral("include"), QStringLiteral("Runs only checks whose name matches."),
           QStringLiteral("regex")},
-         {QStringLiteral("level"), QStringLiteral("Runs the levels from 1 to this one."),
+         {QStringLiteral("level"),
+          QStringLiteral("Runs only levels from 1 to this one; 6 by default."),
           QStringLiteral("1..6"), QStringLiteral("6")},
-         {QStringLiteral("seed"), QStringLiteral("Where random choices begin."),
+         {QStringLiteral("seed"), QStringLiteral("Seed of random choices; 1 by default."),
           QStringLiteral("number"), QStringLiteral("1")},
-         {QStringLiteral("timeout"), QStringLiteral("Processor time for each check."),
+         {QStringLiteral("timeout"),
+          QStringLiteral("Limits the processor time of each check; 60 by default."),
           QStringLiteral("seconds"), QStringLiteral("60")},
          {QStringLiteral("only-failed"),
-          QStringLiteral("Prints only the checks that failed, and the summary.")},
-         {QStringLiteral("json"), QStringLiteral("Writes the results as JSON."),
+          QStringLiteral("Prints only failed checks and the summary.")},
+         {QStringLiteral("json"), QStringLiteral("Writes the results to a file as JSON."),
           QStringLiteral("file")},
-         {QStringLiteral("junit"), QStringLiteral("Writes the results as JUnit XML."),
+         {QStringLiteral("junit"), QStringLiteral("Writes the results to a file as JUnit XML."),
           QStringLiteral("file")},
          {QStringLiteral("in-process"),
           QStringLiteral("Runs one check in this process, for a debugger.")},
@@ -88,7 +95,7 @@ std::optional<Options> Options::parse(const QStringList &arguments, QString &err
     for (const QString &library : libraries)
         options.libraries.append(QFileInfo(library).absoluteFilePath());
     if (libraries.isEmpty() && !options.list)
-        error = QStringLiteral("name at least one library; see --help");
+        error = QStringLiteral("no LIBRARY is named; see --help");
     if (!error.isEmpty())
         return std::nullopt;
     return options;

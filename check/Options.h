@@ -8,26 +8,27 @@
 
 namespace check {
 
-/// What the command line asks for.
+/// The parsed command line.
 struct Options
 {
     QStringList libraries; ///< absolute paths
     bool list = false;
     QRegularExpression include;
-    int level = 5; ///< the highest to run
+    int level = 6; ///< the highest level to run
     quint32 seed = 1;
-    int timeoutSeconds = 60; ///< for each check
+    int timeoutSeconds = 60; ///< processor time for each check
     QString jsonFile;
     QString junitFile;
     bool onlyFailed = false;
     bool inProcess = false;
 
-    // Between the checker and its own child process.
-    QString runOne;     ///< the one check to run
-    QString resultFile; ///< where its result goes
+    // Hidden options that the checker passes to its child process.
+    QString runOne;     ///< name of the check to run
+    QString resultFile; ///< file for its result
 
-    /// Reads the command line. Help and version end the process; what can't be understood gives
-    /// nothing and @p error.
+    /// Parses the command line. --help, --version and unknown options end the process.
+    /// @param error set if a value is invalid
+    /// @return nullopt on an error
     static std::optional<Options> parse(const QStringList &arguments, QString &error);
 };
 

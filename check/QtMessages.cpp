@@ -30,12 +30,12 @@ QStringList QtMessages::warnings() const
 
 void QtMessages::collect(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
-    constexpr qsizetype Most = 10;
+    constexpr qsizetype MaxWarnings = 10;
     QtMessages *const messages = s_innermost;
     if (!messages || type == QtDebugMsg || type == QtInfoMsg)
         return;
     const QMutexLocker locker(&messages->m_mutex);
-    if (messages->m_warnings.size() < Most)
+    if (messages->m_warnings.size() < MaxWarnings)
         messages->m_warnings.append(message);
 }
 

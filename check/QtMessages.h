@@ -6,8 +6,8 @@
 
 namespace check {
 
-/// Collects what Qt warns of while this object lives, and keeps all of its messages off the
-/// standard error channel. Of nested objects the innermost collects.
+/// Collects Qt's warnings while this object exists, and suppresses all of Qt's messages on standard
+/// error. If objects are nested, the innermost one collects.
 class QtMessages
 {
 public:
@@ -15,6 +15,7 @@ public:
     ~QtMessages();
     Q_DISABLE_COPY_MOVE(QtMessages)
 
+    /// @return the first ten warnings
     QStringList warnings() const;
 
 private:
@@ -22,7 +23,7 @@ private:
 
     QtMessages *m_outer;
     QtMessageHandler m_previous;
-    mutable QMutex m_mutex; ///< any thread may warn
+    mutable QMutex m_mutex; ///< Qt calls the handler in any thread
     QStringList m_warnings;
 };
 

@@ -17,7 +17,7 @@ int countOf(const QList<Result> &results, Status status)
                              [=](const Result &result) { return result.status == status; }));
 }
 
-QString written(const QString &name, const QByteArray &content)
+QString writeFile(const QString &name, const QByteArray &content)
 {
     QSaveFile file(name);
     const bool done =
@@ -25,7 +25,7 @@ QString written(const QString &name, const QByteArray &content)
     return done ? QString() : name + QLatin1String(": ") + file.errorString();
 }
 
-/// XML has no form for most control characters, not even as references.
+/// Replaces control characters, which XML can't represent.
 QString printable(QString text)
 {
     for (QChar &c : text) {
@@ -131,7 +131,7 @@ QString writeJson(const QString &file, quint32 seed, const QList<LibraryReport> 
     const QJsonObject json{{QStringLiteral("seed"), qint64(seed)},
                            {QStringLiteral("exitCode"), exitCodeFor(reports)},
                            {QStringLiteral("libraries"), libraries}};
-    return written(file, QJsonDocument(json).toJson());
+    return writeFile(file, QJsonDocument(json).toJson());
 }
 
 QString writeJUnit(const QString &file, const QList<LibraryReport> &reports)
@@ -145,7 +145,7 @@ QString writeJUnit(const QString &file, const QList<LibraryReport> &reports)
         writeSuite(xml, report);
     xml.writeEndElement();
     xml.writeEndDocument();
-    return written(file, content);
+    return writeFile(file, content);
 }
 
 } // namespace check

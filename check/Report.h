@@ -12,22 +12,25 @@ struct LibraryReport
 {
     QString library;
     QList<Result> results;
-    int exitCode = 0; ///< 2 if the file can't be a library
+    int exitCode = 0; ///< 2 if the file is not a library for this machine
 };
 
-/// A result as a line for people, with further findings on lines below.
+/// @return a result as text: one line, and an indented line for each further finding
 QString textOf(const Result &result);
 
-/// What all results come to: "31 checks: 30 pass, 1 fail".
+/// @return the number of results of each status, "31 checks: 30 pass, 1 fail"
 QString summaryOf(const QList<Result> &results);
 
-/// @return 0 when something ran and nothing failed, else 1
+/// @return 0 if at least one check ran and none failed, else 1
 int exitCodeFor(const QList<Result> &results);
 /// @return the highest exit code of all libraries
 int exitCodeFor(const QList<LibraryReport> &reports);
 
-// Both return why the file could not be written, or an empty text.
+/// Writes all results to a JSON file.
+/// @return the error if the file can't be written; empty on success
 QString writeJson(const QString &file, quint32 seed, const QList<LibraryReport> &reports);
+/// Writes all results to a JUnit XML file.
+/// @return the error if the file can't be written; empty on success
 QString writeJUnit(const QString &file, const QList<LibraryReport> &reports);
 
 } // namespace check

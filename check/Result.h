@@ -8,19 +8,19 @@ namespace check {
 
 enum class Status { Pass, Warning, Fail, Crash, Timeout, Skipped };
 
-/// The word for a status as all reports use it: "pass", "warning" ...
+/// @return the word of a status in all reports: "pass", "warning", ...
 QString wordFor(Status status);
 
-/// Whether a check that ended so makes the library unfit.
+/// @return true for a failed, crashed or timed-out check
 bool isFailure(Status status);
 
-/// What one check has found out.
+/// The result of one check.
 struct Result
 {
-    QString name; ///< of the check, as "4.batches"
+    QString name; ///< name of the check, "4.batch-answers"
     int level = 0;
     Status status = Status::Skipped;
-    QString line;     ///< what was expected and what was found, or what was looked at
+    QString line;     ///< first finding, or summary of a passed check
     QStringList more; ///< further findings, one line each
     qint64 milliseconds = 0;
 

@@ -21,7 +21,7 @@ using namespace driver;
 
 namespace {
 
-Result ended(Status status, const QString &line)
+Result makeResult(Status status, const QString &line)
 {
     Result result;
     result.status = status;
@@ -29,14 +29,13 @@ Result ended(Status status, const QString &line)
     return result;
 }
 
-/// The end of what the child wrote to a channel, for a result's details.
 QStringList lastLines(const QByteArray &output)
 {
     const QStringList lines = QString::fromLocal8Bit(output).split(u'\n', Qt::SkipEmptyParts);
     return lines.mid(std::max<qsizetype>(0, lines.size() - 5));
 }
 
-QString breadcrumbsFor(const QString &resultFile)
+QString breadcrumbFile(const QString &resultFile)
 {
     return resultFile + QStringLiteral(".steps");
 }
@@ -45,12 +44,13 @@ Result readResult(const QString &fileName)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly))
-        return ended(Status::Crash, QStringLiteral("the process ended before the check did"));
+        return makeResult(Status::Crash,
+                          QStringLiteral("the process ended before the check was complete"));
     return Result::fromJson(QJsonDocument::fromJson(file.readAll()).object());
 }
 
-/// A plug-in has the process of somebody else, whose output is not its to write to.
-void judgeOutput(Result &result, QProcess &child)
+/// Makes a result fail if the child wrote any output: standard output and error belong to the host.
+void failOnOutput(Result &result, QProcess &child)
 {
     const QByteArray output = child.readAllStandardOutput() + child.readAllStandardError();
     if (output.isEmpty())
@@ -63,8 +63,8 @@ void judgeOutput(Result &result, QProcess &child)
                       .arg(output.size());
 }
 
-/// Waits for the end of a process. The limit is processor time, which a busy machine does not use
-/// up; by the clock it is ten times as long, for a process that waits for ever.
+/// Waits until a process ends. The limit counts processor time, so that a busy machine causes no
+/// timeout. A process that only waits ends after ten times the limit.
 bool endsWithin(int seconds, QProcess &child)
 {
     constexpr int interval = 100;
@@ -81,26 +81,28 @@ bool endsWithin(int seconds, QProcess &child)
 Result resultOf(QProcess &child, const QString &resultFile, int timeoutSeconds)
 {
     if (!child.waitForStarted())
-        return ended(Status::Fail, child.errorString());
+        return makeResult(Status::Fail, child.errorString());
     if (!endsWithin(timeoutSeconds, child)) {
         child.kill();
         child.waitForFinished();
-        return ended(Status::Timeout,
-                     QStringLiteral("expected an end within %1 s of processor time, found none")
-                         .arg(timeoutSeconds));
+        return makeResult(
+            Status::Timeout,
+            QStringLiteral("expected the check to end within %1 s of processor time, found it "
+                           "still running")
+                .arg(timeoutSeconds));
     }
     Result result = readResult(resultFile);
     if (child.exitStatus() == QProcess::CrashExit) {
         const bool reported = QFile::exists(resultFile);
         const QStringList found = reported ? QStringList(result.line) + result.more : QStringList();
-        result =
-            ended(Status::Crash, QStringLiteral("expected an ordinary end, found %1 %2")
-                                     .arg(describeCrash(child.exitCode()),
-                                          reported ? QStringLiteral("at the end of the process")
-                                                   : QStringLiteral("during the check")));
+        result = makeResult(Status::Crash,
+                            QStringLiteral("expected a normal exit, found %1 %2")
+                                .arg(describeCrash(child.exitCode()),
+                                     reported ? QStringLiteral("at the end of the process")
+                                              : QStringLiteral("during the check")));
         result.more = found;
     }
-    judgeOutput(result, child);
+    failOnOutput(result, child);
     return result;
 }
 
@@ -140,7 +142,7 @@ Result runInChild(const Check &check, const QString &library, const Options &opt
                  QString::number(options.seed)});
     Result result = resultOf(child, resultFile, options.timeoutSeconds);
     if (result.status == Status::Crash || result.status == Status::Timeout) {
-        const QStringList steps = breadcrumbsIn(breadcrumbsFor(resultFile));
+        const QStringList steps = readBreadcrumbs(breadcrumbFile(resultFile));
         for (const QString &step : steps)
             result.more.append(QStringLiteral("step before: ") + step);
     }
@@ -156,7 +158,7 @@ int runAsChild(const Options &options)
     QFile file(options.resultFile);
     if (!check || options.resultFile.isEmpty() || options.libraries.size() != 1)
         return 2;
-    keepBreadcrumbsIn(breadcrumbsFor(options.resultFile));
+    openBreadcrumbFile(breadcrumbFile(options.resultFile));
     const QByteArray json =
         QJsonDocument(runHere(*check, options.libraries.constFirst(), options).toJson()).toJson();
     return file.open(QIODevice::WriteOnly) && file.write(json) == json.size() ? 0 : 2;

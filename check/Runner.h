@@ -7,14 +7,14 @@ namespace check {
 
 struct Check;
 
-/// Carries out a check in this process.
+/// Runs a check in this process.
 Result runHere(const Check &check, const QString &library, const Options &options);
 
-/// Carries it out in a process of its own, so that a crash or a hang is a result like any other:
-/// the checker starts itself for this one check, in an empty folder.
+/// Runs a check in a child process of the same program, in an empty folder. A crash or a hang of
+/// the child becomes a result.
 Result runInChild(const Check &check, const QString &library, const Options &options);
 
-/// The child's side: runs options.runOne and writes the result to options.resultFile.
+/// Runs options.runOne in the child process and writes the result to options.resultFile.
 /// @return the exit code
 int runAsChild(const Options &options);
 

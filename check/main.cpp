@@ -39,20 +39,20 @@ int listChecks(const std::vector<Check> &checks)
     return 0;
 }
 
-int complain(const QString &error)
+int printError(const QString &error)
 {
     std::fprintf(stderr, "tessaline-check: %s\n", qPrintable(error));
     return WrongUsage;
 }
 
-/// Runs the checks on one library and prints what each came to.
+/// Runs the checks on one library and prints the results.
 LibraryReport checkLibrary(const QString &library, const Options &options,
                            const std::vector<Check> &checks)
 {
     LibraryReport report{library, {}, 0};
     const QString problem = problemOf(library);
     if (!problem.isEmpty()) {
-        report.exitCode = complain(library + QStringLiteral(": ") + problem);
+        report.exitCode = printError(library + QStringLiteral(": ") + problem);
         return report;
     }
     if (options.libraries.size() > 1)
@@ -64,7 +64,7 @@ LibraryReport checkLibrary(const QString &library, const Options &options,
         if (!options.onlyFailed || isFailure(result.status))
             print(textOf(result));
         if (check.name == loadCheck && isFailure(result.status)) {
-            print(QStringLiteral("The other checks need a library that loads; none was run."));
+            print(QStringLiteral("The library does not load, so no other check was run."));
             break;
         }
     }
@@ -75,10 +75,10 @@ LibraryReport checkLibrary(const QString &library, const Options &options,
 
 int runChecks(const Options &options, const std::vector<Check> &checks)
 {
-    // Each leaves the process as a host would not like to find it.
+    // A check may leave the process in a state in which other checks fail.
     if (options.inProcess && (checks.size() != 1 || options.libraries.size() != 1))
-        return complain(
-            QStringLiteral("--in-process runs one check on one library; choose it by --include"));
+        return printError(
+            QStringLiteral("--in-process runs one check on one library; select it with --include"));
     QList<LibraryReport> reports;
     for (const QString &library : options.libraries)
         reports.append(checkLibrary(library, options, checks));
@@ -91,7 +91,7 @@ int runChecks(const Options &options, const std::vector<Check> &checks)
         errors += writeJUnit(options.junitFile, reports);
     errors.removeAll(QString());
     for (const QString &error : std::as_const(errors))
-        exitCode = complain(error);
+        exitCode = printError(error);
     return exitCode;
 }
 
@@ -106,7 +106,7 @@ int main(int argc, char *argv[])
     QString error;
     const auto options = Options::parse(QCoreApplication::arguments(), error);
     if (!options)
-        return complain(error);
+        return printError(error);
     if (!options->runOne.isEmpty())
         return runAsChild(*options);
     const std::vector<Check> checks = chosenChecks(*options);

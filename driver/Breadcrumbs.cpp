@@ -12,11 +12,12 @@ namespace {
 constexpr qsizetype Steps = 4;
 constexpr qsizetype StepSize = 160;
 
-/// The steps as texts that end with a zero, at the slots of a ring; the next slot comes first.
+/// A mapped file: one byte with the number of the next slot, then a ring of slots. A slot has one
+/// step as a NUL-terminated text.
 struct Breadcrumbs
 {
     QFile file;
-    char *ring = nullptr;
+    char *mapped = nullptr;
     qsizetype next = 0;
 };
 
@@ -28,29 +29,29 @@ Breadcrumbs &breadcrumbs()
 
 } // namespace
 
-void keepBreadcrumbsIn(const QString &file)
+void openBreadcrumbFile(const QString &file)
 {
-    Breadcrumbs &prints = breadcrumbs();
-    prints.file.setFileName(file);
-    if (prints.file.open(QIODevice::ReadWrite) && prints.file.resize(1 + Steps * StepSize))
-        prints.ring = reinterpret_cast<char *>(prints.file.map(0, 1 + Steps * StepSize));
+    Breadcrumbs &crumbs = breadcrumbs();
+    crumbs.file.setFileName(file);
+    if (crumbs.file.open(QIODevice::ReadWrite) && crumbs.file.resize(1 + Steps * StepSize))
+        crumbs.mapped = reinterpret_cast<char *>(crumbs.file.map(0, 1 + Steps * StepSize));
 }
 
 void leaveBreadcrumb(const QString &step)
 {
-    Breadcrumbs &prints = breadcrumbs();
-    if (!prints.ring)
+    Breadcrumbs &crumbs = breadcrumbs();
+    if (!crumbs.mapped)
         return;
     const QByteArray text = step.left(StepSize).toUtf8();
     const qsizetype length = std::min(text.size(), StepSize - 1);
-    char *const slot = prints.ring + 1 + prints.next * StepSize;
+    char *const slot = crumbs.mapped + 1 + crumbs.next * StepSize;
     std::memcpy(slot, text.constData(), size_t(length));
     slot[length] = '\0';
-    prints.next = (prints.next + 1) % Steps;
-    prints.ring[0] = char(prints.next);
+    crumbs.next = (crumbs.next + 1) % Steps;
+    crumbs.mapped[0] = char(crumbs.next);
 }
 
-QStringList breadcrumbsIn(const QString &name)
+QStringList readBreadcrumbs(const QString &name)
 {
     QFile file(name);
     if (!file.open(QIODevice::ReadOnly))

@@ -5,16 +5,17 @@
 
 namespace driver {
 
-// The last steps of a check, kept in a file that is mapped into memory: so that they are there for
-// whoever started the process, however it ended, and cost next to nothing.
+// Breadcrumbs are the last steps of a check in a memory-mapped file. The parent process can read
+// them after a crash, and writing one needs no system call.
 
-/// Keeps breadcrumbs in this file from now on.
-void keepBreadcrumbsIn(const QString &file);
+/// Creates @p file and stores all further breadcrumbs in it. Without this call, and if the file
+/// can't be created, no breadcrumb is stored.
+void openBreadcrumbFile(const QString &file);
 
-/// Notes a step that is about to be taken; nothing where no file was named.
+/// Stores @p step, which is about to run. Only the last four steps remain.
 void leaveBreadcrumb(const QString &step);
 
-/// The last steps in a file, oldest first.
-QStringList breadcrumbsIn(const QString &file);
+/// @return the steps in @p file, oldest first; empty if the file is missing or incomplete
+QStringList readBreadcrumbs(const QString &file);
 
 } // namespace driver

@@ -7,8 +7,8 @@ namespace driver {
 
 using standin::serverRecord;
 
-/// A server that executes every command successfully and answers with the bookmarks "x" and "y" at
-/// the location "l". Of a batch of additions it creates two; a batch of deletions removes "x".
+/// A server that answers every command with success and with the same records: the bookmarks "x"
+/// and "y" at the location "l". A batch of additions creates both, a deletion deletes "x".
 class EchoServer final : public standin::Server
 {
 public:

@@ -27,14 +27,14 @@ QString codeOf(const QString &word)
     return word.startsWith(u'\'') ? word.mid(1, word.size() - 2) : word;
 }
 
-/// A value with its types. Whether an empty text is null is nobody's business but updateBookmark's,
-/// which shows by the keys it sends.
+/// Describes a value with its types. Null texts look like empty ones: only updateBookmark
+/// distinguishes them, by the keys that it sends.
 QString valueText(const QVariant &value)
 {
     return describe(value).replace(u"QString null"_s, u"QString \"\""_s);
 }
 
-/// An object shows as being there; what it is others look at.
+/// Describes the result of a call. An object has no text of its own, so only its presence is shown.
 QString resultText(const QVariant &result)
 {
     if (result.metaType() == QMetaType::fromType<QObject *>())
@@ -59,7 +59,7 @@ Host::Host(const QString &library, Start start, LogProbe *log)
         note(u"timeline "_s + operation);
     });
     if (m_error.isEmpty())
-        makeObject();
+        createObject();
 }
 
 Host::~Host()
@@ -82,27 +82,27 @@ void Host::resetTopology()
     topology.setStation(u"x"_s, u"Server"_s, standin::Topology::ConnectedServer);
 }
 
-void Host::makeObject()
+void Host::createObject()
 {
     m_object = m_library.object();
     m_plugin = qobject_cast<PluginBase *>(m_object.data());
     if (!m_plugin) {
-        m_error = u"the library has no object of the host's interface"_s;
+        m_error = u"the library's object does not implement the host's interface"_s;
         return;
     }
     m_signals = std::make_unique<SignalLines>(m_object);
     m_signals->onSignal = [this](const QString &line) { note(u"signal "_s + line); };
     framework.addPlugin(tessalineID, m_object);
     if (m_start == Initialised)
-        introduce(&framework);
+        initialise(&framework);
 }
 
-void Host::renewObject()
+void Host::recreateObject()
 {
     delete m_object.data();
-    forgetTraffic();
+    clearTraffic();
     framework.addPlugin(standin::Topology::pluginID(), &topology);
-    makeObject();
+    createObject();
 }
 
 void Host::setDefaultDelivery(const standin::Delivery &delivery)
@@ -115,12 +115,12 @@ void Host::resetRules()
 {
     framework.rules().reset();
     framework.rules().setDefault(m_delivery);
-    if (!m_answers.byStation.isEmpty())
+    if (!m_insideAnswers.byStation.isEmpty())
         framework.setServer(nullptr);
-    m_answers.byStation.clear();
+    m_insideAnswers.byStation.clear();
 }
 
-void Host::forgetTraffic()
+void Host::clearTraffic()
 {
     takeTrace();
     m_during.clear();
@@ -131,7 +131,7 @@ void Host::forgetTraffic()
     resetRules();
 }
 
-void Host::introduce(FrameworkWrapperBase *newFramework)
+void Host::initialise(FrameworkWrapperBase *newFramework)
 {
     m_plugin->InitialPluginBase(nullptr, this, newFramework);
 }
@@ -139,20 +139,20 @@ void Host::introduce(FrameworkWrapperBase *newFramework)
 void Host::note(const QString &line)
 {
     m_trace.append(line);
-    stepDuring(line);
+    runStepDuring(line);
     if (const auto callback = onLine)
         callback(line);
 }
 
-void Host::stepDuring(const QString &line)
+void Host::runStepDuring(const QString &line)
 {
     if (m_during.isEmpty() || !line.startsWith(m_during.section(u" | "_s, 0, 0)))
         return;
     step(std::exchange(m_during, QString()).section(u" | "_s, 1));
 }
 
-/// As "send AddBookmark@A {...} context 1": no number without a context, equal numbers for equal
-/// contexts.
+/// Appends a line such as "send AddBookmark@A {...} context 1". Contexts are numbered, because
+/// their addresses differ between runs.
 void Host::noteSent(const standin::Traffic &traffic)
 {
     if (traffic.kind != standin::Traffic::Kind::Sent)
@@ -169,7 +169,7 @@ void Host::noteSent(const standin::Traffic &traffic)
         if (command.flag || command.pluginID != tessalineID || command.hostHandle != this)
             line += u" with another flag, plug-in ID or host handle"_s;
     }
-    note(traffic.accepted ? line : line + u" refused"_s);
+    note(traffic.accepted ? line : line + u" rejected"_s);
 }
 
 QString Host::play(const QString &steps, const char *file, int line)
@@ -181,14 +181,16 @@ QString Host::play(const QString &steps, const char *file, int line)
         if (text.isEmpty() || !isAlive() || step(text))
             continue;
         const QString error =
-            u"%1:%2: no such step: %3"_s.arg(QLatin1String(file)).arg(line).arg(text);
+            u"%1:%2: unknown step; docs/testing.md lists the steps: %3"_s.arg(QLatin1String(file))
+                .arg(line)
+                .arg(text);
         leaveBreadcrumb(error);
         qFatal("%s", qPrintable(error));
     }
     return takeTrace().join(u'\n');
 }
 
-/// @return false if the text is no step
+/// @return false if the step is unknown
 bool Host::step(const QString &text)
 {
     leaveBreadcrumb(text);
@@ -206,14 +208,14 @@ bool Host::step(const QString &text)
     else if (word == u"event")
         framework.sendEvent(target.section(u'@', 0, 0), valueOf(text.section(u' ', 2)),
                             target.section(u'@', 1));
-    else if (word == u"refuse")
-        refuse(text.split(u' ').mid(1));
+    else if (word == u"reject")
+        reject(text.split(u' ').mid(1));
     else if (word == u"inside")
         answerInside(target, codeOf(third), valueOf(text.section(u' ', 3)));
     else if (text == u"topology gone")
         framework.removePlugin(standin::Topology::pluginID());
     else if (text == u"framework gone")
-        introduce(nullptr);
+        initialise(nullptr);
     else if (word == u"station")
         topology.setStation(target == u"-" ? QString() : target, text.section(u' ', 2));
     else if (word == u"camera")
@@ -249,13 +251,13 @@ void Host::answerStep(const QString &target, const QString &code, const QVariant
         return answer(name, value, station, nullptr, code);
     const QList<standin::SentCommand> sent = framework.sent();
     if (number < 0 || number >= sent.size())
-        return note(u"no command %1 was sent"_s.arg(name));
+        return note(u"command %1 was not sent"_s.arg(name));
     const standin::SentCommand &command = sent.at(number);
     answer(command.command, value, target.contains(u'@') ? station : command.relayPath,
            command.context, code);
 }
 
-void Host::refuse(const QStringList &stations)
+void Host::reject(const QStringList &stations)
 {
     resetRules();
     for (const QString &station : stations)
@@ -265,8 +267,8 @@ void Host::refuse(const QStringList &stations)
 
 void Host::answerInside(const QString &station, const QString &code, const QVariant &value)
 {
-    m_answers.byStation.insert(station, {value, code});
-    framework.setServer(&m_answers);
+    m_insideAnswers.byStation.insert(station, {value, code});
+    framework.setServer(&m_insideAnswers);
     framework.rules().setForStation(station, standin::Delivery::immediate());
 }
 
@@ -307,7 +309,7 @@ void Host::notePage(const QVariantMap &conditions)
     note(line);
 }
 
-QAbstractItemModel *Host::modelOf(const QString &viewCellUID)
+QAbstractItemModel *Host::timelineModel(const QString &viewCellUID)
 {
     const QVariant model = call("getBookmarkModelForTimeline", {viewCellUID});
     return qobject_cast<QAbstractItemModel *>(model.value<QObject *>());
@@ -315,7 +317,7 @@ QAbstractItemModel *Host::modelOf(const QString &viewCellUID)
 
 void Host::watch(const QString &viewCellUID)
 {
-    const QAbstractItemModel *const model = modelOf(viewCellUID);
+    const QAbstractItemModel *const model = timelineModel(viewCellUID);
     if (!model)
         return;
     const auto noteChange = [this, viewCellUID] { note(u"changed "_s + viewCellUID); };
@@ -325,7 +327,7 @@ void Host::watch(const QString &viewCellUID)
 
 QString Host::rowsIn(const QString &viewCellUID)
 {
-    const QAbstractItemModel *const model = modelOf(viewCellUID);
+    const QAbstractItemModel *const model = timelineModel(viewCellUID);
     QStringList identifiers;
     for (int row = 0; model && row < model->rowCount(); ++row)
         identifiers.append(model->index(row, 0).data(Qt::UserRole + 1).toString());
@@ -338,7 +340,7 @@ QVariant Host::call(const QString &text)
     QVariantList values = valueOf(u'[' + arguments + u']').toList();
     for (QVariant &value : values) {
         if (value.typeId() == QMetaType::QString && value.toString().isEmpty())
-            value = u""_s; // not null, unlike a null in the text
+            value = u""_s; // not null: only the word null means a null text
     }
     return call(text.section(u'(', 0, 0).toLatin1(), values);
 }
@@ -376,7 +378,7 @@ void Host::answer(const standin::SentCommand &command, const QVariant &result, c
 QAbstractItemModel *Host::showCell(const QString &viewCellUID, const QString &locationID,
                                    const QString &relayPath)
 {
-    QAbstractItemModel *const model = modelOf(viewCellUID);
+    QAbstractItemModel *const model = timelineModel(viewCellUID);
     call("setTimelineFocusInfo", {locationID, relayPath, viewCellUID});
     return model;
 }
@@ -384,10 +386,10 @@ QAbstractItemModel *Host::showCell(const QString &viewCellUID, const QString &lo
 QVariant valueOf(QString json)
 {
     json.replace(u'\'', u'"');
-    // JSON allows only containers at the top.
+    // QJsonDocument accepts only an array or an object at the top level.
     const auto document = QJsonDocument::fromJson(u"[%1]"_s.arg(json).toUtf8());
     if (!document.isArray())
-        qFatal("no value in JSON: %s", qPrintable(json));
+        qFatal("not a JSON value: %s", qPrintable(json));
     return document.array().toVariantList().value(0);
 }
 

@@ -19,83 +19,92 @@ class QAbstractItemModel;
 
 namespace driver {
 
-/// A build of the plug-in in a host of its own, driven step by step; all that leaves the plug-in
-/// is kept as lines of text, in its order. docs/testing.md describes steps and lines.
+/// Runs a build of the plug-in step by step and records its commands, signals, log lines and
+/// results as the lines of a trace. docs/testing.md describes steps and lines.
 ///
-/// Three stations are in the topology, "A", "B" and "C", with the cameras "A/1", "B/1" and "C/1";
-/// they are called "Station A" and "Camera A1" and so on. The node "x" is no station. All commands
-/// are accepted, and answered by the steps alone.
+/// The topology has the stations "A", "B" and "C", named "Station A" and so on. Each has one
+/// camera: "A/1", named "Camera A1", and so on. The node "x" is the connected server. By default
+/// the host accepts all commands, and only steps answer them.
 class Host
 {
 public:
     enum Start { Initialised, Bare };
 
-    /// Loads the library and, unless Bare, introduces it to the host.
-    /// @param log adds the plug-in's log lines to the trace; null for none. Not owned.
+    /// Loads the library and creates its object. Initialised also calls InitialPluginBase.
+    /// @param log source of the log lines in the trace; not owned, null for no log lines
     explicit Host(const QString &library, Start start = Initialised, LogProbe *log = nullptr);
     /// Deletes the object and unloads the library.
     ~Host();
     Q_DISABLE_COPY_MOVE(Host)
 
-    /// Why there is no plug-in, or an empty text.
+    /// @return the reason why the plug-in can't be used; empty if it can
     QString error() const { return m_error; }
 
     PluginBase &plugin() const { return *m_plugin; }
     QObject *object() const { return m_object; }
     bool isAlive() const { return m_object; }
     void deleteObject() { delete m_object.data(); }
-    /// Replaces the object by a new one, introduced alike, and calls forgetTraffic().
-    void renewObject();
-    /// Sets how commands are accepted and answered where no step says otherwise. Survives
-    /// renewObject().
+    /// Deletes the object, calls clearTraffic() and creates a new object as the constructor does.
+    void recreateObject();
+    /// Sets how the host accepts and answers commands for which no step has set a rule.
+    /// recreateObject() keeps the setting.
     void setDefaultDelivery(const standin::Delivery &delivery);
-    /// Puts the stations and cameras back that the host begins with.
+    /// Restores the stations and cameras of a new Host.
     void resetTopology();
-    /// Forgets all that was sent and traced, and the rules.
-    void forgetTraffic();
-    /// Introduces the object to the host again, with another framework.
-    void introduce(FrameworkWrapperBase *framework);
+    /// Clears the sent commands, the trace and the rules that steps have set.
+    void clearTraffic();
+    /// Calls InitialPluginBase.
+    /// @param framework not owned; may be null
+    void initialise(FrameworkWrapperBase *framework);
 
     standin::Framework framework;
     standin::Topology topology;
 
-    /// The lines since the last call.
+    /// Removes all lines from the trace and returns them.
     QStringList takeTrace() { return std::exchange(m_trace, {}); }
-    /// Adds a line to the trace.
+    /// Appends a line to the trace.
     void note(const QString &line);
-    /// Called with each line, from inside the event that the line reports.
+    /// Called with each line of the trace, inside the signal, send call or log call that the line
+    /// reports.
     std::function<void(const QString &line)> onLine;
 
-    /// Carries out steps, one a line, as long as the object lives; blank lines are skipped. A step
-    /// that is not in the grammar ends the process with a message that names @p file and @p line.
-    /// @return the trace, one line each
+    /// Clears the trace and runs steps until the object is deleted. An unknown step ends the
+    /// process with a message.
+    /// @param steps one step on each line; blank lines are ignored
+    /// @param file, line place of the steps, for the message
+    /// @return the trace, one line for each entry
     QString play(const QString &steps, const char *file = __builtin_FILE(),
                  int line = __builtin_LINE());
 
-    /// Calls a method by a text as in QML, "updateBookmark('b', null)".
-    /// @return the result, invalid for a void method. A call that fits no method is noted in the
-    ///     trace.
+    /// Calls a method of the plug-in. If no overload accepts the arguments, the trace gets the line
+    /// "no method accepts ...".
+    /// @param text the call as in QML, with JSON values: "updateBookmark('b', null)"
+    /// @return the result; invalid for a void method and if no overload accepts the arguments
     QVariant call(const QString &text);
     QVariant call(const QByteArray &method, const QVariantList &arguments);
     bool hasMethod(const QByteArray &name) const;
 
-    /// Delivers an answer as the host does.
+    /// Delivers an answer through CommandProcessor.
+    /// @param code the result code; "0" for success
     void answer(const QString &command, const QVariant &result, const QString &relayPath,
                 void *context = nullptr, const QString &code = QStringLiteral("0"));
     void answer(const standin::SentCommand &command, const QVariant &result,
                 const QString &code = QStringLiteral("0"));
 
-    /// Opens a view cell and sets what it shows.
+    /// Opens a view cell and sets its focus.
+    /// @return its list model, owned by the plug-in; null if the plug-in could not create it
     QAbstractItemModel *showCell(const QString &viewCellUID, const QString &locationID,
                                  const QString &relayPath);
-    /// The bookmarks in the list "all", "recent" or "api", as "A/b1 b2".
+    /// @param list "all", "recent" or "api"
+    /// @return the bookmarks in the list: relay path, "/" and identifier, or the identifier alone
+    /// for the empty relay path; "A/b1 b2"
     QString identifiersIn(const QString &list);
-    /// The bookmarks in a view cell's model, as "b1 b2".
+    /// @return the identifiers in a view cell's model, "b1 b2"
     QString rowsIn(const QString &viewCellUID);
 
 private:
-    /// Answers from inside the send call.
-    struct Answers final : standin::Server
+    /// Supplies the answers that stations deliver inside the send call.
+    struct InsideAnswers final : standin::Server
     {
         standin::Answer execute(const QString &, const QVariant &,
                                 const QString &relayPath) override
@@ -105,17 +114,17 @@ private:
         QMap<QString, standin::Answer> byStation;
     };
 
-    void makeObject();
+    void createObject();
     void noteSent(const standin::Traffic &traffic);
     bool step(const QString &text);
     void answerStep(const QString &target, const QString &code, const QVariant &value);
     void resetRules();
-    void refuse(const QStringList &stations);
+    void reject(const QStringList &stations);
     void answerInside(const QString &station, const QString &code, const QVariant &value);
-    QAbstractItemModel *modelOf(const QString &viewCellUID);
+    QAbstractItemModel *timelineModel(const QString &viewCellUID);
     void notePage(const QVariantMap &conditions);
     void watch(const QString &viewCellUID);
-    void stepDuring(const QString &line);
+    void runStepDuring(const QString &line);
 
     LoadedPlugin m_library;
     Start m_start;
@@ -124,16 +133,18 @@ private:
     PluginBase *m_plugin = nullptr;
     std::unique_ptr<SignalLines> m_signals;
     standin::Delivery m_delivery;
-    Answers m_answers;
-    QList<void *> m_contexts; ///< in the order in which they came up
+    InsideAnswers m_insideAnswers;
+    QList<void *> m_contexts; ///< distinct contexts in the order of their first use
     QString m_error;
     QStringList m_trace;
-    QString m_during; ///< beginning of the line, " | ", step; empty when there is nothing to do
+    QString m_during; ///< argument of the step "during", "LINE | STEP"; empty if there is none
 };
 
 using standin::serverRecord;
 
-/// The value of a text in JSON with single quotes for double ones; numbers are whole numbers.
+/// Parses a JSON value that has single quotes instead of double quotes. Ends the process if the
+/// text is not JSON.
+/// @return the value, with whole numbers as qlonglong; invalid for an empty text
 QVariant valueOf(QString json);
 
 } // namespace driver

@@ -4,7 +4,8 @@ namespace driver {
 
 LoadedPlugin::LoadedPlugin(const QString &library)
 {
-    // By default Qt never unloads a plug-in; once the name is set newer versions can't be told to.
+    // Clears the default hint, which forbids unloading. Newer versions of Qt ignore hints that are
+    // set after the file name.
     m_loader.setLoadHints({});
     m_loader.setFileName(library);
     if (!m_loader.load())

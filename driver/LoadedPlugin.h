@@ -5,23 +5,24 @@
 
 namespace driver {
 
-/// The library under check, loaded through Qt's plug-in loader as the client does, but so that it
-/// really leaves the process again. Holds no object.
+/// Loads a plug-in library through Qt's plug-in loader, as the client does. In contrast to the
+/// loader's default, unloading removes the library from the process.
 class LoadedPlugin
 {
 public:
     explicit LoadedPlugin(const QString &library);
-    /// Unloads. An object that still exists goes first.
+    /// Deletes the object if it still exists, and unloads the library.
     ~LoadedPlugin();
     Q_DISABLE_COPY_MOVE(LoadedPlugin)
 
-    /// Why it could not be loaded, or an empty text.
+    /// @return the reason why the library could not be loaded; empty if it is loaded
     QString error() const { return m_error; }
 
-    /// The one object, made when there is none.
+    /// Creates the plug-in's object if none exists.
+    /// @return the object, owned by the library; the caller may delete it. Null on failure.
     QObject *object() { return m_loader.instance(); }
 
-    /// @return whether the loader let the library go
+    /// @return true if the loader unloaded the library
     bool unload();
 
 private:

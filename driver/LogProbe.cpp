@@ -9,15 +9,15 @@ namespace driver {
 
 namespace {
 
-/// Any number that is not what one would guess.
+// Arbitrary. A plug-in that ignores the registered number can't have it by chance.
 constexpr quint32 ModuleNumber = 0x4d2;
 constexpr quint32 ErrorLevel = 2;
 
 LogProbe *s_probe = nullptr;
-char s_handle; ///< its address is all that counts
+char s_handle; ///< only its address is used
 
-/// Every argument of a log line is a text, whatever the format says: one of them asks for a number
-/// and is given a text on purpose.
+/// Joins the arguments of a log line. All of them are texts: the contract passes a text even for
+/// the one format with "%d".
 QString argumentsOf(const QByteArray &format, va_list arguments)
 {
     QStringList texts;
@@ -28,7 +28,7 @@ QString argumentsOf(const QByteArray &format, va_list arguments)
     return texts.join(QLatin1String(", "));
 }
 
-/// "Tessaline_Req" for "src/Tessaline_Req.cpp"; another path as it is.
+/// Returns "Tessaline_Req" for "src/Tessaline_Req.cpp", and any other path unchanged.
 QString shortened(const QString &path)
 {
     const QString name = QFileInfo(path).completeBaseName();
@@ -49,7 +49,7 @@ LogProbe::LogProbe(Missing missing)
     entry(0, &m_object);
     s_probe = this;
     m_original = *m_object;
-    withhold(missing);
+    setMissing(missing);
 }
 
 LogProbe::~LogProbe()
@@ -60,7 +60,7 @@ LogProbe::~LogProbe()
     m_library.unload();
 }
 
-void LogProbe::withhold(Missing missing)
+void LogProbe::setMissing(Missing missing)
 {
     const auto has = [=](Missing part) {
         return missing != part && missing != Missing::Everything;
@@ -73,7 +73,7 @@ void LogProbe::withhold(Missing missing)
 
 QString LogProbe::libraryPath()
 {
-    // As the build lays programs and tests out, or beside the program.
+    // Built programs are in build/FOLDER/ or build/FOLDER/FOLDER/, the library in build/logging/.
     const QString folder = QCoreApplication::applicationDirPath();
     for (const char *place : {"/../logging/", "/../../logging/"}) {
         QString path = folder + QLatin1String(place) + loaderName();
@@ -103,19 +103,19 @@ int LogProbe::checkLine(void *handle, quint32 severity, int number, const char *
 {
     LogProbe &probe = *s_probe;
     ++probe.m_checks;
-    Checked checked;
+    CheckedLine checked;
     checked.file = shortened(QString::fromLocal8Bit(file).replace(u'\\', u'/'));
     checked.place = checked.file + u':' + QString::number(line);
     if (severity != (probe.m_moduleId << 8 | ErrorLevel))
-        checked.oddities += QStringLiteral(" with severity 0x%1").arg(severity, 0, 16);
+        checked.violations += QStringLiteral(" with severity 0x%1").arg(severity, 0, 16);
     if (handle != probe.m_object->handle)
-        checked.oddities += QLatin1String(" with another handle");
+        checked.violations += QLatin1String(" with another handle");
     if (number != 0)
-        checked.oddities += QStringLiteral(" with number %1").arg(number);
+        checked.violations += QStringLiteral(" with number %1").arg(number);
     if (line <= 0)
-        checked.oddities += QStringLiteral(" with line %1").arg(line);
+        checked.violations += QStringLiteral(" with line %1").arg(line);
     probe.m_checked = checked;
-    return probe.m_refuse ? 1 : 0;
+    return probe.m_rejectsLines ? 1 : 0;
 }
 
 void LogProbe::writeLine(void *handle, const char *format, va_list arguments)
@@ -123,10 +123,10 @@ void LogProbe::writeLine(void *handle, const char *format, va_list arguments)
     LogProbe &probe = *s_probe;
     const auto checked =
         std::exchange(probe.m_checked, {})
-            .value_or(Checked{QStringLiteral("?"), {}, QStringLiteral(" unchecked")});
+            .value_or(CheckedLine{QStringLiteral("?"), {}, QStringLiteral(" unchecked")});
     const QString texts = argumentsOf(format, arguments);
     QString line = QLatin1String("log ") + checked.file + QLatin1String(": ") +
-                   QLatin1String(format) + QLatin1String(" <") + texts + u'>' + checked.oddities;
+                   QLatin1String(format) + QLatin1String(" <") + texts + u'>' + checked.violations;
     const QString statement =
         QLatin1String(format) + QLatin1String(" <") + texts.section(u',', 0, 0) + u'>';
     QString &known = probe.m_statements[checked.place];
@@ -135,8 +135,8 @@ void LogProbe::writeLine(void *handle, const char *format, va_list arguments)
     known = statement;
     if (handle != probe.m_object->handle)
         line += QLatin1String(" written with another handle");
-    if (probe.m_refuse)
-        line += QLatin1String(" though it was refused");
+    if (probe.m_rejectsLines)
+        line += QLatin1String(" although checkLine rejected it");
     if (const auto callback = probe.onLine)
         callback(line);
 }

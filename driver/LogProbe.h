@@ -14,43 +14,44 @@
 
 namespace driver {
 
-/// Brings the logging library into the process and puts its own functions into the log object, so
-/// that every call of the plug-in is seen. Make it before the plug-in is loaded; one at a time.
+/// Loads the logging library and replaces the functions of its log object, to observe every log
+/// call of the plug-in. Create it before the plug-in is loaded. Only one may exist at a time.
 class LogProbe
 {
 public:
-    /// What a plug-in has to do without.
+    /// A part of the log object.
     enum class Missing { Nothing, Handle, RegisterModule, CheckLine, WriteLine, Everything };
 
     explicit LogProbe(Missing missing = Missing::Nothing);
     ~LogProbe();
     Q_DISABLE_COPY_MOVE(LogProbe)
 
-    /// Why the logging library is not there, or an empty text.
+    /// @return the reason why the logging library could not be loaded; empty if it is loaded
     QString error() const { return m_error; }
 
-    /// Called with each line, "log Tessaline_Req: %s, send command failed
-    /// <Tessaline::addBookmark>": source file, format and arguments as they were passed, then what
-    /// is wrong about the call (severity, handle, numbers, the place of another statement).
+    /// Called with each log line: source file, format and arguments, as in "log Tessaline_Req: %s,
+    /// send command failed <Tessaline::addBookmark>". Violations of the logging contract follow:
+    /// another severity, handle or number, or the file and line of another statement.
     std::function<void(const QString &line)> onLine;
 
-    /// Removes a part from the log object, and restores all others.
-    void withhold(Missing missing);
-    /// Makes checkLine refuse lines.
-    void refuseLines(bool refuse) { m_refuse = refuse; }
+    /// Sets a part of the log object to null, or all parts, and restores the other ones.
+    void setMissing(Missing missing);
+    /// @param reject true if checkLine shall reject all lines
+    void rejectLines(bool reject) { m_rejectsLines = reject; }
 
-    /// The calls of registerModule, as "19 Tessaline" each.
+    /// @return one entry for each call of registerModule: its number and name, "19 Tessaline"
     QStringList registrations() const { return m_registrations; }
+    /// @return the number of calls of checkLine
     int checks() const { return m_checks; }
 
-    /// The statements that have logged, "%s, send command failed <Tessaline::addBookmark>", by file
-    /// and line.
+    /// Log statements by "FILE:LINE". A value is format and first argument, "%s, send command
+    /// failed <Tessaline::addBookmark>".
     using Statements = QMap<QString, QString>;
     const Statements &statements() const { return m_statements; }
 
-    /// The path of the logging library that belongs to this program, without prefix and suffix.
+    /// @return the path of the stand-in for the logging library in the build or installation
     static QString libraryPath();
-    /// The name by which plug-ins look for the logging library.
+    /// @return the name with which plug-ins load the logging library
     static QString loaderName();
 
 private:
@@ -58,12 +59,12 @@ private:
     static int checkLine(void *handle, quint32 severity, int number, const char *file, int line);
     static void writeLine(void *handle, const char *format, va_list arguments);
 
-    /// What of a checked line the write call needs.
-    struct Checked
+    /// A line that checkLine has seen and writeLine not yet.
+    struct CheckedLine
     {
         QString file;
         QString place; ///< file and line
-        QString oddities;
+        QString violations;
     };
 
     QLibrary m_library;
@@ -71,11 +72,11 @@ private:
     LogObject m_original = {};
     QString m_error;
     QStringList m_registrations;
-    std::optional<Checked> m_checked;
+    std::optional<CheckedLine> m_checked;
     Statements m_statements;
-    quint32 m_moduleId = 0; ///< as registered
+    quint32 m_moduleId = 0; ///< result of registerModule
     int m_checks = 0;
-    bool m_refuse = false;
+    bool m_rejectsLines = false;
 };
 
 } // namespace driver

@@ -9,8 +9,9 @@ namespace driver {
 
 namespace {
 
-/// Converts a value to a parameter's type. @return false if the parameter is of another overload
-bool fit(QVariant &argument, QMetaType type)
+/// Converts an argument to a parameter's type.
+/// @return false if the argument does not match the parameter
+bool convert(QVariant &argument, QMetaType type)
 {
     const bool isText = argument.isNull() || argument.typeId() == QMetaType::QString;
     if (isText != (type.id() == QMetaType::QString))
@@ -20,12 +21,12 @@ bool fit(QVariant &argument, QMetaType type)
     return argument.metaType() == type || argument.convert(type);
 }
 
-bool fit(QVariantList &arguments, const QMetaMethod &method)
+bool convert(QVariantList &arguments, const QMetaMethod &method)
 {
     if (arguments.size() != method.parameterCount())
         return false;
     for (int i = 0; i < method.parameterCount(); ++i) {
-        if (!fit(arguments[i], processLifetimeType(method.parameterMetaType(i))))
+        if (!convert(arguments[i], processLifetimeType(method.parameterMetaType(i))))
             return false;
     }
     return true;
@@ -39,9 +40,9 @@ std::optional<QVariant> callByName(QObject &object, const QByteArray &name,
     const QMetaObject *const metaObject = object.metaObject();
     for (int i = metaObject->methodOffset(); i < metaObject->methodCount(); ++i) {
         const QMetaMethod method = metaObject->method(i);
-        QVariantList fitted = arguments;
-        if (method.name() == name && fit(fitted, method))
-            return callMethod(object, method, fitted);
+        QVariantList converted = arguments;
+        if (method.name() == name && convert(converted, method))
+            return callMethod(object, method, converted);
     }
     return std::nullopt;
 }

@@ -9,14 +9,17 @@ class QObject;
 
 namespace driver {
 
-/// Calls a method of an object's own class as QML does: the number of the arguments, and which of
-/// them are texts, choose the overload. A null argument is a null text.
-/// @return the method's result, invalid for a void method; nullopt if no overload fits
+/// Calls a method of the object's class as QML does. The number of arguments, and which of them are
+/// texts, select the overload.
+/// @param name without parameter types
+/// @param arguments a null value becomes a null text
+/// @return the method's result, invalid for a void method; nullopt if no overload accepts the
+/// arguments
 std::optional<QVariant> callByName(QObject &object, const QByteArray &name,
                                    const QVariantList &arguments);
 
-/// Calls one method.
-/// @param arguments of the method's parameter types
+/// Calls a method.
+/// @param arguments values of exactly the parameter types
 /// @return the result; invalid for a void method
 QVariant callMethod(QObject &object, const QMetaMethod &method, QVariantList arguments);
 

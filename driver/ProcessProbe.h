@@ -8,28 +8,33 @@
 
 namespace driver {
 
-// Facts about a process that only the operating system has. Each platform has its source file.
+// Reads facts about processes from the operating system. Each platform has its own source file.
 
-/// Whether the library is mapped into this process, by path or plain name.
+/// @param library path or file name
+/// @return true if the library is loaded in this process
 bool isInMemory(const QString &library);
 
-/// The number of threads; nothing where it can't be told.
+/// @return the number of threads of this process, or nullopt if the platform does not report it
 std::optional<int> threadCount();
 
-/// The open files, sockets and pipes, one line each; nothing where they can't be listed.
+/// @return one line for each open file, socket and pipe of this process, or nullopt if the platform
+/// does not list them
 std::optional<QStringList> openFiles();
 
-/// What has been allocated and not been freed; nothing where it can't be told.
+/// @return the bytes that are allocated and not freed, or nullopt if the platform does not count
+/// them
 std::optional<qint64> allocatedBytes();
 
 /// @return processor time of a running process in milliseconds, or nullopt if it can't be read
 std::optional<qint64> processorTime(qint64 processId);
 
-/// "signal 11, SIGSEGV" for the exit code of a process that crashed.
+/// @param exitCode of a process that crashed
+/// @return a text for reports, "signal 11, SIGSEGV"
 QString describeCrash(int exitCode);
 
-/// The environment of a check: a zone with daylight saving, a locale with two-digit years, all
-/// temporary files in @p folder, and freed memory overwritten at once where the C library can.
+/// Returns the environment of a check. Temporary files and settings are in @p folder. On Linux the
+/// time zone has daylight saving, the locale has two-digit years, and the C library overwrites
+/// freed memory.
 QProcessEnvironment childEnvironment(const QString &folder);
 
 } // namespace driver

@@ -14,7 +14,7 @@ namespace driver {
 
 namespace {
 
-QProcessEnvironment withFixedSurroundings(const QString &folder)
+QProcessEnvironment fixedEnvironment(const QString &folder)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *variable : {"HOME", "TMPDIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME",
@@ -51,7 +51,7 @@ std::optional<QStringList> openFiles()
     QStringList files;
     const QStringList names = descriptors.entryList(QDir::Files | QDir::System);
     for (const QString &name : names) {
-        // The one with which the folder itself is being read is gone by now.
+        // The descriptor that entryList() used to read the folder is closed and has no target.
         const QString target = QFile::symLinkTarget(descriptors.filePath(name));
         if (!target.isEmpty())
             files.append(name + QLatin1String(" -> ") + target);
@@ -71,7 +71,7 @@ std::optional<qint64> processorTime(qint64 processId)
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
     const QByteArray content = file.readAll();
-    // Behind the name, which is in brackets and may hold anything.
+    // The fields follow the name, which is in parentheses and may contain any character.
     const QList<QByteArray> fields = content.mid(content.lastIndexOf(')') + 2).split(' ');
     constexpr qsizetype userTime = 11;
     constexpr qsizetype systemTime = 12;
@@ -89,9 +89,9 @@ QString describeCrash(int exitCode)
 
 QProcessEnvironment childEnvironment(const QString &folder)
 {
-    QProcessEnvironment environment = withFixedSurroundings(folder);
-    // Whoever reads freed memory finds no trace of what was there. Blocks in the thread's own
-    // cache would be left as they are.
+    QProcessEnvironment environment = fixedEnvironment(folder);
+    // glibc overwrites freed memory, so that a read of it gives wrong values. It does not overwrite
+    // blocks in the thread cache, so that cache is off.
     environment.insert(QStringLiteral("GLIBC_TUNABLES"),
                        QStringLiteral("glibc.malloc.perturb=221:glibc.malloc.tcache_count=0"));
     return environment;

@@ -42,11 +42,11 @@ Texts textsOf(const QVariantMap &record, const QString &relayPath, const QVarian
 }
 
 template <typename Predicate>
-void keep(QVariantList &list, Predicate passes)
+void keepIf(QVariantList &list, Predicate matches)
 {
     QVariantList kept;
     for (const QVariant &record : std::as_const(list)) {
-        if (passes(record))
+        if (matches(record))
             kept.append(record);
     }
     list = kept;
@@ -101,7 +101,7 @@ QMap<int, QVariant> timelineItem(const QVariantMap &record, const QString &relay
 
 void filterByTimestamp(QVariantList &list, qint64 start, qint64 end)
 {
-    keep(list, [&](const QVariant &record) {
+    keepIf(list, [&](const QVariant &record) {
         const qint64 value = record.toMap().value(u"startTimestamp"_s).toLongLong();
         return start <= value && value <= end;
     });
@@ -113,7 +113,7 @@ void filterByText(QVariantList &list, const QString &text)
         return;
     const QStringList fields{u"cameraName"_s, u"creator"_s, u"description"_s,
                              u"displayTimeRange"_s};
-    keep(list, [&](const QVariant &record) {
+    keepIf(list, [&](const QVariant &record) {
         return std::any_of(fields.cbegin(), fields.cend(), [&](const QString &field) {
             return textOf(record, field).contains(text, Qt::CaseInsensitive);
         });
@@ -124,7 +124,7 @@ void filterByNodeID(QVariantList &list, const QString &nodeID)
 {
     if (nodeID.isEmpty())
         return;
-    keep(list, [&](const QVariant &record) {
+    keepIf(list, [&](const QVariant &record) {
         return standin::cameraKey(textOf(record, u"relayPath"_s), textOf(record, u"cameraID"_s)) ==
                nodeID;
     });
@@ -197,17 +197,17 @@ QVariantList recordsOf(const QVariantMap &page)
     return records;
 }
 
-/// The values that the records of a page are sorted by.
-QString ranksOf(const QVariantMap &page, const QString &key)
+/// Returns the sort values of the records of a page, one on each line.
+QString sortValues(const QVariantMap &page, const QString &key)
 {
     const bool byDate = key == "displayTimeRange"_L1 || key == "displayDate"_L1;
     const QString format = QLocale::system().dateFormat(QLocale::ShortFormat);
-    QStringList ranks;
+    QStringList values;
     for (const QVariant &record : recordsOf(page)) {
         const QString text = textOf(record, byDate ? u"displayDate"_s : key);
-        ranks.append(byDate ? QDateTime::fromString(text, format).toString(Qt::ISODate) : text);
+        values.append(byDate ? QDateTime::fromString(text, format).toString(Qt::ISODate) : text);
     }
-    return ranks.join(u'\n');
+    return values.join(u'\n');
 }
 
 } // namespace
@@ -224,19 +224,20 @@ QString differenceOf(const QVariantMap &page, const QVariantList &list,
     const QStringList keys = page.keys();
     if (keys != expected.keys() || describe(page[total]) != describe(expected[total]))
         return difference("keys and total", describe(page), describe(expected[total]));
-    if (ranksOf(page, key) != ranksOf(expected, key))
-        return difference("order", ranksOf(page, key), ranksOf(expected, key));
+    if (sortValues(page, key) != sortValues(expected, key))
+        return difference("order", sortValues(page, key), sortValues(expected, key));
     const QVariantList grouped = groups(recordsOf(page), key);
     if (page[u"bookmarkGroupList"_s].toList() != grouped)
         return difference("groups", describe(page[u"bookmarkGroupList"_s]), describe(grouped));
-    // A page may cut through records of equal rank.
-    QVariantMap everything = filterMap;
-    everything[u"pageNumber"_s] = 0;
+    // The end of a page may separate records with equal sort values, so any of these may be on it.
+    QVariantMap allPages = filterMap;
+    allPages[u"pageNumber"_s] = 0;
     QVariantList matching =
-        recordsOf(filteredPage(list, everything, std::numeric_limits<int>::max()));
+        recordsOf(filteredPage(list, allPages, std::numeric_limits<int>::max()));
     for (const QVariant &record : recordsOf(page)) {
         if (!matching.removeOne(record))
-            return difference("records", describe(record), u"one that matches, once"_s);
+            return difference("records", describe(record),
+                              u"a matching record that is not repeated"_s);
     }
     return {};
 }

@@ -9,7 +9,7 @@
 
 namespace driver {
 
-/// A topology plug-in that can be noticed being asked, and that can be made to say anything.
+/// A topology plug-in that records its calls and can return any value.
 class WatchedTopology : public QObject
 {
     Q_OBJECT
@@ -20,23 +20,23 @@ public:
     {
     }
 
-    std::function<void()> onCall;    ///< from inside each question
-    std::optional<QVariantMap> says; ///< instead of what is true
-    QStringList asked;               ///< "0 idRole nameRole" for each question
+    std::function<void()> onCall;      ///< runs inside each call
+    std::optional<QVariantMap> result; ///< replaces the real result
+    QStringList calls;                 ///< arguments of each call, "0 idRole nameRole"
 
     Q_INVOKABLE QVariantMap getValuesFromModel(int tree, const QString &key, const QString &value)
     {
-        asked.append(QStringLiteral("%1 %2 %3").arg(QString::number(tree), key, value));
+        calls.append(QStringLiteral("%1 %2 %3").arg(QString::number(tree), key, value));
         if (const auto callback = onCall)
             callback();
-        return says ? *says : m_topology.getValuesFromModel(tree, key, value);
+        return result ? *result : m_topology.getValuesFromModel(tree, key, value);
     }
 
 private:
     standin::Topology &m_topology;
 };
 
-/// One whose method takes something else, as an older or newer host's might.
+/// A topology plug-in whose method has other parameters, as in another version of the host.
 class ForeignTopology : public QObject
 {
     Q_OBJECT

@@ -39,7 +39,8 @@ QByteArray contentOf(const QString &name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// A file of the least that tells what it is.
+/// Returns the smallest file with a recognised format.
+/// @param at offset of the bytes @p machine
 QByteArray header(const char *start, int at, QByteArray machine)
 {
     QByteArray content(start);
@@ -49,7 +50,7 @@ QByteArray header(const char *start, int at, QByteArray machine)
 
 } // namespace
 
-/// What the checker does around its checks; these prove themselves on the planted faults.
+/// Options, reports and exit codes of the checker. The planted faults test the checks themselves.
 class TestChecker : public QObject
 {
     Q_OBJECT
@@ -57,7 +58,7 @@ class TestChecker : public QObject
     QTemporaryDir m_folder;
 
 private Q_SLOTS:
-    void tellsWhatAFileIs_data()
+    void formatAndProcessorOfFileAreDetected_data()
     {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("format");
@@ -68,7 +69,7 @@ private Q_SLOTS:
                                        "ELF\x02\x01",
                                        18, QByteArray("\xb7\0", 2))
                              << u"ELF for ARM64"_s;
-        QTest::newRow("strange ELF") << QByteArray("\x7f"
+        QTest::newRow("damaged ELF") << QByteArray("\x7f"
                                                    "ELF")
                                      << u"ELF for another machine (damaged header)"_s;
         QTest::newRow("ELF of 32 bits") << header("\x7f"
@@ -76,36 +77,36 @@ private Q_SLOTS:
                                                   18, QByteArray("\x3e\0", 2))
                                         << u"ELF for x86-64 (32 bits)"_s;
         QTest::newRow("text") << QByteArray("#!/bin/sh") << u"no library"_s;
-        QTest::newRow("nothing") << QByteArray() << u"no library"_s;
+        QTest::newRow("empty") << QByteArray() << u"no library"_s;
     }
-    void tellsWhatAFileIs()
+    void formatAndProcessorOfFileAreDetected()
     {
         QFETCH(const QByteArray, content);
         QTEST(check::formatOf(content), "format");
         check::ElfFile::read(content);
     }
 
-    void readsDamagedLibraries()
+    void damagedLibraryIsReadWithoutCrash()
     {
-        const QByteArray whole = contentOf(QStringLiteral(TESSALINE_PLUGIN_PATH));
-        const auto file = check::ElfFile::read(whole);
+        const QByteArray content = contentOf(QStringLiteral(TESSALINE_PLUGIN_PATH));
+        const auto file = check::ElfFile::read(content);
         if (!file)
-            QSKIP("No ELF library is at hand");
+            QSKIP("The library of this build is not an ELF file");
         QVERIFY(file->exported.contains("qt_plugin_instance"));
         QVERIFY(file->undefined.size() > 10);
-        // Cut off anywhere, or with any byte of its headers turned over, it ends in less.
-        for (qsizetype size = 0; size < whole.size(); size += 1 + size / 8)
-            check::ElfFile::read(whole.first(size));
+        // Cut the file at many offsets, and invert single bytes of its headers.
+        for (qsizetype size = 0; size < content.size(); size += 1 + size / 8)
+            check::ElfFile::read(content.first(size));
         for (qsizetype i = 0; i < 2000; i += 37) {
-            for (const qsizetype position : {i, whole.size() - 1 - i}) {
-                QByteArray damaged = whole;
+            for (const qsizetype position : {i, content.size() - 1 - i}) {
+                QByteArray damaged = content;
                 damaged[position] = char(~damaged.at(position));
                 check::ElfFile::read(damaged);
             }
         }
     }
 
-    void writesReportsForMachines()
+    void reportsAreWrittenAsJsonAndJUnit()
     {
         const QTemporaryDir folder;
         const QString json = folder.filePath(u"report.json"_s);
@@ -144,27 +145,28 @@ private Q_SLOTS:
         QVERIFY(!check::writeJson(u"/nowhere/report"_s, 7, reports).isEmpty());
     }
 
-    void judges_data()
+    void resultHasStatusAndFirstFinding_data()
     {
-        // "fail", "warn" and "skip" with a text, or "compare" with two; "/" ends a line.
-        addTable({"steps", "verdict"}, uR"(
-nothing to say     |                         | pass 1 looked at
+        // The steps "fail", "warn" and "skip" have one text, "compare" has two; "/" is a line
+        // break.
+        addTable({"steps", "result"}, uR"(
+no finding         |                         | pass summary
 warned             | warn w; warn v          | warning w, v
 skipped            | warn w; skip s          | skipped s, w
 failed             | warn w; fail a; fail b  | fail a, b, w
 failed before      | fail a; skip s          | fail a
-equal              | compare a/b a/b         | pass 1 looked at
-another line       | compare a/b/c a/x/y     | fail what: expected b, found x
-the only line      | compare  a              | fail what: expected nothing, found a
-a line more        | compare a a/b           | fail what: expected nothing, found b
-a line less        | compare a/b a           | fail what: expected b, found nothing
-an empty line more | compare a a/            | fail what: expected nothing, found an empty line)"_s);
+equal              | compare a/b a/b         | pass summary
+another line       | compare a/b/c a/x/y     | fail subject: expected b, found x
+the only line      | compare  a              | fail subject: expected nothing, found a
+a line more        | compare a a/b           | fail subject: expected nothing, found b
+a line less        | compare a/b a           | fail subject: expected b, found nothing
+an empty line more | compare a a/            | fail subject: expected nothing, found an empty line)"_s);
     }
-    void judges()
+    void resultHasStatusAndFirstFinding()
     {
         QFETCH(const QString, steps);
         check::CheckContext context(u"lib"_s, 1);
-        context.summarize(u"1 looked at"_s);
+        context.summarize(u"summary"_s);
         for (const QString &step : steps.split(u"; "_s)) {
             QStringList words = QString(step).replace(u'/', u'\n').split(u' ');
             if (words.at(0) == u"fail")
@@ -174,14 +176,14 @@ an empty line more | compare a a/            | fail what: expected nothing, foun
             else if (words.at(0) == u"skip")
                 context.skip(words.at(1));
             else if (words.at(0) == u"compare")
-                context.compare(u"what"_s, words.at(1), words.at(2));
+                context.compare(u"subject"_s, words.at(1), words.at(2));
         }
         const check::Result found = context.result();
         const QStringList lines = QStringList(found.line) + found.more;
-        QTEST(check::wordFor(found.status) + u' ' + lines.join(u", "_s), "verdict");
+        QTEST(check::wordFor(found.status) + u' ' + lines.join(u", "_s), "result");
     }
 
-    void exitCodes_data()
+    void exitCodeIsOneUnlessCheckPassedAndNoneFailed_data()
     {
         addTable({"statuses", "code", "summary"}, uR"(
 none           |                  | 1 | no check ran
@@ -191,7 +193,7 @@ failed         | pass fail        | 1 | 2 checks: 1 pass, 1 fail
 crashed        | crash pass       | 1 | 2 checks: 1 pass, 1 crash
 never ended    | timeout pass     | 1 | 2 checks: 1 pass, 1 timeout)"_s);
     }
-    void exitCodes()
+    void exitCodeIsOneUnlessCheckPassedAndNoneFailed()
     {
         QFETCH(const QString, statuses);
         QList<check::Result> results;
@@ -201,17 +203,17 @@ never ended    | timeout pass     | 1 | 2 checks: 1 pass, 1 timeout)"_s);
         QTEST(check::summaryOf(results), "summary");
     }
 
-    void numbersOfOptions_data()
+    void numberOutsideOfRangeIsRejected_data()
     {
         addTable({"arguments", "error"}, uR"(
 lowest          | lib --level=1 --seed=0 --timeout=1 |
 highest         | lib --level=6 --seed=4294967295 --timeout=86400 |
-level below     | lib --level=0          | --level takes a number from 1 to 6
-seed above      | lib --seed=4294967296  | --seed takes a number from 0 to 4294967295
-no time         | lib --timeout=0        | --timeout takes a number from 1 to 86400
-no library      | --timeout=1            | name at least one library; see --help)"_s);
+level below     | lib --level=0          | --level: expected a number from 1 to 6
+seed above      | lib --seed=4294967296  | --seed: expected a number from 0 to 4294967295
+no time         | lib --timeout=0        | --timeout: expected a number from 1 to 86400
+no library      | --timeout=1            | no LIBRARY is named; see --help)"_s);
     }
-    void numbersOfOptions()
+    void numberOutsideOfRangeIsRejected()
     {
         QFETCH(const QString, arguments);
         QString error;
@@ -221,12 +223,12 @@ no library      | --timeout=1            | name at least one library; see --help
     }
 
 #ifdef Q_OS_UNIX
-    void refusesFilesAtOnce_data();
-    void refusesFilesAtOnce();
+    void fileThatIsNoLibraryIsRejected_data();
+    void fileThatIsNoLibraryIsRejected();
 #endif
 
-    /// In the library itself, with another text of the same length.
-    void searchFoldersBeginAtTheLibrary_data()
+    /// Replaces the search folders in a copy of the library by a text of the same length.
+    void searchFoldersMustBeginWithOrigin_data()
     {
         addTable({"folders", "found"}, uR"(
 as built            | $ORIGIN/../lib |
@@ -235,10 +237,10 @@ the folder and another | $ORIGIN:lib/aa | lib/aa
 longer word         | $ORIGINAL/libs | $ORIGINAL/libs
 other variable      | $ORIGIN:$LIB/x | $LIB/x
 absolute            | /opt/build/lib | /opt/build/lib
-empty at the end    | $ORIGIN/../li: | an empty one
-empty at the start  | :$ORIGIN/../li | an empty one)"_s);
+empty at the end    | $ORIGIN/../li: | an empty folder
+empty at the start  | :$ORIGIN/../li | an empty folder)"_s);
     }
-    void searchFoldersBeginAtTheLibrary()
+    void searchFoldersMustBeginWithOrigin()
     {
         QFETCH(const QString, folders);
         QFETCH(const QString, found);
@@ -254,10 +256,10 @@ empty at the start  | :$ORIGIN/../li | an empty one)"_s);
         process.start(QStringLiteral(CHECKER), {file.fileName(), u"--include=1.build-paths"_s});
         QVERIFY(process.waitForFinished());
         const QString output = QString::fromLocal8Bit(process.readAllStandardOutput());
-        const QString complaint = u"search folders that begin with $ORIGIN, found "_s;
+        const QString failure = u"search folders that begin with $ORIGIN, found "_s;
         QVERIFY2(output.contains(u"1.build-paths"_s), qPrintable(output));
-        QVERIFY2(found.isEmpty() || output.contains(complaint + found), qPrintable(output));
-        QCOMPARE(output.contains(complaint), !found.isEmpty());
+        QVERIFY2(found.isEmpty() || output.contains(failure + found), qPrintable(output));
+        QCOMPARE(output.contains(failure), !found.isEmpty());
     }
 
     void libraryThatDoesNotLoadIsReportedOnce()
@@ -301,7 +303,7 @@ empty at the start  | :$ORIGIN/../li | an empty one)"_s);
     }
 #endif
 
-    void endsWithTheRightCode_data()
+    void exitCodeDependsOnArguments_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<int>("code");
@@ -324,7 +326,7 @@ empty at the start  | :$ORIGIN/../li | an empty one)"_s);
         QTest::newRow("bad level") << QStringList{library, u"--level"_s, u"7"_s} << 2;
         QTest::newRow("bad pattern") << QStringList{library, u"--include"_s, u"("_s} << 2;
     }
-    void endsWithTheRightCode()
+    void exitCodeDependsOnArguments()
     {
         QFETCH(const QStringList, arguments);
         QProcess process;
@@ -336,8 +338,8 @@ empty at the start  | :$ORIGIN/../li | an empty one)"_s);
 };
 
 #ifdef Q_OS_UNIX
-/// One line and exit code 2 for a file that no check can be run on.
-void TestChecker::refusesFilesAtOnce_data()
+/// The checker prints one line and returns exit code 2.
+void TestChecker::fileThatIsNoLibraryIsRejected_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("problem");
@@ -366,9 +368,9 @@ void TestChecker::refusesFilesAtOnce_data()
     mkfifo(qPrintable(pipe), 0600);
     for (const QString &other : {pipe, u"/dev/zero"_s, u"/"_s})
         QTest::newRow(qPrintable(other)) << other << u"expected a regular file"_s;
-    QTest::newRow("missing") << u"/none.so"_s << u"there is no such file"_s;
+    QTest::newRow("missing") << u"/none.so"_s << u"the file does not exist"_s;
 }
-void TestChecker::refusesFilesAtOnce()
+void TestChecker::fileThatIsNoLibraryIsRejected()
 {
     QFETCH(const QString, path);
     QFETCH(const QString, problem);

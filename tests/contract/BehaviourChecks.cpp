@@ -4,7 +4,7 @@
 
 #include <QtCore/QDateTime>
 
-// Level 4: requests and answers that a scenario can't write down.
+// Level 4: requests and answers that a scenario file can't describe.
 
 namespace check {
 
@@ -27,7 +27,7 @@ void checkDateTimes(CheckContext &context)
     const QString end = u"2024/07/01 01:02:03"_s;
     const QString query = u"queryBookmarkForAPI(['1'], '%1', '%2')"_s;
     const QString batch = u"addBookmarks([{}], '%1', '%2', '', '', '')"_s;
-    // Forwards, backwards and for a moment: the order is the server's business.
+    // Also with the end before the start: the server, not the plug-in, checks the order.
     const QString leapDay = u"2024/02/29 12:00:00"_s;
     const QString beforeEpoch = u"1969/12/30 23:59:59"_s;
     for (const auto &[first, last] : {std::pair(start, end), std::pair(end, start),
@@ -57,14 +57,14 @@ void checkDateTimes(CheckContext &context)
         }
     }
     const QString epoch = QDateTime::fromMSecsSinceEpoch(0).toString(u"yyyy/MM/dd hh:mm:ss"_s);
-    context.compare(u"the epoch, which counts as no time"_s,
+    context.compare(u"the epoch, which counts as a missing time"_s,
                     u"signal queryBookmarkForApiFinished(false)"_s,
                     host->play(query.arg(epoch, end)));
-    context.summarize(u"local times as yyyy/MM/dd hh:mm:ss, and nothing else"_s);
+    context.summarize(u"accepts local times as yyyy/MM/dd hh:mm:ss and no other texts"_s);
 }
 
-/// A command whose answer only says whether it was done.
-struct Outcome
+/// A command, and the signal and log line of its answer.
+struct AnswerRow
 {
     const char *command;
     const char *signal;     ///< null for none
@@ -72,13 +72,13 @@ struct Outcome
     bool isSilentOnSuccess = false;
 };
 
-constexpr Outcome outcomes[] = {
+constexpr AnswerRow answerRows[] = {
     {"AddBookmark", "addBookmarkResponsed", "add bookmark failed"},
     {"DeleteBookmark", "deleteBookmarkResponsed", "delete bookmark failed"},
     {"RemoveAllBookmarks", "removeAllBookmarksResponsed", "remove bookmark failed: %d"},
     {"UpdateBookmark", "updateBookmarkResponsed", "update bookmark failed"},
     {"QueryBookmarkForRecent", "queryBookmarkForRecentResponsed", "query bookmarks failed"},
-    // The plug-in signals this failure even for an unknown context.
+    // An unknown context: only a failure is signalled.
     {"QueryBookmarkForTimeline", "queryBookmarkForTimelineResponsed", "query bookmarks failed",
      true},
     {"QueryBookmarkForApi", "queryBookmarkForApiFinished", nullptr},
@@ -86,18 +86,18 @@ constexpr Outcome outcomes[] = {
     {"DeleteBookmarks", nullptr, nullptr},
 };
 
-QString traceOf(const Outcome &outcome, const QString &code)
+QString traceOf(const AnswerRow &row, const QString &code)
 {
     const bool success = code == u"0";
     QStringList lines;
-    if (!success && outcome.failureLog) {
-        const QString log = QLatin1String(outcome.failureLog);
+    if (!success && row.failureLog) {
+        const QString log = QLatin1String(row.failureLog);
         lines.append(u"log Tessaline: %s, %1 <Tessaline::CommandProcessor%2>"_s.arg(
             log, log.contains(u"%d"_s) ? u", "_s + code : QString()));
     }
-    if (outcome.signal && !(success && outcome.isSilentOnSuccess))
-        lines.append(u"signal %1(%2)"_s.arg(QLatin1String(outcome.signal),
-                                            success ? u"true"_s : u"false"_s));
+    if (row.signal && !(success && row.isSilentOnSuccess))
+        lines.append(
+            u"signal %1(%2)"_s.arg(QLatin1String(row.signal), success ? u"true"_s : u"false"_s));
     return lines.join(u'\n');
 }
 
@@ -106,16 +106,16 @@ void checkResultCodes(CheckContext &context)
     LoggingHost host(context);
     if (!host)
         return;
-    for (const Outcome &outcome : outcomes) {
-        const QString command = QLatin1String(outcome.command);
+    for (const AnswerRow &row : answerRows) {
+        const QString command = QLatin1String(row.command);
         for (const QString &code : {u"0"_s, u""_s, QString(), u"0 "_s, u" 0"_s, u"00"_s, u"-0"_s,
                                     u"OK"_s, u"-999"_s, u"%s%n"_s, u"\u0660"_s}) {
             host->answer(command, QVariant(), u"A"_s, nullptr, code);
-            context.compare(u"%1 with the code '%2'"_s.arg(command, code), traceOf(outcome, code),
+            context.compare(u"%1 with the code '%2'"_s.arg(command, code), traceOf(row, code),
                             host->takeTrace().join(u'\n'));
         }
     }
-    context.summarize(u"0 alone is success"_s);
+    context.summarize(u"only the code 0 is a success"_s);
 }
 
 void checkTextsUnchanged(CheckContext &context)
@@ -123,9 +123,9 @@ void checkTextsUnchanged(CheckContext &context)
     LoggingHost host(context);
     if (!host)
         return;
-    // The commands when every text that the caller passes is this one.
+    // Calls the requests with this text as every argument and returns the commands.
     const auto commandsWith = [&](const QString &text) {
-        host->renewObject();
+        host->recreateObject();
         host->play(u"grant"_s);
         host->call("addBookmark", {text, text, text, 1LL, 2LL, text, text, text});
         host->call("deleteBookmark", {text, text});
@@ -146,7 +146,7 @@ void checkTextsUnchanged(CheckContext &context)
                     commandsWith(u"plain"_s).replace(describe(u"plain"_s), describe(odd)),
                     commandsWith(odd));
     context.summarize(
-        u"texts with format signs, controls, half characters and half a million more"_s);
+        u"texts with placeholders, control characters, lone surrogates and half a million letters"_s);
 }
 
 } // namespace
@@ -154,9 +154,9 @@ void checkTextsUnchanged(CheckContext &context)
 std::vector<Check> behaviourChecks()
 {
     return {
-        {"4.result-codes", "Which result codes are success", checkResultCodes},
-        {"4.texts-unchanged", "Texts reach the commands as they are", checkTextsUnchanged},
-        {"4.date-times", "Times given as text", checkDateTimes},
+        {"4.result-codes", "Only the result code 0 is a success", checkResultCodes},
+        {"4.texts-unchanged", "Texts reach the commands unchanged", checkTextsUnchanged},
+        {"4.date-times", "Requests accept times as texts of one format", checkDateTimes},
     };
 }
 

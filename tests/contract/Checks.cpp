@@ -16,7 +16,7 @@ std::vector<Check> scenarioChecks(int level)
         QDir(QStringLiteral(":/scenarios")).entryInfoList({QStringLiteral("%1.*").arg(level)});
     for (const QFileInfo &info : files) {
         const ScenarioFile file = ScenarioFile::read(info.filePath());
-        const auto play = level == 6 ? playShortOfMemory : playScenarios;
+        const auto play = level == 6 ? playWithFailingMemory : playScenarios;
         checks.push_back({file.name.toLatin1(), file.proves.toUtf8(),
                           [=](CheckContext &context) { play(context, file); }});
     }

@@ -9,18 +9,18 @@ namespace check {
 
 class CheckContext;
 
-/// One check: a name, what it proves, and the function that carries it out.
+/// One check of the contract.
 struct Check
 {
-    QByteArray name;   ///< "LEVEL.WORDS", unique
-    QByteArray proves; ///< one line for people
+    QByteArray name;   ///< unique, "LEVEL.WORDS"
+    QByteArray proves; ///< statement of the contract, one line for --list
     std::function<void(CheckContext &context)> run;
 
-    /// The number in front of the name, 1 to 6.
+    /// @return the number at the start of the name, 1 to 6
     int level() const { return name.at(0) - '0'; }
 };
 
-// One group for each topic; each is the table at the end of its file.
+// Each group is the table at the end of its source file.
 std::vector<Check> fileChecks();
 std::vector<Check> lifeChecks();
 std::vector<Check> surfaceChecks();
@@ -29,16 +29,17 @@ std::vector<Check> recordChecks();
 std::vector<Check> listChecks();
 std::vector<Check> hostileValueChecks();
 std::vector<Check> hostileHostChecks();
-/// Those of the level that are written as scenarios.
+/// @return one check for each scenario file of a level
 std::vector<Check> scenarioChecks(int level);
 
-/// All checks, in the order of their levels.
+/// @return all checks, in the order of their levels
 const std::vector<Check> &allChecks();
 
-/// The check that the library can be loaded; without that none from level 2 on can pass.
+/// Checks that the library can be loaded. If it fails, the checker runs no other check of level 2
+/// or above.
 inline constexpr const char *loadCheck = "2.load";
 
-/// @return the check of that name, or null
+/// @return the check with that name, or null
 const Check *findCheck(const QByteArray &name);
 
 } // namespace check

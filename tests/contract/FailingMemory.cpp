@@ -15,12 +15,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-// There in a build that counts executed lines.
+// Defined only in a build that measures coverage.
 extern "C" void __gcov_init(void *) __attribute__((weak)); // NOLINT(bugprone-reserved-identifier)
 
-// The functions between an allocation and its true caller are recognised by their section.
+// Marks functions of this file that may be on the stack between an allocation and its caller.
 #define HOOK [[gnu::section("memory_hooks"), gnu::noinline]]
-// NOLINTNEXTLINE(bugprone-reserved-identifier): made by the linker
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the linker defines these names
 extern "C" const char __start_memory_hooks, __stop_memory_hooks;
 
 namespace {
@@ -29,9 +29,9 @@ enum class Mode { Off, Watching, FailingAt, FailingOn, Forking };
 
 Mode s_mode = Mode::Off;
 int s_countdown = 0;
-bool s_isDouble = false;
-bool s_isDead = false; ///< by a signal
-int s_tried = 0;
+bool s_isChild = false;
+bool s_hasCrashed = false;
+int s_forkCount = 0;
 int s_pipe[2] = {-1, -1};
 
 std::string &reports()
@@ -40,14 +40,14 @@ std::string &reports()
     return lines;
 }
 
-/// "/" and the name of the plug-in's file.
+/// "/" and the file name of the plug-in
 std::string &library()
 {
     static std::string name;
     return name;
 }
 
-// In arrays, as nothing here may allocate.
+// Fixed arrays, because this code must not allocate.
 std::array<void *, 1 << 14> s_blocks;
 std::size_t s_blockCount = 0;
 
@@ -56,7 +56,7 @@ struct Range
     ElfW(Addr) begin, end;
     bool isPlugin;
 };
-std::array<Range, 16> s_ranges; ///< of the project's own code, the program's included
+std::array<Range, 16> s_ranges; ///< code of the plug-in, the stand-ins and this program
 std::size_t s_rangeCount = 0;
 
 bool endsWith(const char *text, const std::string &end)
@@ -65,7 +65,7 @@ bool endsWith(const char *text, const std::string &end)
     return length >= end.size() && text + length - end.size() == end;
 }
 
-int noteRanges(dl_phdr_info *info, std::size_t, void *)
+int addRanges(dl_phdr_info *info, std::size_t, void *)
 {
     const bool isPlugin = endsWith(info->dlpi_name, library());
     if (!isPlugin && *info->dlpi_name &&
@@ -81,6 +81,7 @@ int noteRanges(dl_phdr_info *info, std::size_t, void *)
     return 0;
 }
 
+/// Returns true if the plug-in is the nearest caller of the project's own code.
 HOOK bool isForPlugin()
 {
     void *frames[64];
@@ -97,21 +98,23 @@ HOOK bool isForPlugin()
     return false;
 }
 
-/// Tells whose code was running. Qt's own is known to read what it could not allocate.
-void reportDeath(int number)
+/// Signal handler: reports the signal and the library whose code crashed. Crashes inside Qt are
+/// expected, because Qt reads some memory that it could not allocate.
+void reportCrash(int number)
 {
     s_mode = Mode::Off;
-    s_isDead = true;
+    s_hasCrashed = true;
     void *frames[64];
     const int count = backtrace(frames, 64);
     std::string owner;
-    for (int i = 2; i < count && owner.empty(); ++i) { // this function, the return from it
+    for (int i = 2; i < count && owner.empty(); ++i) { // skip this function and the signal frame
         Dl_info info = {};
         const std::string name = dladdr(frames[i], &info) ? info.dli_fname : "?";
         if (name.find("/libc.so") == std::string::npos)
             owner = name.substr(name.rfind('/') + 1);
     }
-    failingmemory::endDouble("died of signal " + std::to_string(number) + " in " + owner + '\n');
+    failingmemory::endChild("crashed with signal " + std::to_string(number) + " in " + owner +
+                            '\n');
 }
 
 void forkAndWait(Mode mode)
@@ -119,9 +122,9 @@ void forkAndWait(Mode mode)
     const pid_t child = fork();
     if (child == 0) {
         for (const int number : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL})
-            std::signal(number, reportDeath);
+            std::signal(number, reportCrash);
         alarm(20); // seconds
-        s_isDouble = true;
+        s_isChild = true;
         s_countdown = 0;
         s_mode = mode;
         return;
@@ -135,16 +138,16 @@ void forkAndWait(Mode mode)
         reports().append(text.data(), std::size_t(size));
 }
 
-/// Whether this allocation is to fail, when the plug-in makes it.
-bool fails()
+/// Returns true if this allocation of the plug-in shall fail.
+bool shallFail()
 {
     if (s_mode == Mode::Forking) {
-        ++s_tried;
+        ++s_forkCount;
         for (const Mode mode : {Mode::FailingAt, Mode::FailingOn}) {
             s_mode = Mode::Off;
             forkAndWait(mode);
-            if (s_isDouble)
-                return fails();
+            if (s_isChild)
+                return shallFail();
         }
         s_mode = Mode::Forking;
     }
@@ -155,24 +158,24 @@ bool fails()
     return s_mode == Mode::FailingOn;
 }
 
-/// Whether the allocation that is going on has to fail; @p isNoted tells whether the plug-in makes
-/// it.
-HOOK bool isRefused(bool &isNoted)
+/// Returns true if the current allocation shall fail.
+/// @param isCounted set to true if the allocation is the plug-in's
+HOOK bool failsNow(bool &isCounted)
 {
     const Mode mode = std::exchange(s_mode, Mode::Off); // finding the caller may allocate
-    isNoted = mode != Mode::Off && isForPlugin();
+    isCounted = mode != Mode::Off && isForPlugin();
     s_mode = mode;
-    return isNoted && fails();
+    return isCounted && shallFail();
 }
 
-void note(void *block)
+void addBlock(void *block)
 {
     if (s_blockCount == s_blocks.size())
         std::abort();
     s_blocks[s_blockCount++] = block;
 }
 
-void forget(void *block)
+void removeBlock(void *block)
 {
     const auto end = s_blocks.begin() + std::ptrdiff_t(s_blockCount);
     const auto found = block ? std::find(s_blocks.begin(), end, block) : end;
@@ -182,16 +185,16 @@ void forget(void *block)
 
 } // namespace
 
-// The loaded libraries take these instead of the runtime's, as every program's own come first.
-#ifdef FAILING_MEMORY_IS_NEW_ALONE
+// Symbols of the program take precedence, so all loaded libraries use these functions.
+#ifdef FAILING_MEMORY_ONLY_NEW
 HOOK void *operator new(std::size_t size, const std::nothrow_t &) noexcept
 {
-    bool isNoted = false;
-    if (isRefused(isNoted))
+    bool isCounted = false;
+    if (failsNow(isCounted))
         return nullptr;
     void *const block = std::malloc(size);
-    if (isNoted)
-        note(block);
+    if (isCounted)
+        addBlock(block);
     return block;
 }
 HOOK void *operator new(std::size_t size)
@@ -202,7 +205,7 @@ HOOK void *operator new(std::size_t size)
 }
 void operator delete(void *block) noexcept
 {
-    forget(block);
+    removeBlock(block);
     std::free(block);
 }
 void operator delete(void *block, std::size_t) noexcept
@@ -216,13 +219,13 @@ void __libc_free(void *);                  // NOLINT(bugprone-reserved-identifie
 
 HOOK void *realloc(void *old, std::size_t size)
 {
-    bool isNoted = false;
-    if (isRefused(isNoted))
+    bool isCounted = false;
+    if (failsNow(isCounted))
         return nullptr;
     void *const block = __libc_realloc(old, size);
-    forget(old);
-    if (isNoted)
-        note(block);
+    removeBlock(old);
+    if (isCounted)
+        addBlock(block);
     return block;
 }
 HOOK void *malloc(std::size_t size)
@@ -236,7 +239,7 @@ HOOK void *calloc(std::size_t count, std::size_t size)
 }
 void free(void *block)
 {
-    forget(block);
+    removeBlock(block);
     __libc_free(block);
 }
 } // extern "C"
@@ -251,8 +254,8 @@ void setLibrary(const std::string &path)
 
 void watch()
 {
-    s_rangeCount = 0; // the library may have been loaded anew, to another place
-    dl_iterate_phdr(noteRanges, nullptr);
+    s_rangeCount = 0; // the library may have another address after a reload
+    dl_iterate_phdr(addRanges, nullptr);
     isForPlugin(); // its first call loads the unwinder
     if (s_pipe[0] < 0 && (pipe(s_pipe) != 0 || fcntl(s_pipe[0], F_SETFL, O_NONBLOCK) != 0))
         std::abort();
@@ -282,16 +285,17 @@ std::size_t blocks()
     return s_blockCount;
 }
 
-bool isDouble()
+bool isChild()
 {
-    return s_isDouble;
+    return s_isChild;
 }
 
-void endDouble(const std::string &report)
+void endChild(const std::string &report)
 {
     const int code = write(s_pipe[1], report.data(), report.size()) < 0 ? 1 : 0;
-    // Only an ordinary exit writes the counts of each library; a dead process has no ordinary exit.
-    if (__gcov_init && !s_isDead)
+    // The coverage counters of all libraries are written only by exit(), which a crashed process
+    // must not call.
+    if (__gcov_init && !s_hasCrashed)
         std::exit(code);
     _exit(code);
 }
@@ -301,9 +305,9 @@ std::string takeReports()
     return std::exchange(reports(), {});
 }
 
-int tried()
+int forkCount()
 {
-    return s_tried;
+    return s_forkCount;
 }
 
 } // namespace failingmemory

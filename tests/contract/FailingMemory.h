@@ -3,41 +3,41 @@
 #include <cstddef>
 #include <string>
 
-// Lets allocations fail: those of the plug-in's own code and those that Qt makes for it, which are
-// the ones whose nearest caller outside of Qt and the runtime is the plug-in. The memory of the
-// stand-ins is not the plug-in's to handle.
+// Makes allocations of the plug-in fail: those of its own code, and those of Qt and the C++ runtime
+// that it calls. Allocations of the stand-ins do not fail.
 
 namespace failingmemory {
 
-/// Whether operator new alone can fail; the sanitizers need the C functions for themselves.
+/// True if only operator new can fail. The sanitizers replace malloc() and free() themselves.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define FAILING_MEMORY_IS_NEW_ALONE
-constexpr bool IsNewAlone = true;
+#define FAILING_MEMORY_ONLY_NEW
+constexpr bool OnlyNewFails = true;
 #else
-constexpr bool IsNewAlone = false;
+constexpr bool OnlyNewFails = false;
 #endif
 
-/// The file of the plug-in; set before anything else.
+/// Sets the file of the plug-in. Call it before the other functions.
 void setLibrary(const std::string &path);
-/// Nothing fails, but what the plug-in allocates is noted.
+/// Counts the plug-in's blocks; no allocation fails.
 void watch();
-/// The n-th allocation from now fails, counted from 0.
+/// Like watch(), but allocation number @p n from now fails, counted from 0.
 void failAt(int n);
-/// At each allocation the process is doubled twice: in one double only that allocation fails, in
-/// the other all that follow too. The process itself goes on when its doubles have ended.
+/// Like watch(), but forks twice at each allocation and waits for the children. In the first child
+/// only this allocation fails, in the second one this and all later ones.
 void forkAtEach();
-/// Nothing fails any more.
+/// No allocation fails or is counted any more.
 void stop();
 
-/// Number of blocks noted and not yet freed.
+/// @return the number of counted blocks that are not freed
 std::size_t blocks();
 
-bool isDouble();
-/// Ends a double. What it has to say reaches the process.
-[[noreturn]] void endDouble(const std::string &report);
-/// What all doubles said since the last call, and how those ended that did not come to speak.
+/// @return true in a child of forkAtEach()
+bool isChild();
+/// Ends a child and passes its report to the parent.
+[[noreturn]] void endChild(const std::string &report);
+/// Removes and returns the reports of the children, with a line for each child that crashed.
 std::string takeReports();
-/// How many allocations have failed in doubles so far.
-int tried();
+/// @return the number of allocations at which forkAtEach() forked
+int forkCount();
 
 } // namespace failingmemory

@@ -11,7 +11,7 @@
 
 #include <algorithm>
 
-// Level 1: the file, as far as it can be judged without running it.
+// Level 1: the library file. The plug-in object is not created.
 
 namespace check {
 
@@ -27,13 +27,14 @@ QByteArray contentOf(CheckContext &context)
     return file.readAll();
 }
 
-/// @return the library as an ELF file; for another format the check is skipped
+/// @return the library as an ELF file; nullopt for another format, for which the check is skipped
 std::optional<ElfFile> elfFileOf(CheckContext &context)
 {
     const QByteArray content = contentOf(context);
     auto file = ElfFile::read(content);
     if (!file)
-        context.skip(u"read from ELF libraries of 64 bits only; this is "_s + formatOf(content));
+        context.skip(u"this check reads only 64-bit ELF libraries, and this is "_s +
+                     formatOf(content));
     return file;
 }
 
@@ -48,13 +49,13 @@ void checkExports(CheckContext &context)
     const auto file = elfFileOf(context);
     if (!file)
         return;
-    // With symbol versions in use the name of the version is exported as well.
+    // The linker also exports the file name, as the name of the base version.
     QList<QByteArray> names = file->exported;
     names.removeAll(QFile::encodeName(context.library().section(u'/', -1)));
     context.expect(joined(names) == u"qt_plugin_instance qt_plugin_query_metadata_v2",
                    u"the symbols qt_plugin_instance and qt_plugin_query_metadata_v2"_s,
                    joined(names));
-    context.summarize(u"the two entry points and nothing else"_s);
+    context.summarize(u"exports only the two entry points"_s);
 }
 
 void checkUnresolved(CheckContext &context)
@@ -62,8 +63,8 @@ void checkUnresolved(CheckContext &context)
     const auto file = elfFileOf(context);
     if (!file)
         return;
-    // Asked for in the library itself and in what it names as needed, not in this process: what
-    // happens to be here may be missing there.
+    // Searches only the library and the libraries that it names as needed: a symbol that another
+    // library of this process defines may be missing in the client.
     QLibrary library(context.library());
     if (!library.load()) {
         context.fail(u"expected a library that loads, found: "_s + library.errorString());
@@ -73,7 +74,8 @@ void checkUnresolved(CheckContext &context)
         context.expect(library.resolve(name.constData()), u"all symbols in the needed libraries"_s,
                        u"no "_s + QString::fromLatin1(name));
     library.unload();
-    context.summarize(u"%1 symbols, all in the needed libraries"_s.arg(file->undefined.size()));
+    context.summarize(
+        u"the needed libraries define all %1 undefined symbols"_s.arg(file->undefined.size()));
 }
 
 void checkDependencies(CheckContext &context)
@@ -87,7 +89,7 @@ void checkDependencies(CheckContext &context)
     for (const QByteArray &name : file->needed) {
         const QString text = QString::fromUtf8(name);
         context.expect(known.match(text).hasMatch(),
-                       u"Qt Core, Qt Gui, the timeline model library and the C++ runtime alone"_s,
+                       u"only Qt Core, Qt Gui, the timeline model library and the C++ runtime"_s,
                        text);
     }
     context.summarize(u"needs "_s + joined(file->needed));
@@ -96,24 +98,24 @@ void checkDependencies(CheckContext &context)
 void checkBuildPaths(CheckContext &context)
 {
     if (const auto file = ElfFile::read(contentOf(context))) {
-        // The loader resolves an empty or relative element against the current folder.
+        // The loader resolves an empty or relative folder against the current folder.
         for (const QByteArray &folder : file->searchFolders) {
             context.expect((folder + '/').startsWith("$ORIGIN/") || folder.startsWith("${ORIGIN}"),
                            u"search folders that begin with $ORIGIN"_s,
-                           folder.isEmpty() ? u"an empty one, which is the current folder"_s
+                           folder.isEmpty() ? u"an empty folder, which means the current folder"_s
                                             : QString::fromUtf8(folder));
         }
     }
-    // Absolute paths of sources and debug files. Paths of system headers are no leak.
+    // Absolute paths of sources and debug files. Paths of system headers are harmless.
     static const QRegularExpression path(
         u"(?<![\\w.$}-])((/[\\w.+-]+){2,}|[A-Za-z]:[\\\\/][\\w.+\\\\/ -]+)"
         "\\.(cpp|cxx|cc|h|hpp|moc|pdb)(?!\\w)"_s);
     auto match = path.globalMatch(QString::fromLatin1(contentOf(context)));
     while (match.hasNext()) {
         const QString found = match.next().captured();
-        context.expect(found.startsWith(u"/usr/"), u"no file of the build machine"_s, found);
+        context.expect(found.startsWith(u"/usr/"), u"no path of the build machine"_s, found);
     }
-    context.summarize(u"no absolute path of a source, no search folder outside of $ORIGIN"_s);
+    context.summarize(u"no path of a source file, no search folder outside of $ORIGIN"_s);
 }
 
 void checkHardening(CheckContext &context)
@@ -122,10 +124,11 @@ void checkHardening(CheckContext &context)
     if (!file)
         return;
     context.expect(file->isRelro, u"data that is read-only after relocation (-z relro)"_s,
-                   u"none"_s);
-    context.expect(file->bindsNow, u"binding at load (-z now)"_s, u"lazy binding"_s);
-    context.expect(!file->hasExecutableStack, u"a stack without code"_s, u"an executable stack"_s);
-    context.expect(!file->hasWritableCode, u"code that is read-only"_s, u"writable code"_s);
+                   u"writable data"_s);
+    context.expect(file->bindsNow, u"symbols resolved at load (-z now)"_s, u"lazy binding"_s);
+    context.expect(!file->hasExecutableStack, u"a stack that is not executable"_s,
+                   u"an executable stack"_s);
+    context.expect(!file->hasWritableCode, u"read-only code"_s, u"writable code"_s);
     context.summarize(u"full RELRO, no executable stack, no writable code"_s);
 }
 
@@ -147,8 +150,8 @@ void checkMetadata(CheckContext &context)
                    clientOnly.toVariant().toString());
     const QJsonValue id = user.value(u"PluginID"_s);
     context.compare(u"PluginID"_s, u"2F6394EE90434A7190D7511370AFAE17"_s,
-                    id.isString() ? id.toString() : u"no text"_s);
-    context.summarize(u"interface, class and user metadata as hosts look for them"_s);
+                    id.isString() ? id.toString() : u"a value that is not a text"_s);
+    context.summarize(u"interface, class name and plug-in ID are correct"_s);
 }
 
 void checkMetadataBytes(CheckContext &context)
@@ -165,11 +168,11 @@ void checkMetadataBytes(CheckContext &context)
                           "com.MARLUNE.UIFramework.PluginInterface" + hex("03 69") + "Tessaline" +
                           hex("04 a2 6a") + "ClientOnly" + hex("f4 68") + "PluginID" +
                           hex("78 20") + "2F6394EE90434A7190D7511370AFAE17" + hex("ff");
-    // The minor version of Qt, and whether it is a build for debugging, are its own business.
+    // Ignore the minor version of Qt and the flag of a debug build.
     found.replace(2, 2, QByteArray(2, '\0'));
     // Some compilers round the size up to their alignment.
-    constexpr qsizetype MostPadding = 4;
-    if (found.size() > expected.size() && found.size() <= expected.size() + MostPadding)
+    constexpr qsizetype MaxPadding = 4;
+    if (found.size() > expected.size() && found.size() <= expected.size() + MaxPadding)
         expected.append(found.size() - expected.size(), '\0');
     context.compare(u"metadata"_s, QString::fromLatin1(expected.toHex(' ')),
                     QString::fromLatin1(found.toHex(' ')));
@@ -188,7 +191,7 @@ void checkQtVersion(CheckContext &context)
     context.expect(built.majorVersion() == 6 && built <= runningMinor,
                    u"built with Qt 6, at most "_s + runningMinor.toString(), built.toString());
     if (metadata.value(u"debug"_s).toBool())
-        context.warn(u"expected a release build, found one made for debugging"_s);
+        context.warn(u"expected a release build, found a debug build"_s);
     context.summarize(
         u"built with Qt %1, running on %2"_s.arg(built.toString(), running.toString()));
 }
@@ -198,15 +201,18 @@ void checkQtVersion(CheckContext &context)
 std::vector<Check> fileChecks()
 {
     return {
-        {"1.exports", "Only the two entry points of Qt's plug-in protocol leave it", checkExports},
-        {"1.unresolved", "Every symbol is in a library that it names as needed", checkUnresolved},
-        {"1.dependencies", "It needs no library beyond those agreed", checkDependencies},
-        {"1.build-paths", "It names no file of the build machine", checkBuildPaths},
-        {"1.hardening", "Its memory is protected as far as the linker can", checkHardening},
-        {"1.metadata", "Hosts find it: interface, class name, plug-in ID", checkMetadata},
-        {"1.metadata-bytes", "The metadata is the one that hosts scan for, byte by byte",
+        {"1.exports", "The library exports only the entry points of Qt's plug-in protocol",
+         checkExports},
+        {"1.unresolved", "The needed libraries define every undefined symbol", checkUnresolved},
+        {"1.dependencies", "The library needs no other libraries than agreed", checkDependencies},
+        {"1.build-paths", "The library contains no path of the build machine", checkBuildPaths},
+        {"1.hardening", "The linker's memory protection is switched on", checkHardening},
+        {"1.metadata", "The metadata has the interface, class name and plug-in ID", checkMetadata},
+        {"1.metadata-bytes",
+         "The metadata is correct byte by byte, because hosts scan the file for it",
          checkMetadataBytes},
-        {"1.qt-version", "The running Qt is able to load it", checkQtVersion},
+        {"1.qt-version", "The library was not built with a newer Qt than the running one",
+         checkQtVersion},
     };
 }
 

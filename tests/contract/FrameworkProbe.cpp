@@ -11,9 +11,9 @@ bool FrameworkProbe::entry2(void *hostHandle, const QString &pluginID, const QSt
     Q_UNUSED(context)
     Q_UNUSED(relayPath)
     count(2);
-    note(pluginID == QLatin1String("2F6394EE90434A7190D7511370AFAE17"), "another plug-in ID");
-    note(!command.isEmpty(), "no command");
-    note(!flag, "a flag that is true");
+    expect(pluginID == QLatin1String("2F6394EE90434A7190D7511370AFAE17"), "another plug-in ID");
+    expect(!command.isEmpty(), "an empty command");
+    expect(!flag, "a flag that is true");
     return true;
 }
 
@@ -22,7 +22,7 @@ QObject *FrameworkProbe::entry14(void *hostHandle, const QString &pluginID)
     Q_UNUSED(hostHandle)
     count(14);
     const bool isTopology = pluginID == QLatin1String("1AA33B3D0AA047C9A202F1181284D2CD");
-    note(isTopology, "another ID than the topology plug-in's");
+    expect(isTopology, "an ID that is not the topology plug-in's");
     return isTopology ? m_topology : nullptr;
 }
 
@@ -39,10 +39,10 @@ QString FrameworkProbe::summary() const
     return parts.join(QLatin1String(", "));
 }
 
-void FrameworkProbe::note(bool holds, const char *oddity)
+void FrameworkProbe::expect(bool condition, const char *violation)
 {
-    if (!holds)
-        m_oddities.append(QLatin1String(oddity));
+    if (!condition)
+        m_violations.append(QLatin1String(violation));
 }
 
 } // namespace check

@@ -10,12 +10,12 @@ class QObject;
 
 namespace check {
 
-/// A framework object made of nothing but a virtual table: tells which of its entries are called.
-/// It declares the entries on its own, so that a plug-in built with another order of them shows.
+/// A framework object that counts the calls of each entry. It declares the entries itself and does
+/// not use host/, so that it detects a plug-in that was built with another order of entries.
 class FrameworkProbe final
 {
 public:
-    /// @param topology what the fourteenth entry gives for the topology plug-in's ID
+    /// @param topology result of the fourteenth entry for the ID of the topology plug-in; not owned
     explicit FrameworkProbe(QObject *topology)
         : m_topology(topology)
     {
@@ -45,18 +45,18 @@ public:
 
     FrameworkWrapperBase *asFramework();
 
-    /// The entries that were called and how often, "2 x3, 14 x1".
+    /// @return the called entries and their number of calls, "2 x3, 14 x1"
     QString summary() const;
-    /// What was wrong with the arguments.
-    QStringList oddities() const { return m_oddities; }
+    /// @return a text for each argument that violates the contract
+    QStringList violations() const { return m_violations; }
 
 private:
     void count(int entry) { ++m_counts[entry]; }
-    void note(bool holds, const char *oddity);
+    void expect(bool condition, const char *violation);
 
     QObject *m_topology;
     QMap<int, int> m_counts;
-    QStringList m_oddities;
+    QStringList m_violations;
 };
 
 } // namespace check

@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <array>
 
-// Level 5: a host that answers when it should not, and that calls back from anywhere.
+// Level 5: a host that answers at wrong times and calls the plug-in from inside its callbacks.
 
 namespace check {
 
@@ -22,7 +22,7 @@ using standin::Delivery;
 
 namespace {
 
-/// A little of everything, by which all moments come up.
+/// Steps that cause every kind of callback.
 const char *const program = R"(
 connect
 addBookmark('1', 'l', 'A', 1, 2, '', '', '')
@@ -47,7 +47,8 @@ QVariant recordOf(const QString &id)
     return serverRecord(id, u"1"_s, u"l"_s, 1000, 2000);
 }
 
-/// Everything that can be called, one call a step; then the program, and the end of the object.
+/// Calls of every entry of the plug-in. The last two are the program above and the deletion of the
+/// object.
 const char *const entries[] = {
     "addBookmark('1', 'l', 'A', 1, 2, '', '', '')",
     "addBookmarks([{'CameraID': '1', 'relayPath': 'A'}, {'relayPath': 'B'}], 1, 2, '', '', '')",
@@ -80,10 +81,10 @@ const char *const entries[] = {
     "delete",
 };
 
-constexpr std::array places{"signal", "send call", "question to the topology plug-in",
+constexpr std::array places{"signal", "send call", "call of the topology plug-in",
                             "timeline change"};
 
-/// Calls back from inside of one kind of moment.
+/// Makes the host run @p callback inside each callback of one kind.
 void callFrom(const char *place, Host &host, WatchedTopology &topology,
               const std::function<void()> &callback)
 {
@@ -107,15 +108,15 @@ void callFrom(const char *place, Host &host, WatchedTopology &topology,
     }
 }
 
-/// Plays the program and does something else at the n-th moment of a kind.
-/// @return whether there was such a moment
-bool disturb(Host &host, WatchedTopology &topology, const char *place, int moment,
-             const QString &entry)
+/// Plays the program on a new object and plays @p entry inside callback number @p index of a kind.
+/// @return false if the program causes fewer callbacks
+bool playInsideCallback(Host &host, WatchedTopology &topology, const char *place, int index,
+                        const QString &entry)
 {
-    host.renewObject();
+    host.recreateObject();
     host.framework.addPlugin(standin::Topology::pluginID(), &topology);
     host.play(u"grant\nshow cell l A\nshow other l A"_s);
-    int left = moment;
+    int left = index;
     callFrom(place, host, topology, [&] {
         if (left-- == 0)
             host.play(entry);
@@ -127,10 +128,10 @@ bool disturb(Host &host, WatchedTopology &topology, const char *place, int momen
     return left < 0;
 }
 
-/// Every entry from every moment of a kind, with answers from inside the send call or later.
+/// Plays every entry inside every callback of a kind, with answers inside the send call and later.
 void checkCallsFromInside(CheckContext &context, const char *place)
 {
-    constexpr int MostMoments = 200;
+    constexpr int MaxCallbacks = 200;
     LoggingHost host(context);
     if (!host)
         return;
@@ -140,25 +141,26 @@ void checkCallsFromInside(CheckContext &context, const char *place)
     int calls = 0;
     for (const bool inside : {true, false}) {
         for (const char *entry : entries) {
-            int moment = 0;
-            while (moment < MostMoments) {
+            int index = 0;
+            while (index < MaxCallbacks) {
                 host->setDefaultDelivery(inside ? Delivery::immediate() : Delivery::held());
-                if (!disturb(*host, topology, place, moment, QLatin1String(entry)))
+                if (!playInsideCallback(*host, topology, place, index, QLatin1String(entry)))
                     break;
-                ++moment;
+                ++index;
             }
-            calls += moment;
-            context.expect(moment > 0, u"a moment to call back"_s, u"none"_s);
-            context.expect(moment < MostMoments, u"an end"_s, u"%1 moments"_s.arg(moment));
+            calls += index;
+            context.expect(index > 0, u"at least one callback"_s, u"none"_s);
+            context.expect(index < MaxCallbacks, u"fewer than %1 callbacks"_s.arg(MaxCallbacks),
+                           QString::number(index));
         }
     }
     host->setDefaultDelivery(Delivery::queued());
     host->framework.setServer(nullptr);
-    host->renewObject();
+    host->recreateObject();
     context.compare(u"an ordinary request afterwards"_s,
                     u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n= bool true"_s,
                     host->play(u"updateBookmark('b')"_s));
-    context.summarize(u"%1 calls from inside"_s.arg(calls));
+    context.summarize(u"%1 calls from inside callbacks"_s.arg(calls));
 }
 
 void checkFromSignals(CheckContext &context)
@@ -171,7 +173,7 @@ void checkFromSends(CheckContext &context)
     checkCallsFromInside(context, places[1]);
 }
 
-void checkFromQuestions(CheckContext &context)
+void checkFromTopologyCalls(CheckContext &context)
 {
     checkCallsFromInside(context, places[2]);
 }
@@ -181,7 +183,7 @@ void checkFromTimelines(CheckContext &context)
     checkCallsFromInside(context, places[3]);
 }
 
-void checkQueriesFromQuestions(CheckContext &context)
+void checkQueryFromTopologyCall(CheckContext &context)
 {
     LoggingHost host(context);
     if (!host)
@@ -197,7 +199,7 @@ void checkQueriesFromQuestions(CheckContext &context)
                     host->play(u"answer 1 ok {'Bookmarks': [{'BookmarkID': 'b'}]}\nlist all"_s)
                         .section(u'\n', -1));
 
-    host->renewObject();
+    host->recreateObject();
     host->framework.addPlugin(standin::Topology::pluginID(), &topology);
     host->play(
         u"addBookmarks([{'CameraID': '1', 'relayPath': 'A'}, {'relayPath': 'B'}], 1, 2, '', '', '')"_s);
@@ -208,16 +210,16 @@ void checkQueriesFromQuestions(CheckContext &context)
     context.compare(u"an answer repeated while it is handled"_s,
                     u"signal addBookmarksResponsed(Camera A1,)"_s,
                     host->play(u"answer 1 -1\nanswer 2 -1"_s));
-    context.summarize(u"queries and answers made while an answer is handled"_s);
+    context.summarize(u"a query and an answer while another answer is handled"_s);
 }
 
-// ---- Answers that should not come, or not now ----
+// ---- Unexpected answers ----
 
-/// What a plug-in must have said once all of a batch or query has been answered, however often.
+/// A request with a context, and the signals that all of its answers must cause together.
 struct Request
 {
     const char *steps;
-    const char *signalLines;
+    const char *signalLines; ///< in the trace
 
     QString title() const { return QLatin1String(steps).left(20); }
     QString allSignals() const { return QLatin1String(signalLines); }
@@ -237,17 +239,19 @@ constexpr Request contextRequests[] = {
                             "signal queryAllBookmarksResponsed(true)"},
 };
 
-/// Makes a request of a new object.
+/// Calls a request of a new object.
 /// @return its trace
 QString request(Host &host, const char *steps)
 {
-    host.renewObject();
+    host.recreateObject();
     host.play(u"grant\nshow cell l A"_s);
     host.framework.clearSent();
     return host.play(QLatin1String(steps));
 }
 
-QList<standin::SentCommand> sendAgain(Host &host, const char *steps)
+/// Calls a request of a new object.
+/// @return the commands that the plug-in sends
+QList<standin::SentCommand> commandsOf(Host &host, const char *steps)
 {
     request(host, steps);
     return host.framework.sent();
@@ -263,9 +267,9 @@ QStringList signalsOf(Host &host)
     return host.takeTrace().filter(u"signal "_s);
 }
 
-/// Allocators tend to reuse a freed address soon: a repeated answer must not end a request that
-/// follows.
-void answerEarlierRequestsAgain(CheckContext &context, Host &host, const Request &one)
+/// Repeats the answers of completed requests. Allocators tend to reuse a freed address, so a
+/// repeated answer may have the address of a later request's context and must not end that request.
+void repeatEarlierAnswers(CheckContext &context, Host &host, const Request &one)
 {
     constexpr int Rounds = 40;
     const auto answerAll = [&](const QList<standin::SentCommand> &commands) {
@@ -273,28 +277,28 @@ void answerEarlierRequestsAgain(CheckContext &context, Host &host, const Request
             host.answer(command, answeredIds());
         return signalsOf(host).join(u'\n');
     };
-    QList<standin::SentCommand> earlier = sendAgain(host, one.steps);
+    QList<standin::SentCommand> earlier = commandsOf(host, one.steps);
     const QString signalLines = answerAll(earlier);
     for (int round = 0; round < Rounds && !context.hasFailed(); ++round) {
         host.framework.clearSent();
         host.play(u"clearTimelineModel('cell')\n"_s + QLatin1String(one.steps));
         const QList<standin::SentCommand> next = host.framework.sent();
-        context.compare(one.title() + u", earlier ones answered again"_s, QString(),
+        context.compare(one.title() + u", answers of earlier requests repeated"_s, QString(),
                         answerAll(earlier));
-        context.compare(one.title() + u", answered after that"_s, signalLines, answerAll(next));
+        context.compare(one.title() + u", answered after these"_s, signalLines, answerAll(next));
         earlier += next;
     }
 }
 
-void checkDoubledAnswers(CheckContext &context)
+void checkRepeatedAnswers(CheckContext &context)
 {
     LoggingHost host(context);
     if (!host)
         return;
     for (const Request &one : contextRequests) {
         const QString title = one.title();
-        // Once more after all are in: by then the context has ended.
-        const QList<standin::SentCommand> sent = sendAgain(*host, one.steps);
+        // Answer all commands, then repeat the answers: the context has ended by then.
+        const QList<standin::SentCommand> sent = commandsOf(*host, one.steps);
         for (const standin::SentCommand &command : sent)
             host->answer(command, answeredIds(), u"-1"_s);
         context.compare(title + u", answered once"_s, one.allSignals(),
@@ -303,32 +307,34 @@ void checkDoubledAnswers(CheckContext &context)
             for (const standin::SentCommand &command : sent)
                 host->answer(command, answeredIds(), again ? u"0"_s : u"-1"_s);
         }
-        // What is a failure by its code alone is told without a context as well.
+        // Only batches and the query of all must stay silent: a failed timeline query is signalled
+        // even without a context.
         const QString ending = one.lastSignal().section(u'(', 0, 0);
         if (ending.endsWith(u"marksResponsed"_s))
-            context.compare(title + u", answered again"_s, QString(), signalsOf(*host).join(u'\n'));
+            context.compare(title + u", answers repeated"_s, QString(),
+                            signalsOf(*host).join(u'\n'));
         host->takeTrace();
 
-        // The first answer twice in a row, the others once.
-        const QList<standin::SentCommand> next = sendAgain(*host, one.steps);
+        // Repeat the first answer before the others come.
+        const QList<standin::SentCommand> next = commandsOf(*host, one.steps);
         host->answer(next.constFirst(), answeredIds(), u"-1"_s);
         for (const standin::SentCommand &command : next)
             host->answer(command, answeredIds(), u"-1"_s);
         if (next.size() == 2)
-            context.compare(title + u", the first answered twice"_s, one.allSignals(),
+            context.compare(title + u", first answer repeated"_s, one.allSignals(),
                             signalsOf(*host).join(u'\n'));
-        // Nothing of it may reach a request that comes after.
-        const QList<standin::SentCommand> later = sendAgain(*host, one.steps);
+        // Late answers to an earlier request must not affect a later one.
+        const QList<standin::SentCommand> later = commandsOf(*host, one.steps);
         for (const standin::SentCommand &command : next)
             host->answer(command, answeredIds(), u"-1"_s);
         host->takeTrace();
         for (const standin::SentCommand &command : later)
             host->answer(command, answeredIds(), u"-1"_s);
-        context.compare(title + u", after late answers to another"_s, one.allSignals(),
+        context.compare(title + u", after late answers to an earlier request"_s, one.allSignals(),
                         signalsOf(*host).join(u'\n'));
-        answerEarlierRequestsAgain(context, *host, one);
+        repeatEarlierAnswers(context, *host, one);
     }
-    context.summarize(u"every context answered twice and more often"_s);
+    context.summarize(u"every answer repeated"_s);
 }
 
 void checkForeignContexts(CheckContext &context)
@@ -337,7 +343,7 @@ void checkForeignContexts(CheckContext &context)
     if (!host)
         return;
     for (const Request &one : contextRequests) {
-        const QList<standin::SentCommand> sent = sendAgain(*host, one.steps);
+        const QList<standin::SentCommand> sent = commandsOf(*host, one.steps);
         void *const foreign = sent.constFirst().context;
         for (const char *command :
              {"AddBookmark", "AddBookmarks", "DeleteBookmark", "DeleteBookmarks",
@@ -350,7 +356,7 @@ void checkForeignContexts(CheckContext &context)
                              QLatin1String(code));
             host->answer(QLatin1String(command), answeredIds(), u"A"_s, nullptr);
         }
-        // Batches and queries know their own contexts alone.
+        // Batches and the query of all ignore contexts of other commands.
         const QString unknown =
             u"log Tessaline_ReqRespHandler: %s, request response context is NULL "
             "<Tessaline::HandleQueryAllBookmarksResp>"_s;
@@ -367,15 +373,15 @@ void checkForeignContexts(CheckContext &context)
                                 host->takeTrace().join(u'\n'));
             }
         }
-        // A station that was not asked.
+        // An answer from a station without a command.
         host->answer(sent.constFirst().command, answeredIds(), u"nowhere"_s, nullptr);
         host->takeTrace();
         for (const standin::SentCommand &command : sent)
             host->answer(command, answeredIds(), u"-1"_s);
-        context.compare(one.title() + u", answered at last"_s, one.allSignals(),
+        context.compare(one.title() + u", answered after these"_s, one.allSignals(),
                         signalsOf(*host).join(u'\n'));
     }
-    context.summarize(u"contexts given back with every other command, and none"_s);
+    context.summarize(u"every context with every other command, and no context"_s);
 }
 
 void checkAnswersInside(CheckContext &context)
@@ -392,17 +398,17 @@ void checkAnswersInside(CheckContext &context)
             if (copies == 1 && !ends.isEmpty() && !title.startsWith(u"delete"_s))
                 context.compare(title, one.lastSignal(), ends.constLast());
         }
-        // Some inside, some refused, some later.
+        // Station A answers inside the call, B rejects the command, C answers later.
         host->setDefaultDelivery(Delivery::held());
         host->framework.rules().setForStation(u"A"_s, Delivery::immediate().failing(u"-1"_s));
         host->framework.rules().setForStation(u"B"_s, Delivery::refused());
         request(*host, one.steps);
         host->framework.releaseAll();
     }
-    context.summarize(u"answers from inside the send call, once and more often"_s);
+    context.summarize(u"answers inside the send call, up to three times each"_s);
 }
 
-void checkOrders(CheckContext &context)
+void checkAnswerOrders(CheckContext &context)
 {
     LoggingHost host(context);
     if (!host)
@@ -411,7 +417,7 @@ void checkOrders(CheckContext &context)
     for (const Request &one : contextRequests) {
         QList<qsizetype> order{0, 1, 2};
         do {
-            const QList<standin::SentCommand> sent = sendAgain(*host, one.steps);
+            const QList<standin::SentCommand> sent = commandsOf(*host, one.steps);
             for (const qsizetype position : std::as_const(order)) {
                 if (position < sent.size())
                     host->answer(sent.at(position), answeredIds(), u"-1"_s);
@@ -426,14 +432,14 @@ void checkOrders(CheckContext &context)
     context.summarize(u"%1 orders of answers"_s.arg(orders));
 }
 
-void checkDeadViewCells(CheckContext &context)
+void checkClosedViewCells(CheckContext &context)
 {
     LoggingHost host(context);
     if (!host)
         return;
     const QVariant found = QVariantMap{{u"Bookmarks"_s, QVariantList{recordOf(u"x"_s)}}};
     const auto query = [&] {
-        host->renewObject();
+        host->recreateObject();
         host->play(u"show cell l A\nsetTimelineBoundary(1, 2, 'cell')"_s);
         return host->framework.sent().value(0);
     };
@@ -457,14 +463,13 @@ void checkDeadViewCells(CheckContext &context)
                    u"a model of its own for each view cell"_s, u"the same"_s);
     const QPointer<const QObject> closed = model;
     host->call("removeTimelineModel", {u"cell"_s});
-    context.expect(!closed, u"a model to end with its view cell"_s, u"it is still there"_s);
+    context.expect(!closed, u"the model to be deleted with its view cell"_s, u"it still exists"_s);
 
-    // The object deletes its timeline models with itself.
     sent = query();
     const QPointer<QObject> timeline = host->showCell(u"cell"_s, u"l"_s, u"A"_s);
     host->deleteObject();
-    context.expect(!timeline, u"models to end with the object"_s, u"one that is still there"_s);
-    context.summarize(u"answers for view cells that are closed, opened again, gone"_s);
+    context.expect(!timeline, u"the model to be deleted with the object"_s, u"it still exists"_s);
+    context.summarize(u"answers for view cells that are closed, opened again or deleted"_s);
 }
 
 void checkAfterDestruction(CheckContext &context)
@@ -473,10 +478,10 @@ void checkAfterDestruction(CheckContext &context)
     if (!host)
         return;
     for (const Request &one : contextRequests) {
-        const QList<standin::SentCommand> sent = sendAgain(*host, one.steps);
+        const QList<standin::SentCommand> sent = commandsOf(*host, one.steps);
         host->deleteObject();
         host->takeTrace();
-        host->renewObject();
+        host->recreateObject();
         host->play(u"grant\nshow cell l A"_s);
         for (int again = 0; again < 2; ++again) {
             for (const standin::SentCommand &command : sent)
@@ -487,7 +492,7 @@ void checkAfterDestruction(CheckContext &context)
                         u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n= bool true"_s,
                         host->play(u"updateBookmark('b')"_s));
     }
-    context.summarize(u"answers to an object that is gone reach the next one unharmed"_s);
+    context.summarize(u"late answers to a deleted object reach the next object"_s);
 }
 
 void checkNeverAnswered(CheckContext &context)
@@ -500,7 +505,7 @@ void checkNeverAnswered(CheckContext &context)
         host->framework.clearSent();
     }
     host->deleteObject();
-    context.summarize(u"16000 requests without an answer, and the end"_s);
+    context.summarize(u"16000 requests without an answer"_s);
 }
 
 void checkTopologies(CheckContext &context)
@@ -517,22 +522,22 @@ void checkTopologies(CheckContext &context)
     };
     WatchedTopology topology(host->topology);
     for (const HostileValue &hostile : hostileValues()) {
-        host->renewObject();
+        host->recreateObject();
         host->play(u"grant\nshow cell l A"_s);
         host->framework.addPlugin(standin::Topology::pluginID(), &topology);
-        topology.says = QVariantMap{
+        topology.result = QVariantMap{
             {u"A"_s, hostile.value}, {u"A/1"_s, hostile.value}, {hostile.value.toString(), 1}};
         work();
     }
-    host->renewObject();
+    host->recreateObject();
     host->play(u"grant\nshow cell l A"_s);
-    // Going away while it is being asked would be its own fault; from one question to the next not.
-    auto mortal = std::make_unique<WatchedTopology>(host->topology);
-    host->framework.addPlugin(standin::Topology::pluginID(), mortal.get());
+    // The host may delete the topology plug-in between two calls.
+    auto deleted = std::make_unique<WatchedTopology>(host->topology);
+    host->framework.addPlugin(standin::Topology::pluginID(), deleted.get());
     work();
-    mortal.reset();
+    deleted.reset();
     work();
-    context.summarize(u"topology plug-ins that say anything, or end"_s);
+    context.summarize(u"topology plug-ins that return hostile values or are deleted"_s);
 }
 
 void checkForeignTopology(CheckContext &context)
@@ -542,69 +547,69 @@ void checkForeignTopology(CheckContext &context)
         return;
     ForeignTopology topology;
     host->framework.addPlugin(standin::Topology::pluginID(), &topology);
-    const QtMessages quiet; // Qt tells of each call that fails
+    const QtMessages quiet; // Qt warns of each call that fails
     context.compare(u"a query of all"_s, u"= bool false"_s, host->play(u"queryAllBookmarks()"_s));
     context.compare(
         u"a failed batch"_s, u"signal addBookmarksResponsed()"_s,
         host->play(u"addBookmarks([{'CameraID': '1'}], 1, 2, '', '', '')\nanswer 1 -1"_s)
             .section(u'\n', -1));
-    context.summarize(u"a topology plug-in whose method is another one"_s);
+    context.summarize(u"a topology plug-in whose method has other parameters"_s);
 }
 
-void checkKeptMemory(CheckContext &context)
+void checkMemoryGrowth(CheckContext &context)
 {
     constexpr qint64 Count = 500;
     LoggingHost host(context);
     if (!host)
         return;
     if (!allocatedBytes()) {
-        context.skip(u"allocated memory can't be told on this platform"_s);
+        context.skip(u"this platform does not count allocated memory"_s);
         return;
     }
     static constexpr const char *programs[] = {
         "addBookmarks([{'CameraID': '1', 'relayPath': 'A'}, {'relayPath': 'B'}], 1, 2, '', '', "
         "'')\nanswer 1 ok\nanswer 2 -1",
         "addBookmarks([], 1, 2, '', '', '')",
-        "refuse A\naddBookmarks([{'relayPath': 'A'}], 1, 2, '', '', '')",
+        "reject A\naddBookmarks([{'relayPath': 'A'}], 1, 2, '', '', '')",
         "grant\ndeleteBookmarks([{'relayPath': 'A'}])\nanswer 1 ok",
         "answer QuerySettingPermission@ ok false\ndeleteBookmarks([{'relayPath': 'A'}])",
         "queryAllBookmarks()\nanswer 1 ok\nanswer 2 ok\nanswer 3 -1",
         "queryAllBookmarks()\nqueryAllBookmarks()\nanswer 1 ok\nanswer 2 ok\nanswer 3 -1\nanswer 4 "
         "ok\nanswer 5 ok\nanswer 6 -1",
-        "refuse A B C\nqueryAllBookmarks()",
+        "reject A B C\nqueryAllBookmarks()",
         "show cell l A\nsetTimelineBoundary(1, 2, 'cell')\nanswer 1 ok",
         "show cell l A\nsetTimelineBoundary(1, 2, 'cell')\nanswer 1 -1",
         "show cell l A\nsetTimelineBoundary(1, 2, 'cell')\nremoveTimelineModel('cell')\nanswer 1 "
         "ok",
-        "refuse A\nshow cell l A\nsetTimelineBoundary(1, 2, 'cell')",
+        "reject A\nshow cell l A\nsetTimelineBoundary(1, 2, 'cell')",
         "show cell l A\nevent AddBookmark@A {'BookmarkID': 'x', 'LocationID': "
         "'l'}\nremoveTimelineModel('cell')",
     };
     for (const char *steps : programs) {
-        host->renewObject();
+        host->recreateObject();
         const auto repeat = [&] {
             for (int i = 0; i < Count; ++i) {
-                host->forgetTraffic();
+                host->clearTraffic();
                 host->play(QLatin1String(steps));
             }
-            host->forgetTraffic();
+            host->clearTraffic();
             return *allocatedBytes();
         };
         const qint64 before = repeat();
         const qint64 grown = repeat() - before;
-        // The least context is an allocation of its own.
-        context.expect(grown < Count * 16, u"nothing kept"_s,
-                       u"%1 bytes after %2 times %3"_s.arg(grown).arg(Count).arg(
+        // A leaked context takes at least 16 bytes.
+        context.expect(grown < Count * 16, u"no growth of memory"_s,
+                       u"%1 bytes more after %2 times %3"_s.arg(grown).arg(Count).arg(
                            QString::fromLatin1(steps).simplified()));
     }
-    context.summarize(u"requests that came to their end leave nothing behind"_s);
+    context.summarize(u"completed requests leave no memory behind"_s);
 }
 
 void checkRandomCalls(CheckContext &context)
 {
     constexpr int Rounds = 300;
     constexpr int Steps = 60;
-    constexpr int SingleCalls = int(std::size(entries)) - 2; // neither the program nor the end
+    constexpr int SingleCalls = int(std::size(entries)) - 2; // without the program and the deletion
     LoggingHost host(context);
     if (!host)
         return;
@@ -614,7 +619,7 @@ void checkRandomCalls(CheckContext &context)
     const Delivery deliveries[] = {Delivery::immediate(), Delivery::held(), Delivery::refused(),
                                    Delivery::never(), Delivery::immediate().times(2)};
     for (int round = 0; round < Rounds; ++round) {
-        host->renewObject();
+        host->recreateObject();
         host->play(u"grant\nshow cell l A\nshow other l A"_s);
         for (int i = 0; i < Steps && host->isAlive(); ++i) {
             host->setDefaultDelivery(deliveries[random.bounded(int(std::size(deliveries)))]);
@@ -628,11 +633,11 @@ void checkRandomCalls(CheckContext &context)
     }
     host->framework.setServer(nullptr);
     host->setDefaultDelivery(Delivery::queued());
-    host->renewObject();
+    host->recreateObject();
     context.compare(u"an ordinary request afterwards"_s,
                     u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n= bool true"_s,
                     host->play(u"updateBookmark('b')"_s));
-    context.summarize(u"%1 steps from seed %2"_s.arg(Rounds * Steps).arg(context.seed()));
+    context.summarize(u"%1 random steps, seed %2"_s.arg(Rounds * Steps).arg(context.seed()));
 }
 
 } // namespace
@@ -640,25 +645,30 @@ void checkRandomCalls(CheckContext &context)
 std::vector<Check> hostileHostChecks()
 {
     return {
-        {"5.doubled-answers", "Answers that come twice, and late", checkDoubledAnswers},
-        {"5.foreign-contexts", "Answers with the context of another request", checkForeignContexts},
-        {"5.answers-inside", "Answers from inside the send call", checkAnswersInside},
-        {"5.orders", "Answers in every order", checkOrders},
-        {"5.never-answered", "Requests that are never answered", checkNeverAnswered},
-        {"5.dead-view-cells", "Answers for view cells that are gone", checkDeadViewCells},
-        {"5.after-destruction", "Answers to an object that is gone", checkAfterDestruction},
-        {"5.topologies", "A topology plug-in that says anything", checkTopologies},
-        {"5.foreign-topology", "A topology plug-in with another method", checkForeignTopology},
-        {"5.from-signals", "Every entry called from inside each signal", checkFromSignals},
-        {"5.from-sends", "Every entry called from inside each send call", checkFromSends},
-        {"5.from-questions", "Every entry called from inside questions to the topology plug-in",
-         checkFromQuestions},
-        {"5.from-timelines", "Every entry called from inside changes of a timeline model",
+        {"5.repeated-answers", "Repeated and late answers change nothing", checkRepeatedAnswers},
+        {"5.foreign-contexts", "Answers with a foreign context change nothing",
+         checkForeignContexts},
+        {"5.answers-inside", "Answers may come inside the send call, also repeatedly",
+         checkAnswersInside},
+        {"5.answer-orders", "Answers may come in every order", checkAnswerOrders},
+        {"5.never-answered", "Requests without an answer do no harm", checkNeverAnswered},
+        {"5.closed-view-cells", "Answers for closed view cells change nothing",
+         checkClosedViewCells},
+        {"5.after-destruction", "Answers to a deleted object do no harm to the next one",
+         checkAfterDestruction},
+        {"5.topologies", "The topology plug-in may return hostile values", checkTopologies},
+        {"5.foreign-topology", "The topology plug-in may have another method",
+         checkForeignTopology},
+        {"5.from-signals", "Every entry may be called inside each signal", checkFromSignals},
+        {"5.from-sends", "Every entry may be called inside each send call", checkFromSends},
+        {"5.from-topology-calls", "Every entry may be called inside calls of the topology plug-in",
+         checkFromTopologyCalls},
+        {"5.from-timelines", "Every entry may be called inside changes of a timeline model",
          checkFromTimelines},
-        {"5.query-from-question", "A new query made while an answer is being stored",
-         checkQueriesFromQuestions},
-        {"5.kept-memory", "Nothing is kept of requests that have ended", checkKeptMemory},
-        {"5.random-calls", "Calls and answers in random order", checkRandomCalls},
+        {"5.query-from-topology-call", "A new query supersedes an answer that is being stored",
+         checkQueryFromTopologyCall},
+        {"5.memory-growth", "Completed requests leave no memory behind", checkMemoryGrowth},
+        {"5.random-calls", "Calls and answers may come in random order", checkRandomCalls},
     };
 }
 

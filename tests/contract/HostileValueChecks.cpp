@@ -8,8 +8,8 @@
 
 #include <algorithm>
 
-// Level 5: values of every wrong kind in every place. What comes of them is the business of Qt's
-// conversions; the plug-in must live on, tell the end of each request, and go on working.
+// Level 5: hostile values in every place. Qt converts them somehow; the plug-in must not crash,
+// must signal the end of each request and must keep working.
 
 namespace check {
 
@@ -17,12 +17,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A command and the signal with which its answer ends, if any.
 struct Command
 {
     const char *name;
-    const char *request; ///< what makes the plug-in send it, on one station
-    const char *signal;
+    const char *request; ///< call that sends the command to one station
+    const char *signal;  ///< signal of its answer; null for none
 };
 
 constexpr Command commands[] = {
@@ -47,12 +46,12 @@ constexpr Command commands[] = {
     {"QueryBookmarkForApi", "queryBookmarkForAPI(['1'], 1, 2)", "queryBookmarkForApiFinished"},
 };
 
-/// A host whose plug-in has a view cell and the permission, and shows what it has at any time.
+/// A host with a view cell and the setting permission, and a check that the plug-in still works.
 class RobustnessHost
 {
 public:
     explicit RobustnessHost(CheckContext &context)
-        : m_trial(context)
+        : m_context(context)
         , m_host(context)
     {
         if (m_host)
@@ -62,7 +61,8 @@ public:
     explicit operator bool() const { return bool(m_host); }
     Host *operator->() const { return m_host.operator->(); }
 
-    /// Makes the request and answers its first command; the answer must end in its one signal.
+    /// Calls the request and answers its command. The answer must cause exactly the command's
+    /// signal.
     void requestAndAnswer(const Command &command, const QVariant &result, const QString &code,
                           const QString &title)
     {
@@ -72,8 +72,8 @@ public:
         const auto found = std::find_if(sent.cbegin(), sent.cend(), [&](const auto &one) {
             return one.command == QLatin1String(command.name);
         });
-        if (!m_trial.expect(found != sent.cend(), QLatin1String(command.name) + u" to be sent"_s,
-                            u"it was not, before "_s + title))
+        if (!m_context.expect(found != sent.cend(), QLatin1String(command.name) + u" to be sent"_s,
+                              u"it was not sent, so no answer with "_s + title))
             return;
         m_host->takeTrace();
         m_host->answer(*found, result, code);
@@ -83,17 +83,16 @@ public:
         QStringList names;
         for (const QString &line : ends)
             names.append(line.section(u'(', 0, 0));
-        m_trial.compare(u"answer to %1, %2"_s.arg(QLatin1String(command.name), title), expected,
-                        names.join(u", "_s));
+        m_context.compare(u"answer to %1, %2"_s.arg(QLatin1String(command.name), title), expected,
+                          names.join(u", "_s));
     }
 
-    /// After all that: does the plug-in still do what it should?
-    void expectHealth(const QString &after)
+    /// Checks that the plug-in still sends an ordinary request and returns its lists.
+    void expectStillWorking(const QString &after)
     {
-        m_trial.compare(u"an ordinary request after "_s + after,
-                        u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n= bool true"_s,
-                        m_host->play(u"updateBookmark('b')"_s));
-        // Whatever was stored must be readable as well.
+        m_context.compare(u"an ordinary request after "_s + after,
+                          u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n= bool true"_s,
+                          m_host->play(u"updateBookmark('b')"_s));
         for (const char *call :
              {"getBookmarkListForRecent()", "getBookmarkListByNodeID('')",
               "getQueryBookmarkResult()", "getFilteredBookmarkList({'endTimestamp': 5000})"})
@@ -102,17 +101,17 @@ public:
     }
 
 private:
-    CheckContext &m_trial;
+    CheckContext &m_context;
     LoggingHost m_host;
 };
 
-/// What a parameter of this type can be given; the types of QML leave no other choice.
-QVariantList argumentsOf(QMetaType type, bool inner)
+/// Returns the hostile values that QML can pass for a parameter of this type.
+QVariantList argumentsOf(QMetaType type)
 {
     QVariantList arguments;
     for (const HostileValue &hostile : hostileValues()) {
         QVariant value = hostile.value;
-        if (value.metaType() == type || (inner && value.isValid() && value.convert(type)))
+        if (value.metaType() == type || (value.isValid() && value.convert(type)))
             arguments.append(value);
         if (type.id() == QMetaType::QVariantList)
             arguments.append(QVariant(QVariantList{hostile.value, hostile.value}));
@@ -140,7 +139,7 @@ void checkArguments(CheckContext &context)
         if (method.methodType() == QMetaMethod::Signal)
             continue;
         for (int parameter = 0; parameter < method.parameterCount(); ++parameter) {
-            const QVariantList values = argumentsOf(method.parameterMetaType(parameter), true);
+            const QVariantList values = argumentsOf(method.parameterMetaType(parameter));
             for (const QVariant &value : values) {
                 QVariantList arguments = ordinaryArguments(method);
                 arguments[parameter] = value;
@@ -150,7 +149,7 @@ void checkArguments(CheckContext &context)
                 ++calls;
             }
         }
-        host.expectHealth(QString::fromLatin1(method.name()));
+        host.expectStillWorking(QString::fromLatin1(method.name()));
     }
     context.summarize(u"%1 calls"_s.arg(calls));
 }
@@ -163,20 +162,21 @@ void checkMapsInArguments(CheckContext &context)
     int calls = 0;
     for (const HostileValue &hostile : hostileValues()) {
         for (const char *key : {"CameraID", "LocationID", "relayPath", "BookmarkID"}) {
-            const QVariantList list{with({{u"CameraID"_s, u"1"_s}}, QLatin1String(key), hostile)};
+            const QVariantList list{
+                withValue({{u"CameraID"_s, u"1"_s}}, QLatin1String(key), hostile)};
             host->call("addBookmarks", {list, 1LL, 2LL, u"d"_s, u"c"_s, u"g"_s});
             host->call("deleteBookmarks", {list});
             calls += 2;
         }
         for (const char *key : {"nodeID", "groupKey", "ascending", "text", "startTimestamp",
                                 "endTimestamp", "pageNumber"}) {
-            host->call("getFilteredBookmarkList", {with({}, QLatin1String(key), hostile)});
+            host->call("getFilteredBookmarkList", {withValue({}, QLatin1String(key), hostile)});
             ++calls;
         }
         host->framework.clearSent();
         host->takeTrace();
     }
-    host.expectHealth(u"hostile batches and filters"_s);
+    host.expectStillWorking(u"hostile batches and filters"_s);
     context.summarize(u"%1 calls"_s.arg(calls));
 }
 
@@ -193,13 +193,13 @@ void checkAnswers(CheckContext &context)
                 ++answers;
             }
         }
-        host.expectHealth(QLatin1String(command.name));
+        host.expectStillWorking(QLatin1String(command.name));
     }
     context.summarize(u"%1 answers"_s.arg(answers));
 }
 
-/// The ways in which an answer can carry a record.
-QVariant wrapped(const QString &command, const QVariant &record)
+/// Returns the result of a command with this record.
+QVariant resultWith(const QString &command, const QVariant &record)
 {
     if (command.startsWith(u"Query"_s) && command != u"QueryBookmarkForApi")
         return QVariantMap{{u"Bookmarks"_s, QVariantList{record, record}}};
@@ -223,15 +223,16 @@ void checkRecords(CheckContext &context)
             continue;
         for (const HostileValue &hostile : hostileValues()) {
             for (const QString &key : keys) {
-                host.requestAndAnswer(command, wrapped(name, with(ordinary, key, hostile)), u"0"_s,
-                                      key + u", "_s + hostile.title);
-                host->framework.sendEvent(u"AddBookmark"_s, with(ordinary, key, hostile), u"A"_s);
+                host.requestAndAnswer(command, resultWith(name, withValue(ordinary, key, hostile)),
+                                      u"0"_s, key + u", "_s + hostile.title);
+                host->framework.sendEvent(u"AddBookmark"_s, withValue(ordinary, key, hostile),
+                                          u"A"_s);
                 records += 3;
             }
-            host.requestAndAnswer(command, wrapped(name, hostile.value), u"0"_s, hostile.title);
+            host.requestAndAnswer(command, resultWith(name, hostile.value), u"0"_s, hostile.title);
             host->framework.sendEvent(u"AddBookmark"_s, hostile.value, u"A"_s);
         }
-        host.expectHealth(u"records of "_s + name);
+        host.expectStillWorking(u"records of "_s + name);
     }
     context.summarize(u"%1 records"_s.arg(records));
 }
@@ -241,7 +242,7 @@ void checkTexts(CheckContext &context)
     RobustnessHost host(context);
     if (!host)
         return;
-    // Names, codes and relay paths are texts whatever the host does.
+    // Names, codes and relay paths have the type QString, so only texts can be passed.
     for (const HostileValue &hostile : hostileValues()) {
         if (hostile.value.typeId() != QMetaType::QString)
             continue;
@@ -258,34 +259,34 @@ void checkTexts(CheckContext &context)
         host->call("removeTimelineModel", {text});
         host->takeTrace();
     }
-    host.expectHealth(u"hostile texts"_s);
-    context.summarize(u"names, codes and relay paths of every kind"_s);
+    host.expectStillWorking(u"hostile texts"_s);
+    context.summarize(u"hostile names, codes and relay paths"_s);
 }
 
 void checkLargeLists(CheckContext &context)
 {
     constexpr int Million = 1000000;
-    constexpr int Many = 50000; // where a record is kept for each
+    constexpr int Many = 50000; // for lists that store each record
     RobustnessHost host(context);
     if (!host)
         return;
-    const QVariantList nothing(Million);
+    const QVariantList invalid(Million);
     const QVariantList maps(Million, QVariantMap());
     for (const Command &command : commands) {
         const QString name = QLatin1String(command.name);
-        const bool isKept = name == u"QueryAllBookmars" || name == u"QueryBookmarkForRecent";
-        const QVariantMap records{{u"Bookmarks"_s, isKept ? nothing.first(Many) : maps}};
-        host.requestAndAnswer(command, nothing, u"0"_s, u"a list of a million"_s);
+        const bool isStored = name == u"QueryAllBookmars" || name == u"QueryBookmarkForRecent";
+        const QVariantMap records{{u"Bookmarks"_s, isStored ? invalid.first(Many) : maps}};
+        host.requestAndAnswer(command, invalid, u"0"_s, u"a list of a million"_s);
         host.requestAndAnswer(command, records, u"0"_s, u"a million bookmarks"_s);
     }
-    for (const QVariantList &list : {nothing, maps}) {
+    for (const QVariantList &list : {invalid, maps}) {
         host->call("addBookmarks", {list, 1LL, 2LL, u"d"_s, u"c"_s, u"g"_s});
         host->call("deleteBookmarks", {list});
         host->call("queryBookmarkForAPI", {list, 1LL, 2LL});
         host->framework.clearSent();
         host->takeTrace();
     }
-    host.expectHealth(u"lists of a million"_s);
+    host.expectStillWorking(u"lists of a million"_s);
     context.summarize(u"lists of a million in answers and arguments"_s);
 }
 
@@ -294,12 +295,13 @@ void checkLargeLists(CheckContext &context)
 std::vector<Check> hostileValueChecks()
 {
     return {
-        {"5.arguments", "Every argument of every method", checkArguments},
-        {"5.maps-in-arguments", "Every key of batches and filters", checkMapsInArguments},
-        {"5.answer-values", "Answers that are of every wrong kind", checkAnswers},
-        {"5.record-values", "Every key of records, in answers and events", checkRecords},
-        {"5.texts", "Names, result codes and relay paths", checkTexts},
-        {"5.large-lists", "Lists of a million", checkLargeLists},
+        {"5.arguments", "Every method accepts hostile arguments", checkArguments},
+        {"5.maps-in-arguments", "Batches and filters may have hostile values",
+         checkMapsInArguments},
+        {"5.answer-values", "Answers may have hostile values", checkAnswers},
+        {"5.record-values", "Records in answers and events may have hostile values", checkRecords},
+        {"5.texts", "Names, result codes and relay paths may be hostile texts", checkTexts},
+        {"5.large-lists", "Lists may have a million elements", checkLargeLists},
     };
 }
 

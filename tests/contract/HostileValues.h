@@ -7,18 +7,18 @@
 
 namespace check {
 
-/// A value that nobody wants to get, and what it is called.
+/// A value of a wrong type or with an extreme content.
 struct HostileValue
 {
     QString title;
-    QVariant value; ///< invalid for one that is not there at all
+    QVariant value; ///< invalid for a missing value
 };
 
-/// Values of every wrong kind: none, null, each other type, the ends of numbers, texts that are
-/// long or broken, containers that are deep, large or hold themselves what they should not.
+/// @return no value, null values, values of every type, minimal and maximal numbers, long and
+/// malformed texts, deep containers, and containers with elements of other types
 const std::vector<HostileValue> &hostileValues();
 
-/// The map with one value put in under a key, or taken out where the hostile value is none.
-QVariantMap with(QVariantMap map, const QString &key, const HostileValue &hostile);
+/// @return @p map with the hostile value at @p key; without that key for a missing value
+QVariantMap withValue(QVariantMap map, const QString &key, const HostileValue &hostile);
 
 } // namespace check

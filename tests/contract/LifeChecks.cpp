@@ -10,7 +10,7 @@
 #include <QtCore/QDir>
 #include <QtCore/QDirIterator>
 
-// Level 2: how the library and its one object come and go.
+// Level 2: the life cycle of the library and its object, and the logging library.
 
 namespace check {
 
@@ -19,8 +19,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A little of everything: each command sent and answered, timelines, lists, an event.
-const char *const dayOfWork = R"(
+/// Steps that send each command and use a timeline, a list and an event.
+const char *const session = R"(
 connect
 grant
 show cell l A
@@ -48,7 +48,7 @@ QVariant bookmarksAnswer()
     return QVariantMap{{u"Bookmarks"_s, QVariantList{record}}};
 }
 
-/// Answers a command, a batch with a failure.
+/// Answers a batch with a failure and every other command with a success.
 void answer(Host &host, const standin::SentCommand &command)
 {
     const bool isBatch = command.context && command.command.endsWith(u"Bookmarks"_s);
@@ -65,31 +65,32 @@ void answerAll(Host &host)
         answer(host, command);
 }
 
-/// Runs a day of work on a library that is loaded for it; false when it could not be loaded.
-bool workOnce(CheckContext &context)
+/// Loads the library, runs a session and unloads the library.
+/// @return false if the library could not be loaded; the check has failed then
+bool runSession(CheckContext &context)
 {
     Host host(context.library());
     if (!host.error().isEmpty()) {
-        context.fail(u"expected a plug-in, found: "_s + host.error());
+        context.fail(u"expected a library that loads, found: "_s + host.error());
         return false;
     }
-    host.play(QLatin1String(dayOfWork));
+    host.play(QLatin1String(session));
     answerAll(host);
-    host.play(QLatin1String(dayOfWork));
+    host.play(QLatin1String(session));
     return true;
 }
 
 void checkLoad(CheckContext &context)
 {
     const LoadedPlugin plugin(context.library());
-    context.expect(plugin.error().isEmpty(), u"a plug-in"_s, plugin.error());
-    context.summarize(u"loaded by Qt's plug-in loader"_s);
+    context.expect(plugin.error().isEmpty(), u"a library that loads"_s, plugin.error());
+    context.summarize(u"Qt's plug-in loader loads the library"_s);
 }
 
 void checkOneObject(CheckContext &context)
 {
     LoadedPlugin plugin(context.library());
-    if (!context.expect(plugin.error().isEmpty(), u"a plug-in"_s, plugin.error()))
+    if (!context.expect(plugin.error().isEmpty(), u"a library that loads"_s, plugin.error()))
         return;
     const QPointer<QObject> first = plugin.object();
     if (!context.expect(first, u"an object"_s, u"none"_s))
@@ -101,7 +102,7 @@ void checkOneObject(CheckContext &context)
         context.expect(second.object() == first, u"the same object from a second loader"_s,
                        u"another"_s);
     }
-    context.expect(first, u"the object to outlive the second loader"_s, u"its end"_s);
+    context.expect(first, u"the object to survive the second loader"_s, u"it was deleted"_s);
     delete first;
     const QPointer<QObject> next = plugin.object();
     context.expect(next, u"a new object after the first was deleted"_s, u"none"_s);
@@ -109,7 +110,7 @@ void checkOneObject(CheckContext &context)
     context.expect(base && base->name.isEmpty() && base->pluginID.isEmpty(),
                    u"a new object without name and ID"_s, u"something else"_s);
     delete next;
-    context.summarize(u"one object, made again after its end, shared by two loaders"_s);
+    context.summarize(u"one object, shared by two loaders and created again after its deletion"_s);
 }
 
 void checkUnloadCycles(CheckContext &context)
@@ -120,32 +121,34 @@ void checkUnloadCycles(CheckContext &context)
     for (qint64 i = 0; i < WarmUp + Cycles; ++i) {
         if (i == WarmUp)
             before = allocatedBytes().value_or(0);
-        if (!workOnce(context))
+        if (!runSession(context))
             return;
         if (!context.expect(!isInMemory(context.library()), u"the library to leave the process"_s,
-                            u"it still in memory after unloading"_s))
+                            u"it still in memory"_s))
             return;
     }
     const qint64 grown = allocatedBytes().value_or(0) - before;
-    // A library that keeps anything for each cycle keeps at least a pointer.
+    // A leak in each cycle takes at least 8 bytes, the size of a pointer.
     context.expect(grown < Cycles * 8, u"no growth"_s,
                    u"%1 bytes more after %2 cycles"_s.arg(grown).arg(Cycles));
     context.summarize(
         u"%1 times loaded, used and unloaded, %2 bytes more"_s.arg(WarmUp + Cycles).arg(grown));
 }
 
-QVariantList keptOfWork(CheckContext &context)
+/// Runs a session and returns all values that the plug-in has passed to host and QML.
+QVariantList valuesOfSession(CheckContext &context)
 {
     standin::RetainingFramework framework;
     Host host(context.library());
     if (!host.error().isEmpty())
         return {};
     framework.topology = &host.topology;
-    host.introduce(&framework);
-    QVariantList kept;
+    host.initialise(&framework);
+    QVariantList values;
     const standin::SignalReceiver receiver(
-        host.object(), [&](const QMetaMethod &, const QVariantList &values) { kept += values; });
-    host.play(QLatin1String(dayOfWork));
+        host.object(),
+        [&](const QMetaMethod &, const QVariantList &arguments) { values += arguments; });
+    host.play(QLatin1String(session));
     const QList<standin::SentCommand> sent = framework.sent;
     for (const standin::SentCommand &command : sent)
         answer(host, command);
@@ -153,41 +156,41 @@ QVariantList keptOfWork(CheckContext &context)
     const auto *const model = host.showCell(u"other"_s, u"l"_s, u"A"_s);
     host.play(u"event AddBookmark@A {'BookmarkID': 'f', 'LocationID': 'l'}"_s);
     for (int role = Qt::UserRole + 1; role < Qt::UserRole + 24; ++role) {
-        kept.append(model->index(0, 0).data(role));
-        kept.append(model->roleNames().value(role));
+        values.append(model->index(0, 0).data(role));
+        values.append(model->roleNames().value(role));
     }
-    kept += {host.plugin().name, host.plugin().pluginID};
+    values += {host.plugin().name, host.plugin().pluginID};
     for (const char *call :
          {"getBookmarkListForRecent()", "getBookmarkListByNodeID('')", "getQueryBookmarkResult()",
           "getFilteredBookmarkList({'endTimestamp': 5000})"})
-        kept.append(QVariant(host.call(QLatin1String(call))));
-    return framework.kept + kept;
+        values.append(QVariant(host.call(QLatin1String(call))));
+    return framework.kept + values;
 }
 
 void checkValuesOutliveTheLibrary(CheckContext &context)
 {
     QString before;
-    QVariantList kept;
+    QVariantList values;
     {
-        LoadedPlugin stays(context.library());
-        kept = keptOfWork(context);
-        before = describe(kept);
+        const LoadedPlugin library(context.library());
+        values = valuesOfSession(context);
+        before = describe(values);
     }
-    if (!context.expect(!kept.isEmpty(), u"values from the plug-in"_s, u"none"_s))
+    if (!context.expect(!values.isEmpty(), u"values from the plug-in"_s, u"none"_s))
         return;
     if (isInMemory(context.library())) {
         context.fail(u"expected the library to leave the process, found it still in memory"_s);
         return;
     }
-    context.compare(u"values after the unload"_s, before, describe(kept));
-    context.summarize(u"%1 values read after the library was gone"_s.arg(kept.size()));
+    context.compare(u"values after unloading"_s, before, describe(values));
+    context.summarize(u"%1 values are valid after unloading"_s.arg(values.size()));
 }
 
 void checkExitWithoutUnload(CheckContext &context)
 {
-    // Left to the end of the process: the loader, the object, its lists and its contexts.
+    // Never deleted, so that the process ends with the library loaded and the object alive.
     auto *const plugin = new LoadedPlugin(context.library());
-    if (!context.expect(plugin->error().isEmpty(), u"a plug-in"_s, plugin->error()))
+    if (!context.expect(plugin->error().isEmpty(), u"a library that loads"_s, plugin->error()))
         return;
     static standin::Framework framework;
     auto *const base = qobject_cast<PluginBase *>(plugin->object());
@@ -203,7 +206,7 @@ void checkExitWithoutUnload(CheckContext &context)
 
 void checkExitAfterUnload(CheckContext &context)
 {
-    if (workOnce(context))
+    if (runSession(context))
         context.summarize(u"the process ends after the library was unloaded"_s);
 }
 
@@ -221,39 +224,39 @@ QStringList filesIn(const QString &folder)
 void checkThreadsAndFiles(CheckContext &context)
 {
     if (!threadCount() || !openFiles()) {
-        context.skip(u"threads or open files can't be listed on this platform"_s);
+        context.skip(u"this platform does not list threads or open files"_s);
         return;
     }
-    // The folder is the check's own and serves as home and for temporary files as well.
+    // The parent process has made this folder the working, home and temporary folder.
     const QStringList written = filesIn(QDir::currentPath());
     const QStringList open = openFiles().value_or(QStringList());
     const int threads = *threadCount();
     {
         Host host(context.library());
-        if (!context.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
+        if (!context.expect(host.error().isEmpty(), u"a library that loads"_s, host.error()))
             return;
-        host.play(QLatin1String(dayOfWork));
+        host.play(QLatin1String(session));
         answerAll(host);
-        context.expect(threadCount() == threads, u"no thread of its own"_s,
+        context.expect(threadCount() == threads, u"no new thread"_s,
                        u"%1 threads instead of %2"_s.arg(*threadCount()).arg(threads));
         context.compare(u"open files"_s, open.join(u'\n'), openFiles()->join(u'\n'));
     }
     context.compare(u"open files after unloading"_s, open.join(u'\n'), openFiles()->join(u'\n'));
     context.compare(u"files in the working, home and temporary folder"_s, written.join(u'\n'),
                     filesIn(QDir::currentPath()).join(u'\n'));
-    context.summarize(u"no thread, no open file, no file written"_s);
+    context.summarize(u"no thread, open file or written file"_s);
 }
 
 void checkSilence(CheckContext &context)
 {
     // The parent process checks the output of this one.
-    if (workOnce(context))
-        context.summarize(u"nothing on standard output and error"_s);
+    if (runSession(context))
+        context.summarize(u"no text on standard output and error"_s);
 }
 
 // ---- The logging library ----
 
-/// A failing request, and what a plug-in that logs says about it.
+/// A request that fails, and its log line.
 constexpr QLatin1String badRequest("addBookmark('', '', '', 1, 2, '', '', '')");
 constexpr QLatin1String
     badRequestLine("log Tessaline_Req: %s, Location ID is empty <Tessaline::addBookmark>");
@@ -267,57 +270,58 @@ void checkLogFunctionsMissing(CheckContext &context)
         Missing atLoad;
         Missing later;
         int registrations;
-        bool writes;
+        bool isWritten; ///< the log line
     };
     static constexpr Row rows[] = {
-        {"all there", Missing::Nothing, Missing::Nothing, 1, true},
+        {"complete", Missing::Nothing, Missing::Nothing, 1, true},
         {"no handle", Missing::Handle, Missing::Handle, 1, false},
         {"no registerModule", Missing::RegisterModule, Missing::RegisterModule, 0, true},
         {"no checkLine", Missing::CheckLine, Missing::CheckLine, 1, false},
         {"no writeLine", Missing::WriteLine, Missing::WriteLine, 1, false},
-        {"all vanish after the load", Missing::Nothing, Missing::Everything, 1, false},
-        {"all appear after the load", Missing::Everything, Missing::Nothing, 0, true},
+        {"all functions removed after the load", Missing::Nothing, Missing::Everything, 1, false},
+        {"all functions added after the load", Missing::Everything, Missing::Nothing, 0, true},
     };
     for (const Row &row : rows) {
         LogProbe log(row.atLoad);
         if (!log.error().isEmpty())
-            return context.warn(u"the logging library is not there: "_s + log.error());
+            return context.warn(u"the logging library can't be loaded: "_s + log.error());
         Host host(context.library(), Host::Initialised, &log);
-        if (!context.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
+        if (!context.expect(host.error().isEmpty(), u"a library that loads"_s, host.error()))
             return;
-        log.withhold(row.later);
+        log.setMissing(row.later);
         const QString title = QLatin1String(row.title);
-        context.compare(
-            title, (row.writes ? QString(badRequestLine) + u'\n' : QString()) + u"= bool false"_s,
-            host.play(badRequest));
+        context.compare(title,
+                        (row.isWritten ? QString(badRequestLine) + u'\n' : QString()) +
+                            u"= bool false"_s,
+                        host.play(badRequest));
         context.compare(title + u", registration"_s,
                         row.registrations ? u"19 Tessaline"_s : QString(),
                         log.registrations().join(u", "_s));
     }
     context.expect(!isInMemory(LogProbe::loaderName()), u"the logging library to be released"_s,
                    u"it still in memory"_s);
-    context.summarize(u"works with each function of the logging library missing"_s);
+    context.summarize(u"works without each function of the logging library"_s);
 }
 
-void checkLogRefused(CheckContext &context)
+void checkLogFilter(CheckContext &context)
 {
     LoggingHost host(context);
     if (!host)
         return;
-    host.log().refuseLines(true);
-    context.compare(u"refused"_s, u"= bool false"_s, host->play(badRequest));
-    context.expect(host.log().checks() == 1, u"one question whether the line is wanted"_s,
+    host.log().rejectLines(true);
+    context.compare(u"rejected line"_s, u"= bool false"_s, host->play(badRequest));
+    context.expect(host.log().checks() == 1, u"one call of checkLine"_s,
                    QString::number(host.log().checks()));
-    host.log().refuseLines(false);
-    context.compare(u"wanted again"_s, QString(badRequestLine) + u"\n= bool false"_s,
+    host.log().rejectLines(false);
+    context.compare(u"accepted line"_s, QString(badRequestLine) + u"\n= bool false"_s,
                     host->play(badRequest));
-    context.summarize(u"asks before each line and keeps to the answer"_s);
+    context.summarize(u"writes only lines that checkLine accepts"_s);
 }
 
 void checkLogAbsent(CheckContext &context)
 {
     Host host(context.library());
-    if (!context.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
+    if (!context.expect(host.error().isEmpty(), u"a library that loads"_s, host.error()))
         return;
     const QString name = LogProbe::libraryPath().section(u'/', -1);
     if (isInMemory(LogProbe::loaderName())) {
@@ -325,36 +329,38 @@ void checkLogAbsent(CheckContext &context)
         return;
     }
     context.compare(u"without the logging library"_s, u"= bool false"_s, host.play(badRequest));
-    host.play(QLatin1String(dayOfWork));
+    host.play(QLatin1String(session));
     answerAll(host);
     context.summarize(u"works without "_s + name);
 }
 
-/// Works with a logging library that lacks something from the start.
-/// @param folder of the library, beside this program
-void workWithLackingLog(CheckContext &context, const QString &folder, const QString &lack)
+/// Runs a request with an incomplete logging library.
+/// @param folder folder of that library, beside this program
+/// @param missing the missing part, for messages
+void useIncompleteLog(CheckContext &context, const QString &folder, const QString &missing)
 {
     QLibrary library(QCoreApplication::applicationDirPath() + u'/' + folder + u'/' +
                      LogProbe::loaderName());
     if (!library.load()) {
-        context.warn(u"the stand-in without %1 is not there: "_s.arg(lack) + library.errorString());
+        context.warn(u"the stand-in without %1 can't be loaded: "_s.arg(missing) +
+                     library.errorString());
         return;
     }
     Host host(context.library());
-    if (!context.expect(host.error().isEmpty(), u"a plug-in"_s, host.error()))
+    if (!context.expect(host.error().isEmpty(), u"a library that loads"_s, host.error()))
         return;
-    context.compare(u"without "_s + lack, u"= bool false"_s, host.play(badRequest));
-    context.summarize(u"works with a logging library without "_s + lack);
+    context.compare(u"without "_s + missing, u"= bool false"_s, host.play(badRequest));
+    context.summarize(u"works with a logging library without "_s + missing);
 }
 
 void checkLogWithoutEntryPoint(CheckContext &context)
 {
-    workWithLackingLog(context, u"log_without_entry_point"_s, u"an entry point"_s);
+    useIncompleteLog(context, u"log_without_entry_point"_s, u"an entry point"_s);
 }
 
 void checkLogWithoutObject(CheckContext &context)
 {
-    workWithLackingLog(context, u"log_without_object"_s, u"a log object"_s);
+    useIncompleteLog(context, u"log_without_object"_s, u"a log object"_s);
 }
 
 } // namespace
@@ -362,27 +368,27 @@ void checkLogWithoutObject(CheckContext &context)
 std::vector<Check> lifeChecks()
 {
     return {
-        {loadCheck, "It can be loaded", checkLoad},
-        {"2.one-object", "One object, made again after its end, also by a second loader",
+        {loadCheck, "Qt can load the library", checkLoad},
+        {"2.one-object", "The library has one object and creates it again after its deletion",
          checkOneObject},
-        {"2.unload-cycles", "It can be loaded and unloaded any number of times without growth",
-         checkUnloadCycles},
-        {"2.values-outlive", "What it handed out is valid after it has been unloaded",
+        {"2.unload-cycles", "Loading and unloading leaves no memory behind", checkUnloadCycles},
+        {"2.values-outlive", "Values of the plug-in are valid after the library was unloaded",
          checkValuesOutliveTheLibrary},
-        {"2.exit-loaded", "The process can end while it is loaded and its object alive",
-         checkExitWithoutUnload},
-        {"2.exit-unloaded", "The process can end after it was used and unloaded",
+        {"2.exit-loaded", "The process may end while the object exists", checkExitWithoutUnload},
+        {"2.exit-unloaded", "The process may end after the library was unloaded",
          checkExitAfterUnload},
-        {"2.threads-files", "It starts no thread, keeps no file open and writes none",
+        {"2.threads-files", "The plug-in starts no thread and opens or writes no file",
          checkThreadsAndFiles},
-        {"2.silence", "It writes nothing on standard output and error", checkSilence},
-        {"2.log-functions", "It registers, and works with each function of the log missing",
+        {"2.silence", "The plug-in writes nothing to standard output and error", checkSilence},
+        {"2.log-functions",
+         "The plug-in registers with the log and works without each of its functions",
          checkLogFunctionsMissing},
-        {"2.log-refused", "It writes only lines that the log wants", checkLogRefused},
-        {"2.log-absent", "It works without the logging library", checkLogAbsent},
-        {"2.log-without-entry-point", "It works with a logging library that has no entry point",
+        {"2.log-filter", "The plug-in writes only lines that checkLine accepts", checkLogFilter},
+        {"2.log-absent", "The plug-in works without the logging library", checkLogAbsent},
+        {"2.log-without-entry-point",
+         "The plug-in works with a logging library without an entry point",
          checkLogWithoutEntryPoint},
-        {"2.log-without-object", "It works with a logging library that gives no log object",
+        {"2.log-without-object", "The plug-in works with a logging library without a log object",
          checkLogWithoutObject},
     };
 }

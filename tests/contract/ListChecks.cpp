@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Compares one page with the reference.
+/// Compares a page with the reference model.
 void comparePage(CheckContext &context, Host &host, const QVariantList &stored,
                  const QVariantMap &filter)
 {
@@ -26,11 +26,13 @@ void comparePage(CheckContext &context, Host &host, const QVariantList &stored,
 
 constexpr qint64 Day = 86400000;
 
-/// Loads the host with bookmarks of three stations, from before and after 2000.
-/// @return the stored list
+/// Answers a query of all with @p count bookmarks for each of three stations, before and after
+/// 2000.
+/// @return the plug-in's list of all bookmarks
 QVariantList fill(Host &host, int count, QRandomGenerator &random)
 {
-    // Folded like ASCII, like no other letter, to another one, beyond 16 bits, and never to "ss".
+    // Case folding of ASCII, of other letters, of a letter with two small forms, of code points
+    // above 16 bits, and of a letter that must not be folded to "ss".
     const QString words[] = {u"ann"_s, u"Z\u00f6e"_s, u"\u039f\u0394\u039f\u03a3"_s,
                              u"\U00010400x"_s, u"Stra\u00dfe"_s};
     host.call(u"queryAllBookmarks()"_s);
@@ -79,7 +81,7 @@ void checkFilters(CheckContext &context)
                         {"text", u"\U00010428X"_s},
                         {"text", u"STRA\u1e9eE"_s},
                         {"text", u"strasse"_s},
-                        // In two fields at once, in the descriptions of two bookmarks, then in
+                        // Across two fields, across the descriptions of two bookmarks, and in
                         // fields that are not searched.
                         {"text", u"1ann"_s},
                         {"text", u"annText"_s},
@@ -105,7 +107,7 @@ void checkFilters(CheckContext &context)
             filter.remove(QLatin1String(row.key));
         comparePage(context, *host, stored, filter);
     }
-    // The ends belong to the range.
+    // Both ends belong to the range.
     const QVariant start = stored.value(0).toMap().value(u"startTimestamp"_s);
     QVariantMap exact = everything();
     exact.insert({{u"startTimestamp"_s, start}, {u"endTimestamp"_s, start}});
@@ -130,7 +132,7 @@ void checkSorting(CheckContext &context)
             comparePage(context, *host, stored, filter);
         }
     }
-    context.summarize(u"10 keys, both directions"_s);
+    context.summarize(u"10 keys, ascending and descending"_s);
 }
 
 void checkPages(CheckContext &context)
@@ -140,7 +142,7 @@ void checkPages(CheckContext &context)
         return;
     QRandomGenerator random(context.seed());
     const QVariantList stored = fill(*host, 40, random);
-    // As many groups as bookmarks, and a few large ones: a page is measured in bookmarks.
+    // Groups of one bookmark and a few large groups: the page size counts bookmarks, not groups.
     for (const char *key : {"bookmarkID", "creator"}) {
         for (const QVariant &number :
              {QVariant(0), QVariant(1), QVariant(2), QVariant(3), QVariant(1000),
@@ -152,9 +154,9 @@ void checkPages(CheckContext &context)
             comparePage(context, *host, stored, filter);
         }
     }
-    host->renewObject();
+    host->recreateObject();
     comparePage(context, *host, {}, everything());
-    context.summarize(u"120 bookmarks on pages of 50, and none"_s);
+    context.summarize(u"pages of 120 bookmarks and of none"_s);
 }
 
 void checkNodeList(CheckContext &context)
@@ -176,14 +178,16 @@ void checkNodeList(CheckContext &context)
         return identifiers.join(u' ');
     };
     const QString recent = u"getBookmarkListForRecent()"_s;
-    context.compare(u"recent as received"_s, u"r1000 r5 r999"_s, identifiersOf(recent));
-    context.compare(u"of one camera, as stored"_s, u"b2 b1"_s,
+    context.compare(u"recent list before"_s, u"r1000 r5 r999"_s, identifiersOf(recent));
+    context.compare(u"list of one camera"_s, u"b2 b1"_s,
                     identifiersOf(u"getBookmarkListByNodeID('A/1')"_s));
-    context.compare(u"recent, newest first by the number's text"_s, u"r999 r5 r1000"_s,
-                    identifiersOf(recent));
-    context.compare(u"of no camera"_s, QString(), identifiersOf(u"getBookmarkListByNodeID('A')"_s));
-    context.compare(u"of all"_s, u"b2 b0 b1"_s, identifiersOf(u"getBookmarkListByNodeID('')"_s));
-    context.summarize(u"one camera's list, and the order it gives the recent ones"_s);
+    context.compare(u"recent list after, newest first by the text of the start"_s,
+                    u"r999 r5 r1000"_s, identifiersOf(recent));
+    context.compare(u"list of an unknown camera"_s, QString(),
+                    identifiersOf(u"getBookmarkListByNodeID('A')"_s));
+    context.compare(u"list of all cameras"_s, u"b2 b0 b1"_s,
+                    identifiersOf(u"getBookmarkListByNodeID('')"_s));
+    context.summarize(u"the list of one camera, which also sorts the recent list"_s);
 }
 
 } // namespace
@@ -191,10 +195,10 @@ void checkNodeList(CheckContext &context)
 std::vector<Check> listChecks()
 {
     return {
-        {"4.filters", "Time, text and camera filters, and the total", checkFilters},
-        {"4.sorting", "Order and groups by every key", checkSorting},
-        {"4.pages", "Pages of 50, and what is beyond the last", checkPages},
-        {"4.node-list", "The bookmarks of one camera and the recent ones", checkNodeList},
+        {"4.filters", "Pages are filtered by time, text and camera", checkFilters},
+        {"4.sorting", "Pages are sorted and grouped by every key", checkSorting},
+        {"4.pages", "Pages have 50 bookmarks; pages after the last give the first", checkPages},
+        {"4.node-list", "The list of one camera also sorts the recent list", checkNodeList},
     };
 }
 

@@ -12,14 +12,14 @@ using driver::LogProbe;
 using driver::serverRecord;
 using driver::valueOf;
 
-/// The library under check in a host with the logging library. Reports to the check what is
-/// missing.
+/// Loads the checked library in a host with the logging library. A library that does not load fails
+/// the check; a missing logging library is a warning.
 class LoggingHost
 {
 public:
     explicit LoggingHost(CheckContext &context, Host::Start start = Host::Initialised);
 
-    /// @return whether there is a plug-in; if not, the check has failed
+    /// @return false if the library could not be loaded; the check has failed then
     explicit operator bool() const { return m_host->error().isEmpty(); }
     Host *operator->() const { return m_host.get(); }
     Host &operator*() const { return *m_host; }

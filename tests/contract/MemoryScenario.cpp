@@ -12,9 +12,9 @@ namespace check {
 using namespace Qt::StringLiterals;
 
 #ifdef Q_OS_WIN
-void playShortOfMemory(CheckContext &context, const ScenarioFile &)
+void playWithFailingMemory(CheckContext &context, const ScenarioFile &)
 {
-    context.skip(u"allocations can't be made to fail on this platform"_s);
+    context.skip(u"this platform has no way to make allocations fail"_s);
 }
 #else
 
@@ -23,16 +23,17 @@ namespace {
 /// One run of a scenario's steps.
 struct Run
 {
-    QStringList before; ///< the lists and the view cell's rows
-    QStringList after;
-    QStringList again; ///< after the same steps with enough memory
-    QStringList trace; ///< of the steps
-    QStringList traceAgain;
+    QStringList stateBefore;
+    QStringList stateAfter;
+    QStringList stateAfterRetry; ///< after the same steps with enough memory
+    QStringList trace;
+    QStringList retryTrace;
     bool hasThrown = false;
-    std::size_t leaked = 0; ///< blocks
+    std::size_t leakedBlocks = 0;
 };
 
-QString filledIn(QString steps)
+/// Replaces the words BOOKMARKS and RECORD by values.
+QString expanded(QString steps)
 {
     const QString record = u"{'BookmarkID': '%1', 'CameraID': '1', 'LocationID': 'l', "
                            "'StartTimestamp': 5, 'EndTimestamp': 6, 'Description': 'caf\u00e9'}"_s;
@@ -42,7 +43,7 @@ QString filledIn(QString steps)
         .replace(u"RECORD"_s, record.arg(u"x"_s));
 }
 
-/// The four lists, then the view cell's rows.
+/// Returns the three lists and a page, then the rows of the view cell.
 QStringList stateOf(Host &host)
 {
     return host
@@ -55,13 +56,13 @@ QStringList stateOf(Host &host)
 Run play(Host &host, const Scenario &scenario, void (*arm)())
 {
     Run run;
-    run.leaked = failingmemory::blocks();
-    host.renewObject();
+    run.leakedBlocks = failingmemory::blocks();
+    host.recreateObject();
     host.play(
         u"grant\nshow cell l A\nevent AddBookmark@A {'BookmarkID': 'e', 'LocationID': 'l'}"_s);
-    host.play(filledIn(scenario.textOf(true)));
-    run.before = stateOf(host);
-    const QString steps = filledIn(scenario.textOf(false));
+    host.play(expanded(scenario.textOf(true)));
+    run.stateBefore = stateOf(host);
+    const QString steps = expanded(scenario.textOf(false));
     arm();
     try {
         run.trace = host.play(steps).split(u'\n');
@@ -69,50 +70,52 @@ Run play(Host &host, const Scenario &scenario, void (*arm)())
         run.hasThrown = true;
     }
     failingmemory::stop();
-    run.after = stateOf(host);
-    run.traceAgain = host.play(steps).split(u'\n');
-    run.again = stateOf(host);
+    run.stateAfter = stateOf(host);
+    run.retryTrace = host.play(steps).split(u'\n');
+    run.stateAfterRetry = stateOf(host);
 
-    // No request is under way any more, so memory that is still allocated has leaked.
+    // Answers end all requests, so blocks that are still allocated have leaked.
     const QList<standin::SentCommand> sent = host.framework.sent();
     for (const standin::SentCommand &command : sent)
         host.answer(command, QVariant(), u"-1"_s);
     host.deleteObject();
-    host.forgetTraffic();
-    run.leaked = failingmemory::blocks() - run.leaked;
+    host.clearTraffic();
+    run.leakedBlocks = failingmemory::blocks() - run.leakedBlocks;
     return run;
 }
 
-/// Whether the state is one of two. A view cell shows as many items as there was memory for.
-bool isEither(const QStringList &state, const QStringList &old, const QStringList &next)
+/// Returns true if a state is one of two. The view cell may have a part of the new rows.
+bool isOneOf(const QStringList &state, const QStringList &old, const QStringList &next)
 {
     const QString rows = state.last().chopped(1); // without the bracket
     return (state.first(4) == old.first(4) || state.first(4) == next.first(4)) &&
            (state.last() == old.last() || next.last().startsWith(rows));
 }
 
-/// What is wrong with a double, each line marked; then the lines that only it has.
+/// Returns a line "fault: ..." for each fault of a run with failing memory, and the lines of its
+/// trace that the good run does not have.
 QStringList reportOf(const Run &run, const Run &good)
 {
     QStringList report;
-    const auto expect = [&](bool holds, const QString &fault) {
-        if (!holds)
+    const auto expect = [&](bool condition, const QString &fault) {
+        if (!condition)
             report.append(u"fault: "_s + fault);
     };
     const auto sentIn = [](const Run &one) { return one.trace.filter(u"send "_s); };
-    expect(!run.hasThrown, u"an exception came out"_s);
-    expect(run.leaked <= good.leaked, u"%1 blocks leaked"_s.arg(run.leaked - good.leaked));
-    expect(isEither(run.after, good.before, good.after),
-           u"neither the old state nor the new: "_s + run.after.join(u", "_s));
-    expect(isEither(run.again, good.after, good.again),
-           u"another state when done again: "_s + run.again.join(u", "_s));
+    expect(!run.hasThrown, u"an exception left the plug-in"_s);
+    expect(run.leakedBlocks <= good.leakedBlocks,
+           u"%1 blocks leaked"_s.arg(run.leakedBlocks - good.leakedBlocks));
+    expect(isOneOf(run.stateAfter, good.stateBefore, good.stateAfter),
+           u"neither the old nor the new state: "_s + run.stateAfter.join(u", "_s));
+    expect(isOneOf(run.stateAfterRetry, good.stateAfter, good.stateAfterRetry),
+           u"another state after a retry: "_s + run.stateAfterRetry.join(u", "_s));
     expect(!run.trace.contains(u"= bool true"_s) || sentIn(run) == sentIn(good),
-           u"true though not all was sent: "_s + sentIn(run).join(u", "_s));
-    // A request to several stations waits for each: an answer that failed must still be awaited.
-    static const QRegularExpression endOfMany(u"^signal \\w+marksResponsed"_s);
-    expect(good.trace.filter(endOfMany).isEmpty() ||
-               !(run.trace + run.traceAgain).filter(endOfMany).isEmpty(),
-           u"no end of the request, not even when answered again"_s);
+           u"returns true, but did not send all commands: "_s + sentIn(run).join(u", "_s));
+    // The final signal of a batch or query must come, at the latest when the answers are repeated.
+    static const QRegularExpression finalSignal(u"^signal \\w+marksResponsed"_s);
+    expect(good.trace.filter(finalSignal).isEmpty() ||
+               !(run.trace + run.retryTrace).filter(finalSignal).isEmpty(),
+           u"no final signal, not even after a retry"_s);
     if (run.trace != good.trace && run.trace.filter(u"log "_s).isEmpty())
         report.append(u"nothing logged"_s);
     for (const QString &line : run.trace) {
@@ -122,8 +125,8 @@ QStringList reportOf(const Run &run, const Run &good)
     return report;
 }
 
-/// Takes the lines "place FILE:LINE STATEMENT" of doubles out.
-/// @param statements by place, of all doubles until now; extended
+/// Removes the lines "place FILE:LINE STATEMENT" from the children's reports.
+/// @param statements statements by place, of all children so far; the new ones are added
 /// @return an error for each place with two statements
 QStringList takePlaces(QStringList &lines, LogProbe::Statements &statements)
 {
@@ -144,7 +147,7 @@ QStringList takePlaces(QStringList &lines, LogProbe::Statements &statements)
 
 } // namespace
 
-void playShortOfMemory(CheckContext &context, const ScenarioFile &file)
+void playWithFailingMemory(CheckContext &context, const ScenarioFile &file)
 {
     LoggingHost host(context);
     if (!host)
@@ -156,35 +159,36 @@ void playShortOfMemory(CheckContext &context, const ScenarioFile &file)
     const bool isQtLeaking = QLibraryInfo::version() < QVersionNumber(6, 5);
     LogProbe::Statements statements;
     for (const Scenario &scenario : file.scenarios) {
-        // The first run makes whatever is made only once.
+        // The first run makes allocations that occur only once in a process.
         play(*host, scenario, failingmemory::watch);
         const Run good = play(*host, scenario, failingmemory::watch);
         const Run run = play(*host, scenario, failingmemory::forkAtEach);
-        if (failingmemory::isDouble()) {
+        if (failingmemory::isChild()) {
             QStringList report = reportOf(run, good);
             for (const auto &[place, statement] : host.log().statements().toStdMap())
                 report.append(u"place %1 %2"_s.arg(place, statement));
-            failingmemory::endDouble(report.join(u'\n').toStdString() + '\n');
+            failingmemory::endChild(report.join(u'\n').toStdString() + '\n');
         }
 
         const QString reports = QString::fromStdString(failingmemory::takeReports());
         QStringList lines = reports.split(u'\n', Qt::SkipEmptyParts);
-        static const QRegularExpression endInQt(u"^died of signal \\d+ in libQt6"_s);
-        lines.removeIf([](const QString &line) { return line.contains(endInQt); });
+        static const QRegularExpression crashInQt(u"^crashed with signal \\d+ in libQt6"_s);
+        lines.removeIf([](const QString &line) { return line.contains(crashInQt); });
         lines.append(takePlaces(lines, statements));
         lines.removeDuplicates();
         lines.sort();
         QStringList expected = scenario.expected();
         if (!isQtLeaking)
             expected.removeAll(u"fault: 1 blocks leaked"_s);
-        if (failingmemory::IsNewAlone) { // which is not all that can fail
+        if (failingmemory::OnlyNewFails) { // some expected failures do not occur
             lines.removeIf([&](const QString &line) { return expected.contains(line); });
             expected.clear();
         }
         context.compare(scenario.title, expected.join(u'\n'), lines.join(u'\n'));
     }
-    context.summarize(u"%1 allocations failed in %2 scenarios"_s.arg(failingmemory::tried())
-                          .arg(file.scenarios.size()));
+    context.summarize(
+        u"made each of %1 allocations in %2 scenarios fail"_s.arg(failingmemory::forkCount())
+            .arg(file.scenarios.size()));
 }
 #endif
 

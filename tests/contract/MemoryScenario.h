@@ -4,12 +4,12 @@
 
 namespace check {
 
-/// Plays each scenario once for each allocation that the plug-in makes in it, in a fork of the
-/// process: once that allocation fails alone, once together with all that follow. The plug-in
-/// throws nothing, leaks nothing, and each list and model is in its old or its new state.
+/// Plays each scenario twice for each allocation of the plug-in, in a child process: once only this
+/// allocation fails, once this and all later ones. The check fails if an exception leaves the
+/// plug-in, if a block leaks, or if a list or model is in neither its old nor its new state.
 ///
-/// The expected lines are those that do not appear without the lack of memory, sorted. A fork that
-/// crashes inside Qt does not count: Qt reads memory that it could not allocate.
-void playShortOfMemory(CheckContext &context, const ScenarioFile &file);
+/// The expected lines of the file are those that appear only when memory is short, sorted. Crashes
+/// inside Qt do not count, because Qt reads some memory that it could not allocate.
+void playWithFailingMemory(CheckContext &context, const ScenarioFile &file);
 
 } // namespace check

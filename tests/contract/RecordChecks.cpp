@@ -10,7 +10,7 @@
 
 #include <limits>
 
-// Level 4: records as QML gets them, compared with the reference model, and the topology plug-in.
+// Level 4: records in lists and timelines, compared with the reference model; the topology plug-in.
 
 namespace check {
 
@@ -19,14 +19,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A value with its type; null texts show as empty ones.
+/// Describes a value with its type. Null texts look like empty ones.
 QString textOf(const QVariant &value)
 {
     return describe(value).replace(u"QString null"_s, u"QString \"\""_s);
 }
 
-/// Records worth showing: around midnight and the change of clocks, far times, nothing at all.
-QList<QVariantMap> recordsToShow()
+/// Returns records with times around midnight and daylight saving changes, with extreme times,
+/// without keys and with values of other types.
+QList<QVariantMap> testRecords()
 {
     QList<QVariantMap> records{
         serverRecord(u"b1"_s, u"1"_s, u"l"_s, 1704067199000, 1704070800000, u"d"_s, u"me"_s,
@@ -41,7 +42,7 @@ QList<QVariantMap> recordsToShow()
                     {u"Description"_s, true},
                     {u"Other"_s, 1}},
     };
-    // The ends of 64 bits, a year of five digits, the moments around a change of clocks.
+    // Extreme times, a year of five digits, and the start of daylight saving time.
     constexpr qint64 Min = std::numeric_limits<qint64>::min();
     constexpr qint64 Max = std::numeric_limits<qint64>::max();
     for (const qint64 moment : {Min, Max, 253402300800000LL, 1774745999999LL, 1774746000000LL})
@@ -52,13 +53,12 @@ QList<QVariantMap> recordsToShow()
     return records;
 }
 
-/// The names that the topology plug-in has for stations and cameras.
+/// Returns the names of stations and cameras in the topology.
 QVariantMap namesOf(Host &host)
 {
     return host.topology.getValuesFromModel(0, u"idRole"_s, u"nameRole"_s);
 }
 
-/// Compares the records that a list has after an answer.
 void compareRecords(CheckContext &context, const QString &title, const QVariantList &expected,
                     const QVariantList &found)
 {
@@ -78,7 +78,7 @@ void checkDisplayRecords(CheckContext &context)
         host->topology.setCamera(QLatin1String(camera), u"Camera "_s + QLatin1String(camera));
     for (const char *station : {"%2", "x/y/", ""})
         host->topology.setStation(QLatin1String(station), u"%1 "_s + QLatin1String(station));
-    const QList<QVariantMap> records = recordsToShow();
+    const QList<QVariantMap> records = testRecords();
     const QVariantMap answer{
         {u"Bookmarks"_s, QVariantList(records.constBegin(), records.constEnd())}};
     for (const char *id : {"", "Asia/Kathmandu", "America/New_York", "Europe/Berlin"}) {
@@ -105,7 +105,7 @@ void checkDisplayRecords(CheckContext &context)
     context.summarize(u"%1 records in four time zones"_s.arg(records.size()));
 }
 
-/// The roles that have a value, with their values.
+/// Describes an item, one role on each line.
 QString itemText(const QMap<int, QVariant> &item)
 {
     QStringList lines;
@@ -116,7 +116,7 @@ QString itemText(const QMap<int, QVariant> &item)
 
 void checkTimelineItems(CheckContext &context)
 {
-    constexpr int MostRoles = 400;
+    constexpr int MaxRole = 400;
     constexpr int FirstOwnRole = 269;
     const QStringList ownRoles =
         u"bookmarkIDRole cameraIDRole relayPathRole descRole creatorRole groupRole cameraNameRole "
@@ -126,7 +126,7 @@ void checkTimelineItems(CheckContext &context)
         return;
     const QTimeZone zone("Asia/Kathmandu");
     host->answer(u"QuerySevTimezone"_s, QByteArray("Asia/Kathmandu"), {});
-    const QList<QVariantMap> records = recordsToShow();
+    const QList<QVariantMap> records = testRecords();
     for (const QVariantMap &record : records) {
         const QString location = record.value(u"LocationID"_s).toString();
         host->call(u"removeTimelineModel('cell')"_s);
@@ -135,7 +135,7 @@ void checkTimelineItems(CheckContext &context)
             return;
         host->framework.sendEvent(u"AddBookmark"_s, record, u"A"_s);
         QMap<int, QVariant> item;
-        for (int role = 0; role < MostRoles; ++role) {
+        for (int role = 0; role < MaxRole; ++role) {
             if (const QVariant value = model->index(0, 0).data(role); value.isValid())
                 item.insert(role, value);
         }
@@ -152,7 +152,7 @@ void checkTimelineItems(CheckContext &context)
     context.summarize(u"18 roles of %1 items"_s.arg(records.size()));
 }
 
-/// The time range of a bookmark that begins and ends at once.
+/// Returns the expected text of a record's time range.
 QString timeRange(const QVariantMap &record, const QTimeZone &zone)
 {
     const QVariantMap shown = referencemodel::displayRecord(record, {}, {}, zone);
@@ -191,29 +191,30 @@ void checkTimeZone(CheckContext &context)
                         timeRange(record, QTimeZone(row.zone)),
                         list.value(0).toMap().value(u"displayTimeRange"_s).toString());
     }
-    context.summarize(u"the server's zone once it is known, the system's before"_s);
+    context.summarize(u"the server's zone when it is known, before that the system's"_s);
 }
 
-void checkDirectory(CheckContext &context)
+void checkTopology(CheckContext &context)
 {
     LoggingHost host(context);
     if (!host)
         return;
-    // A walk over the whole tree for each call: so one for each answer, not one for each record.
+    // Each call walks over the whole topology, so the plug-in must make one for each answer, not
+    // for each record.
     const auto callsOf = [&](const char *steps) {
         const int before = host->topology.callCount();
         host->play(QLatin1String(steps));
         return QString::number(host->topology.callCount() - before);
     };
     host->play(u"show cell l A\nshow other l A"_s);
-    context.compare(u"questions of a query of all"_s, u"1"_s, callsOf("queryAllBookmarks()"));
-    context.compare(u"questions of its answers"_s, u"3"_s,
+    context.compare(u"topology calls of a query of all"_s, u"1"_s, callsOf("queryAllBookmarks()"));
+    context.compare(u"topology calls of its answers"_s, u"3"_s,
                     callsOf("answer 1 ok {'Bookmarks': [{}, {}, {}]}\n"
                             "answer 2 ok {'Bookmarks': [{}, {}]}\nanswer 3 ok {}"));
-    context.compare(u"questions of an event"_s, u"1"_s,
+    context.compare(u"topology calls of an event"_s, u"1"_s,
                     callsOf("event AddBookmark@A {'LocationID': 'l'}"));
 
-    // Renamed between two answers.
+    // A camera is renamed between two answers.
     const char *const answer =
         "answer QueryBookmarkForRecent@A ok {'Bookmarks': [{'CameraID': '1'}]}";
     host->play(QLatin1String(answer));
@@ -241,7 +242,7 @@ void checkDirectory(CheckContext &context)
         stations.append(command.relayPath);
     context.compare(u"stations"_s, u" G ,A,C,D"_s, stations.join(u','));
 
-    // Texts that are no ASCII, and format signs, reach the log as they are.
+    // Texts with placeholders and characters outside of ASCII reach the log unchanged.
     const QString odd = u"S\u00fcd %1 %s%n"_s;
     standin::SentCommand query = sent.constFirst();
     query.relayPath = odd;
@@ -258,9 +259,9 @@ void checkDirectory(CheckContext &context)
     WatchedTopology watched(host->topology);
     host->framework.addPlugin(standin::Topology::pluginID(), &watched);
     host->play(u"queryAllBookmarks()\n"_s + QLatin1String(answer));
-    context.compare(u"roles asked for"_s, u"0 nodeIDRole nodeTypeRole,0 idRole nameRole"_s,
-                    watched.asked.join(u','));
-    context.summarize(u"stations by their type, names once for each answer"_s);
+    context.compare(u"arguments of the topology calls"_s,
+                    u"0 nodeIDRole nodeTypeRole,0 idRole nameRole"_s, watched.calls.join(u','));
+    context.summarize(u"stations by their type; one topology call for each answer"_s);
 }
 
 } // namespace
@@ -268,10 +269,12 @@ void checkDirectory(CheckContext &context)
 std::vector<Check> recordChecks()
 {
     return {
-        {"4.display-records", "Records as QML gets them, values and types", checkDisplayRecords},
-        {"4.timeline-items", "Items of timelines, all roles", checkTimelineItems},
-        {"4.time-zone", "Which zone times are shown in", checkTimeZone},
-        {"4.directory", "Stations and names come from the topology plug-in", checkDirectory},
+        {"4.display-records", "Display records have the expected values and types",
+         checkDisplayRecords},
+        {"4.timeline-items", "Timeline items have the expected values of all roles",
+         checkTimelineItems},
+        {"4.time-zone", "Times are shown in the server's time zone", checkTimeZone},
+        {"4.topology", "Stations and names come from the topology plug-in", checkTopology},
     };
 }
 

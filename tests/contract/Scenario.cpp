@@ -11,7 +11,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Adds a line of a file to its last scenario. @return false if the line is out of place
+/// Appends a line of a file to its last scenario.
+/// @return false if no scenario or step precedes a line that needs one
 bool add(QList<Scenario> &scenarios, const QString &text, int line)
 {
     if (text.startsWith(u'[') && text.endsWith(u']')) {
@@ -64,7 +65,8 @@ ScenarioFile ScenarioFile::read(const QString &path)
     for (int line = 1; line <= lines.size(); ++line) {
         const QString text = lines.at(line - 1).trimmed();
         if (!text.isEmpty() && !text.startsWith(u'#') && !add(result.scenarios, text, line))
-            qFatal("%s:%d: out of place: %s", qPrintable(path), line, qPrintable(text));
+            qFatal("%s:%d: a [title] or a step must precede this line: %s", qPrintable(path), line,
+                   qPrintable(text));
     }
     return result;
 }
@@ -77,7 +79,7 @@ void playScenarios(CheckContext &context, const ScenarioFile &file)
     const QByteArray fileName = "tests/contract/scenarios/" + file.name.toLatin1() + ".txt";
     for (const Scenario &scenario : file.scenarios) {
         host->resetTopology();
-        host->renewObject();
+        host->recreateObject();
         for (const Scenario::Step &step : scenario.steps) {
             const QString trace = host->play(step.text, fileName.constData(), step.line);
             const QString place = u"line %1, %2"_s.arg(step.line).arg(scenario.title);

@@ -8,38 +8,39 @@ namespace check {
 
 class CheckContext;
 
-/// Some steps and the lines that they must leave in the trace. docs/testing.md has the grammar.
+/// Steps and their expected lines in the trace. docs/testing.md describes the grammar.
 struct Scenario
 {
     struct Step
     {
         QString text;
         int line = 0;
-        bool isGiven = false; ///< prepares the scenario; its lines do not matter
+        bool isGiven = false; ///< prepares the scenario; its lines are not compared
         QStringList expected;
     };
 
     QString title;
     QList<Step> steps;
 
-    /// The steps that prepare the scenario, or all others, one a line.
+    /// @param given true for the steps that prepare the scenario, false for all others
+    /// @return the steps, one on each line
     QString textOf(bool given) const;
-    /// The lines of all steps.
+    /// @return the expected lines of all steps
     QStringList expected() const;
 };
 
-/// A file in the program's resources with scenarios for one check.
+/// A file in the program's resources with the scenarios of one check.
 struct ScenarioFile
 {
-    QString name;   ///< of the check
-    QString proves; ///< in one line
+    QString name;   ///< name of the check
+    QString proves; ///< first line of the file, for --list
     QList<Scenario> scenarios;
 
-    /// Reads a file. A line that does not fit the format ends the process.
+    /// Reads a file. A line that violates the format ends the process with a message.
     static ScenarioFile read(const QString &path);
 };
 
-/// Plays each scenario on an object of its own and compares the trace of each step.
+/// Plays each scenario on a new object and compares the trace of each step.
 void playScenarios(CheckContext &context, const ScenarioFile &file);
 
 } // namespace check

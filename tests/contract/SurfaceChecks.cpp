@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-// Level 3: what host and QML see of the object.
+// Level 3: the interfaces of the object for host and QML.
 
 namespace check {
 
@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// In this order; "+" marks a clone for default arguments.
+// The order is a part of the contract. "+" marks an overload that moc makes for default arguments.
 const char *const methodTable = R"(
 signal void addBookmarkResponsed(bool success)
 signal void addBookmarksResponsed(QStringList failCamNameList)
@@ -54,7 +54,7 @@ QVariantMap getFilteredBookmarkList(QVariantMap filterMap)
 QVariantList getQueryBookmarkResult() const
 )";
 
-/// The types' names as they are written in the table, whatever alias the source used.
+/// Returns the name of a type, independent of aliases in the source.
 QString typeName(QMetaType type)
 {
     return QLatin1String(type.name());
@@ -85,13 +85,14 @@ void checkMethods(CheckContext &context)
         const QMetaMethod method = meta->method(i);
         lines.append(lineOf(method));
         context.expect(method.access() == QMetaMethod::Public,
-                       QString::fromLatin1(method.name()) + u" to be public"_s, u"it is not"_s);
+                       QString::fromLatin1(method.name()) + u" to be public"_s,
+                       u"it is not public"_s);
     }
     const QStringList expected = QString::fromLatin1(methodTable).trimmed().split(u'\n');
     for (qsizetype i = 0; i < qMax(expected.size(), lines.size()); ++i)
         context.compare(u"method %1"_s.arg(i), expected.value(i), lines.value(i));
     context.summarize(
-        u"%1 methods in their order, with types and parameter names"_s.arg(lines.size()));
+        u"%1 methods with their types, parameter names and order"_s.arg(lines.size()));
 }
 
 void checkClass(CheckContext &context)
@@ -115,10 +116,10 @@ void checkClass(CheckContext &context)
     for (const char *name : {"PluginBase", static_cast<const char *>(nullptr)})
         context.expect(!object->qt_metacast(name), u"no cast to "_s + QLatin1String(name),
                        u"an object"_s);
-    context.summarize(u"class, superclass and casts"_s);
+    context.summarize(u"class name, superclass and casts are correct"_s);
 }
 
-/// The host's own code reads the two names where its compiler has put them.
+/// Reads a text at an offset, because the host's compiler has fixed the offsets of the fields.
 QString textAtOffset(const void *object, std::size_t offset)
 {
     return *reinterpret_cast<const QString *>(static_cast<const char *>(object) + offset);
@@ -147,7 +148,7 @@ void checkHostEntries(CheckContext &context)
                     "= bool false"_s,
                     host->play(u"connect\nupdateBookmark('b')"_s));
 
-    host->introduce(&host->framework);
+    host->initialise(&host->framework);
     context.compare(u"PluginServerConnected"_s,
                     u"send QuerySevTimezone@ invalid\nsend QuerySettingPermission@ invalid"_s,
                     host->play(u"connect"_s));
@@ -157,10 +158,10 @@ void checkHostEntries(CheckContext &context)
     const QVariantMap record = serverRecord(u"b"_s, u"1"_s, u"l"_s, 1, 2);
     plugin.CommandProcessorEx(u"AddBookmark"_s, nullptr, record, nullptr, u"0"_s, {}, true, u"A"_s);
     plugin.EventProcessorEx(u"AddBookmark"_s, nullptr, 1, 2, 3, record, u"A"_s);
-    context.compare(u"entries that do nothing"_s, QString(), host->takeTrace().join(u'\n'));
+    context.compare(u"entries without an effect"_s, QString(), host->takeTrace().join(u'\n'));
     context.compare(u"CommandProcessor"_s, u"signal updateBookmarkResponsed(true)"_s,
                     host->play(u"answer UpdateBookmark@ ok"_s));
-    context.summarize(u"the host's entries by their positions, fields by their offsets"_s);
+    context.summarize(u"virtual functions and fields are at their positions"_s);
 }
 
 void checkFrameworkEntries(CheckContext &context)
@@ -169,14 +170,15 @@ void checkFrameworkEntries(CheckContext &context)
     if (!host)
         return;
     FrameworkProbe probe(&host->topology);
-    host->introduce(probe.asFramework());
+    host->initialise(probe.asFramework());
     host->play(u"connect\ngrant\naddBookmark('1', 'l', 'A', 1, 2, '', '', '')\n"
                "queryAllBookmarks()\ndeleteBookmarks([{}])\nevent AddBookmark@A {}\n"
                "show cell l A\nsetTimelineBoundary(1, 2, 'cell')\n"
                "answer QueryBookmarkForRecent@A ok {}"_s);
-    // Eight commands; the stations once, the names for an event and for an answer.
+    // Eight commands. The topology: once for the stations, and for the names of an event and an
+    // answer.
     context.compare(u"entries called"_s, u"2 x8, 14 x3"_s, probe.summary());
-    context.compare(u"arguments of the entries"_s, QString(), probe.oddities().join(u", "_s));
+    context.compare(u"arguments of the entries"_s, QString(), probe.violations().join(u", "_s));
     context.summarize(u"entries called: "_s + probe.summary());
 }
 
@@ -206,7 +208,7 @@ void checkUnknownNames(CheckContext &context)
                                "setBookmarkNumberPerPage", "queryBookmarkForTimeline"})
         context.expect(!host->hasMethod(method), u"no method %1"_s.arg(QLatin1String(method)),
                        u"one"_s);
-    context.summarize(u"unknown commands, events and methods come to nothing"_s);
+    context.summarize(u"unknown commands and events are ignored; unknown methods do not exist"_s);
 }
 
 } // namespace
@@ -214,15 +216,15 @@ void checkUnknownNames(CheckContext &context)
 std::vector<Check> surfaceChecks()
 {
     return {
-        {"3.class", "Class name, superclass and the names it can be cast to", checkClass},
-        {"3.methods", "Signals and methods in their order, with types and parameter names",
+        {"3.class", "The object has the class name, superclass and casts of the contract",
+         checkClass},
+        {"3.methods", "Signals and methods have their types, parameter names and order",
          checkMethods},
-        {"3.host-entries", "The host finds its entries and fields where it looks for them",
+        {"3.host-entries", "Virtual functions and fields are at the positions that the host uses",
          checkHostEntries},
-        {"3.framework-entries", "Of the host's framework only two entries are called",
+        {"3.framework-entries", "The plug-in calls only two entries of the host's framework",
          checkFrameworkEntries},
-        {"3.unknown-names", "Unknown commands, events and methods come to nothing",
-         checkUnknownNames},
+        {"3.unknown-names", "Unknown commands and events are ignored", checkUnknownNames},
     };
 }
 

@@ -1,8 +1,8 @@
-# Copies SOURCE to COPY. With FAULT, a folder, the text in its find.txt is replaced by that in its
-# replace.txt, and that in its include.txt is put at the top.
+# Copies SOURCE to COPY. If the folder FAULT is given, the text in its find.txt is replaced by the text
+# in its replace.txt, and the text in its include.txt is put at the top.
 #
-# The text has to be found exactly once: a fault without a place proves nothing. Indentation and line
-# breaks do not matter.
+# Fails unless the text is found exactly once, because a fault that is not planted tests nothing.
+# Indentation and line breaks are ignored.
 file(READ "${SOURCE}" content)
 if(FAULT)
     file(READ "${FAULT}/find.txt" find)
@@ -15,7 +15,8 @@ if(FAULT)
         string(REGEX MATCHALL "@place@" places "${content}")
         list(LENGTH places count)
         if(NOT count EQUAL 1)
-            message(FATAL_ERROR "${SOURCE}: a fault needs one place, found ${count} of:\n${find}")
+            message(FATAL_ERROR "${SOURCE}: the FIND text of a fault must occur once; it occurs ${count} times. "
+                "Change it in tests/faults/CMakeLists.txt:\n${find}")
         endif()
         string(REPLACE "@place@" "${replace}" content "${content}")
     endif()

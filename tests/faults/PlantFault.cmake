@@ -1,16 +1,16 @@
 # plant_fault(NAME FILE file CAUGHT_BY check... [AS status] [FIND text REPLACE text] [INCLUDE header]
 #             [LINK_OPTIONS option...])
 #
-# Builds a variant of the plug-in with one defect: FILE of src/ with one place replaced, and all other
-# parts unchanged. Adds a test check_fault_NAME_CHECK for each check, which demands that the check
-# reports the defect with that status ("fail" by default). INCLUDE adds a line to the top of FILE.
+# Builds a variant of the plug-in in which the text FIND in FILE of src/ is replaced by REPLACE. Adds a
+# test check_fault_NAME_CHECK for each check, which passes if the check reports the defect with the
+# status AS, by default "fail". INCLUDE adds an #include line to the top of FILE.
 function(plant_fault name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "FILE;AS;FIND;REPLACE;INCLUDE" "CAUGHT_BY;LINK_OPTIONS")
     set(target "fault_${name}")
     set(folder "${CMAKE_CURRENT_BINARY_DIR}/${name}")
     set(exports "${PROJECT_SOURCE_DIR}/src/Tessaline.map")
     set(copies "")   # files of src/ that are compiled or read again
-    set(replaced "") # expression for the object files that the copies replace
+    set(replaced "") # regular expression for the object files that the copies replace
 
     add_library(${target} MODULE EXCLUDE_FROM_ALL)
     add_dependencies(check_faults ${target})
@@ -19,7 +19,7 @@ function(plant_fault name)
         set(copies "${arg_FILE}")
         string(REPLACE "." "\\." replaced "/${arg_FILE}.")
     elseif(arg_FILE STREQUAL "RequestContexts.h")
-        # A source finds the changed header only from its own folder, so all that include it move there.
+        # A source finds the changed header only in its own folder, so all files that include it are copied.
         set(copies RequestContexts.h RequestContexts.cpp Tessaline.cpp Tessaline_Req.cpp
             Tessaline_ReqRespHandler.cpp)
         set(replaced "/(RequestContexts|Tessaline(_Req|_ReqRespHandler)?)\\.cpp\\.")
@@ -34,7 +34,7 @@ function(plant_fault name)
         set_target_properties(${target} PROPERTIES LINK_DEPENDS "${exports}")
     endif()
 
-    # The texts travel in files: a command line can't hold line breaks.
+    # CopySource.cmake reads the texts from files, because a command line can't contain line breaks.
     file(CONFIGURE OUTPUT "${folder}/find.txt" CONTENT "${arg_FIND}" @ONLY)
     file(CONFIGURE OUTPUT "${folder}/replace.txt" CONTENT "${arg_REPLACE}" @ONLY)
     if(arg_INCLUDE)
@@ -46,7 +46,7 @@ function(plant_fault name)
         target_sources(${target} PRIVATE "${folder}/${copy}")
     endforeach()
     if(arg_FILE MATCHES "^Tessaline\\.(h|json)$")
-        # As a target of its own: a data file of moc among the sources would be a cycle for ninja.
+        # A separate target, because a data file of moc among the sources would be a cycle for ninja.
         copy_source("${folder}" Tessaline.json "${arg_FILE}")
         add_custom_target(${target}_metadata DEPENDS "${folder}/Tessaline.json")
         set_target_properties(${target} PROPERTIES AUTOGEN_TARGET_DEPENDS ${target}_metadata)
@@ -84,7 +84,7 @@ function(plant_fault name)
     endforeach()
 endfunction()
 
-# Copies a file of src/ when the variant is built; the changed one with its fault.
+# Copies a file of src/ when the variant is built, and plants the fault if it is the changed file.
 function(copy_source folder file changed)
     set(source "${PROJECT_SOURCE_DIR}/src/${file}")
     set(arguments "-DSOURCE=${source}" "-DCOPY=${folder}/${file}")

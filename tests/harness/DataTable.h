@@ -6,8 +6,9 @@
 
 #include <initializer_list>
 
-/// Data rows as a table of text: a line for each row, "|" between its title and its cells, all of
-/// them QStrings. A cell in quotes keeps its outer spaces.
+/// Adds columns of type QString and the rows of a table to the test's data. A line has a row's
+/// title and its cells, separated by "|". Outer spaces of a cell are removed unless it is in
+/// quotes.
 inline void addTable(std::initializer_list<const char *> columns, const QString &table)
 {
     for (const char *column : columns)
@@ -16,7 +17,8 @@ inline void addTable(std::initializer_list<const char *> columns, const QString 
     for (const QString &line : lines) {
         const QStringList cells = line.split(u'|');
         if (cells.size() != qsizetype(columns.size()) + 1)
-            qFatal("\"%s\" has %d cells", qPrintable(line), int(cells.size()));
+            qFatal("\"%s\": expected %d cells, found %d", qPrintable(line), int(columns.size()) + 1,
+                   int(cells.size()));
         QTestData &row = QTest::newRow(qPrintable(cells.constFirst().trimmed()));
         for (const QString &cell : cells.mid(1)) {
             const QString text = cell.trimmed();
@@ -25,17 +27,17 @@ inline void addTable(std::initializer_list<const char *> columns, const QString 
     }
 }
 
-/// A cell of the present row of such a table.
+/// @return a cell of the current row of such a table, as a number
 inline qint64 numberIn(const char *column)
 {
     return static_cast<QString *>(QTest::qData(column, QMetaType::QString))->toLongLong();
 }
 
-/// A map as QML writes it; numbers become qlonglong, or double when they are not whole.
+/// @return the map in a JSON text; whole numbers become qlonglong, others double
 inline QVariantMap mapOf(const QString &json)
 {
     const QJsonDocument document = QJsonDocument::fromJson(json.toUtf8());
     if (!document.isObject())
-        qFatal("%s is no map", qPrintable(json));
+        qFatal("not a JSON object: %s", qPrintable(json));
     return document.object().toVariantMap();
 }

@@ -5,8 +5,8 @@
 
 #include <utility>
 
-/// What a model tells of its rows: "+0-1" inserted, "-2-2" removed, "~1-3" changed altogether,
-/// "~1-3/2" changed in two roles. Ends before the model does.
+/// Records a model's signals about rows as words: "+0-1" for rows inserted, "-2-2" removed, "~1-3"
+/// changed, "~1-3/2" changed in two roles. Must be deleted before the model.
 class RowChanges : public QObject
 {
 public:
@@ -24,7 +24,7 @@ public:
                 });
     }
 
-    /// Since the last call.
+    /// @return the words since the last call
     QString take() { return std::exchange(m_words, {}).join(u' '); }
 
 private:

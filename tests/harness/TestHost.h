@@ -2,13 +2,14 @@
 
 #include "Host.h"
 
-/// The logging library, there before the plug-in is loaded.
+/// A base class, because the logging library must be loaded before the plug-in.
 struct TestLog
 {
     driver::LogProbe log;
 };
 
-/// The built library in a host. Ends the program if it, or the logging library, can't be loaded.
+/// A host with the library of this build. Ends the program if the library or the logging library
+/// can't be loaded.
 class TestHost : private TestLog, public driver::Host
 {
 public:
@@ -22,7 +23,7 @@ public:
 
 using driver::serverRecord;
 
-/// The answer to a query: records with these identifiers, all of camera "1" at location "l".
+/// @return the answer to a query: records with these identifiers, camera "1" and location "l"
 inline QVariant queryAnswer(const QStringList &ids)
 {
     QVariantList records;

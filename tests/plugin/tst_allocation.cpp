@@ -15,17 +15,17 @@ QVariantMap record(const QString &id)
 
 QVariantMap bookmarks()
 {
-    // The third has a text that is stored in another way. A far date would be, too, but QDateTime
-    // does not survive a lack of memory there.
+    // The third description has no UTF-8 form and is therefore stored in UTF-16.
     QVariantMap odd = record(u"q3"_s);
     odd[u"Description"_s] = u"caf"_s + QChar(0xd800);
     return {{u"Bookmarks"_s, QVariantList{record(u"q1"_s), record(u"q2"_s), odd}}};
 }
 
-class ShortOfMemory : public TestHost
+/// A host with one station.
+class SmallHost : public TestHost
 {
 public:
-    ShortOfMemory()
+    SmallHost()
     {
         for (const QString &station : {u"B"_s, u"C"_s})
             topology.remove(station);
@@ -34,7 +34,7 @@ public:
 
 } // namespace
 
-/// Memory runs short at the moments that matter most; the checker goes through all others.
+/// Failing allocations at moments that the checks of level 6 do not reach.
 class TestAllocation : public QObject
 {
     Q_OBJECT
@@ -42,15 +42,15 @@ class TestAllocation : public QObject
 private Q_SLOTS:
     void initTestCase() { failingmemory::setLibrary(TESSALINE_PLUGIN_PATH); }
 
-    void keepsTheQueryUnderWay();
-    void keepsNothingOfAHalfAnswer();
-    void questionsKeepNoMemory();
-    void makesAModelLater();
+    void failedQueryDoesNotSupersedeTheRunningOne();
+    void answerIsStoredCompletelyOrNotAtAll();
+    void pagesLeaveNoMemoryBehind();
+    void modelIsCreatedWhenMemoryIsAvailableAgain();
 };
 
-void TestAllocation::keepsTheQueryUnderWay()
+void TestAllocation::failedQueryDoesNotSupersedeTheRunningOne()
 {
-    ShortOfMemory host;
+    SmallHost host;
     host.call(u"queryAllBookmarks()"_s);
     const standin::SentCommand running = host.framework.sent().constFirst();
     failingmemory::failAt(0);
@@ -62,31 +62,31 @@ void TestAllocation::keepsTheQueryUnderWay()
     QCOMPARE(host.identifiersIn(u"all"_s), u"A/q1 A/q2 A/q3"_s);
 }
 
-void TestAllocation::keepsNothingOfAHalfAnswer()
+void TestAllocation::answerIsStoredCompletelyOrNotAtAll()
 {
-    // By camera, by text, and by a column of each group key; asked before each answer, too, so that
-    // these reach all columns.
+    // Pages by camera, by text and by group key reach all columns of the list. They are also
+    // requested before each answer, because the first request creates some columns.
     const QStringList questions{
         u"getFilteredBookmarkList({'nodeID': 'B/1', 'endTimestamp': 9, 'groupKey': 'creator'})"_s,
         u"getFilteredBookmarkList({'nodeID': 'C/1', 'endTimestamp': 9, 'groupKey': 'creator'})"_s,
         u"getFilteredBookmarkList({'text': 'B - ', 'endTimestamp': 9, 'groupKey': 'cameraName'})"_s,
         u"getFilteredBookmarkList({'text': 'C - ', 'endTimestamp': 9, 'groupKey': 'cameraName'})"_s,
         u"getFilteredBookmarkList({'endTimestamp': 9, 'groupKey': 'relayPath'})"_s};
-    struct Asked
+    struct Outcome
     {
         QString pages;
         bool hasFailed;
     };
-    // Of three answers the second fails, by its code or at an allocation.
+    // Answers three commands; the second answer fails by its code or by an allocation.
     const auto askAfter = [&](const QString &code, int failing) {
-        ShortOfMemory host;
+        SmallHost host;
         for (const QString &station : {u"B"_s, u"C"_s}) {
             host.topology.setStation(station, u"Station "_s + station);
             host.topology.setCamera(station + u"/1"_s, u"Camera "_s + station);
         }
         host.call(u"queryAllBookmarks()"_s);
         const QList<standin::SentCommand> queries = host.framework.sent();
-        Asked asked{{}, false};
+        Outcome asked{{}, false};
         const auto ask = [&] {
             asked.pages.clear();
             for (const QString &question : questions)
@@ -106,7 +106,7 @@ void TestAllocation::keepsNothingOfAHalfAnswer()
     const QString all = askAfter(u"0"_s, -1).pages, others = askAfter(u"-1"_s, -1).pages;
     QVERIFY(all != others);
     int failed = 0;
-    for (Asked asked{{}, true}; asked.hasFailed; failed += asked.hasFailed) {
+    for (Outcome asked{{}, true}; asked.hasFailed; failed += asked.hasFailed) {
         asked = askAfter(u"0"_s, failed);
         if (asked.pages != others)
             QCOMPARE(asked.pages, all);
@@ -114,9 +114,9 @@ void TestAllocation::keepsNothingOfAHalfAnswer()
     QVERIFY(failed > 10);
 }
 
-void TestAllocation::questionsKeepNoMemory()
+void TestAllocation::pagesLeaveNoMemoryBehind()
 {
-    ShortOfMemory host;
+    SmallHost host;
     host.call(u"queryAllBookmarks()"_s);
     host.answer(host.framework.sent().constFirst(), bookmarks());
     const QStringList keys{u"displayDate"_s, u"creator"_s, u"description"_s, u"no key"_s};
@@ -134,9 +134,9 @@ void TestAllocation::questionsKeepNoMemory()
     QCOMPARE(failingmemory::blocks(), before);
 }
 
-void TestAllocation::makesAModelLater()
+void TestAllocation::modelIsCreatedWhenMemoryIsAvailableAgain()
 {
-    ShortOfMemory host;
+    SmallHost host;
     host.showCell(u"2"_s, u"l"_s, u"A"_s);
     host.call(u"setTimelineBoundary(0, 9, '2')"_s);
     const standin::SentCommand query = host.framework.sent().constFirst();
@@ -144,7 +144,8 @@ void TestAllocation::makesAModelLater()
         return host.call(u"getBookmarkModelForTimeline('2')"_s).value<QObject *>();
     };
     QString lines;
-    for (int n = 0; !lines.contains(u"Create time shift"_s); ++n) { // the view cell is made first
+    for (int n = 0; !lines.contains(u"Create time shift"_s);
+         ++n) { // the first allocations create the view cell
         host.call(u"removeTimelineModel('2')"_s);
         host.takeTrace();
         failingmemory::failAt(n);
@@ -155,7 +156,7 @@ void TestAllocation::makesAModelLater()
     QCOMPARE(lines, u"log Tessaline: %s, Create time shift buffer model failed "
                     "<Tessaline::CreateTimelineModel>"_s);
 
-    // Until it is there it is skipped. The context of the query ends with the first answer.
+    // A view cell without a model is skipped. The first answer ends the context of the query.
     const QString record = u"{'BookmarkID': 'x', 'LocationID': 'l'}"_s;
     QCOMPARE(host.play(u"setTimelineFocusInfo('l', 'A', '2')\nsetTimelineBoundary(0, 9, '2')"_s),
              QString());

@@ -61,13 +61,13 @@ struct Host
 
 } // namespace
 
-/// What no caller from outside the library can reach, or only at great length.
+/// Methods and classes of the plug-in that callers outside of the library can't reach.
 class TestHelpers : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void pageIsCut_data()
+    void pageRangeDependsOnSizeAndNumber_data()
     {
         addTable({"size", "pageSize", "pageNumbers", "page"}, uR"(
         first                 | 5 | 2   | 0              | 0 1
@@ -76,20 +76,20 @@ private Q_SLOTS:
         beyond the last       | 5 | 2   | 3 4 max        | 0 1
         beyond a full last    | 4 | 2   | 2              | 0 1
         before the first      | 5 | 2   | -1 -2 min      |
-        none a page           | 5 | 0   | min -1 0 3 max |
+        page size 0           | 5 | 0   | min -1 0 3 max |
         no records            | 0 | 2   | min -1 0 3 max |
-        no records, none      | 0 | 0   | min -1 0 3 max |
+        no records, size 0    | 0 | 0   | min -1 0 3 max |
         no records, negative  | 0 | -5  | min -1 0 3 max |
-        negative takes all    | 5 | -5  | -1 0 3 max     | 0 1 2 3 4
-        negative, one before  | 5 | -1  | -5             | 0 1 2 3 4
+        negative size         | 5 | -5  | -1 0 3 max     | 0 1 2 3 4
+        negative, last before | 5 | -1  | -5             | 0 1 2 3 4
         negative, far before  | 5 | -1  | -6 min         |
-        least                 | 5 | min | 0 3 max        | 0 1 2 3 4
-        least, before         | 5 | min | -1 min         |
-        greatest              | 5 | max | 0 3 max        | 0 1 2 3 4
-        greatest, before      | 5 | max | -1 min         |
+        minimal size          | 5 | min | 0 3 max        | 0 1 2 3 4
+        minimal, before       | 5 | min | -1 min         |
+        maximal size          | 5 | max | 0 3 max        | 0 1 2 3 4
+        maximal, before       | 5 | max | -1 min         |
         )"_s);
     }
-    void pageIsCut()
+    void pageRangeDependsOnSizeAndNumber()
     {
         QFETCH(const QString, size);
         QFETCH(const QString, pageSize);
@@ -109,12 +109,12 @@ private Q_SLOTS:
             QCOMPARE(list.mid(qsizetype(first), qsizetype(end) - qsizetype(first)).join(u' '),
                      page);
         }
-        // More pages than can be counted.
+        // More pages than an int can count.
         for (const int bits : {31, 33})
             QCOMPARE(tessaline::pageRange(std::size_t(1) << bits, 1, 5).first, std::size_t(5));
     }
 
-    void pageSizeIsWhatWasSet()
+    void pageHasTheSizeThatWasSet()
     {
         Host host;
         QVERIFY(host.plugin.queryAllBookmarks());
@@ -131,20 +131,20 @@ private Q_SLOTS:
         }
     }
 
-    void contextAddressIsNotUsedAgainAtOnce()
+    void contextAddressIsNotReusedSoon()
     {
         ContextRegistry<ReusedContext> contexts;
         QList<const void *> last;
         for (int i = 0; i < 1000; ++i) {
             const void *const address = contexts.create({}).release();
-            QVERIFY(address); // not null: old addresses are used again
+            QVERIFY(address); // null if old addresses were never reused
             QVERIFY(!last.contains(address));
             contexts.take(address);
             last = last.mid(last.size() - 127) + QList<const void *>{address};
         }
     }
 
-    void permissionIsWhatTheServerSaidLast()
+    void lastAnswerDecidesPermission()
     {
         Host host;
         QVERIFY(!host.plugin.hasSettingPermission());
@@ -158,7 +158,7 @@ private Q_SLOTS:
         QVERIFY(!host.plugin.hasSettingPermission());
     }
 
-    void recordsHaveExactlyTheTextsOfTheServer()
+    void recordsKeepTheTextsOfTheServer()
     {
         const QStringList texts{QString(),
                                 u""_s,
@@ -166,7 +166,7 @@ private Q_SLOTS:
                                 u"gate"_s,
                                 u"\u00c4\u4e2d\U0001F600"_s,
                                 QString(QChar(0)),
-                                QString(QChar(0xd800)), // half of a pair
+                                QString(QChar(0xd800)), // a lone surrogate
                                 u"a"_s + QChar(0xdc00) + u"b"_s,
                                 QString(QChar(0xfeff)) + u"x"_s, // a byte order mark
                                 u"\u00ff\uffff"_s};
@@ -182,7 +182,7 @@ private Q_SLOTS:
         tessaline::BookmarkList list;
         tessaline::CameraNames names({}, u"A"_s);
         const auto formatter = std::make_shared<tessaline::TimeFormatter>(QTimeZone::utc());
-        for (int i = 0; i < 2; ++i) // once into the empty list, once with all texts known
+        for (int i = 0; i < 2; ++i) // the second time all texts are in the dictionaries
             list.append(records, names, formatter);
         QCOMPARE(list.size(), 2 * std::size_t(texts.size()));
         for (quint32 row = 0; row < list.size(); ++row) {
@@ -196,7 +196,7 @@ private Q_SLOTS:
         }
     }
 
-    void rowsAreSearchedWithoutTheTextsBetweenThem()
+    void searchIsLimitedToTheGivenRows()
     {
         tessaline::BookmarkList list;
         tessaline::CameraNames names({}, u"A"_s);
@@ -220,7 +220,7 @@ private Q_SLOTS:
         QCOMPARE(list.rowsInRange(0, 0), tessaline::Rows{});
     }
 
-    void rangeIsAskedForOnDemand()
+    void timelineQueryNeedsViewCellAndAcceptance()
     {
         Host host;
         host.plugin.queryBookmarkForTimeline(1, 2, u"cell"_s);
@@ -237,7 +237,7 @@ private Q_SLOTS:
         host.framework.clearSent();
 
         host.plugin.getBookmarkModelForTimeline(u"cell"_s);
-        for (int i = 0; i < 2; ++i) // even for what has been asked for before
+        for (int i = 0; i < 2; ++i) // the same range may be queried again
             host.plugin.queryBookmarkForTimeline(2, 1, u"cell"_s);
         QCOMPARE(host.framework.sent().size(), 2);
         QCOMPARE(

@@ -14,10 +14,10 @@ bool isGerman()
     return QLocale::system().name() == "de_DE"_L1;
 }
 
-/// The short text for the locale of this run: the program is run once in each.
+/// Returns the short text in the locale of this run. CMake runs the program in two locales.
 QString localText(const QDateTime &dateTime)
 {
-    // Newer locale data has a narrow no-break space there; Windows' own has not.
+    // Newer locale data has a narrow no-break space before AM and PM, except on Windows.
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0) && !defined(Q_OS_WIN)
     const QString english = u"M/d/yy h:mm\u202fAP"_s;
 #else
@@ -32,8 +32,8 @@ void insertDate(QVariantMap &record, const QDateTime &dateTime)
     record.insert(u"displayDateTime"_s, localText(dateTime));
 }
 
-/// The display record that is made of a server's record.
-QVariantMap shown(TestHost &host, const QVariantMap &record)
+/// Returns the plug-in's display record for a server record.
+QVariantMap displayRecord(TestHost &host, const QVariantMap &record)
 {
     host.call(u"queryBookmarkForRecent('', 'A', 1)"_s);
     host.answer(u"QueryBookmarkForRecent"_s, QVariantMap{{u"Bookmarks"_s, QVariantList{record}}},
@@ -43,7 +43,7 @@ QVariantMap shown(TestHost &host, const QVariantMap &record)
 
 } // namespace
 
-/// Display records and groups by day as users of two languages read them, written out.
+/// Display records and groups by day in two locales, compared with literal texts.
 class TestRecords : public QObject
 {
     Q_OBJECT
@@ -53,7 +53,7 @@ private Q_SLOTS:
     {
         const QString locale = QLocale::system().name();
         QVERIFY2(locale == "en_US"_L1 || locale == "de_DE"_L1, qPrintable(locale));
-        // The zone by what it does: several go by the same clock.
+        // Check the time zone by its offset, because several names mean the same zone.
         const QDateTime summerTime(QDate(2026, 3, 29), QTime(3, 0));
         QCOMPARE(summerTime.toMSecsSinceEpoch(), 1'774'746'000'000);
     }
@@ -72,10 +72,10 @@ private Q_SLOTS:
         const QVariantMap record =
             serverRecord(u"b1"_s, u"1"_s, u"loc"_s, 1773057907000, 1773057997000,
                          u"T\u00fcr \U0001F6AA"_s, u"ann %1"_s, u"doors"_s);
-        QCOMPARE(describe(shown(host, record)), describe(expected));
+        QCOMPARE(describe(displayRecord(host, record)), describe(expected));
     }
 
-    void timesAreThoseOfTheServersClock_data()
+    void timesAreInTheServersZone_data()
     {
         // Each bookmark lasts one second.
         addTable({"zone", "utc", "clock", "clockAtEnd"}, uR"(
@@ -92,7 +92,7 @@ private Q_SLOTS:
         long ago        | America/New_York | 1899-12-31T17:00:00 | 1899-12-31T12:00:00 | 12:00:01
         )"_s);
     }
-    void timesAreThoseOfTheServersClock()
+    void timesAreInTheServersZone()
     {
         QFETCH(const QString, zone);
         QFETCH(const QString, utc);
@@ -104,18 +104,18 @@ private Q_SLOTS:
             host.answer(u"QuerySevTimezone"_s, zone, {});
         const qint64 start = QDateTime::fromString(utc + u'Z', Qt::ISODate).toMSecsSinceEpoch();
         const QVariantMap found =
-            shown(host, serverRecord(u"b"_s, u"1"_s, u"loc"_s, start, start + 1000));
+            displayRecord(host, serverRecord(u"b"_s, u"1"_s, u"loc"_s, start, start + 1000));
         QVariantMap expected = found;
         expected.insert(u"displayTimeRange"_s, clock.section(u'T', 1) + " - "_L1 + clockAtEnd);
-        // In UTC, as the clock of any other zone leaves out an hour in spring.
+        // Parsed as UTC, because local times of other zones skip an hour in spring.
         insertDate(expected, QDateTime::fromString(clock + u'Z', Qt::ISODate));
         QCOMPARE(found, expected);
     }
 
-    void yearsOfTwoDigitsAreSortedAsOfThe20thCentury()
+    void twoDigitYearsAreSortedAs20thCentury()
     {
-        // 2026 has lost its century and counts as 1926. Those of one day keep the order of the
-        // first sort: by the text of their start, descending.
+        // A text with the year 26 counts as 1926. Bookmarks of one day are ordered by the text of
+        // their start, descending.
         TestHost host;
         QVariantList records;
         for (const auto &[id, start] : {std::pair(u"f"_s, 917870400000LL),

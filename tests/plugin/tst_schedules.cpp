@@ -21,8 +21,8 @@ QString stationName(int station)
     return QString(QChar(u'A' + station));
 }
 
-/// What the plug-in is to do, written for being read: one view cell, which shows what station A
-/// adds; requests to several stations; answers in any order.
+/// A simple model of the plug-in: requests to several stations, answers in any order, and one view
+/// cell that shows the bookmarks of station A.
 class Model
 {
 public:
@@ -32,16 +32,17 @@ public:
         std::vector<int> pending;
         QStringList failed;
         int generation = 0;
-        bool isOver = false;
+        bool isComplete = false;
     };
     std::vector<Request> requests;
-    QStringList listed;  ///< "A/x", the list of all bookmarks
+    QStringList listed;  ///< the list of all bookmarks, "A/x"
     QStringList shown;   ///< rows of the view cell
-    bool isOpen = false; ///< the view cell
-    QStringList heard;   ///< log lines and signals
+    bool isOpen = false; ///< true while the view cell is open
+    QStringList trace;   ///< log lines and signals
 
-    /// Stations in @p refusing can't be reached.
-    bool send(Kind kind, int stationCount, const std::vector<int> &refusing)
+    /// @param rejecting stations whose commands the host rejects
+    /// @return true if at least one command was accepted
+    bool send(Kind kind, int stationCount, const std::vector<int> &rejecting)
     {
         Request request{kind, {}, {}, kind == Kind::Query ? ++m_generation : 0};
         if (kind == Kind::Query)
@@ -50,14 +51,14 @@ public:
                                             "send command failed <Tessaline::deleteBookmarks>",
                                             "SendCommand failed <Tessaline::queryAllBookmarks>"};
         for (int station = 0; station < stationCount; ++station) {
-            if (std::count(refusing.cbegin(), refusing.cend(), station) > 0)
-                heard.append(u"log Tessaline_Req: %s, "_s + QLatin1String(lines[int(kind)]));
+            if (std::count(rejecting.cbegin(), rejecting.cend(), station) > 0)
+                trace.append(u"log Tessaline_Req: %s, "_s + QLatin1String(lines[int(kind)]));
             else
                 request.pending.push_back(station);
         }
-        request.isOver = request.pending.empty();
+        request.isComplete = request.pending.empty();
         requests.push_back(request);
-        return !request.isOver;
+        return !request.isComplete;
     }
 
     void answer(std::size_t number, int station, bool succeeds, const QString &id)
@@ -67,7 +68,7 @@ public:
         const bool isAwaited = place != request.pending.end();
         if (request.kind == Kind::Query)
             return answerQuery(request, place, station, succeeds, id);
-        if (request.isOver || !isAwaited)
+        if (request.isComplete || !isAwaited)
             return;
         request.pending.erase(place);
         const QString name =
@@ -78,9 +79,9 @@ public:
             shown.removeAll(id);
         else if (isOpen && station == 0 && !shown.contains(id))
             shown.append(id);
-        request.isOver = request.pending.empty();
-        if (request.isOver) {
-            heard.append(u"signal %1BookmarksResponsed(%2)"_s.arg(
+        request.isComplete = request.pending.empty();
+        if (request.isComplete) {
+            trace.append(u"signal %1BookmarksResponsed(%2)"_s.arg(
                 request.kind == Kind::Add ? u"add"_s : u"delete"_s, request.failed.join(u',')));
         }
     }
@@ -91,36 +92,36 @@ private:
     {
         const QString line = u"log Tessaline_ReqRespHandler: %s, %1 "
                              "<Tessaline::HandleQueryAllBookmarksResp%2>"_s;
-        if (request.isOver) {
-            heard.append(line.arg(u"request response context is NULL"_s, QString()));
+        if (request.isComplete) {
+            trace.append(line.arg(u"request response context is NULL"_s, QString()));
             return;
         }
         if (!succeeds)
-            heard.append(line.arg(u"query all bookmarks for server (%s) failed"_s,
+            trace.append(line.arg(u"query all bookmarks for server (%s) failed"_s,
                                   u", "_s + stationName(station)));
         else if (request.generation == m_generation)
             listed.append(stationName(station) + u'/' + id);
         if (place != request.pending.end())
             request.pending.erase(place);
-        request.isOver = request.pending.empty();
+        request.isComplete = request.pending.empty();
         if (request.generation == m_generation) {
-            heard.append(u"signal queryAllBookmarksResponsed(%1)"_s.arg(
-                request.isOver ? u"true"_s : u"false"_s));
+            trace.append(u"signal queryAllBookmarksResponsed(%1)"_s.arg(
+                request.isComplete ? u"true"_s : u"false"_s));
         }
     }
 
     int m_generation = 0;
 };
 
-/// The plug-in and the model, step by step the same.
-class Pair
+/// Runs each step on the plug-in and the model and compares their states.
+class Comparison
 {
 public:
-    explicit Pair(int stationCount)
+    explicit Comparison(int stationCount)
         : m_stationCount(stationCount)
     {
         m_host.play(u"grant"_s);
-        m_host.framework.setObserver({}); // commands are compared by their results
+        m_host.framework.setObserver({}); // only the results of the commands are compared
         m_host.topology.clear();
         for (int station = 0; station < stationCount; ++station) {
             const QString name = stationName(station);
@@ -134,16 +135,16 @@ public:
     }
 
     const std::vector<Model::Request> &requests() const { return m_model.requests; }
-    /// The first difference; empty when there was none.
+    /// @return the first difference; empty if there is none
     QString fault() const { return m_fault; }
 
-    void send(Kind kind, const std::vector<int> &refusing = {})
+    void send(Kind kind, const std::vector<int> &rejecting = {})
     {
         note(u"send %1"_s.arg(int(kind)));
         auto &rules = m_host.framework.rules();
         rules.reset();
         rules.setDefault(standin::Delivery::never());
-        for (const int station : refusing)
+        for (const int station : rejecting)
             rules.setForStation(stationName(station), standin::Delivery::refused());
         const bool sent =
             kind == Kind::Add
@@ -152,7 +153,7 @@ public:
                                    : m_host.call("queryAllBookmarks", {}).toBool();
         m_sent.push_back(m_host.framework.sent().value(0));
         m_host.framework.clearSent();
-        const bool expected = m_model.send(kind, m_stationCount, refusing);
+        const bool expected = m_model.send(kind, m_stationCount, rejecting);
         compare(u"sent"_s, QVariant(sent).toString(), QVariant(expected).toString());
         compareState();
     }
@@ -187,11 +188,11 @@ public:
         compareState();
     }
 
-    /// Everything that is lost arrives late.
-    void settle()
+    /// Delivers the answers that are still missing and removes all requests.
+    void answerAll()
     {
         for (std::size_t number = 0; number < requests().size(); ++number) {
-            while (!requests()[number].isOver)
+            while (!requests()[number].isComplete)
                 answer(number, requests()[number].pending.front(), true);
         }
         m_model.requests.clear();
@@ -214,7 +215,7 @@ private:
     {
         QStringList trace = m_host.takeTrace();
         trace.removeIf([](const QString &line) { return line.startsWith(u"timeline "_s); });
-        compare(u"heard"_s, trace.join(u'\n'), std::exchange(m_model.heard, {}).join(u'\n'));
+        compare(u"trace"_s, trace.join(u'\n'), std::exchange(m_model.trace, {}).join(u'\n'));
         compare(u"listed"_s, m_host.identifiersIn(u"all"_s), m_model.listed.join(u' '));
         QStringList rows;
         if (m_model.isOpen)
@@ -234,22 +235,25 @@ private:
 };
 
 #if defined(NDEBUG)
-constexpr int MostStations = 5;
+constexpr int MaxStations = 5;
 constexpr int ManyStations = 5;
 constexpr int RandomSchedules = 10'000;
-#else // a build for finding faults is ten times slower
-constexpr int MostStations = 4;
+#else // a debug build is ten times slower
+constexpr int MaxStations = 4;
 constexpr int ManyStations = 4;
 constexpr int RandomSchedules = 1'000;
 #endif
 
-enum Outcome { Answered, Failed, Lost, Doubled, OutcomeCount };
+enum Outcome { Answered, Failed, Lost, Repeated, OutcomeCount };
 
-/// One schedule: a request, its answers in an order, something else in between.
-void play(Pair &pair, Kind kind, const std::vector<int> &order, const std::vector<int> &outcomes,
-          std::size_t place, const std::function<void()> &between)
+/// Plays one schedule.
+/// @param order stations in the order of their answers
+/// @param outcomes outcome of each station's answer
+/// @param between called before the answer at @p place in the order
+void play(Comparison &comparison, Kind kind, const std::vector<int> &order,
+          const std::vector<int> &outcomes, std::size_t place, const std::function<void()> &between)
 {
-    pair.send(kind);
+    comparison.send(kind);
     for (std::size_t i = 0; i <= order.size(); ++i) {
         if (i == place)
             between();
@@ -258,11 +262,11 @@ void play(Pair &pair, Kind kind, const std::vector<int> &order, const std::vecto
         const int station = order[i];
         const int outcome = outcomes[std::size_t(station)];
         if (outcome != Lost)
-            pair.answer(0, station, outcome != Failed);
-        if (outcome == Doubled)
-            pair.answer(0, station, true);
+            comparison.answer(0, station, outcome != Failed);
+        if (outcome == Repeated)
+            comparison.answer(0, station, true);
     }
-    pair.settle();
+    comparison.answerAll();
 }
 
 int fromEnvironment(const char *name, int otherwise)
@@ -272,37 +276,38 @@ int fromEnvironment(const char *name, int otherwise)
 
 } // namespace
 
-/// Requests to several stations under every order of answers, compared step by step with a model.
+/// Requests to several stations with every order of answers, compared with a model after each step.
 class TestSchedules : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyOrder_data();
-    void everyOrder();
-    void atRandom();
+    void everyOrderEqualsTheModel_data();
+    void everyOrderEqualsTheModel();
+    void randomSchedulesEqualTheModel();
 };
 
-void TestSchedules::everyOrder_data()
+void TestSchedules::everyOrderEqualsTheModel_data()
 {
     QTest::addColumn<int>("kind");
     QTest::addColumn<int>("stations");
     const char *const names[] = {"add", "delete", "query"};
     for (int kind = 0; kind < 3; ++kind) {
-        for (int stations = 1; stations <= MostStations; ++stations)
+        for (int stations = 1; stations <= MaxStations; ++stations)
             QTest::addRow("%s, %d", names[kind], stations) << kind << stations;
     }
 }
 
-void TestSchedules::everyOrder()
+void TestSchedules::everyOrderEqualsTheModel()
 {
     QFETCH(const int, kind);
     QFETCH(const int, stations);
-    Pair pair(stations);
-    pair.openOrClose();
-    const std::function<void()> betweens[] = {[&] { pair.send(Kind(kind)); },
-                                              [&] { pair.openOrClose(); }};
-    // Of many stations all but one answer; otherwise every one has every fate.
+    Comparison comparison(stations);
+    comparison.openOrClose();
+    const std::function<void()> betweens[] = {[&] { comparison.send(Kind(kind)); },
+                                              [&] { comparison.openOrClose(); }};
+    // With many stations at most one has another outcome than an answer; otherwise try all
+    // combinations.
     const auto isTried = [&](const std::vector<int> &outcomes) {
         return stations < ManyStations ||
                std::count(outcomes.cbegin(), outcomes.cend(), Answered) >= stations - 1;
@@ -315,12 +320,12 @@ void TestSchedules::everyOrder()
         for (bool more = true; more;) {
             for (std::size_t place = 0; isTried(outcomes) && place <= order.size(); ++place) {
                 for (const auto &between : betweens) {
-                    play(pair, Kind(kind), order, outcomes, place, between);
+                    play(comparison, Kind(kind), order, outcomes, place, between);
                     ++played;
                 }
-                QVERIFY2(pair.fault().isEmpty(), qPrintable(pair.fault()));
+                QVERIFY2(comparison.fault().isEmpty(), qPrintable(comparison.fault()));
             }
-            more = false; // counts through the outcomes
+            more = false; // increment the outcomes like the digits of a number
             for (std::size_t i = 0; i < outcomes.size() && !more; ++i) {
                 outcomes[i] = (outcomes[i] + 1) % OutcomeCount;
                 more = outcomes[i] != 0;
@@ -330,8 +335,8 @@ void TestSchedules::everyOrder()
     qInfo("%d schedules", played);
 }
 
-/// TESSALINE_SCHEDULES tells how many, TESSALINE_SEED which.
-void TestSchedules::atRandom()
+/// TESSALINE_SCHEDULES sets the number of schedules, TESSALINE_SEED the seed.
+void TestSchedules::randomSchedulesEqualTheModel()
 {
     const auto seed =
         fromEnvironment("TESSALINE_SEED", int(QRandomGenerator::system()->bounded(1 << 30)));
@@ -340,29 +345,30 @@ void TestSchedules::atRandom()
     std::minstd_rand random{unsigned(seed)};
     const auto below = [&](std::size_t limit) { return std::size_t(random() >> 8) % limit; };
 
-    std::optional<Pair> pair;
+    std::optional<Comparison> comparison;
     for (int schedule = 0; schedule < count; ++schedule) {
         const int stations = 1 + schedule / 100 % 5;
         if (schedule % 100 == 0)
-            pair.emplace(stations);
+            comparison.emplace(stations);
         for (std::size_t steps = 5 + below(20); steps > 0; --steps) {
-            const std::size_t requests = pair->requests().size();
+            const std::size_t requests = comparison->requests().size();
             const std::size_t choice = below(12);
             if (requests == 0 || choice == 0) {
-                std::vector<int> refusing;
+                std::vector<int> rejecting;
                 for (int station = 0; station < stations; ++station) {
                     if (below(8) == 0)
-                        refusing.push_back(station);
+                        rejecting.push_back(station);
                 }
-                pair->send(Kind(below(3)), refusing);
+                comparison->send(Kind(below(3)), rejecting);
             } else if (choice == 1) {
-                pair->openOrClose();
+                comparison->openOrClose();
             } else {
-                pair->answer(below(requests), int(below(std::size_t(stations))), below(3) > 0);
+                comparison->answer(below(requests), int(below(std::size_t(stations))),
+                                   below(3) > 0);
             }
         }
-        pair->settle();
-        QVERIFY2(pair->fault().isEmpty(), qPrintable(pair->fault()));
+        comparison->answerAll();
+        QVERIFY2(comparison->fault().isEmpty(), qPrintable(comparison->fault()));
     }
 }
 

@@ -1,4 +1,4 @@
-# Fails unless the library's file is as it should be. Run by CMake as a script; see CMakeLists.txt.
+# Checks the file of the Windows library. CMakeLists.txt runs this script as a test.
 cmake_minimum_required(VERSION 3.25)
 
 function(expect_equal what actual expected)
@@ -7,7 +7,7 @@ function(expect_equal what actual expected)
     endif()
 endfunction()
 
-# matches(RESULT TEXT REGEX): the first group of each match, sorted
+# matches(RESULT TEXT REGEX): sets RESULT to the first group of each match, sorted
 function(matches result text regex)
     set(found "")
     string(REGEX MATCHALL "${regex}" lines "${text}")
@@ -24,7 +24,7 @@ function(dump result)
     set(${result} "${text}" PARENT_SCOPE)
 endfunction()
 
-# hex_of(RESULT TEXT FILL): the bytes of an ASCII text, FILL after each
+# hex_of(RESULT TEXT FILL): sets RESULT to the bytes of an ASCII text in hexadecimal, FILL after each
 function(hex_of result text fill)
     string(HEX "${text}" hex)
     string(REGEX REPLACE "(..)" "\\1${fill}" hex "${hex}")
@@ -46,9 +46,9 @@ expect_equal("imports" "${names}" "KERNEL32.dll;Qt6Core.dll;Qt6Gui.dll;TimeShift
 matches(names "${headers}" "\n[\t ]+(HIGH_ENTROPY_VA|DYNAMIC_BASE|NX_COMPAT)")
 expect_equal("hardening" "${names}" "DYNAMIC_BASE;HIGH_ENTROPY_VA;NX_COMPAT")
 
-# The metadata that Qt scans the file for, behind its marker: 116 bytes. The third is the minor version
-# of Qt; the fourth is 1 for a release build for any x86-64, and 0 when a compiler does not tell Qt
-# what processor it builds for, as the client's.
+# Qt scans the file for the metadata, 116 bytes after a marker. The third byte is the minor version of
+# Qt. The fourth is 1 for a release build with g++, and 0 with the client's compiler, which does not
+# define the macros for the processor.
 math(EXPR minor "${QT_MINOR} + 0x100" OUTPUT_FORMAT HEXADECIMAL)
 string(REGEX REPLACE "^0x1" "" minor "${minor}")
 hex_of(marker "QTMETADATA !" "")
@@ -77,11 +77,11 @@ foreach(folder IN LISTS FOLDERS)
     hex_of(folder_bytes "${folder}" "")
     string(FIND "${bytes}" "${folder_bytes}" at)
     if(at GREATER_EQUAL 0)
-        message(SEND_ERROR "a folder of the build machine: ${folder}")
+        message(SEND_ERROR "the library contains a folder of the build machine: ${folder}")
     endif()
 endforeach()
 
 matches(names "${sections}" " (\\.debug_info|\\.gnu_debuglink) ")
 expect_equal("symbols in the library" "${names}" ".gnu_debuglink")
 matches(names "${symbols}" " (\\.debug_info) ")
-expect_equal("symbols beside it" "${names}" ".debug_info")
+expect_equal("symbols in the debug file" "${names}" ".debug_info")
