@@ -37,7 +37,7 @@ const char *nameOf(Job job);
 bool isPreparedEachTime(Job job);
 
 /// Returns the argument of getFilteredBookmarkList() for a job about the panel.
-QVariantMap questionOf(Job job);
+QVariantMap filterOf(Job job);
 
 /// One implementation of the jobs, with a number of bookmarks.
 class Implementation
@@ -47,21 +47,21 @@ public:
 
     virtual const char *name() const = 0;
 
-    /// Returns the work of a job, which may be called repeatedly. Empty for a job that the
-    /// implementation lacks or for which it needs too much time.
+    /// Returns the work of a job; it may be called repeatedly. Empty for a job that the
+    /// implementation does not support or for which it needs too much time.
     virtual std::function<void()> work(Job job) = 0;
 
-    /// Prepares the work of a job, without being measured: stores all bookmarks, or removes them if
-    /// the job stores them.
+    /// Prepares the work of a job: stores all bookmarks, or removes them if the job stores them.
+    /// Its time is not measured.
     virtual void prepare(Job /*job*/) {}
 };
 
-/// Measurements of the library without a comparison.
+/// Measurements of the library that have no counterpart in the other implementations.
 struct PluginFigures
 {
-    double bytesPerBookmark = 0; ///< heap that it allocates to store an answer
-    QMap<QString, double>
-        firstUse; ///< by group key: time of its first use, divided by the second's
+    double bytesPerBookmark = 0; ///< heap that it allocates for a bookmark of an answer
+    /// By group key: time of the first page with that key, divided by the time of the second.
+    QMap<QString, double> firstUse;
 };
 
 PluginFigures measurePlugin(int count);
@@ -74,4 +74,4 @@ std::unique_ptr<Implementation> makeReferenceModel(int count); ///< ReferenceMod
 std::unique_ptr<Implementation> makeSqlite(int count);         ///< in memory, indexed, with LIKE
 std::unique_ptr<Implementation> makeSqliteFullText(int count); ///< trigram index, only for texts
 std::unique_ptr<Implementation> makeProxyModel(int count);     ///< QSortFilterProxyModel
-std::unique_ptr<Implementation> makeLowerBound(int count);     ///< empty work of the same size
+std::unique_ptr<Implementation> makeLowerBound(int count); ///< the minimal work for the same size

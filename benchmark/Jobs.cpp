@@ -49,36 +49,36 @@ bool isPreparedEachTime(Job job)
            job == Job::ListOfAll;
 }
 
-QVariantMap questionOf(Job job)
+QVariantMap filterOf(Job job)
 {
-    QVariantMap question{{u"startTimestamp"_s, std::numeric_limits<qint64>::min()},
-                         {u"endTimestamp"_s, std::numeric_limits<qint64>::max()},
-                         {u"groupKey"_s, u"displayDate"_s},
-                         {u"ascending"_s, false},
-                         {u"pageNumber"_s, 0}};
+    QVariantMap filter{{u"startTimestamp"_s, std::numeric_limits<qint64>::min()},
+                       {u"endTimestamp"_s, std::numeric_limits<qint64>::max()},
+                       {u"groupKey"_s, u"displayDate"_s},
+                       {u"ascending"_s, false},
+                       {u"pageNumber"_s, 0}};
     switch (job) {
     case Job::PanelByCamera:
-        question[u"groupKey"_s] = u"cameraName"_s;
-        question[u"ascending"_s] = true;
+        filter[u"groupKey"_s] = u"cameraName"_s;
+        filter[u"ascending"_s] = true;
         break;
     case Job::NextPage:
-        question[u"pageNumber"_s] = 1;
+        filter[u"pageNumber"_s] = 1;
         break;
     case Job::TextOfFew:
-        question[u"text"_s] = u"forklift"_s;
+        filter[u"text"_s] = u"forklift"_s;
         break;
     case Job::TextOfAll:
-        question[u"text"_s] = u"harbour"_s;
+        filter[u"text"_s] = u"harbour"_s;
         break;
     case Job::OneMoreLetter:
-        question[u"text"_s] = u"fo"_s;
+        filter[u"text"_s] = u"fo"_s;
         break;
     case Job::OneCamera:
     case Job::ListOfCamera:
-        question[u"nodeID"_s] = u"A/camera-7"_s;
+        filter[u"nodeID"_s] = u"A/camera-7"_s;
         break;
     default:
         break;
     }
-    return question;
+    return filter;
 }

@@ -22,8 +22,8 @@ QString &library()
     return path;
 }
 
-/// A topology that answers at no cost, because the real cost is the host's.
-class Directory : public QObject
+/// A topology that returns prepared maps, so that the host's cost is not measured.
+class FixedTopology : public QObject
 {
     Q_OBJECT
 
@@ -80,9 +80,9 @@ public:
             return [this] { fillTimeline(); };
         case Job::ListOfCamera:
         case Job::ListOfAll:
-            return [this, camera = questionOf(job).value(u"nodeID"_s).toString()] { list(camera); };
+            return [this, camera = filterOf(job).value(u"nodeID"_s).toString()] { list(camera); };
         default:
-            return [this, question = questionOf(job)] { ask(question); };
+            return [this, filter = filterOf(job)] { getPage(filter); };
         }
     }
 
@@ -110,8 +110,8 @@ public:
     /// shortest of several times, so that a slow moment of the machine does not count.
     double firstUse(const QString &groupKey)
     {
-        QVariantMap question = questionOf(Job::PanelByDate);
-        question[u"groupKey"_s] = groupKey;
+        QVariantMap filter = filterOf(Job::PanelByDate);
+        filter[u"groupKey"_s] = groupKey;
         qint64 shortest[2] = {std::numeric_limits<qint64>::max(),
                               std::numeric_limits<qint64>::max()};
         for (int i = 0; i < 5; ++i) {
@@ -120,7 +120,7 @@ public:
             for (qint64 &time : shortest) {
                 QElapsedTimer timer;
                 timer.start();
-                ask(question);
+                getPage(filter);
                 time = std::min(time, timer.nsecsElapsed());
             }
         }
@@ -128,7 +128,7 @@ public:
     }
 
 private:
-    /// A host that stores only the last context: deep copies would be measured, too.
+    /// A host that stores only the last context. Copies of the payloads would be measured, too.
     class Host final : public FrameworkWrapperBase
     {
     public:
@@ -139,13 +139,13 @@ private:
             lastContext = context;
             return accepts;
         }
-        QObject *FindPlugin(void *, const QString &) override { return &m_directory; }
+        QObject *FindPlugin(void *, const QString &) override { return &m_topology; }
 
         void *lastContext = nullptr;
         bool accepts = true;
 
     private:
-        Directory m_directory;
+        FixedTopology m_topology;
     };
 
     void answer(const QString &command, const QVariant &result, void *context,
@@ -179,7 +179,8 @@ private:
         return answers;
     }
 
-    /// The second station answers last, so that the query is not complete before.
+    /// Delivers the answers of station A, then an empty answer of station B, which completes the
+    /// query.
     void storeAnswers(const QVariantList &answers)
     {
         queryAll();
@@ -191,7 +192,7 @@ private:
 
     void groupBatch(const QVariantList &targets)
     {
-        m_host.accepts = false; // so that no context stays outstanding
+        m_host.accepts = false; // so that no context waits for an answer
         QMetaObject::invokeMethod(m_object, "addBookmarks", Q_ARG(QVariantList, targets),
                                   Q_ARG(qlonglong, 1), Q_ARG(qlonglong, 2),
                                   Q_ARG(QString, u"Alarm"_s), Q_ARG(QString, u"rule"_s),
@@ -215,13 +216,13 @@ private:
         QMetaObject::invokeMethod(m_object, "removeTimelineModel", Q_ARG(QString, u"cell"_s));
     }
 
-    void ask(const QVariantMap &question)
+    void getPage(const QVariantMap &filter)
     {
         QVariantMap page;
         QMetaObject::invokeMethod(m_object, "getFilteredBookmarkList",
-                                  Q_RETURN_ARG(QVariantMap, page), Q_ARG(QVariantMap, question));
+                                  Q_RETURN_ARG(QVariantMap, page), Q_ARG(QVariantMap, filter));
         if (page.size() != 2)
-            qFatal("The plug-in did not answer");
+            qFatal("The plug-in returned no page");
     }
 
     void list(const QString &camera)
@@ -229,7 +230,7 @@ private:
         QMetaObject::invokeMethod(m_object, "getBookmarkListByNodeID",
                                   Q_RETURN_ARG(QVariantList, m_list), Q_ARG(QString, camera));
         if (m_list.isEmpty() && camera.isEmpty())
-            qFatal("The plug-in did not answer");
+            qFatal("The plug-in returned no list");
     }
 
     int m_count;
@@ -238,7 +239,7 @@ private:
     QObject *m_object;
     PluginBase *m_plugin;
     QVariant m_answer;
-    QVariantList m_list;     ///< the last one returned
+    QVariantList m_list;     ///< result of the last list job
     void *m_query = nullptr; ///< context of the newest query of all
     bool m_isEmpty = true;
 };

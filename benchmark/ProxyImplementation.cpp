@@ -82,27 +82,26 @@ public:
 
     std::function<void()> work(Job job) override
     {
-        if (job >= Job::ListOfCamera) // no page
+        if (job >= Job::ListOfCamera) // only the jobs before it return pages
             return {};
-        return [this, question = questionOf(job)] { ask(question); };
+        return [this, filter = filterOf(job)] { getPage(filter); };
     }
 
 private:
-    void ask(const QVariantMap &question)
+    void getPage(const QVariantMap &filter)
     {
         // Reset the model for each job, so that it can't reuse an earlier sort order.
         m_proxy.setSourceModel(nullptr);
-        m_proxy.setSortRole(question.value(u"groupKey"_s) == u"cameraName"_s
-                                ? RecordModel::CameraName
-                                : RecordModel::Day);
-        const QString nodeID = question.value(u"nodeID"_s).toString();
+        m_proxy.setSortRole(filter.value(u"groupKey"_s) == u"cameraName"_s ? RecordModel::CameraName
+                                                                           : RecordModel::Day);
+        const QString nodeID = filter.value(u"nodeID"_s).toString();
         m_proxy.setFilterRole(nodeID.isEmpty() ? RecordModel::Text : RecordModel::CameraKey);
-        m_proxy.setFilterFixedString(nodeID.isEmpty() ? question.value(u"text"_s).toString()
+        m_proxy.setFilterFixedString(nodeID.isEmpty() ? filter.value(u"text"_s).toString()
                                                       : nodeID);
         m_proxy.setSourceModel(&m_model);
-        m_proxy.sort(0, question.value(u"ascending"_s).toBool() ? Qt::AscendingOrder
-                                                                : Qt::DescendingOrder);
-        const int first = 50 * question.value(u"pageNumber"_s).toInt();
+        m_proxy.sort(0, filter.value(u"ascending"_s).toBool() ? Qt::AscendingOrder
+                                                              : Qt::DescendingOrder);
+        const int first = 50 * filter.value(u"pageNumber"_s).toInt();
         for (int row = first; row < first + 50 && row < m_proxy.rowCount(); ++row)
             m_page[row - first] = m_proxy.index(row, 0).data(RecordModel::Text).toString();
     }

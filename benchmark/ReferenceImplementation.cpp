@@ -10,10 +10,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Beyond these numbers sorting by date, and comparing each entry of a batch with all others, take
-// minutes.
-constexpr int MostForPanel = 100'000;
-constexpr int MostForBatch = 10'000;
+// With more bookmarks a page sorted by date, or a batch, would take minutes.
+constexpr int MaxForPage = 100'000;
+constexpr int MaxForBatch = 10'000;
 
 class Reference : public Implementation
 {
@@ -30,32 +29,30 @@ public:
     {
         switch (job) {
         case Job::ForgetAll:
-            return [this] { m_list = {}; }; // clear() keeps its memory
+            return [this] { m_list = {}; }; // clear() would not release the memory
         case Job::StoreAnswer:
             return [this] { m_list = displayRecords(); };
         case Job::GroupBatch:
-            if (m_records.size() > MostForBatch)
+            if (m_records.size() > MaxForBatch)
                 return {};
             return [targets = data::batchTargets(int(m_records.size()))] {
                 referencemodel::groupBatch(targets, 1, 2, u"Alarm"_s, u"rule"_s, u"alarms"_s);
             };
         case Job::ListOfCamera:
-            return [this, camera = questionOf(job).value(u"nodeID"_s).toString()] {
+            return [this, camera = filterOf(job).value(u"nodeID"_s).toString()] {
                 m_result = m_list;
                 referencemodel::filterByNodeID(m_result, camera);
             };
-        case Job::ListOfAll: // a shared copy
+        case Job::ListOfAll: // would only share the stored list
         case Job::ManyAnswers:
         case Job::EmptyAnswers:
             return {};
         case Job::TimelineItems:
             return [this] { fillTimeline(); };
         default:
-            if (m_records.size() > MostForPanel)
+            if (m_records.size() > MaxForPage)
                 return {};
-            return [this, question = questionOf(job)] {
-                referencemodel::filteredPage(m_list, question);
-            };
+            return [this, filter = filterOf(job)] { referencemodel::filteredPage(m_list, filter); };
         }
     }
 

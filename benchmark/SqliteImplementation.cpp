@@ -87,7 +87,7 @@ public:
         if (m_fullText) {
             if (job != Job::TextOfFew && job != Job::TextOfAll)
                 return {};
-            return [this, question = questionOf(job)] { askFullText(question); };
+            return [this, filter = filterOf(job)] { getFullTextPage(filter); };
         }
         switch (job) {
         case Job::ForgetAll:
@@ -103,7 +103,7 @@ public:
         case Job::TimelineItems:
             return {};
         default:
-            return [this, question = questionOf(job)] { ask(question); };
+            return [this, filter = filterOf(job)] { getPage(filter); };
         }
     }
 
@@ -181,11 +181,11 @@ private:
         Statement(m_database, "SELECT * FROM batch ORDER BY relay, rowid").run();
     }
 
-    void ask(const QVariantMap &question)
+    void getPage(const QVariantMap &filter)
     {
-        const bool byCamera = question.value(u"groupKey"_s) == u"cameraName"_s;
-        const QString text = question.value(u"text"_s).toString();
-        const QString camera = question.value(u"nodeID"_s).toString();
+        const bool byCamera = filter.value(u"groupKey"_s) == u"cameraName"_s;
+        const QString text = filter.value(u"text"_s).toString();
+        const QString camera = filter.value(u"nodeID"_s).toString();
         QByteArray where;
         if (!text.isEmpty())
             where = " AND (cameraName LIKE ?1 OR creator LIKE ?1 OR description LIKE ?1"
@@ -196,8 +196,8 @@ private:
         const QByteArray order =
             byCamera ? " ORDER BY cameraName, start DESC" : " ORDER BY day DESC, start DESC";
 
-        const qint64 from = question.value(u"startTimestamp"_s).toLongLong();
-        const qint64 to = question.value(u"endTimestamp"_s).toLongLong();
+        const qint64 from = filter.value(u"startTimestamp"_s).toLongLong();
+        const qint64 to = filter.value(u"endTimestamp"_s).toLongLong();
         Statement(m_database, "SELECT count(*) FROM bookmark WHERE start BETWEEN ?3 AND ?4" + where)
             .bind(1, wanted)
             .bind(3, from)
@@ -207,15 +207,15 @@ private:
         Statement(m_database, "SELECT * FROM bookmark WHERE +start BETWEEN ?3 AND ?4" + where +
                                   order + " LIMIT 50 OFFSET ?2")
             .bind(1, wanted)
-            .bind(2, 50 * question.value(u"pageNumber"_s).toLongLong())
+            .bind(2, 50 * filter.value(u"pageNumber"_s).toLongLong())
             .bind(3, from)
             .bind(4, to)
             .run();
     }
 
-    void askFullText(const QVariantMap &question)
+    void getFullTextPage(const QVariantMap &filter)
     {
-        const QString phrase = u'"' + question.value(u"text"_s).toString() + u'"';
+        const QString phrase = u'"' + filter.value(u"text"_s).toString() + u'"';
         Statement(m_database, "SELECT count(*) FROM texts WHERE texts MATCH ?1")
             .bind(1, phrase)
             .run();

@@ -1,7 +1,6 @@
-// Calls the plug-in at random in a host with stations on SQLite, and prints the growth of the
-// process.
-//   tessaline-soak [OPERATIONS]      1,000,000 by default; exits with 1 if the process keeps
-//   growing
+// Soak test: calls the plug-in at random in a host with stations on SQLite and prints the memory of
+// the process. Exits with 1 if the process grows by more than 4 MiB after the first fifth.
+//   tessaline-soak [OPERATIONS]      1,000,000 by default
 
 #include "LoadedPlugin.h"
 #include "MethodCall.h"

@@ -35,7 +35,8 @@ public:
     ~Host()
     {
         m_stepsInside = 0;
-        // Answers end all contexts, so that each input starts without contexts.
+        // Contexts belong to the library, not to the object. Answers end them before the next
+        // input.
         makePlugin();
         const auto sent = m_sent;
         for (const standin::SentCommand &command : sent)
