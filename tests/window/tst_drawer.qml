@@ -208,6 +208,7 @@ WindowTest {
 
     function test_filterExpressionIsCompletedAndChecked() {
         openTab(0);
+        bench.traffic.paused = true;
         const field = find("trafficSearch");
         mouseClick(field);
         type("not kind:se");

@@ -43,6 +43,7 @@ public:
         m_framework.rules().reset();
         m_bench.faults()->reset();
         m_bench.traffic()->setPaused(false);
+        m_bench.openedRecording()->close();
         m_stations.setSettingPermission(true);
         perform([now = m_bench.now()](Site &site) {
             const auto stations = site.stations();

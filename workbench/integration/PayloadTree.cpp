@@ -67,6 +67,8 @@ PayloadTree::~PayloadTree() = default;
 void PayloadTree::setTraffic(TrafficModel *traffic)
 {
     m_traffic = traffic;
+    m_sequence.clear(); // both may have one of that number
+    show({});
     Q_EMIT trafficChanged();
     update();
 }

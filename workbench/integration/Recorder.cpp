@@ -1,7 +1,6 @@
 #include "Recorder.h"
 
 #include "PluginBase.h"
-#include "Recording.h"
 #include "TrafficModel.h"
 #include "framework/Framework.h"
 
@@ -14,7 +13,7 @@ namespace workbench {
 
 Recorder::Recorder(PluginBase &plugin, standin::Framework &framework, TrafficModel &model,
                    QObject *parent)
-    : QObject(parent)
+    : TrafficSource(model, parent)
     , m_plugin(plugin)
     , m_framework(framework)
     , m_model(model)
@@ -86,30 +85,16 @@ void Recorder::end(quint64 call, const QVariant &result)
     m_model.setResult(call, result);
 }
 
-QString Recorder::save(const QString &path) const
-{
-    return write(path, m_model.entries(), m_model.isComplete());
-}
-
-QString Recorder::saveShown(const QString &path, const SearchFilter *filter) const
-{
-    std::deque<TrafficEntry> shown;
-    for (int row = 0; row < filter->count(); ++row)
-        shown.push_back(m_model.entries()[static_cast<size_t>(filter->sourceRow(row))]);
-    return write(path, shown, m_model.isComplete() && shown.size() == m_model.entries().size());
-}
-
-QString Recorder::write(const QString &path, const std::deque<TrafficEntry> &entries,
-                        bool complete) const
+Recording::Header Recorder::header() const
 {
     Recording::Header header = Recording::Header::ofThisProcess();
     header.pluginName = m_plugin.name;
     header.start = m_model.startTime();
-    header.complete = complete;
+    header.complete = m_model.isComplete();
     if (const auto *topology = qobject_cast<standin::Topology *>(
             m_framework.FindPlugin(nullptr, standin::Topology::pluginID())))
         header.topology = topology->nodes();
-    return Recording::write(path, header, entries);
+    return header;
 }
 
 QString Recorder::newFile()

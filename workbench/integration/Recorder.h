@@ -1,16 +1,13 @@
 #pragma once
 
 #include "RecordedPlugin.h"
-#include "SearchFilter.h"
 #include "SignalReceiver.h"
 #include "TrafficEntry.h"
+#include "TrafficSource.h"
 #include "framework/Traffic.h"
 
 #include <QtCore/QHash>
-#include <QtCore/QObject>
 #include <QtQml/qqmlregistration.h>
-
-#include <deque>
 
 class PluginBase;
 
@@ -20,11 +17,9 @@ class Framework;
 
 namespace workbench {
 
-class TrafficModel;
-
 /// Notes what passes between QML, plug-in and host: the framework's traffic, the plug-in's signals
 /// and the calls through a RecordedPlugin.
-class Recorder : public QObject, public CallObserver
+class Recorder : public workbench::TrafficSource, public CallObserver
 {
     Q_OBJECT
     QML_ELEMENT
@@ -44,17 +39,14 @@ public:
     quint64 beginConnection();
     void end(quint64 call, const QVariant &result) override;
 
-    /// Writes all entries to a file, for a replay. Returns what went wrong, or an empty text.
-    Q_INVOKABLE QString save(const QString &path) const;
-    /// As save(), but only what a filter of the traffic shows. A replay notes that the rest lacks.
-    Q_INVOKABLE QString saveShown(const QString &path, const workbench::SearchFilter *filter) const;
     /// The path of a new file of the user.
     Q_INVOKABLE static QString newFile();
     Q_INVOKABLE static bool exists(const QString &path);
 
+protected:
+    Recording::Header header() const override;
+
 private:
-    QString write(const QString &path, const std::deque<TrafficEntry> &entries,
-                  bool complete) const;
     quint64 begin(TrafficEntry entry);
     int depth() const;
     int numberOf(const void *context);

@@ -6,6 +6,7 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
@@ -36,6 +37,7 @@ QJsonObject toJson(const Recording::Header &header)
             {QStringLiteral("locale"), header.locale},
             {QStringLiteral("start"), header.start},
             {QStringLiteral("complete"), header.complete},
+            {QStringLiteral("entries"), header.entries},
             {QStringLiteral("topology"), topology}};
 }
 
@@ -51,6 +53,7 @@ std::optional<Recording::Header> headerFromJson(const QJsonObject &json)
     header.locale = json.value(QLatin1String("locale")).toString();
     header.start = json.value(QLatin1String("start")).toInteger();
     header.complete = json.value(QLatin1String("complete")).toBool();
+    header.entries = json.value(QLatin1String("entries")).toInteger();
     const QJsonArray topology = json.value(QLatin1String("topology")).toArray();
     for (const auto &node : topology) {
         const QJsonArray parts = node.toArray();
@@ -119,6 +122,21 @@ QString readEntry(const QByteArray &line, TrafficEntry *entry)
     return {};
 }
 
+/// Whether the beginning of the file is that of a recording.
+bool readHeader(QFile &file, Recording::Header *header, QString *error)
+{
+    const QByteArray line = file.readLine(MaxHeaderSize);
+    const auto read = headerFromJson(QJsonDocument::fromJson(line).object());
+    if (read)
+        *header = *read;
+    else
+        *error = QStringLiteral("%1:1: expected the format \"%2\", version %3%4")
+                     .arg(QDir::toNativeSeparators(file.fileName()), Format)
+                     .arg(Version)
+                     .arg(line.isEmpty() ? QStringLiteral(", found an empty file") : QString());
+    return read.has_value();
+}
+
 QByteArray lineOf(const QJsonObject &json)
 {
     return QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
@@ -138,36 +156,46 @@ Recording::Header Recording::Header::ofThisProcess()
 std::optional<Recording> Recording::read(const QString &path, QString *error)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), file.errorString());
-        return std::nullopt;
-    }
-    const auto header =
-        headerFromJson(QJsonDocument::fromJson(file.readLine(MaxHeaderSize)).object());
-    if (!header) {
-        *error = QStringLiteral("%1:1: expected the format \"%2\", version %3")
-                     .arg(QDir::toNativeSeparators(path), Format)
-                     .arg(Version);
+    const bool isOther = file.exists() && !QFileInfo(path).isFile(); // reading a pipe would block
+    if (isOther || !file.open(QIODevice::ReadOnly)) {
+        *error = QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path),
+                                              isOther ? QStringLiteral("expected a regular file")
+                                                      : file.errorString());
         return std::nullopt;
     }
     Recording recording;
-    recording.header = *header;
-    for (int number = 2; !file.atEnd(); ++number) {
+    recording.file = path;
+    if (!readHeader(file, &recording.header, error))
+        return std::nullopt;
+    int number = 1;
+    bool isCut = false; // inside the last line
+    while (!file.atEnd()) {
         const QByteArray whole = file.readLine();
         const QByteArray text = whole.trimmed();
+        ++number;
         if (text.isEmpty())
             continue;
         Line line;
         line.number = number;
         const QString defect = readEntry(text, &line.entry);
+        isCut = !defect.isEmpty() && !whole.endsWith('\n');
         if (defect.isEmpty())
             recording.lines.append(line);
-        else if (!whole.endsWith('\n'))
-            recording.badLines.append(
-                {number, QStringLiteral("the recording was cut off inside this line")});
-        else
-            recording.badLines.append({number, defect});
+        else if (!isCut)
+            recording.badLines.append({path, number, QStringLiteral("left out, ") + defect});
     }
+    const qint64 found = recording.lines.size() + recording.badLines.size();
+    const QString missing = found < recording.header.entries
+                                ? QStringLiteral(", %1 of %2 entries are missing")
+                                      .arg(recording.header.entries - found)
+                                      .arg(recording.header.entries)
+                                : QString();
+    recording.isCutOff = isCut || !missing.isEmpty();
+    if (recording.isCutOff)
+        recording.badLines.append(
+            {path, number,
+             QStringLiteral("the recording was cut off %1 this line%2")
+                 .arg(isCut ? QLatin1String("inside") : QLatin1String("after"), missing)});
     return recording;
 }
 
@@ -181,7 +209,9 @@ QString Recording::write(const QString &path, const Header &header,
 {
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
-        file.write(workbench::lineOf(toJson(header)));
+        Header counted = header;
+        counted.entries = static_cast<qint64>(entries.size());
+        file.write(workbench::lineOf(toJson(counted)));
         for (const TrafficEntry &entry : entries)
             file.write(lineOf(entry));
         if (file.commit())

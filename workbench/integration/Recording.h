@@ -26,6 +26,7 @@ struct Recording
         QString locale;
         qint64 start = 0;     ///< milliseconds since the epoch
         bool complete = true; ///< begins with a new plug-in and lacks no payload
+        qint64 entries = 0;   ///< in the file, set by write(); 0: unknown
         QList<standin::Topology::Node> topology;
 
         /// With time zone and locale of this process.
@@ -40,13 +41,16 @@ struct Recording
 
     struct BadLine
     {
+        QString file;
         int number = 0;
         QString reason;
     };
 
+    QString file;
     Header header;
     QList<Line> lines;
-    QList<BadLine> badLines;
+    QList<BadLine> badLines; ///< the last one is the place where a recording was cut off
+    bool isCutOff = false;
 
     /// Nothing with @p error, which names the file, when there is no recording in it. Lines that
     /// can't be used are noted and left out.

@@ -382,8 +382,7 @@ QStringList Result::report() const
     for (const QString &note : notes)
         lines.append(QStringLiteral("%1: %2").arg(file, note));
     for (const Recording::BadLine &bad : badLines)
-        lines.append(
-            QStringLiteral("%1:%2: left out, %3").arg(file).arg(bad.number).arg(bad.reason));
+        lines.append(QStringLiteral("%1:%2: %3").arg(bad.file).arg(bad.number).arg(bad.reason));
     for (const Difference &difference : differences)
         lines.append(QStringLiteral("%1:%2: expected %3, found %4")
                          .arg(file)

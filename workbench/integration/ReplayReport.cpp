@@ -36,16 +36,16 @@ struct Case
 QList<Case> casesOf(const Result &result)
 {
     QList<Case> cases;
-    const auto placeOf = [&](int line) {
-        return QStringLiteral("%1:%2").arg(result.file).arg(line);
+    const auto placeOf = [](const QString &file, int line) {
+        return QStringLiteral("%1:%2").arg(file).arg(line);
     };
     if (!result.error.isEmpty())
         cases.append({result.file, QStringLiteral("error"), result.error});
     for (const Recording::BadLine &bad : result.badLines)
-        cases.append({placeOf(bad.number), QStringLiteral("error"), bad.reason});
+        cases.append({placeOf(bad.file, bad.number), QStringLiteral("error"), bad.reason});
     for (const Difference &difference : result.differences)
         cases.append(
-            {placeOf(difference.line), QStringLiteral("failure"),
+            {placeOf(result.file, difference.line), QStringLiteral("failure"),
              QStringLiteral("expected %1, found %2").arg(difference.expected, difference.found)});
     if (cases.isEmpty() && result.isEmpty())
         cases.append(
@@ -59,7 +59,8 @@ QByteArray toJson(const Result &result)
 {
     QJsonArray badLines;
     for (const Recording::BadLine &bad : result.badLines)
-        badLines.append(QJsonObject{{QStringLiteral("line"), bad.number},
+        badLines.append(QJsonObject{{QStringLiteral("file"), bad.file},
+                                    {QStringLiteral("line"), bad.number},
                                     {QStringLiteral("reason"), bad.reason}});
     QJsonArray differences;
     for (const Difference &difference : result.differences)

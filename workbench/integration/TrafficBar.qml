@@ -15,10 +15,12 @@ Flow {
     property var hiddenKinds: []
     required property string error ///< in the text
     property bool canCopy: false ///< an entry is chosen
+    property bool live: true ///< the traffic goes on
 
     signal copyWanted()
     signal copyEntryWanted()
     signal saveWanted()
+    signal openWanted()
 
     function focusSearch() {
         search.forceActiveFocus();
@@ -57,6 +59,7 @@ Flow {
     BarButton {
         objectName: "pauseTraffic"
         height: bar.lineHeight
+        visible: bar.live
         text: qsTr("Pause")
         checkable: true
         checked: bar.traffic.paused
@@ -87,7 +90,15 @@ Flow {
         hint: qsTr("As JSON lines, for --replay")
     }
     BarButton {
+        objectName: "openRecording"
         height: bar.lineHeight
+        text: qsTr("Open recording…")
+        onClicked: bar.openWanted()
+        hint: qsTr("Show a saved file in place of the live traffic")
+    }
+    BarButton {
+        height: bar.lineHeight
+        visible: bar.live
         text: qsTr("Clear")
         onClicked: bar.traffic.clear()
         hint: qsTr("Forget the traffic so far")

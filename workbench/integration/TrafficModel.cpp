@@ -136,6 +136,26 @@ void TrafficModel::weigh(TrafficEntry &entry)
     m_values += weight;
 }
 
+void TrafficModel::load(const Recording &recording)
+{
+    beginResetModel();
+    m_entries.clear();
+    m_tracker = {};
+    m_lastSequence = 0;
+    m_startTime = recording.header.start;
+    for (const Recording::Line &line : recording.lines) {
+        TrafficEntry entry = line.entry;
+        // Views identify entries by their sequence, and files that were edited repeat some.
+        m_lastSequence = std::max(entry.sequence, m_lastSequence + 1);
+        entry.sequence = m_lastSequence;
+        m_tracker.add(entry);
+        m_entries.push_back(std::move(entry));
+    }
+    m_rows = static_cast<int>(m_entries.size());
+    endResetModel();
+    Q_EMIT countChanged();
+}
+
 bool TrafficModel::isComplete() const
 {
     return m_entries.empty() ||

@@ -13,6 +13,8 @@
 
 namespace workbench {
 
+struct Recording;
+
 /// What passed between QML, plug-in and host, the oldest first. The oldest entries are dropped when
 /// there are too many, or when their payloads take too much memory. Of an entry whose payload takes
 /// too much all by itself the rest is kept.
@@ -61,6 +63,9 @@ public:
     quint64 append(TrafficEntry entry);
     /// For a call that has returned.
     void setResult(quint64 sequence, const QVariant &result);
+
+    /// Replaces all rows with the entries of a recording, without limits.
+    void load(const Recording &recording);
 
     const std::deque<TrafficEntry> &entries() const { return m_entries; }
     /// Whether nothing has been dropped, omitted or cleared.

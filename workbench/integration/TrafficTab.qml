@@ -6,15 +6,18 @@ import Client.Common
 import Client.Dialogs
 import Integration
 
-/// What passed between QML, plug-in and host, and the payload of the chosen entry.
+/// What passed between QML, plug-in and host, or a recording of it, and the payload of the chosen
+/// entry.
 ColumnLayout {
     id: tab
 
     required property AppState app
     required property WorkbenchContext bench
     required property bool shown ///< rows that nobody sees would be made all the same
-    readonly property Recorder recorder: bench.recorder
-    readonly property TrafficModel traffic: bench.traffic
+    readonly property OpenedRecording recording: bench.openedRecording
+    readonly property bool live: recording.file === ""
+    readonly property TrafficSource source: live ? bench.recorder : recording
+    readonly property TrafficModel traffic: source.traffic
 
     function copyPayload() {
         traffic.copyAsJson(filter.sourceRow(list.currentIndex));
@@ -37,15 +40,32 @@ ColumnLayout {
         id: shared
     }
 
+    Connections {
+        target: tab.recording
+        function onChanged() {
+            list.currentIndex = -1;
+            list.following = tab.live;
+            if (!tab.live)
+                list.positionViewAtBeginning();
+        }
+    }
+
+    RecordingBar {
+        recording: tab.recording
+        visible: !tab.live
+        Layout.fillWidth: true
+    }
     TrafficBar {
         id: bar
         traffic: tab.traffic
+        live: tab.live
         shownCount: filter.count
         error: filter.error
         canCopy: list.currentIndex >= 0
         onCopyWanted: tab.copyPayload()
         onCopyEntryWanted: tab.copyEntry()
-        onSaveWanted: saveDialog.openFor(tab.recorder.newFile())
+        onSaveWanted: saveDialog.openFor(tab.bench.recorder.newFile())
+        onOpenWanted: openDialog.openFor(openDialog.path || saveDialog.path)
         Layout.fillWidth: true
     }
     SplitView {
@@ -93,9 +113,9 @@ ColumnLayout {
         app: tab.app
         title: qsTr("Save the traffic")
         fileTitle: qsTr("File, as JSON lines for --replay")
-        exists: tab.recorder.exists(path)
+        exists: tab.bench.recorder.exists(path)
         onSaveWanted: path => finish(onlyShown.visible && onlyShown.checked
-                                     ? tab.recorder.saveShown(path, filter) : tab.recorder.save(path))
+                                     ? tab.source.saveShown(path, filter) : tab.source.save(path))
 
         CheckBox {
             id: onlyShown
@@ -103,5 +123,14 @@ ColumnLayout {
             visible: filter.count < tab.traffic.count
             text: qsTr("Only the %1 entries that the filter shows").arg(filter.count)
         }
+    }
+    SaveDialog {
+        id: openDialog
+        objectName: "openDialog"
+        app: tab.app
+        title: qsTr("Open a recording")
+        acceptText: qsTr("Open")
+        fileTitle: qsTr("File, as the traffic was saved")
+        onSaveWanted: path => settle(tab.recording.open(path))
     }
 }

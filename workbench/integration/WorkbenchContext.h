@@ -2,6 +2,7 @@
 
 #include "FaultsModel.h"
 #include "LogModel.h"
+#include "OpenedRecording.h"
 #include "Recorder.h"
 #include "StationStates.h"
 #include "TrafficModel.h"
@@ -48,6 +49,7 @@ class WorkbenchContext : public QObject
     /// For integrators: what passes between QML, plug-in and host, and the lines of the log.
     Q_PROPERTY(workbench::Recorder *recorder READ recorder CONSTANT)
     Q_PROPERTY(workbench::TrafficModel *traffic READ traffic CONSTANT)
+    Q_PROPERTY(workbench::OpenedRecording *openedRecording READ openedRecording CONSTANT)
     Q_PROPERTY(workbench::LogModel *log READ log CONSTANT)
     Q_PROPERTY(workbench::FaultsModel *faults READ faults CONSTANT)
     /// What a replay at the start of the program has found, a line each; empty without one.
@@ -78,6 +80,7 @@ public:
     QStringList failedStations() const { return m_stationStates.failedStations(); }
     Recorder *recorder() { return &m_recorder; }
     TrafficModel *traffic() { return &m_traffic; }
+    OpenedRecording *openedRecording() { return &m_openedRecording; }
     LogModel *log() { return &m_log; }
     FaultsModel *faults() { return &m_faults; }
     QStringList replayReport() const { return m_replayReport; }
@@ -144,6 +147,7 @@ private:
     StationStates m_stationStates;
     TrafficModel m_traffic;
     Recorder m_recorder;
+    OpenedRecording m_openedRecording;
     LogModel m_log;
     FaultsModel m_faults;
     QStringList m_replayReport;

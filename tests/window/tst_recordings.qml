@@ -1,0 +1,74 @@
+import QtQuick
+import QtQuick.Controls
+import QtTest
+import Integration
+
+/// Recordings in the integrators' drawer: opened in place of the live traffic.
+WindowTest {
+    id: test
+
+    name: "Recordings"
+
+    function list() { return find("trafficList"); }
+    function row(index) {
+        list().positionViewAtIndex(index, ListView.Contain);
+        tryVerify(() => list().itemAtIndex(index), 5000, "row " + index);
+        return list().itemAtIndex(index);
+    }
+    function add(description) {
+        plugin.addBookmark("camera-11", "location-1", "relay-1", 1000, 2000, description, "me", "");
+        tryCompare(bench, "outstanding", 0);
+    }
+    /// Types into the dialog that a button opens, and accepts.
+    function enter(button, dialogName, path) {
+        mouseClick(find(button));
+        const dialog = find(dialogName);
+        tryCompare(dialog, "opened", true);
+        findChild(dialog.contentItem, "savePath").text = path;
+        keyClick(Qt.Key_Return);
+        return dialog;
+    }
+    function openDrawer() {
+        keyClick(Qt.Key_F12);
+        settle();
+    }
+    function filter(text) {
+        mouseClick(find("trafficSearch"));
+        keyClick(Qt.Key_A, Qt.ControlModifier);
+        type(text);
+        keyClick(Qt.Key_Return);
+    }
+
+    function test_openedRecordingIsReadAndClosed() {
+        bench.traffic.clear();
+        add("from the file");
+        compare(bench.recorder.save(lab.sessionFile()), "");
+        add("live");
+        openDrawer();
+        tryVerify(() => list().count >= 8);
+        verify(!find("recordingBar").visible);
+
+        const dialog = enter("openRecording", "openDialog", "/none/s.jsonl");
+        compare([dialog.opened, dialog.error.startsWith("/none/s.jsonl: ")], [true, true]);
+        keyClick(Qt.Key_Escape);
+        tryCompare(dialog, "visible", false);
+        verify(list().count >= 8, "still the live traffic");
+
+        enter("openRecording", "openDialog", lab.sessionFile());
+        tryCompare(dialog, "visible", false);
+        settle();
+        verify(find("recordingBar").visible && !find("pauseTraffic").visible);
+        verify(find("openedTitle").text.startsWith("session.jsonl: "), find("openedTitle").text);
+        compare(find("openedProblem").text, "");
+        filter("kind:send name:addbookmark");
+        tryCompare(list(), "count", 1);
+        mouseClick(row(0));
+        compare(row(0).progress.endsWith(" ms"), true, "answered in the file");
+        tryVerify(() => texts(find("payloadTree")).includes("\"from the file\""));
+
+        mouseClick(find("closeRecording"));
+        tryCompare(find("recordingBar"), "visible", false);
+        tryCompare(list(), "count", 2);
+        tryCompare(find("payloadTree"), "rows", 0);
+    }
+}
