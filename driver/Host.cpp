@@ -212,9 +212,9 @@ bool Host::step(const QString &text)
         reject(text.split(u' ').mid(1));
     else if (word == u"inside")
         answerInside(target, codeOf(third), valueOf(text.section(u' ', 3)));
-    else if (text == u"topology gone")
+    else if (text == u"remove topology")
         framework.removePlugin(standin::Topology::pluginID());
-    else if (text == u"framework gone")
+    else if (text == u"remove framework")
         initialise(nullptr);
     else if (word == u"station")
         topology.setStation(target == u"-" ? QString() : target, text.section(u' ', 2));

@@ -194,7 +194,7 @@ void checkExitWithoutUnload(CheckContext &context)
         return;
     static standin::Framework framework;
     auto *const base = qobject_cast<PluginBase *>(plugin->object());
-    if (!context.expect(base, u"an object of the host's interface"_s, u"none"_s))
+    if (!context.expect(base, u"an object that implements the host's interface"_s, u"none"_s))
         return;
     base->InitialPluginBase(nullptr, nullptr, &framework);
     base->PluginServerConnected();
@@ -335,7 +335,7 @@ void checkLogAbsent(CheckContext &context)
 }
 
 /// Runs a request with an incomplete logging library.
-/// @param folder folder of that library, beside this program
+/// @param folder folder of that library, in the folder of this program
 /// @param missing the missing part, for messages
 void useIncompleteLog(CheckContext &context, const QString &folder, const QString &missing)
 {

@@ -66,7 +66,7 @@ void TestAllocation::answerIsStoredCompletelyOrNotAtAll()
 {
     // Pages by camera, by text and by group key reach all columns of the list. They are also
     // requested before each answer, because the first request creates some columns.
-    const QStringList questions{
+    const QStringList calls{
         u"getFilteredBookmarkList({'nodeID': 'B/1', 'endTimestamp': 9, 'groupKey': 'creator'})"_s,
         u"getFilteredBookmarkList({'nodeID': 'C/1', 'endTimestamp': 9, 'groupKey': 'creator'})"_s,
         u"getFilteredBookmarkList({'text': 'B - ', 'endTimestamp': 9, 'groupKey': 'cameraName'})"_s,
@@ -78,7 +78,7 @@ void TestAllocation::answerIsStoredCompletelyOrNotAtAll()
         bool hasFailed;
     };
     // Answers three commands; the second answer fails by its code or by an allocation.
-    const auto askAfter = [&](const QString &code, int failing) {
+    const auto outcomeOf = [&](const QString &code, int failing) {
         SmallHost host;
         for (const QString &station : {u"B"_s, u"C"_s}) {
             host.topology.setStation(station, u"Station "_s + station);
@@ -86,30 +86,30 @@ void TestAllocation::answerIsStoredCompletelyOrNotAtAll()
         }
         host.call(u"queryAllBookmarks()"_s);
         const QList<standin::SentCommand> queries = host.framework.sent();
-        Outcome asked{{}, false};
-        const auto ask = [&] {
-            asked.pages.clear();
-            for (const QString &question : questions)
-                asked.pages += describe(host.call(question));
+        Outcome outcome{{}, false};
+        const auto getPages = [&] {
+            outcome.pages.clear();
+            for (const QString &call : calls)
+                outcome.pages += describe(host.call(call));
         };
         for (qsizetype i = 0; i < 3; ++i) {
             if (i == 1 && failing >= 0)
                 failingmemory::failAt(failing);
             host.answer(queries[i], bookmarks(), i == 1 ? code : u"0"_s);
             failingmemory::stop();
-            asked.hasFailed |= !host.takeTrace().filter(u"log "_s).isEmpty();
-            ask();
+            outcome.hasFailed |= !host.takeTrace().filter(u"log "_s).isEmpty();
+            getPages();
         }
-        return asked;
+        return outcome;
     };
 
-    const QString all = askAfter(u"0"_s, -1).pages, others = askAfter(u"-1"_s, -1).pages;
+    const QString all = outcomeOf(u"0"_s, -1).pages, others = outcomeOf(u"-1"_s, -1).pages;
     QVERIFY(all != others);
     int failed = 0;
-    for (Outcome asked{{}, true}; asked.hasFailed; failed += asked.hasFailed) {
-        asked = askAfter(u"0"_s, failed);
-        if (asked.pages != others)
-            QCOMPARE(asked.pages, all);
+    for (Outcome outcome{{}, true}; outcome.hasFailed; failed += outcome.hasFailed) {
+        outcome = outcomeOf(u"0"_s, failed);
+        if (outcome.pages != others)
+            QCOMPARE(outcome.pages, all);
     }
     QVERIFY(failed > 10);
 }
