@@ -32,6 +32,7 @@ int s_countdown = 0;
 bool s_isChild = false;
 bool s_hasCrashed = false;
 int s_forkCount = 0;
+std::size_t s_allocations = 0;
 int s_pipe[2] = {-1, -1};
 
 std::string &reports()
@@ -165,6 +166,7 @@ HOOK bool failsNow(bool &isCounted)
     const Mode mode = std::exchange(s_mode, Mode::Off); // finding the caller may allocate
     isCounted = mode != Mode::Off && isForPlugin();
     s_mode = mode;
+    s_allocations += isCounted;
     return isCounted && shallFail();
 }
 
@@ -254,6 +256,7 @@ void setLibrary(const std::string &path)
 
 void watch()
 {
+    s_allocations = 0;
     s_rangeCount = 0; // the library may have another address after a reload
     dl_iterate_phdr(addRanges, nullptr);
     isForPlugin(); // its first call loads the unwinder
@@ -283,6 +286,11 @@ void stop()
 std::size_t blocks()
 {
     return s_blockCount;
+}
+
+std::size_t allocations()
+{
+    return s_allocations;
 }
 
 bool isChild()

@@ -30,6 +30,8 @@ void stop();
 
 /// @return the number of counted blocks that are not freed
 std::size_t blocks();
+/// @return the number of the plug-in's allocations since the last watch() or failAt()
+std::size_t allocations();
 
 /// @return true in a child of forkAtEach()
 bool isChild();

@@ -1,8 +1,10 @@
+#include "DataTable.h"
 #include "Describe.h"
 #include "FailingMemory.h"
+#include "ProcessProbe.h"
 #include "TestHost.h"
 
-#include <QtTest/QTest>
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -32,6 +34,18 @@ public:
     }
 };
 
+/// The answer to a query: records with as many days and 7 times of the day.
+QVariantMap manyBookmarks(int count, int days, const QString &description)
+{
+    QVariantList records;
+    for (int i = 0; i < count; ++i) {
+        const qint64 start = i % days * 86'400'000LL + i % 7 * 60'000;
+        records.append(serverRecord(QString::number(i), QString::number(i % 5), u"l"_s, start,
+                                    start + 1000, description, QString::number(i % 3)));
+    }
+    return {{u"Bookmarks"_s, records}};
+}
+
 } // namespace
 
 /// Failing allocations at moments that the checks of level 6 do not reach.
@@ -44,7 +58,11 @@ private Q_SLOTS:
 
     void failedQueryDoesNotSupersedeTheRunningOne();
     void answerIsStoredCompletelyOrNotAtAll();
+    void failedAnswerLeavesNoTextsOfFarTimes();
     void pagesLeaveNoMemoryBehind();
+    void answersAndPagesDoNotAllocateForEachBookmark_data();
+    void answersAndPagesDoNotAllocateForEachBookmark();
+    void bookmarkTakesLessThan200Bytes();
     void modelIsCreatedWhenMemoryIsAvailableAgain();
 };
 
@@ -114,6 +132,41 @@ void TestAllocation::answerIsStoredCompletelyOrNotAtAll()
     QVERIFY(failed > 10);
 }
 
+/// The list does not store the texts of far times in its columns.
+void TestAllocation::failedAnswerLeavesNoTextsOfFarTimes()
+{
+    const QVariantMap near = record(u"near"_s);
+    QVariantMap far = near;
+    far[u"StartTimestamp"_s] = std::numeric_limits<qint64>::max();
+    QVariantMap last = near;
+    last[u"Description"_s] = QString(5000, u'x'); // needs memory when the others are stored
+    const QVariant half = QVariantMap{{u"Bookmarks"_s, QVariantList{near, far, last}}};
+    const QVariant whole = QVariantMap{{u"Bookmarks"_s, QVariantList{near, near}}};
+    SmallHost host;
+    const auto query = [&] {
+        host.call(u"queryAllBookmarks()"_s);
+        return host.framework.sent().constLast();
+    };
+    const auto list = [&] { return describe(host.call(u"getBookmarkListByNodeID('')"_s)); };
+    host.answer(query(), whole);
+    const QString expected = list();
+
+    standin::SentCommand sent;
+    for (int i = 0; i < 2; ++i) { // once more, because the first answer fills caches
+        sent = query();
+        failingmemory::watch();
+        host.answer(sent, half);
+        failingmemory::stop();
+    }
+    sent = query();
+    failingmemory::failAt(int(failingmemory::allocations()) - 1);
+    host.answer(sent, half);
+    failingmemory::stop();
+    QCOMPARE(list(), u"[]"_s);
+    host.answer(sent, whole);
+    QCOMPARE(list(), expected);
+}
+
 void TestAllocation::pagesLeaveNoMemoryBehind()
 {
     SmallHost host;
@@ -132,6 +185,64 @@ void TestAllocation::pagesLeaveNoMemoryBehind()
         ask(i);
     failingmemory::stop();
     QCOMPARE(failingmemory::blocks(), before);
+}
+
+void TestAllocation::answersAndPagesDoNotAllocateForEachBookmark_data()
+{
+    // A page is asked for twice: the first call parses each day, and stores it.
+    addTable({"description", "days", "page"}, uR"(
+    answer         | cafe | 20   |
+    search         | café | 4000 | {'text': 'nowhere'}
+    time           | café | 4000 | {'text': '23:59'}
+    camera         | café | 4000 | {'nodeID': 'A/4', 'groupKey': 'creator'}
+    by day         | café | 4000 | {'groupKey': 'displayDate'}
+    by creator     | café | 4000 | {'groupKey': 'creator'}
+    by camera      | café | 4000 | {'groupKey': 'cameraID'}
+    )"_s);
+}
+
+/// An allocation for each bookmark means that a cache or a shortcut has no effect.
+void TestAllocation::answersAndPagesDoNotAllocateForEachBookmark()
+{
+    QFETCH(const QString, description);
+    QFETCH(const QString, page);
+    const auto allocations = [&](int count) {
+        SmallHost host;
+        host.call(u"queryAllBookmarks()"_s);
+        const QVariantMap answer = manyBookmarks(count, int(numberIn("days")), description);
+        if (page.isEmpty())
+            failingmemory::watch();
+        host.answer(host.framework.sent().constFirst(), answer);
+        for (int i = 0; i < 2 && !page.isEmpty(); ++i) {
+            failingmemory::watch();
+            host.play(u"page "_s + page);
+        }
+        failingmemory::stop();
+        return qint64(failingmemory::allocations());
+    };
+    const qint64 few = allocations(500);
+    QVERIFY(few > 0);
+    QCOMPARE_LT(allocations(4000), few + 100);
+}
+
+void TestAllocation::bookmarkTakesLessThan200Bytes()
+{
+    constexpr int Answers = 200;
+    constexpr int Count = 50; // in each answer
+    SmallHost host;
+    host.call(u"queryAllBookmarks()"_s);
+    standin::SentCommand query = host.framework.sent().constFirst();
+    query.relayPath = u"other"_s; // for any number of answers
+    const QVariantMap answer = manyBookmarks(Count, 10, u"a caf\u00e9 at the corner"_s);
+    const auto before = driver::allocatedBytes();
+    for (int i = 0; i < Answers; ++i)
+        host.answer(query, answer);
+    for (int i = 0; i < 10; ++i)
+        host.play(u"page {'text': '23:59'}"_s);
+    const auto after = driver::allocatedBytes();
+    if (!before || !after)
+        QSKIP("This platform does not report allocated memory.");
+    QCOMPARE_LT((*after - *before) / (Answers * Count), 200);
 }
 
 void TestAllocation::modelIsCreatedWhenMemoryIsAvailableAgain()

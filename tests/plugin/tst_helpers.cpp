@@ -8,6 +8,8 @@
 #include "framework/Framework.h"
 #include "topology/Topology.h"
 
+#include <QtCore/QLocale>
+
 #include <limits>
 #include <new>
 #include <set>
@@ -15,6 +17,15 @@
 
 using namespace Qt::StringLiterals;
 using tessaline::ContextRegistry;
+
+#ifndef Q_OS_WIN
+static const char *s_language = "en_US";
+/// Takes the place of Qt's function in this program: on Unix a process can't change its language.
+QLocale QLocale::system()
+{
+    return QLocale(QLatin1String(s_language));
+}
+#endif
 
 namespace {
 
@@ -219,6 +230,28 @@ private Q_SLOTS:
         QCOMPARE(list.size(), std::size_t(0));
         QCOMPARE(list.rowsInRange(0, 0), tessaline::Rows{});
     }
+
+#ifndef Q_OS_WIN
+    void daysAreParsedInThePresentLanguage()
+    {
+        tessaline::BookmarkList list;
+        tessaline::CameraNames names({}, u"A"_s);
+        const auto formatter = std::make_shared<tessaline::TimeFormatter>(QTimeZone::utc());
+        list.append(
+            {QVariantMap{{u"StartTimestamp"_s, 0}}, QVariantMap{{u"StartTimestamp"_s, 86'400'000}}},
+            names, formatter);
+        // Days in another language can't be parsed, so they are equal, and the latest comes first.
+        for (const auto &[language, sorted] :
+             {std::pair{"en_US", tessaline::Rows{0, 1}}, {"de_DE", {1, 0}}, {"en_US", {0, 1}}}) {
+            s_language = language;
+            tessaline::Rows rows{0, 1};
+            list.sort(rows, u"displayDate"_s, true, {0, 2});
+            QCOMPARE(rows, sorted);
+            QCOMPARE(formatter->isValidFor(QTimeZone::utc()),
+                     QLatin1String(language) == "en_US"_L1);
+        }
+    }
+#endif
 
     void timelineQueryNeedsViewCellAndAcceptance()
     {
