@@ -90,9 +90,7 @@ public:
     /// Checks that the plug-in still sends an ordinary request and returns its lists.
     void expectStillWorking(const QString &after)
     {
-        m_context.compare(u"an ordinary request after "_s + after,
-                          u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n= bool true"_s,
-                          m_host->play(u"updateBookmark('b')"_s));
+        m_host.expectStillWorking(after);
         for (const char *call :
              {"getBookmarkListForRecent()", "getBookmarkListByNodeID('')",
               "getQueryBookmarkResult()", "getFilteredBookmarkList({'endTimestamp': 5000})"})
@@ -272,10 +270,12 @@ void checkLargeLists(CheckContext &context)
         return;
     const QVariantList invalid(Million);
     const QVariantList maps(Million, QVariantMap());
+    const QVariantList stored(Many,
+                              serverRecord(u"b"_s, u"1"_s, u"l"_s, 1, 2, QString(1000, u'x')));
     for (const Command &command : commands) {
         const QString name = QLatin1String(command.name);
         const bool isStored = name == u"QueryAllBookmars" || name == u"QueryBookmarkForRecent";
-        const QVariantMap records{{u"Bookmarks"_s, isStored ? invalid.first(Many) : maps}};
+        const QVariantMap records{{u"Bookmarks"_s, isStored ? stored : maps}};
         host.requestAndAnswer(command, invalid, u"0"_s, u"a list of a million"_s);
         host.requestAndAnswer(command, records, u"0"_s, u"a million bookmarks"_s);
     }
@@ -286,6 +286,8 @@ void checkLargeLists(CheckContext &context)
         host->framework.clearSent();
         host->takeTrace();
     }
+    // A search that starts again at each bookmark would exceed the time of the check.
+    host->call(u"getFilteredBookmarkList({'endTimestamp': 5000, 'text': 'nowhere'})"_s);
     host.expectStillWorking(u"lists of a million"_s);
     context.summarize(u"lists of a million in answers and arguments"_s);
 }

@@ -24,8 +24,12 @@ public:
     Host *operator->() const { return m_host.get(); }
     Host &operator*() const { return *m_host; }
     LogProbe &log() { return m_log; }
+    /// Fails the check unless the plug-in still sends an ordinary request.
+    /// @param after the cause of a failure, for the message
+    void expectStillWorking(const QString &after);
 
 private:
+    CheckContext &m_context;
     LogProbe m_log;
     std::unique_ptr<Host> m_host;
 };
