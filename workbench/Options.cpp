@@ -8,6 +8,7 @@
 #include <QtCore/QStandardPaths>
 
 #include <cstdlib>
+#include <initializer_list>
 #include <limits>
 
 namespace workbench {
@@ -50,6 +51,25 @@ public:
         if (!stray.isEmpty())
             refuse(QStringLiteral("Unexpected argument: ") + stray.constFirst());
         m_parser.process(arguments);
+    }
+
+    /// Options without effect would be mistaken for a result.
+    void require(const char *name, const char *other) const
+    {
+        if (isSet(name) && !isSet(other))
+            refuse(
+                QStringLiteral("--%1 needs --%2").arg(QLatin1String(name), QLatin1String(other)));
+    }
+
+    void exclude(std::initializer_list<const char *> names) const
+    {
+        const char *found = nullptr;
+        for (const char *const name : names) {
+            if (isSet(name) && found)
+                refuse(QStringLiteral("--%1 and --%2 exclude each other")
+                           .arg(QLatin1String(found), QLatin1String(name)));
+            found = isSet(name) ? name : found;
+        }
     }
 
     bool isSet(const char *name) const { return m_parser.isSet(QString::fromLatin1(name)); }
@@ -163,6 +183,11 @@ Options Options::parse(const QStringList &arguments)
                "file");
     parser.add("verbose", "Show payloads and results in the tour.");
     parser.process(arguments);
+    parser.require("until", "qml");
+    parser.require("report", "replay");
+    parser.require("rounds", "frame-times");
+    parser.exclude({"qml", "frame-times", "tour", "screenshot"});
+    parser.exclude({"qml", "frame-times", "replay"});
 
     options.stations = int(parser.number("stations", 1, 100));
     options.cameras = int(parser.number("cameras", 1, 100));

@@ -10,6 +10,7 @@
 #include <QtGui/QGuiApplication>
 
 #include <algorithm>
+#include <cstdlib>
 #include <optional>
 
 using namespace workbench;
@@ -22,6 +23,18 @@ bool wantsNoDisplay(const char *const *begin, const char *const *end)
     return std::any_of(begin, end, [](const char *argument) {
         return QLatin1String(argument) == QLatin1String("--headless");
     });
+}
+
+/// Message handler until the application exists. Qt aborts the process if it cannot open the
+/// display.
+void endWithoutDisplay(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type == QtFatalMsg)
+        std::_Exit(
+            complain(QStringLiteral("cannot open a window on the display \"%1\". Check DISPLAY, "
+                                    "or run with --headless.")
+                         .arg(qEnvironmentVariable("DISPLAY"))));
+    std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, text)));
 }
 
 /// Whether there is a screen to show the window on.
@@ -70,7 +83,9 @@ int main(int argc, char *argv[])
     // drawing it takes.
     if (!qEnvironmentVariableIsSet("QT_QPA_UPDATE_IDLE_TIME"))
         qputenv("QT_QPA_UPDATE_IDLE_TIME", "1");
+    qInstallMessageHandler(endWithoutDisplay);
     const QGuiApplication app(argc, argv);
+    qInstallMessageHandler(nullptr);
     QCoreApplication::setOrganizationName(QStringLiteral("Tessaline"));
     QCoreApplication::setApplicationName(QStringLiteral("tessaline-workbench"));
     QCoreApplication::setApplicationVersion(QStringLiteral(WORKBENCH_VERSION));

@@ -106,6 +106,18 @@ private Q_SLOTS:
         QVERIFY(tour.output.contains(" 0 failed."_L1));
     }
 
+    void missingDisplayIsNamed()
+    {
+        auto environment = QProcessEnvironment::systemEnvironment();
+        for (const char *name : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY"})
+            environment.remove(QLatin1String(name));
+        environment.insert(u"DISPLAY"_s, u":no-such-display"_s);
+        const Run window = run({}, {}, environment);
+        QCOMPARE(window.exitCode, 2);
+        QVERIFY2(window.errors.contains("\":no-such-display\""_L1), qPrintable(window.errors));
+        QVERIFY2(window.errors.contains("--headless"_L1), qPrintable(window.errors));
+    }
+
     void importsAndKeepsTheDataFolder()
     {
         const QString csv = write(u"some.csv"_s, "camera,start,end,description\n"
@@ -211,6 +223,10 @@ private Q_SLOTS:
                 u"it can't be loaded: "_s);
         row("unknown option", {u"--nonsense"_s}, u"nonsense"_s);
         row("stray argument", {u"stray"_s}, u"Unexpected argument: stray"_s);
+        const QString qml = write(u"Own.qml"_s, "import QtQuick\nItem { }");
+        row("report of nothing", {u"--report"_s, u"r.json"_s}, u"--report needs --replay"_s);
+        row("two programs", {u"--qml"_s, qml, u"--screenshot"_s, u"a.png"_s},
+            u"--qml and --screenshot exclude each other"_s);
     }
     void refusesToBegin()
     {
