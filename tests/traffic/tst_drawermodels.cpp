@@ -448,7 +448,10 @@ colon alone    | :a              | character 1: expected a condition)"_s.replace
     {
         addTable({"text", "error"}, uR"(
 no array        | {}                             | expected a JSON array
-no JSON         | [                              | expected a JSON array: unterminated
+no JSON         | [1,                            | expected a JSON array; character 3:
+no object       | [{},1]                         | entry 2: expected an object
+station's type  | [{'station':1}]                | entry 1: expected a text for 'station'
+command's type  | [{'command':1}]                | entry 1: expected a text for 'command'
 unknown station | [{'code':'4'},{'station':'B'}] | entry 2: there is no station 'B'
 unknown command | [{'command':'Add'}]            | entry 1: expected one of the commands '', 'AddBookmark',
 unknown setting | [{'speed':1}]                  | entry 1: unknown setting 'speed'
@@ -473,6 +476,7 @@ wrong word      | [{'order':'none'}]             | entry 1: expected 'in order',
         file.close();
         const QString problem = faults.load(file.fileName());
         QVERIFY2(problem.startsWith(file.fileName() + u": "_s + error), qPrintable(problem));
+        QVERIFY2(!problem.contains(u"no error"_s), qPrintable(problem));
         QCOMPARE(inWords(framework.rules().find(u"A"_s, u"AddBookmark"_s)), u"queued 27"_s);
     }
 

@@ -86,12 +86,17 @@ QString FaultsModel::read(const QByteArray &text, QList<Fault> *faults) const
 {
     QJsonParseError error{};
     const QJsonDocument document = QJsonDocument::fromJson(text, &error);
+    if (error.error != QJsonParseError::NoError)
+        return QStringLiteral("expected a JSON array; character %1: %2")
+            .arg(error.offset)
+            .arg(error.errorString());
     if (!document.isArray())
-        return QStringLiteral("expected a JSON array: %1").arg(error.errorString());
+        return QStringLiteral("expected a JSON array, found an object");
     int number = 0;
     const QJsonArray entries = document.array();
     for (const auto &entry : entries) {
-        const QString problem = readEntry(entry.toObject(), faults);
+        const QString problem = entry.isObject() ? readEntry(entry.toObject(), faults)
+                                                 : QStringLiteral("expected an object");
         ++number;
         if (!problem.isEmpty())
             return QStringLiteral("entry %1: %2").arg(number).arg(problem);
@@ -101,6 +106,10 @@ QString FaultsModel::read(const QByteArray &text, QList<Fault> *faults) const
 
 QString FaultsModel::readEntry(const QJsonObject &entry, QList<Fault> *faults) const
 {
+    for (const QLatin1String key : {StationKey, CommandKey}) {
+        if (entry.contains(key) && !entry.value(key).isString())
+            return QStringLiteral("expected a text for \"%1\"").arg(key);
+    }
     Fault fault;
     fault.command = entry.value(CommandKey).toString();
     if (entry.contains(CommandKey) && !commands().contains(fault.command))
