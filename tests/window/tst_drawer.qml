@@ -88,7 +88,14 @@ WindowTest {
         compare(find("callOutcome").text, "true");
         tryVerify(() => texts(find("signalCounts")).join().includes(
             "queryBookmarkForRecentResponsed,[true],1"));
-        compare(find("callHistory").count, 1);
+        retype(find("argument recentCnt"), "5");
+        keyClick(Qt.Key_Return);
+        compare(find("callHistory").count, 2);
+        for (const count of ["3", "5", "3", "3"]) {
+            mouseClick(find("callHistory").itemAtIndex(count === "5" ? 0 : 1));
+            compare(find("argument recentCnt").text, count);
+            retype(find("argument recentCnt"), "7");
+        }
         mouseClick(find("drawerTabs").itemAt(0));
         settle();
         tryVerify(() => list().count > 3);
@@ -241,6 +248,88 @@ WindowTest {
         open();
         openTab(0);
         compare(name().width, changed);
+    }
+
+    /// With the longest names, a rejected command and one without an answer.
+    function test_columnsFitIntoTheSmallestWindow() {
+        window.width = window.minimumWidth;
+        window.height = window.minimumHeight;
+        openTab(0);
+        tryVerify(() => find("cell0").content.status === "live");
+        bench.faults.setData(bench.faults.index(2, 0), "refused", FaultsModel.OrderRole);
+        bench.faults.setData(bench.faults.index(3, 0), 1500, FaultsModel.DelayRole);
+        plugin.queryAllBookmarks();
+        plugin.updateRecycleSetting(72, true);
+        tryVerify(() => bench.outstanding === 1);
+        bench.traffic.paused = true;
+        bench.traffic.paused = false; // shows all that has passed
+        const shown = new Set();
+        const headings = find("trafficHeadings").children;
+        for (let i = list().count - 1; i >= 0; --i) { // the latest first, before its answer comes
+            list().positionViewAtIndex(i, ListView.Contain);
+            const row = list().itemAtIndex(i);
+            const cells = row.contentItem.children;
+            for (let column = 0; column < 7; ++column) {
+                shown.add(cells[column].text);
+                verify(!cells[column].truncated, cells[column].text);
+                compare(cells[column].mapToItem(null, 0, 0).x, headings[column].mapToItem(null, 0, 0).x);
+            }
+            verify(cells[7].x + cells[7].width <= row.width && cells[7].width > 60, "payload");
+        }
+        for (const text of ["queryBookmarkForTimelineResponsed", "relay-1", "refused", "no answer"])
+            verify(shown.has(text), text);
+        tryCompare(bench, "outstanding", 0);
+    }
+
+    function test_consoleFitsIntoTheSmallestWindow() {
+        window.width = window.minimumWidth;
+        window.height = window.minimumHeight;
+        openTab(4);
+        mouseClick(find("methodSearch"));
+        type("addbookmark");
+        keyClick(Qt.Key_Return);
+        const tab = find("consoleTab");
+        const bottomOf = item => item.mapToItem(tab, 0, item.height).y;
+        for (let i = 0; i < 7; ++i)
+            keyClick(Qt.Key_Tab);
+        verify(find("argument group").activeFocus);
+        settle();
+        verify(bottomOf(find("argument group")) <= bottomOf(find("callMethod")) - find("callMethod").height);
+        find("argument endTimestamp").forceActiveFocus();
+        type("x");
+        keyClick(Qt.Key_Return);
+        settle();
+        verify(find("callOutcome").text.startsWith("endTimestamp: expected a whole number"));
+        verify(bottomOf(find("callOutcome")) <= tab.height);
+        const rows = Array.from(find("signalCounts").contentItem.children).filter(row => row.count > 0);
+        verify(rows.length > 0 && rows.every(row => !row.children[0].truncated));
+    }
+
+    function test_faultsAreSavedAndLoaded() {
+        const part = (dialog, name) => findChild(dialog.contentItem, name);
+        const press = (button, dialog) => {
+            mouseClick(find(button));
+            tryCompare(find(dialog), "opened", true);
+            return find(dialog);
+        };
+        openTab(2);
+        retype(fault("code"), "9");
+        keyClick(Qt.Key_Return);
+        for (const again of [false, true]) {
+            const save = press("saveFaults", "saveFaultsDialog");
+            compare(part(save, "savePath").text !== "", again);
+            part(save, "savePath").text = lab.faultsFile();
+            compare(texts(save.contentItem).some(text => text.includes("will be replaced")), again);
+            keyClick(Qt.Key_Return);
+            tryCompare(save, "visible", false);
+        }
+        mouseClick(find("mend"));
+        compare(fault("code").text, "");
+        const load = press("loadFaults", "loadFaultsDialog");
+        compare(part(load, "savePath").text, lab.faultsFile());
+        keyClick(Qt.Key_Return);
+        tryCompare(load, "visible", false);
+        compare(fault("code").text, "9");
     }
 
     function test_delayIsSlowUntilMended() {

@@ -125,6 +125,7 @@ public:
         return words.join(u'\n');
     }
 
+    Q_INVOKABLE QString faultsFile() const { return m_folder.filePath(u"faults.json"_s); }
     Q_INVOKABLE QString sessionFile() const { return m_folder.filePath(u"session.jsonl"_s); }
     /// Plays the session that was saved there against a plug-in of its own, for the next window to
     /// tell of.

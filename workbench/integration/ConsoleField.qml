@@ -15,6 +15,7 @@ RowLayout {
     readonly property string typed: isBool ? String(box.checked) : line.text
 
     signal accepted()
+    signal editorFocused()
 
     function focusEditor() {
         if (isBool)
@@ -39,6 +40,7 @@ RowLayout {
         selectByMouse: true
         Accessible.name: field.modelData.name
         onAccepted: field.accepted()
+        onActiveFocusChanged: if (activeFocus) field.editorFocused()
         Layout.fillWidth: true
     }
     CheckBox {
@@ -48,6 +50,7 @@ RowLayout {
         checked: field.text === "true"
         Accessible.name: field.modelData.name
         Keys.onReturnPressed: field.accepted()
+        onActiveFocusChanged: if (activeFocus) field.editorFocused()
         Layout.fillWidth: true
     }
 }

@@ -4,8 +4,8 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// The arguments of a call, and its result.
-ScrollView {
+/// The arguments of a call, and below them its result.
+ColumnLayout {
     id: form
 
     required property var method ///< null: none is chosen
@@ -31,40 +31,64 @@ ScrollView {
             fieldAt(outcome.parameter).focusEditor();
     }
 
+    /// Scrolls to a field, as a ScrollView does not follow the focus.
+    function reveal(field) {
+        const view = scroller.contentItem as Flickable;
+        view.contentY = Math.max(Math.min(view.contentY, field.y), field.y + field.height - view.height);
+    }
+
     onMethodChanged: outcome = {}
-    contentWidth: availableWidth
-    clip: true
+    spacing: Theme.gap
 
-    ColumnLayout {
-        width: form.availableWidth
-        spacing: 2
+    ScrollView {
+        id: scroller
+        contentWidth: availableWidth
+        clip: true
+        Layout.fillWidth: true
+        Layout.fillHeight: true
 
-        Label {
-            text: form.method ? form.method.signature : qsTr("Choose a method to call it.")
-            wrapMode: Text.Wrap
-            color: Theme.faintText
-            leftPadding: Theme.gap
+        ColumnLayout {
+            width: scroller.availableWidth
+            spacing: 2
+
+            Label {
+                text: form.method ? form.method.signature : qsTr("Choose a method to call it.")
+                wrapMode: Text.Wrap
+                color: Theme.faintText
+                leftPadding: Theme.gap
+                Layout.fillWidth: true
+            }
+            Repeater {
+                id: fields
+                model: form.method ? form.method.parameters : []
+                ConsoleField {
+                    id: field
+                    text: form.texts[index] ?? ""
+                    wrong: form.outcome.parameter === index
+                    onAccepted: form.submit()
+                    onEditorFocused: form.reveal(field)
+                }
+            }
+        }
+    }
+    RowLayout {
+        visible: form.method !== null
+
+        Button {
+            id: button
+            objectName: "callMethod"
+            text: qsTr("Call")
+            onClicked: form.submit()
+            Keys.onReturnPressed: clicked()
+            Layout.alignment: Qt.AlignTop
+        }
+        ScrollView {
+            contentWidth: availableWidth
             Layout.fillWidth: true
-        }
-        Repeater {
-            id: fields
-            model: form.method ? form.method.parameters : []
-            ConsoleField {
-                text: form.texts[index] ?? ""
-                wrong: form.outcome.parameter === index
-                onAccepted: form.submit()
-            }
-        }
-        RowLayout {
-            visible: form.method !== null
-            Button {
-                id: button
-                objectName: "callMethod"
-                text: qsTr("Call")
-                onClicked: form.submit()
-                Keys.onReturnPressed: clicked()
-            }
+            Layout.preferredHeight: Math.min(outcomeText.implicitHeight, form.height / 2)
+
             TextArea {
+                id: outcomeText
                 objectName: "callOutcome"
                 text: form.outcome.error ?? form.outcome.result ?? ""
                 readOnly: true
@@ -72,10 +96,9 @@ ScrollView {
                 wrapMode: TextEdit.WrapAnywhere
                 textFormat: TextEdit.PlainText
                 color: form.outcome.error ? Theme.failure : Theme.text
-                font.family: "monospace"
+                font { family: "monospace"; pixelSize: Theme.smallText }
                 background: null
                 Accessible.name: qsTr("Result")
-                Layout.fillWidth: true
             }
         }
     }

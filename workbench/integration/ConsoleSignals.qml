@@ -50,6 +50,7 @@ ColumnLayout {
 
             Label {
                 text: row.modelData
+                font.pixelSize: Theme.smallText
                 elide: Text.ElideRight
                 leftPadding: Theme.gap
                 color: row.count > 0 ? Theme.text : Theme.faintText

@@ -15,6 +15,7 @@ SplitView {
     property var history: []  ///< calls, the newest first: maps of method and texts
 
     function choose(chosen, arguments_) {
+        method = null; // makes new fields, without what was typed
         texts = arguments_ ?? chosen.parameters.map(parameter => defaults.textOf(parameter));
         method = chosen;
     }
@@ -60,12 +61,12 @@ SplitView {
             tab.choose(entry.method, entry.texts);
             form.focusFirst();
         }
-        SplitView.preferredWidth: 220
+        SplitView.preferredWidth: 180
         SplitView.minimumWidth: 100
     }
     ConsoleSignals {
         plugConsole: plugConsole
-        SplitView.preferredWidth: 280
+        SplitView.preferredWidth: 320
         SplitView.minimumWidth: 120
     }
 }

@@ -11,6 +11,7 @@ ColumnLayout {
 
     required property AppState app
     required property WorkbenchContext bench
+    property string file: "" ///< last saved or loaded
 
     spacing: Theme.gap
 
@@ -33,12 +34,12 @@ ColumnLayout {
         Button {
             objectName: "loadFaults"
             text: qsTr("Load…")
-            onClicked: loadDialog.openFor(loadDialog.path)
+            onClicked: loadDialog.openFor(tab.file)
         }
         Button {
             objectName: "saveFaults"
             text: qsTr("Save…")
-            onClicked: saveDialog.openFor(saveDialog.path)
+            onClicked: saveDialog.openFor(tab.file)
         }
     }
     ListView {
@@ -78,7 +79,10 @@ ColumnLayout {
         title: qsTr("Save the faults")
         fileTitle: qsTr("File, for --faults")
         exists: tab.bench.recorder.exists(path)
-        onSaveWanted: path => finish(tab.bench.faults.save(path))
+        onSaveWanted: path => {
+            tab.file = path;
+            finish(tab.bench.faults.save(path));
+        }
     }
     SaveDialog {
         id: loadDialog
@@ -87,6 +91,9 @@ ColumnLayout {
         title: qsTr("Load faults")
         acceptText: qsTr("Load")
         fileTitle: qsTr("File, replaces the faults")
-        onSaveWanted: path => settle(tab.bench.faults.load(path))
+        onSaveWanted: path => {
+            tab.file = path;
+            settle(tab.bench.faults.load(path));
+        }
     }
 }

@@ -9,6 +9,10 @@ QtObject {
         qsTr("Station"), qsTr("Code"), qsTr("Took")]
     readonly property var widths: kept.widths
 
+    function isNumber(column) {
+        return column === 1 || column === 6;
+    }
+
     function setWidth(column, width) {
         const changed = Array.from(kept.widths);
         changed[column] = Math.max(24, Math.round(width));
@@ -18,6 +22,6 @@ QtObject {
     readonly property Settings memory: Settings {
         id: kept
         category: "traffic"
-        property var widths: [84, 34, 76, 200, 52, 50, 60]
+        property var widths: [84, 34, 76, 236, 52, 50, 60]
     }
 }

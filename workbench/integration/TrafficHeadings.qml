@@ -28,6 +28,7 @@ Row {
             required property string modelData
             width: Number(headings.columns.widths[index])
             text: modelData
+            horizontalAlignment: headings.columns.isNumber(index) ? Text.AlignRight : Text.AlignLeft
 
             Rectangle {
                 anchors { left: parent.right; leftMargin: Theme.gap / 2 }

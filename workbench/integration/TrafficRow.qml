@@ -53,7 +53,7 @@ ItemDelegate {
         RowCell { row: row; width: row.columns.widths[1]; text: row.call; horizontalAlignment: Text.AlignRight }
         RowCell { row: row; width: row.columns.widths[2]; text: row.marks[row.kind] + " " + row.kind }
         RowCell { row: row; width: row.columns.widths[3];
-                  text: row.name; font.bold: true; leftPadding: Math.min(row.depth, 8) * 12 }
+                  text: row.name; font.bold: row.depth === 0; leftPadding: Math.min(row.depth, 8) * 12 }
         RowCell { row: row; width: row.columns.widths[4]; text: row.relayPath }
         RowCell { row: row; width: row.columns.widths[5];
                   text: row.accepted ? row.code : qsTr("refused"); alarming: row.failed }

@@ -97,6 +97,13 @@ ColumnLayout {
                     else if (event.text === "/")
                         bar.focusSearch();
                 }
+
+                Label {
+                    anchors.centerIn: parent
+                    visible: list.count === 0 && tab.traffic.count > 0
+                    color: Theme.faintText
+                    text: qsTr("No entry matches.")
+                }
             }
         }
         PayloadPane {

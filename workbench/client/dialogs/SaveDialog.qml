@@ -27,6 +27,7 @@ FormDialog {
     firstField: field
 
     function openFor(file) {
+        field.text = ""; // the file may exist by now, so exists has to be evaluated again
         field.text = file;
         open();
     }
