@@ -41,8 +41,9 @@ TestCase {
         open();
     }
 
-    function open() {
-        window = createTemporaryObject(mainWindow, testCase, { plugin: plugin, bench: bench });
+    function open(properties) {
+        window = createTemporaryObject(mainWindow, testCase,
+                                       Object.assign({ plugin: plugin, bench: bench }, properties));
         window.requestActivate();
         tryCompare(window, "active", true);
         tryCompare(bench, "outstanding", 0);

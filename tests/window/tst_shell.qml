@@ -232,6 +232,20 @@ WindowTest {
         verify(Theme.dark && find("drawerTabs").visible);
     }
 
+    function test_beginsNoLargerThanTheScreen_data() {
+        return [{ tag: "first time", kept: false, size: [1240, 700] },
+                { tag: "as it was left", kept: true, size: [1240, 700] },
+                { tag: "tiny screen", kept: false, room: Qt.size(800, 600), size: [1024, 640] }];
+    }
+    function test_beginsNoLargerThanTheScreen(data) {
+        if (data.kept)
+            window.close();
+        window.destroy();
+        tryCompare(test, "window", null);
+        open({ room: data.room ?? Qt.size(1240, 700) });
+        compare([window.width, window.height], data.size);
+    }
+
     function test_cellCount_data() {
         return [1, 2, 6, 9].map(count => ({ tag: count + " cells", count: count }));
     }

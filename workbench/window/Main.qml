@@ -15,6 +15,9 @@ ThemedWindow {
     required property WorkbenchContext bench
     /// Whether the window begins as it was left and is kept for the next time.
     property bool remembers: true
+    /// The largest size at the start: the screen's, unless the platform has none.
+    property size room: Qt.platform.pluginName === "offscreen" ? Qt.size(1e6, 1e6)
+        : Qt.size(Screen.desktopAvailableWidth, Screen.desktopAvailableHeight)
 
     width: 1440
     height: 860
@@ -131,6 +134,7 @@ ThemedWindow {
     WindowMemory {
         id: memory
         window: window
+        room: window.room
         cells: cells
         panel: panel
         drawer: drawer

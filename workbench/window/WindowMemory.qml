@@ -10,6 +10,7 @@ Item {
     id: memory
 
     required property Window window
+    required property size room ///< for the window
     required property CellGrid cells
     required property BookmarkPanel panel
     required property IntegratorDrawer drawer
@@ -17,8 +18,9 @@ Item {
 
     function restore() {
         Theme.dark = settings.dark;
-        window.width = settings.width || window.width;
-        window.height = settings.height || window.height;
+        const [width, height] = [settings.width || window.width, settings.height || window.height];
+        window.width = Math.max(window.minimumWidth, Math.min(width, room.width));
+        window.height = Math.max(window.minimumHeight, Math.min(height, room.height));
         drawer.visible = settings.drawer;
         splits.forEach((split, i) => {
             if (settings.splits[i])
