@@ -86,9 +86,9 @@ void measure(int size, Report &report)
             registered->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
             // Measure jobs that take seconds only once.
             const std::string implementationName = implementation->name();
-            const bool isCompared = implementationName != "Tessaline";
+            const bool isPlugin = implementationName == "Tessaline";
             if ((size >= 100'000 && implementationName == "reference model") ||
-                (size >= 1'000'000 && isCompared))
+                (size >= 1'000'000 && !isPlugin))
                 registered->Iterations(1)->Repetitions(1);
             else
                 registered->Repetitions(5)->MinTime(0.02);

@@ -108,7 +108,7 @@ Result resultOf(QProcess &child, const QString &resultFile, int timeoutSeconds)
 
 } // namespace
 
-Result runHere(const Check &check, const QString &library, const Options &options)
+Result runInProcess(const Check &check, const QString &library, const Options &options)
 {
     QElapsedTimer timer;
     timer.start();
@@ -160,7 +160,8 @@ int runAsChild(const Options &options)
         return 2;
     openBreadcrumbFile(breadcrumbFile(options.resultFile));
     const QByteArray json =
-        QJsonDocument(runHere(*check, options.libraries.constFirst(), options).toJson()).toJson();
+        QJsonDocument(runInProcess(*check, options.libraries.constFirst(), options).toJson())
+            .toJson();
     return file.open(QIODevice::WriteOnly) && file.write(json) == json.size() ? 0 : 2;
 }
 

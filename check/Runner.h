@@ -8,7 +8,7 @@ namespace check {
 struct Check;
 
 /// Runs a check in this process.
-Result runHere(const Check &check, const QString &library, const Options &options);
+Result runInProcess(const Check &check, const QString &library, const Options &options);
 
 /// Runs a check in a child process of the same program, in an empty folder. A crash or a hang of
 /// the child becomes a result.

@@ -35,7 +35,7 @@ int listChecks(const std::vector<Check> &checks)
 {
     for (const Check &check : checks)
         print(QString::fromLatin1(check.name).leftJustified(27) + u' ' +
-              QString::fromUtf8(check.proves));
+              QString::fromUtf8(check.statement));
     return 0;
 }
 
@@ -58,7 +58,7 @@ LibraryReport checkLibrary(const QString &library, const Options &options,
     if (options.libraries.size() > 1)
         print(library + u':');
     for (const Check &check : checks) {
-        const Result result = options.inProcess ? runHere(check, library, options)
+        const Result result = options.inProcess ? runInProcess(check, library, options)
                                                 : runInChild(check, library, options);
         report.results.append(result);
         if (!options.onlyFailed || isFailure(result.status))

@@ -204,14 +204,14 @@ bool Host::step(const QString &text)
     else if (word == u"initialise")
         m_plugin->Init(nullptr);
     else if (word == u"answer")
-        answerStep(target, codeOf(third), valueOf(text.section(u' ', 3)));
+        answerStep(target, codeOf(third), parseValue(text.section(u' ', 3)));
     else if (word == u"event")
-        framework.sendEvent(target.section(u'@', 0, 0), valueOf(text.section(u' ', 2)),
+        framework.sendEvent(target.section(u'@', 0, 0), parseValue(text.section(u' ', 2)),
                             target.section(u'@', 1));
     else if (word == u"reject")
         reject(text.split(u' ').mid(1));
     else if (word == u"inside")
-        answerInside(target, codeOf(third), valueOf(text.section(u' ', 3)));
+        answerInside(target, codeOf(third), parseValue(text.section(u' ', 3)));
     else if (text == u"remove topology")
         framework.removePlugin(standin::Topology::pluginID());
     else if (text == u"remove framework")
@@ -225,7 +225,7 @@ bool Host::step(const QString &text)
     else if (word == u"list")
         note(u"list ["_s + identifiersIn(target) + u']');
     else if (word == u"page")
-        notePage(valueOf(text.section(u' ', 1)).toMap());
+        notePage(parseValue(text.section(u' ', 1)).toMap());
     else if (word == u"rows")
         note(u"rows ["_s + rowsIn(target) + u']');
     else if (word == u"watch")
@@ -337,7 +337,7 @@ QString Host::rowsIn(const QString &viewCellUID)
 QVariant Host::call(const QString &text)
 {
     const QString arguments = text.section(u'(', 1).chopped(1);
-    QVariantList values = valueOf(u'[' + arguments + u']').toList();
+    QVariantList values = parseValue(u'[' + arguments + u']').toList();
     for (QVariant &value : values) {
         if (value.typeId() == QMetaType::QString && value.toString().isEmpty())
             value = u""_s; // not null: only the word null means a null text
@@ -383,7 +383,7 @@ QAbstractItemModel *Host::showCell(const QString &viewCellUID, const QString &lo
     return model;
 }
 
-QVariant valueOf(QString json)
+QVariant parseValue(QString json)
 {
     json.replace(u'\'', u'"');
     // QJsonDocument accepts only an array or an object at the top level.

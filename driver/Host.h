@@ -145,6 +145,6 @@ using standin::serverRecord;
 /// Parses a JSON value that has single quotes instead of double quotes. Ends the process if the
 /// text is not JSON.
 /// @return the value, with whole numbers as qlonglong; invalid for an empty text
-QVariant valueOf(QString json);
+QVariant parseValue(QString json);
 
 } // namespace driver

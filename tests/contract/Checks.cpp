@@ -17,7 +17,7 @@ std::vector<Check> scenarioChecks(int level)
     for (const QFileInfo &info : files) {
         const ScenarioFile file = ScenarioFile::read(info.filePath());
         const auto play = level == 6 ? playWithFailingMemory : playScenarios;
-        checks.push_back({file.name.toLatin1(), file.proves.toUtf8(),
+        checks.push_back({file.name.toLatin1(), file.statement.toUtf8(),
                           [=](CheckContext &context) { play(context, file); }});
     }
     return checks;

@@ -12,8 +12,8 @@ class CheckContext;
 /// One check of the contract.
 struct Check
 {
-    QByteArray name;   ///< unique, "LEVEL.WORDS"
-    QByteArray proves; ///< statement of the contract, one line for --list
+    QByteArray name;      ///< unique, "LEVEL.WORDS"
+    QByteArray statement; ///< the statement of the contract that it checks, one line for --list
     std::function<void(CheckContext &context)> run;
 
     /// @return the number at the start of the name, 1 to 6

@@ -10,7 +10,6 @@ namespace check {
 using driver::Host;
 using driver::LogProbe;
 using driver::serverRecord;
-using driver::valueOf;
 
 /// Loads the checked library in a host with the logging library. A library that does not load fails
 /// the check; a missing logging library is a warning.

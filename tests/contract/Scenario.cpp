@@ -61,7 +61,7 @@ ScenarioFile ScenarioFile::read(const QString &path)
     if (!file.open(QIODevice::ReadOnly))
         qFatal("%s: %s", qPrintable(path), qPrintable(file.errorString()));
     const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
-    result.proves = lines.constFirst().mid(2);
+    result.statement = lines.constFirst().mid(2);
     for (int line = 1; line <= lines.size(); ++line) {
         const QString text = lines.at(line - 1).trimmed();
         if (!text.isEmpty() && !text.startsWith(u'#') && !add(result.scenarios, text, line))

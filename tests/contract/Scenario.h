@@ -32,8 +32,8 @@ struct Scenario
 /// A file in the program's resources with the scenarios of one check.
 struct ScenarioFile
 {
-    QString name;   ///< name of the check
-    QString proves; ///< first line of the file, for --list
+    QString name;      ///< name of the check
+    QString statement; ///< the first line of the file, for --list
     QList<Scenario> scenarios;
 
     /// Reads a file. A line that violates the format ends the process with a message.
