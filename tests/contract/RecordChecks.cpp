@@ -42,10 +42,12 @@ QList<QVariantMap> testRecords()
                     {u"Description"_s, true},
                     {u"Other"_s, 1}},
     };
-    // Extreme times, a year of five digits, and the start of daylight saving time.
+    // Extreme times, a year of five digits, the start of daylight saving time, the last change of
+    // clocks in the zone's file and a summer after it.
     constexpr qint64 Min = std::numeric_limits<qint64>::min();
     constexpr qint64 Max = std::numeric_limits<qint64>::max();
-    for (const qint64 moment : {Min, Max, 253402300800000LL, 1774745999999LL, 1774746000000LL})
+    for (const qint64 moment : {Min, Max, 253402300800000LL, 1774745999999LL, 1774746000000LL,
+                                2140045200000LL, 2161598400000LL})
         records.append(serverRecord(u"m"_s, u"1"_s, u"l"_s, moment, -1));
     for (int day = 0; day < 20; ++day)
         records.append(serverRecord(QString::number(day), u"1"_s, u"l"_s, 86399999LL * day * 17,

@@ -159,9 +159,12 @@ void TestAllocation::failedAnswerLeavesNoTextsOfFarTimes()
         failingmemory::stop();
     }
     sent = query();
+    host.takeTrace();
     failingmemory::failAt(int(failingmemory::allocations()) - 1);
     host.answer(sent, half);
     failingmemory::stop();
+    QCOMPARE(host.takeTrace().join(u'\n'),
+             u"log Tessaline: %s, malloc memory fail <Tessaline::CommandProcessor>"_s);
     QCOMPARE(list(), u"[]"_s);
     host.answer(sent, whole);
     QCOMPARE(list(), expected);

@@ -157,6 +157,7 @@ private Q_SLOTS:
 
     void lastAnswerDecidesPermission()
     {
+        QVERIFY(!Tessaline().hasSettingPermission()); // before the host has called Init()
         Host host;
         QVERIFY(!host.plugin.hasSettingPermission());
         for (const bool permitted : {true, false, true}) {
