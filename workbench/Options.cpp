@@ -150,12 +150,18 @@ Options Options::parse(const QStringList &arguments)
     parser.add("rounds", "Do everything of --frame-times <number> times, 1 to 100.", "number",
                number(options.rounds));
     parser.add("replay",
-               "Play the session recorded in <file> against the plug-in first and tell where it "
+               "Play the session recorded in <file> against the plug-in first and report where it "
                "behaves differently. Exits with 0 if the behaviour is identical, and with 1 if it "
                "differs or if nothing was compared.",
                "file");
+    parser.add("compare",
+               "Compare the recording of --replay with the one in <file>, without a plug-in. Exits "
+               "like --replay.",
+               "file");
     parser.add("report",
-               "Write the outcome of --replay to <file>, as JSON (.json) or JUnit (.xml).", "file");
+               "Write the outcome of --replay or --compare to <file>, as JSON (.json) or JUnit "
+               "(.xml).",
+               "file");
     parser.add("headless", "Behave as without a display: open no window.");
     parser.add("qml",
                "Load a QML <file> in place of the client's part of the window, with the plug-in's "
@@ -185,6 +191,7 @@ Options Options::parse(const QStringList &arguments)
     parser.process(arguments);
     parser.require("until", "qml");
     parser.require("report", "replay");
+    parser.require("compare", "replay");
     parser.require("rounds", "frame-times");
     parser.exclude({"qml", "frame-times", "tour", "screenshot"});
     parser.exclude({"qml", "frame-times", "replay"});
@@ -201,6 +208,7 @@ Options Options::parse(const QStringList &arguments)
     options.importFile = parser.readableFile("import");
     options.screenshotFile = parser.text("screenshot");
     options.replayFile = parser.readableFile("replay");
+    options.compareFile = parser.readableFile("compare");
     options.reportFile = parser.reportFile("report");
     options.qmlFile = parser.readableFile("qml");
     options.faultsFile = parser.readableFile("faults");

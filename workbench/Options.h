@@ -16,7 +16,8 @@ struct Options
     QString importFile;     ///< empty: nothing is imported
     QString screenshotFile; ///< empty: the window stays open
     QString replayFile;     ///< empty: nothing is replayed
-    QString reportFile;     ///< of the replay; empty: none
+    QString compareFile;    ///< compared with the file to replay; empty: a plug-in is
+    QString reportFile;     ///< of the replay or comparison; empty: none
     QString qmlFile;        ///< in place of the client's part of the window; empty: none
     QString faultsFile;     ///< faults of the stations from the start; empty: none
     QString until;          ///< a signal or seconds that end it; empty: neither

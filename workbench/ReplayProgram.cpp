@@ -1,30 +1,44 @@
 #include "ReplayProgram.h"
 
+#include "Comparer.h"
+#include "ComparisonReport.h"
 #include "Options.h"
 #include "PluginHost.h"
-#include "ReplayReport.h"
+#include "Replay.h"
 
 #include <cstdio>
 
 namespace workbench {
 
-replay::Result playRecording(const Options &options)
+namespace {
+
+Comparison replayed(const Options &options)
 {
-    replay::Result result;
+    Comparison comparison;
     PluginHost host;
-    if (PluginBase *const plugin = host.load(options.pluginPath, &result.error))
-        result = replay::run(options.replayFile, *plugin);
+    if (PluginBase *const plugin = host.load(options.pluginPath, &comparison.error))
+        comparison = replay::run(options.replayFile, *plugin);
+    return comparison;
+}
+
+} // namespace
+
+Comparison compareAsAsked(const Options &options)
+{
+    Comparison comparison = options.compareFile.isEmpty()
+                                ? replayed(options)
+                                : compareRecordings(options.replayFile, options.compareFile);
     if (!options.reportFile.isEmpty()) {
-        const QString problem = replay::writeReport(options.reportFile, result);
-        if (result.error.isEmpty())
-            result.error = problem;
+        const QString problem = writeReport(options.reportFile, comparison);
+        if (comparison.error.isEmpty())
+            comparison.error = problem;
     }
-    FILE *const stream = result.error.isEmpty() ? stdout : stderr;
-    const QStringList report = result.report();
+    FILE *const stream = comparison.error.isEmpty() ? stdout : stderr;
+    const QStringList report = comparison.report();
     for (const QString &line : report)
         std::fprintf(stream, "%s\n", qPrintable(line));
     std::fflush(stream);
-    return result;
+    return comparison;
 }
 
 } // namespace workbench

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Replay.h"
+#include "Comparison.h"
 
 namespace workbench {
 
 struct Options;
 
-/// Replays the recording that the options name, against a plug-in that is loaded for it and gone
-/// afterwards, and prints the report.
-replay::Result playRecording(const Options &options);
+/// Compares the recording that the options name, with another one or by a replay to a plug-in that
+/// is loaded for it and gone afterwards, and prints the report.
+Comparison compareAsAsked(const Options &options);
 
 } // namespace workbench

@@ -57,19 +57,18 @@ int run(Options options)
         return measureFrameTimes(options);
     if (!options.qmlFile.isEmpty())
         return OwnQmlProgram(options).run();
-    std::optional<replay::Result> replay;
+    std::optional<Comparison> comparison;
     if (!options.replayFile.isEmpty()) {
-        replay = playRecording(options);
-        if (!seen || !replay->error.isEmpty())
-            return replay->exitCode();
+        comparison = compareAsAsked(options);
+        if (!seen || !comparison->error.isEmpty())
+            return comparison->exitCode();
     }
     if (options.tour || (!seen && options.screenshotFile.isEmpty()))
         return playTour(options);
     if (options.dataFolder.isEmpty())
         options.dataFolder = options.ownDataFolder();
-    const QStringList report = replay ? replay->report() : QStringList();
-    const int code = WindowProgram(options, report).run();
-    return code || !replay ? code : replay->exitCode();
+    const int code = WindowProgram(options, comparison).run();
+    return code || !comparison ? code : comparison->exitCode();
 }
 
 } // namespace

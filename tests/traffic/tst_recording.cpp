@@ -1,5 +1,6 @@
 #include "DataTable.h"
 #include "Recording.h"
+#include "ReplayProcess.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
@@ -90,6 +91,34 @@ folder        | /                           | : expected a regular file)"_s.repl
         QString found;
         QVERIFY(!Recording::read(path, &found));
         QCOMPARE(found, path + error);
+    }
+
+    void failedReplayIsReported_data()
+    {
+        addTable({"program", "error"}, uR"(
+no program | -                  | s.jsonl: the replay could not be made:
+other      | echo why >&2       | s.jsonl: the replay could not be made: why
+crash      | kill -SEGV $$      | s.jsonl: the replay crashed)"_s);
+    }
+    void failedReplayIsReported()
+    {
+        QFETCH(const QString, program);
+        QFETCH(const QString, error);
+        QFile script(m_folder.filePath(u"program"_s));
+        script.remove();
+        if (program != u'-') {
+            QVERIFY(script.open(QIODevice::WriteOnly));
+            script.write("#!/bin/sh\n" + program.toUtf8());
+            script.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+            script.close();
+        }
+        ReplayProcess replay;
+        QString found;
+        connect(&replay, &ReplayProcess::finished, this,
+                [&](const Comparison &comparison) { found = comparison.error; });
+        replay.start(script.fileName(), {}, u"s.jsonl"_s);
+        QTRY_VERIFY2(found.startsWith(error), qPrintable(found));
+        QVERIFY(!replay.isRunning());
     }
 };
 

@@ -39,12 +39,13 @@ class TestTraffic : public QObject
             qFatal("the recording can't be written");
         return file.fileName();
     }
-    static replay::Result replayed(const QString &file)
+    static Comparison replayed(const QString &file)
     {
         PluginHost host;
-        QString error;
-        PluginBase *const plugin = host.load(QStringLiteral(TESSALINE_PLUGIN_PATH), &error);
-        return plugin ? replay::run(file, *plugin) : replay::Result{file, error, {}, {}, {}};
+        Comparison unloaded;
+        PluginBase *const plugin =
+            host.load(QStringLiteral(TESSALINE_PLUGIN_PATH), &unloaded.error);
+        return plugin ? replay::run(file, *plugin) : unloaded;
     }
     /// Index of the first line after @p from with all these texts in it.
     qsizetype lineWith(const QStringList &texts, qsizetype from = 0) const
@@ -162,7 +163,7 @@ private Q_SLOTS:
 
     void replaysTheSame()
     {
-        const replay::Result result = replayed(m_folder.filePath(u"session.jsonl"_s));
+        const Comparison result = replayed(m_folder.filePath(u"session.jsonl"_s));
         QCOMPARE(result.report(),
                  QStringList{u"%1 inputs given, %2 outputs compared: 0 differences, 0 bad lines."_s
                                  .arg(result.inputs)
@@ -193,9 +194,9 @@ nested    | getFiltered           | Number':2    | Number':9      | result.total
 station   | send',RemoveAll       | relay-2      | relay-4        | send RemoveAllBookmarks to relay-4 | nothing
 shared    | send',AddBookmarks,y-2 | context':1  | context':9     | a context of its own               | that of an earlier command
 context   | send',AddBookmarks,y-1 | context':1  | context':0     | no context                         | a context
-surplus   | send',QuerySett       | send         | sent           | nothing more like it               | send QuerySettingPermission
+surplus   | send',QuerySett       | send         | sent           | nothing else after this line       | send QuerySettingPermission
 method    | call',addBookmarks    | addBookmarks | noSuchMethod   | result is true                     | ''there is no such method''
-unsent    | answer',RemoveAll     | request':    | request':9     | a command to answer                | RemoveAllBookmarks was not sent)"_s)
+unsent    | answer',RemoveAll     | request':    | request':9     | answer RemoveAllBookmarks from relay-2 | nothing)"_s)
                                                                        .replace(u'\'', u'"'));
     }
     void findsDifferences()
@@ -209,10 +210,10 @@ unsent    | answer',RemoveAll     | request':    | request':9     | a command to
         const qsizetype index = lineWith(line.split(u',') + QStringList(before));
         QStringList lines = m_lines;
         lines[index].replace(lines[index].indexOf(before), before.size(), after);
-        const replay::Result result = replayed(write(lines));
+        const Comparison result = replayed(write(lines));
         QCOMPARE(result.exitCode(), 1);
-        // What is too much is reported with the line of what caused it.
-        const qsizetype reported = result.badLines.isEmpty() ? index : 1;
+        // An additional entry is reported with the line before it.
+        const qsizetype reported = result.badLines.isEmpty() ? index : index - 1;
         const QString report =
             u":%1: expected %2, found %3"_s.arg(reported + 1).arg(expected, found);
         QVERIFY2(result.report().join(u'\n').contains(report),
@@ -231,7 +232,7 @@ unsent    | answer',RemoveAll     | request':    | request':9     | a command to
                         u"{\"kind\":\"connection\",\"depth\":-1}"_s,
                         u"{\"kind\":\"connection\",\"depth\":501}"_s} +
             m_lines.mid(3);
-        const replay::Result result = replayed(write(lines));
+        const Comparison result = replayed(write(lines));
         QList<int> numbers;
         for (const Recording::BadLine &bad : result.badLines)
             numbers.append(bad.number);
@@ -250,7 +251,7 @@ unsent    | answer',RemoveAll     | request':    | request':9     | a command to
             lines.last().replace(QRegularExpression(u"\"depth\":\\d+"_s),
                                  u"\"depth\":%1"_s.arg(depth));
         }
-        const replay::Result result = replayed(write(lines));
+        const Comparison result = replayed(write(lines));
         QCOMPARE(result.inputs + result.outputs, Recording::MaxDepth + 1);
         QCOMPARE(result.badLines.size(), 20'000 - (Recording::MaxDepth + 1));
     }
@@ -260,7 +261,7 @@ unsent    | answer',RemoveAll     | request':    | request':9     | a command to
         const QString longLine = QString(17 * 1024 * 1024, u' ') + m_lines.constFirst();
         for (const QString &header : {QString(), u"{}"_s, longLine}) {
             const QString file = header.isEmpty() ? m_folder.filePath(u"none"_s) : write({header});
-            const replay::Result result = replayed(file);
+            const Comparison result = replayed(file);
             QVERIFY2(result.error.startsWith(file), qPrintable(result.error));
             QCOMPARE(result.exitCode(), 2);
         }

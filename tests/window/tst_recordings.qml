@@ -59,7 +59,7 @@ WindowTest {
         settle();
         verify(find("recordingBar").visible && !find("pauseTraffic").visible);
         verify(find("openedTitle").text.startsWith("session.jsonl: "), find("openedTitle").text);
-        compare(find("openedProblem").text, "");
+        compare(find("openedState").text.trim(), "");
         filter("kind:send name:addbookmark");
         tryCompare(list(), "count", 1);
         mouseClick(row(0));
@@ -70,5 +70,39 @@ WindowTest {
         tryCompare(find("recordingBar"), "visible", false);
         tryCompare(list(), "count", 2);
         tryCompare(find("payloadTree"), "rows", 0);
+    }
+
+    function test_differencesAreMarkedAndFolded() {
+        add("first");
+        add("second");
+        compare(bench.recorder.save(lab.sessionFile()), "");
+        openDrawer();
+        enter("openRecording", "openDialog", lab.sessionFile());
+        tryCompare(find("openDialog"), "visible", false);
+        settle();
+        const other = lab.changedSession("\"second\"", "\"another\"");
+        enter("compareRecording", "compareDialog", other);
+        tryCompare(find("compareDialog"), "visible", false);
+        tryVerify(() => list().currentItem && list().currentItem.difference !== "");
+        const call = list().currentIndex;
+        compare(list().currentItem.name, "addBookmark");
+        const [mark, next] = [call, call + 1].map(i => findChild(row(i), "differenceMark"));
+        verify(mark.visible && next.visible && !Qt.colorEqual(mark.color, next.color));
+        verify(!findChild(row(call - 1), "differenceMark").visible);
+        verify(find("difference").text.startsWith("expected arguments[5] is \"second\", found \"another\""),
+               find("difference").text);
+        verify(/^ changed.jsonl: \d+ differences? \(2 more that follow\)/.test(find("openedState").text), find("openedState").text);
+
+        mouseClick(find("showDifferences"));
+        const differences = find("differencesList");
+        tryVerify(() => differences.itemAtIndex(0));
+        const folded = differences.count;
+        settle();
+        mouseClick(findChild(differences.itemAtIndex(0), "unfold"));
+        tryCompare(differences, "count", folded + 2);
+        settle();
+        mouseClick(differences.itemAtIndex(1), 60, 5);
+        tryCompare(list(), "visible", true);
+        compare([list().currentIndex, list().currentItem.kind], [call + 1, "send"]);
     }
 }

@@ -4,7 +4,6 @@
 #include "PluginBase.h"
 #include "Preparation.h"
 #include "Protocol.h"
-#include "Replay.h"
 #include "StationThread.h"
 
 #include <QtCore/QFileInfo>
@@ -127,19 +126,15 @@ public:
 
     Q_INVOKABLE QString faultsFile() const { return m_folder.filePath(u"faults.json"_s); }
     Q_INVOKABLE QString sessionFile() const { return m_folder.filePath(u"session.jsonl"_s); }
-    /// Plays the session that was saved there against a plug-in of its own, for the next window to
-    /// tell of.
-    Q_INVOKABLE void replay()
+    /// A copy of that session with one text instead of another.
+    Q_INVOKABLE QString changedSession(const QString &before, const QString &after) const
     {
-        QString error;
-        // A copy, as the library that is loaded already has but one.
-        const QString library =
-            m_folder.filePath(QFileInfo(QStringLiteral(PLUGIN_PATH)).fileName());
-        QFile::copy(QStringLiteral(PLUGIN_PATH), library);
-        PluginHost host;
-        PluginBase *const plugin = host.load(library, &error);
-        m_bench.setReplayReport(plugin ? replay::run(sessionFile(), *plugin).report()
-                                       : QStringList(error));
+        QFile session(sessionFile());
+        QFile changed(m_folder.filePath(u"changed.jsonl"_s));
+        if (!session.open(QIODevice::ReadOnly) || !changed.open(QIODevice::WriteOnly))
+            qFatal("the session can't be copied");
+        changed.write(session.readAll().replace(before.toUtf8(), after.toUtf8()));
+        return changed.fileName();
     }
 
 private:
@@ -213,6 +208,8 @@ public Q_SLOTS:
         m_shell.emplace(*m_stations);
         if (!m_shell->load(QStringLiteral(PLUGIN_PATH), &error))
             qFatal("%s", qPrintable(error));
+        m_shell->bench().openedRecording()->setReplayProgram(QStringLiteral(WORKBENCH_PATH),
+                                                             QStringLiteral(PLUGIN_PATH));
         m_shell->enter(*engine);
         m_lab.emplace(*m_stations, m_shell->bench(), m_shell->framework());
         m_lab->reset();

@@ -224,6 +224,7 @@ private Q_SLOTS:
         row("unknown option", {u"--nonsense"_s}, u"nonsense"_s);
         row("stray argument", {u"stray"_s}, u"Unexpected argument: stray"_s);
         const QString qml = write(u"Own.qml"_s, "import QtQuick\nItem { }");
+        row("compared with nothing", {u"--compare"_s, useless}, u"--compare needs --replay"_s);
         row("report of nothing", {u"--report"_s, u"r.json"_s}, u"--report needs --replay"_s);
         row("two programs", {u"--qml"_s, qml, u"--screenshot"_s, u"a.png"_s},
             u"--qml and --screenshot exclude each other"_s);
@@ -247,7 +248,7 @@ private Q_SLOTS:
              {"stations",    "cameras", "bookmarks", "seed",     "data",    "import",
               "screenshot",  "tour",    "replay",    "pictures", "library", "log",
               "verbose",     "qml",     "until",     "faults",   "report",  "headless",
-              "frame-times", "rounds",  "help",      "version"})
+              "frame-times", "rounds",  "compare",   "help",     "version"})
             QVERIFY2(help.output.contains("--"_L1 + QLatin1String(option)), option);
     }
 
@@ -264,6 +265,29 @@ private Q_SLOTS:
         const Run empty = run({u"--replay"_s, file});
         QCOMPARE(empty.exitCode, 1);
         QVERIFY2(empty.output.contains("nothing was compared"_L1), qPrintable(empty.output));
+    }
+
+    void recordingsAreComparedWithoutAPlugin()
+    {
+        const QByteArray header = "{\"format\":\"tessaline-recording\",\"formatVersion\":1";
+        const QByteArray call = "{\"kind\":\"call\",\"name\":\"add\",\"value\":[1]}\n";
+        const QString file = write(u"a.jsonl"_s, header + "}\n" + call);
+        const auto compared = [&](const QByteArray &other) {
+            return run({u"--replay"_s, file, u"--compare"_s, write(u"b.jsonl"_s, other),
+                        u"--library"_s, u"/none"_s});
+        };
+        QCOMPARE(compared(header + "}\n" + call).exitCode, 0);
+        const Run different = compared(header + "}\n" + QByteArray(call).replace('1', '2'));
+        QCOMPARE(different.exitCode, 1);
+        QVERIFY2(different.output.contains(file + ":2: expected arguments[0] is 1, found 2 in"_L1),
+                 qPrintable(different.output));
+        const Run cut = compared(header + ",\"entries\":2}\n" + call);
+        QCOMPARE(cut.exitCode, 1);
+        QVERIFY2(cut.output.contains("b.jsonl:2: the recording was cut off after this line"_L1),
+                 qPrintable(cut.output));
+        const Run unread = compared("");
+        QCOMPARE(unread.exitCode, 2);
+        QVERIFY2(unread.errors.contains("b.jsonl:1: expected"_L1), qPrintable(unread.errors));
     }
 
     void replayWritesItsOutcomeWithoutADisplay()

@@ -4,6 +4,7 @@
 #include "StationThread.h"
 #include "topology/CameraKey.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtQml/QQmlContext>
 #include <QtQml/QQmlEngine>
 
@@ -40,6 +41,8 @@ bool HostShell::load(const QString &pluginPath, QString *error)
     m_framework.addPlugin(standin::Topology::pluginID(), &m_topology);
     m_framework.addPlugin(PluginHost::pluginID(), m_plugin);
     m_bench.emplace(*m_plugin, m_framework, m_stations);
+    m_bench->openedRecording()->setReplayProgram(QCoreApplication::applicationFilePath(),
+                                                 pluginPath);
     m_recorded.emplace(*m_plugin, *m_bench->recorder());
     m_framework.setObserver(
         [this](const standin::Traffic &traffic) { m_bench->noteTraffic(traffic); });

@@ -4,8 +4,8 @@ import QtQuick.Layouts
 import Client.Common
 import Integration
 
-/// For integrators: what passes between QML, plug-in and host, the log, faults of the stations, and a
-/// console.
+/// For integrators: what passes between QML, plug-in and host, or a recording of it and its
+/// differences, the log, faults of the stations, and a console.
 Pane {
     id: drawer
 
@@ -17,7 +17,8 @@ Pane {
         [qsTr("Up, Down, Home, End"), qsTr("Choose an entry of the traffic or the log")],
         [qsTr("Ctrl+C"), qsTr("Copy the chosen entry's payload as JSON, or the line of the log")],
         [qsTr("Ctrl+Shift+C"), qsTr("Copy the chosen entry as in a saved file")],
-        [qsTr("/"), qsTr("Search in the traffic or the log")]
+        [qsTr("/"), qsTr("Search in the traffic or the log")],
+        [qsTr("Enter, Space"), qsTr("Show a difference in the traffic, unfold those that follow from it")]
     ]
 
     padding: Theme.gap
@@ -44,7 +45,7 @@ Pane {
             Tab { text: qsTr("Traffic") }
             Tab { text: qsTr("Log") }
             Tab { text: qsTr("Faults") }
-            Tab { text: qsTr("Replay") }
+            Tab { text: qsTr("Differences") }
             Tab { text: qsTr("Console") }
         }
         StackLayout {
@@ -52,10 +53,22 @@ Pane {
             Layout.fillWidth: true
             Layout.fillHeight: true
 
-            TrafficTab { app: drawer.app; bench: drawer.bench; shown: drawer.visible }
+            TrafficTab {
+                id: traffic
+                app: drawer.app
+                bench: drawer.bench
+                shown: drawer.visible
+                onDifferencesWanted: tabs.currentIndex = 3
+            }
             LogTab { log: drawer.bench.log }
             FaultsTab { app: drawer.app; bench: drawer.bench }
-            ReplayTab { report: drawer.bench.replayReport }
+            DifferencesTab {
+                recording: drawer.bench.openedRecording
+                onChosen: line => {
+                    tabs.currentIndex = 0;
+                    traffic.showLine(line);
+                }
+            }
             ConsoleTab { plugin: drawer.app.plugin; bench: drawer.bench }
         }
     }

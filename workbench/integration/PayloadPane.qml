@@ -12,9 +12,23 @@ ColumnLayout {
     required property TrafficModel traffic
     /// Of the traffic.
     required property int row
+    property string difference: "" ///< from what the entry was compared with
 
     spacing: 2
 
+    Label {
+        objectName: "difference"
+        visible: text !== ""
+        text: pane.difference
+        leftPadding: Theme.gap
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+        maximumLineCount: 4
+        elide: Text.ElideRight
+        font.pixelSize: Theme.smallText
+        color: Theme.failure
+        Layout.fillWidth: true
+    }
     Row {
         objectName: "payloadHeadings"
         spacing: view.columnSpacing

@@ -52,6 +52,11 @@ void SearchFilter::setHiddenKinds(const QStringList &kinds)
     Q_EMIT hiddenKindsChanged();
 }
 
+int SearchFilter::rowOf(int sourceRow) const
+{
+    return sourceModel() ? mapFromSource(sourceModel()->index(sourceRow, 0)).row() : -1;
+}
+
 bool SearchFilter::filterAcceptsRow(int sourceRow, const QModelIndex & /*sourceParent*/) const
 {
     if (!m_searchable || m_hiddenKinds.contains(m_searchable->kindAt(sourceRow)))

@@ -55,6 +55,8 @@ public:
 
     /// The row of the source model; -1 for no row.
     Q_INVOKABLE int sourceRow(int row) const { return mapToSource(index(row, 0)).row(); }
+    /// The reverse; -1 if the row is left out.
+    Q_INVOKABLE int rowOf(int sourceRow) const;
 
 Q_SIGNALS:
     void sourceChanged();

@@ -156,6 +156,13 @@ void TrafficModel::load(const Recording &recording)
     Q_EMIT countChanged();
 }
 
+void TrafficModel::setMarks(const QMap<int, Mark> &marks)
+{
+    m_marks = marks;
+    if (m_rows > 0)
+        Q_EMIT dataChanged(index(0), index(m_rows - 1), {DifferenceRole, FollowsRole});
+}
+
 bool TrafficModel::isComplete() const
 {
     return m_entries.empty() ||
@@ -291,6 +298,10 @@ QVariant TrafficModel::data(const QModelIndex &index, int role) const
         return entry.value;
     case SummaryRole:
         return summaryOf(entry);
+    case DifferenceRole:
+        return m_marks.value(index.row()).texts.join(QLatin1Char('\n'));
+    case FollowsRole:
+        return m_marks.value(index.row()).follows;
     default:
         return {};
     }
@@ -298,12 +309,12 @@ QVariant TrafficModel::data(const QModelIndex &index, int role) const
 
 QHash<int, QByteArray> TrafficModel::roleNames() const
 {
-    return {{SequenceRole, "sequence"}, {ElapsedRole, "elapsed"},     {ClockRole, "clock"},
-            {CallRole, "call"},         {DepthRole, "depth"},         {TookRole, "took"},
-            {AskedRole, "asked"},       {AnsweredRole, "answered"},   {KindRole, "kind"},
-            {NameRole, "name"},         {RelayPathRole, "relayPath"}, {ContextRole, "context"},
-            {CodeRole, "code"},         {AcceptedRole, "accepted"},   {ValueRole, "value"},
-            {SummaryRole, "summary"}};
+    return {{SequenceRole, "sequence"}, {ElapsedRole, "elapsed"},       {ClockRole, "clock"},
+            {CallRole, "call"},         {DepthRole, "depth"},           {TookRole, "took"},
+            {AskedRole, "asked"},       {AnsweredRole, "answered"},     {KindRole, "kind"},
+            {NameRole, "name"},         {RelayPathRole, "relayPath"},   {ContextRole, "context"},
+            {CodeRole, "code"},         {AcceptedRole, "accepted"},     {ValueRole, "value"},
+            {SummaryRole, "summary"},   {DifferenceRole, "difference"}, {FollowsRole, "follows"}};
 }
 
 bool TrafficModel::contains(int row, const QString &text) const

@@ -6,6 +6,7 @@
 #include "TrafficEntry.h"
 
 #include <QtCore/QAbstractListModel>
+#include <QtCore/QMap>
 #include <QtCore/QTimer>
 #include <QtQml/qqmlregistration.h>
 
@@ -50,9 +51,18 @@ public:
         CodeRole,
         AcceptedRole,
         ValueRole,
-        SummaryRole, ///< the beginning of the payload
+        SummaryRole,    ///< the beginning of the payload
+        DifferenceRole, ///< from what a recording was compared with; empty: none
+        FollowsRole,    ///< from an earlier difference
     };
     Q_ENUM(Role)
+
+    /// Differences of a row.
+    struct Mark
+    {
+        QStringList texts;
+        bool follows = true; ///< all of them, from earlier ones
+    };
 
     explicit TrafficModel(QObject *parent = nullptr);
 
@@ -66,6 +76,9 @@ public:
 
     /// Replaces all rows with the entries of a recording, without limits.
     void load(const Recording &recording);
+
+    /// Of rows that stay, as those of a recording do.
+    void setMarks(const QMap<int, Mark> &marks);
 
     const std::deque<TrafficEntry> &entries() const { return m_entries; }
     /// Whether nothing has been dropped, omitted or cleared.
@@ -114,6 +127,7 @@ private:
     void dropOldest();
 
     std::deque<TrafficEntry> m_entries; ///< the last ones may wait to appear as rows
+    QMap<int, Mark> m_marks;            ///< by row
     CallTracker m_tracker;
     int m_rows = 0;
     quint64 m_lastSequence = 0;

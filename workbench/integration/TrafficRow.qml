@@ -21,6 +21,8 @@ ItemDelegate {
     required property string code
     required property bool accepted
     required property string summary
+    required property string difference ///< of a recording that was compared
+    required property bool follows      ///< from an earlier difference
 
     readonly property var marks: ({ call: "\u25b8", connection: "\u25b8", send: "\u2192",
                                     answer: "\u2190", event: "\u2193", signal: "\u2691" })
@@ -38,13 +40,20 @@ ItemDelegate {
     highlighted: ListView.isCurrentItem
     focusPolicy: Qt.NoFocus
     Accessible.name: clock + " " + kind + " " + name + " " + relayPath + " " + outcome + " "
-        + progress + " " + summary
+        + progress + " " + summary + " " + difference
 
     onClicked: {
         ListView.view.currentIndex = index;
         ListView.view.forceActiveFocus();
     }
 
+    Rectangle {
+        objectName: "differenceMark"
+        width: Theme.gap - 1
+        height: parent.height
+        visible: row.difference !== ""
+        color: row.follows ? Theme.warning : Theme.failure
+    }
     contentItem: Row {
         leftPadding: Theme.gap
         spacing: Theme.gap

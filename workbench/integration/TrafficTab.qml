@@ -19,6 +19,18 @@ ColumnLayout {
     readonly property TrafficSource source: live ? bench.recorder : recording
     readonly property TrafficModel traffic: source.traffic
 
+    signal differencesWanted()
+
+    /// Chooses the entry of a line of the recording.
+    function showLine(line) {
+        const row = filter.rowOf(recording.rowOf(line));
+        list.currentIndex = row;
+        if (row < 0)
+            app.notice(qsTr("The filter hides line %1.").arg(line), true);
+        else
+            list.positionViewAtIndex(row, ListView.Center);
+    }
+
     function copyPayload() {
         traffic.copyAsJson(filter.sourceRow(list.currentIndex));
     }
@@ -28,6 +40,10 @@ ColumnLayout {
     }
 
     spacing: Theme.gap
+    onShownChanged: {
+        if (list.currentIndex < 0)
+            later.restart();
+    }
 
     SearchFilter {
         id: filter
@@ -40,6 +56,15 @@ ColumnLayout {
         id: shared
     }
 
+    Timer {
+        id: later
+        interval: 0 // once the list has the rows of the recording
+        onTriggered: {
+            if (tab.shown && tab.recording.firstLine > 0)
+                tab.showLine(tab.recording.firstLine);
+        }
+    }
+
     Connections {
         target: tab.recording
         function onChanged() {
@@ -48,11 +73,16 @@ ColumnLayout {
             if (!tab.live)
                 list.positionViewAtBeginning();
         }
+        function onCompared() {
+            later.restart();
+        }
     }
 
     RecordingBar {
         recording: tab.recording
         visible: !tab.live
+        onCompareWanted: compareDialog.openFor(compareDialog.path || openDialog.path)
+        onDifferencesWanted: tab.differencesWanted()
         Layout.fillWidth: true
     }
     TrafficBar {
@@ -109,6 +139,7 @@ ColumnLayout {
         PayloadPane {
             traffic: tab.traffic
             row: filter.sourceRow(list.currentIndex)
+            difference: (list.currentItem as TrafficRow)?.difference ?? ""
             SplitView.preferredWidth: Math.min(320, tab.width * 0.28)
             SplitView.minimumWidth: 120
         }
@@ -139,5 +170,14 @@ ColumnLayout {
         acceptText: qsTr("Open")
         fileTitle: qsTr("File, as the traffic was saved")
         onSaveWanted: path => settle(tab.recording.open(path))
+    }
+    SaveDialog {
+        id: compareDialog
+        objectName: "compareDialog"
+        app: tab.app
+        title: qsTr("Compare with another recording")
+        acceptText: qsTr("Compare")
+        fileTitle: qsTr("File, as the traffic was saved")
+        onSaveWanted: path => settle(tab.recording.compareWith(path))
     }
 }

@@ -52,8 +52,6 @@ class WorkbenchContext : public QObject
     Q_PROPERTY(workbench::OpenedRecording *openedRecording READ openedRecording CONSTANT)
     Q_PROPERTY(workbench::LogModel *log READ log CONSTANT)
     Q_PROPERTY(workbench::FaultsModel *faults READ faults CONSTANT)
-    /// What a replay at the start of the program has found, a line each; empty without one.
-    Q_PROPERTY(QStringList replayReport READ replayReport CONSTANT)
     /// IANA identifier that the server gives to the next who asks.
     Q_PROPERTY(QString serverTimeZone READ serverTimeZone WRITE setServerTimeZone NOTIFY
                    serverTimeZoneChanged)
@@ -83,9 +81,6 @@ public:
     OpenedRecording *openedRecording() { return &m_openedRecording; }
     LogModel *log() { return &m_log; }
     FaultsModel *faults() { return &m_faults; }
-    QStringList replayReport() const { return m_replayReport; }
-    /// Before QML reads it.
-    void setReplayReport(const QStringList &report) { m_replayReport = report; }
     QString serverTimeZone() const { return m_serverTimeZone; }
     void setServerTimeZone(const QString &ianaId);
     QString clientTimeZone() const
@@ -150,7 +145,6 @@ private:
     OpenedRecording m_openedRecording;
     LogModel m_log;
     FaultsModel m_faults;
-    QStringList m_replayReport;
     QString m_serverTimeZone;
     QString m_clientTimeZone; ///< empty before the first answer
     bool m_settingPermission = false;

@@ -10,9 +10,9 @@
 
 namespace workbench {
 
-WindowProgram::WindowProgram(const Options &options, const QStringList &replayReport)
+WindowProgram::WindowProgram(const Options &options, const std::optional<Comparison> &comparison)
     : m_options(options)
-    , m_replayReport(replayReport)
+    , m_comparison(comparison)
     , m_stations(demoStations(options.stations, options.cameras))
     , m_preparation(m_stations,
                     {options.dataFolder, options.bookmarks, options.seed, options.importFile})
@@ -62,7 +62,8 @@ void WindowProgram::goOn()
 void WindowProgram::showMain()
 {
     m_shell.enter(m_engine);
-    m_shell.bench().setReplayReport(m_replayReport);
+    if (m_comparison)
+        m_shell.bench().openedRecording()->open(*m_comparison);
     QQuickWindow *const window =
         show(QStringLiteral("Workbench/Main.qml"), m_shell.initialProperties());
     if (m_preparationWindow)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Comparison.h"
 #include "HostShell.h"
 #include "Options.h"
 #include "Preparation.h"
@@ -7,6 +8,8 @@
 #include "StationThread.h"
 
 #include <QtQml/QQmlApplicationEngine>
+
+#include <optional>
 
 class QQuickWindow;
 
@@ -19,8 +22,9 @@ class WindowProgram : public QObject
     Q_OBJECT
 
 public:
-    /// @param replayReport of a replay that has been made, for the integrators' drawer
-    explicit WindowProgram(const Options &options, const QStringList &replayReport = {});
+    /// @param comparison that was made before, for the integrators' drawer
+    explicit WindowProgram(const Options &options,
+                           const std::optional<Comparison> &comparison = std::nullopt);
 
     /// Returns the exit code, when the window has been closed.
     int run();
@@ -33,7 +37,7 @@ private:
     QQuickWindow *show(const QString &file, const QVariantMap &properties);
 
     Options m_options;
-    QStringList m_replayReport;
+    std::optional<Comparison> m_comparison;
     StationThread m_stations;
     Preparation m_preparation;
     ProgressLine m_progressLine;

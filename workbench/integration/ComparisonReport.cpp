@@ -1,4 +1,4 @@
-#include "ReplayReport.h"
+#include "ComparisonReport.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QJsonArray>
@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-namespace workbench::replay {
+namespace workbench {
 
 namespace {
 
@@ -33,55 +33,84 @@ struct Case
     QString message;
 };
 
-QList<Case> casesOf(const Result &result)
+QList<Case> casesOf(const Comparison &comparison)
 {
     QList<Case> cases;
     const auto placeOf = [](const QString &file, int line) {
         return QStringLiteral("%1:%2").arg(file).arg(line);
     };
-    if (!result.error.isEmpty())
-        cases.append({result.file, QStringLiteral("error"), result.error});
-    for (const Recording::BadLine &bad : result.badLines)
+    if (!comparison.error.isEmpty())
+        cases.append({comparison.file, QStringLiteral("error"), comparison.error});
+    for (const Recording::BadLine &bad : comparison.badLines)
         cases.append({placeOf(bad.file, bad.number), QStringLiteral("error"), bad.reason});
-    for (const Difference &difference : result.differences)
+    for (const Difference &difference : comparison.differences) {
+        if (difference.cause < 0)
+            cases.append({placeOf(comparison.file, difference.line), QStringLiteral("failure"),
+                          difference.foldedText()});
+    }
+    if (cases.isEmpty() && comparison.isEmpty())
         cases.append(
-            {placeOf(result.file, difference.line), QStringLiteral("failure"),
-             QStringLiteral("expected %1, found %2").arg(difference.expected, difference.found)});
-    if (cases.isEmpty() && result.isEmpty())
-        cases.append(
-            {result.file, QStringLiteral("error"), QStringLiteral("nothing was compared")});
+            {comparison.file, QStringLiteral("error"), QStringLiteral("nothing was compared")});
     return cases;
 }
 
 } // namespace
 
-QByteArray toJson(const Result &result)
+QByteArray toJson(const Comparison &comparison)
 {
     QJsonArray badLines;
-    for (const Recording::BadLine &bad : result.badLines)
+    for (const Recording::BadLine &bad : comparison.badLines)
         badLines.append(QJsonObject{{QStringLiteral("file"), bad.file},
                                     {QStringLiteral("line"), bad.number},
                                     {QStringLiteral("reason"), bad.reason}});
     QJsonArray differences;
-    for (const Difference &difference : result.differences)
+    for (const Difference &difference : comparison.differences)
         differences.append(QJsonObject{{QStringLiteral("line"), difference.line},
+                                       {QStringLiteral("otherLine"), difference.otherLine},
+                                       {QStringLiteral("cause"), difference.cause},
                                        {QStringLiteral("expected"), difference.expected},
                                        {QStringLiteral("found"), difference.found}});
     return QJsonDocument(
-               QJsonObject{{QStringLiteral("file"), result.file},
-                           {QStringLiteral("error"), result.error},
-                           {QStringLiteral("exitCode"), result.exitCode()},
-                           {QStringLiteral("inputs"), result.inputs},
-                           {QStringLiteral("outputs"), result.outputs},
-                           {QStringLiteral("notes"), QJsonArray::fromStringList(result.notes)},
+               QJsonObject{{QStringLiteral("file"), comparison.file},
+                           {QStringLiteral("otherFile"), comparison.otherFile},
+                           {QStringLiteral("error"), comparison.error},
+                           {QStringLiteral("exitCode"), comparison.exitCode()},
+                           {QStringLiteral("inputs"), comparison.inputs},
+                           {QStringLiteral("outputs"), comparison.outputs},
+                           {QStringLiteral("notes"), QJsonArray::fromStringList(comparison.notes)},
                            {QStringLiteral("badLines"), badLines},
                            {QStringLiteral("differences"), differences}})
         .toJson();
 }
 
-QByteArray toJUnit(const Result &result)
+Comparison comparisonFromJson(const QByteArray &text)
 {
-    const QList<Case> cases = casesOf(result);
+    const QJsonObject json = QJsonDocument::fromJson(text).object();
+    Comparison comparison;
+    comparison.file = json.value(QLatin1String("file")).toString();
+    comparison.otherFile = json.value(QLatin1String("otherFile")).toString();
+    comparison.error = json.value(QLatin1String("error")).toString();
+    comparison.inputs = json.value(QLatin1String("inputs")).toInt();
+    comparison.outputs = json.value(QLatin1String("outputs")).toInt();
+    comparison.notes = json.value(QLatin1String("notes")).toVariant().toStringList();
+    const QJsonArray badLines = json.value(QLatin1String("badLines")).toArray();
+    for (const auto &bad : badLines)
+        comparison.badLines.append({bad[QLatin1String("file")].toString(),
+                                    bad[QLatin1String("line")].toInt(),
+                                    bad[QLatin1String("reason")].toString()});
+    const QJsonArray differences = json.value(QLatin1String("differences")).toArray();
+    for (const auto &difference : differences)
+        comparison.add({difference[QLatin1String("line")].toInt(),
+                        difference[QLatin1String("otherLine")].toInt(),
+                        difference[QLatin1String("expected")].toString(),
+                        difference[QLatin1String("found")].toString(),
+                        difference[QLatin1String("cause")].toInt(-1)});
+    return comparison;
+}
+
+QByteArray toJUnit(const Comparison &comparison)
+{
+    const QList<Case> cases = casesOf(comparison);
     const auto count = [&](const char *kind) {
         return QString::number(std::count_if(cases.cbegin(), cases.cend(), [&](const Case &one) {
             return one.kind == QLatin1String(kind);
@@ -110,21 +139,21 @@ QByteArray toJUnit(const Result &result)
         xml.writeEndElement();
     }
     if (cases.isEmpty()) {
-        writeCase(result.file);
+        writeCase(comparison.file);
         xml.writeEndElement();
     }
     xml.writeEndDocument();
     return text;
 }
 
-QString writeReport(const QString &path, const Result &result)
+QString writeReport(const QString &path, const Comparison &comparison)
 {
     QSaveFile file(path);
     const QByteArray text =
-        path.endsWith(QLatin1String(".json")) ? toJson(result) : toJUnit(result);
+        path.endsWith(QLatin1String(".json")) ? toJson(comparison) : toJUnit(comparison);
     if (file.open(QIODevice::WriteOnly) && file.write(text) == text.size() && file.commit())
         return {};
     return QStringLiteral("%1: %2").arg(QDir::toNativeSeparators(path), file.errorString());
 }
 
-} // namespace workbench::replay
+} // namespace workbench
