@@ -50,6 +50,14 @@ WindowTest {
         compare([records().length, records(hall).length], [120 + 1, 120 + 4]);
     }
 
+    function test_formStaysOpenBesideAClick() {
+        dialogs().addFor([bench.stations[2].cameras[3]], noon, noon + 60000);
+        const dialog = opened("addDialog");
+        type("Half written");
+        mouseClick(dialog.parent, 5, 5);
+        compare([dialog.opened, part(dialog, "addDescription").text], [true, "Half written"]);
+    }
+
     function test_addWithoutACameraIsAnErrorOnceTried() {
         dialogs().addFor([], noon, noon + 60000);
         const dialog = opened("addDialog");

@@ -21,6 +21,7 @@ ColumnLayout {
         cameras.forEach(camera => byKey[camera.key] = camera);
         chosen = byKey;
         view.positionViewAtBeginning();
+        show(cameras[0]);
     }
 
     function choose(cameras, wanted) {

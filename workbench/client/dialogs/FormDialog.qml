@@ -94,6 +94,7 @@ Dialog {
     anchors.centerIn: parent
     width: Math.min(parent ? parent.width - 40 : 480, 480)
     modal: true
+    closePolicy: Popup.CloseOnEscape // a click beside the form would discard the input
     focus: true
     padding: Theme.margin
     Overlay.modal: Rectangle {
