@@ -74,7 +74,7 @@ Argument argumentOf(const QString &text, QMetaType type)
 {
     switch (type.id()) {
     case QMetaType::QString:
-        return {text, {}};
+        return {text.isNull() ? QStringLiteral("") : text, {}}; // a null text means "omitted"
     case QMetaType::Bool:
         if (text == QLatin1String("true") || text == QLatin1String("false"))
             return {text == QLatin1String("true"), {}};
