@@ -9,9 +9,10 @@ ThemedWindow {
     id: window
 
     required property OwnQml own
+    property bool tried: false ///< to load the file
 
     width: 1000
-    height: 700
+    height: Math.min(700, Math.max(300, Screen.desktopAvailableHeight - 480)) // above the drawer's
     visible: true
     title: own.file.split("/").pop()
 
@@ -24,6 +25,7 @@ ThemedWindow {
     Connections {
         target: window.own
         function onLoaded() {
+            window.tried = true;
             if (!window.own.item)
                 return;
             window.own.item.parent = place;
@@ -41,6 +43,14 @@ ThemedWindow {
             objectName: "place"
             Layout.fillWidth: true
             Layout.fillHeight: true
+
+            Label {
+                objectName: "noItem"
+                anchors.centerIn: parent
+                visible: window.tried && !window.own.item && window.own.errorText === ""
+                text: qsTr("The root of the file is not an Item, so this window does not show it.")
+                color: Theme.faintText
+            }
         }
         ScrollView {
             id: errors
