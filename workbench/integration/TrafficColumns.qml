@@ -7,21 +7,21 @@ QtObject {
 
     readonly property var titles: [qsTr("Time"), qsTr("Call"), qsTr("Kind"), qsTr("Name"),
         qsTr("Station"), qsTr("Code"), qsTr("Took")]
-    readonly property var widths: kept.widths
+    readonly property var widths: kept.chosen.length > 0 ? kept.chosen : [84, 34, 76, 236, 52, 50, 60]
 
     function isNumber(column) {
         return column === 1 || column === 6;
     }
 
     function setWidth(column, width) {
-        const changed = Array.from(kept.widths);
+        const changed = Array.from(widths);
         changed[column] = Math.max(24, Math.round(width));
-        kept.widths = changed;
+        kept.chosen = changed;
     }
 
     readonly property Settings memory: Settings {
         id: kept
         category: "traffic"
-        property var widths: [84, 34, 76, 236, 52, 50, 60]
+        property var chosen: [] ///< empty: the default widths, which would be kept as well
     }
 }
