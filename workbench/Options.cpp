@@ -195,6 +195,8 @@ Options Options::parse(const QStringList &arguments)
     parser.require("rounds", "frame-times");
     parser.exclude({"qml", "frame-times", "tour", "screenshot"});
     parser.exclude({"qml", "frame-times", "replay"});
+    parser.exclude({"tour", "faults"});
+    parser.exclude({"frame-times", "faults"});
 
     options.stations = int(parser.number("stations", 1, 100));
     options.cameras = int(parser.number("cameras", 1, 100));

@@ -228,6 +228,10 @@ private Q_SLOTS:
         row("report of nothing", {u"--report"_s, u"r.json"_s}, u"--report needs --replay"_s);
         row("two programs", {u"--qml"_s, qml, u"--screenshot"_s, u"a.png"_s},
             u"--qml and --screenshot exclude each other"_s);
+        row("faults without a window", {u"--tour"_s, u"--faults"_s, write(u"f.json"_s, "[]")},
+            u"--tour and --faults exclude each other"_s);
+        row("unwritable pictures", {u"--pictures"_s, qml + u"/out"_s},
+            qml + "/out: cannot be written"_L1);
     }
     void refusesToBegin()
     {

@@ -11,7 +11,6 @@ PictureTaker::PictureTaker(const QString &folder, Transcript &transcript, QObjec
     , m_folder(folder)
     , m_transcript(transcript)
 {
-    m_folder.mkpath(QStringLiteral("."));
 }
 
 QObject *PictureTaker::find(QQuickWindow *window, const QString &objectName) const

@@ -9,6 +9,7 @@
 #include "Transcript.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDir>
 #include <QtCore/QEventLoop>
 #include <QtCore/QTemporaryDir>
 #include <QtQml/QQmlApplicationEngine>
@@ -73,6 +74,8 @@ void takePictures(const Options &options, Transcript &transcript)
 
 int playTour(const Options &options)
 {
+    if (!options.picturesFolder.isEmpty() && !QDir().mkpath(options.picturesFolder))
+        return complain(options.picturesFolder + QStringLiteral(": cannot be written"));
     Transcript transcript(stdout, options.verbose);
     {
         // Over before the pictures, as a plug-in is loaded once at a time.
