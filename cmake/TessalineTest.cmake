@@ -26,7 +26,7 @@ endif()
 # have two-digit years, independent of the machine's settings. TSAN_OPTIONS: Qt is not instrumented, so
 # the thread sanitizer does not see its locks. ASAN_OPTIONS: freed memory is overwritten, because Qt's
 # code could otherwise read it unnoticed.
-set(tessaline_test_environment "TSAN_OPTIONS=ignore_noninstrumented_modules=1;ASAN_OPTIONS=max_free_fill_size=65536:free_fill_byte=221;QT_QPA_PLATFORM=offscreen;TZ=Europe/Berlin;LC_ALL=en_US.UTF-8;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
+set(tessaline_test_environment "TSAN_OPTIONS=ignore_noninstrumented_modules=1;ASAN_OPTIONS=max_free_fill_size=65536:free_fill_byte=221;QT_QPA_PLATFORM=offscreen;TZ=Europe/Berlin;LC_ALL=en_US.UTF-8")
 
 # tessaline_set_test_environment(NAME [VAR=value...] [SEARCH target...])
 #
