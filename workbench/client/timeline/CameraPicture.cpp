@@ -14,7 +14,7 @@ namespace workbench {
 namespace {
 
 constexpr int QuarterMs = 15 * 60 * 1'000;
-constexpr int Margin = 4;
+constexpr int CaptionMargin = 4;
 
 } // namespace
 
@@ -89,9 +89,11 @@ void CameraPicture::burnIn(QPainter &painter, const QString &text, bool atTop) c
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setPixelSize(std::clamp(int(std::min(height() / 14, width() / 14)), 9, 28));
     const QFontMetrics metrics(font);
-    const QString shown = metrics.elidedText(text, Qt::ElideRight, int(width()) - 4 * Margin);
-    const QRectF box(Margin, atTop ? Margin : height() - Margin - metrics.height(),
-                     metrics.horizontalAdvance(shown) + 2 * Margin, metrics.height());
+    const QString shown =
+        metrics.elidedText(text, Qt::ElideRight, int(width()) - 4 * CaptionMargin);
+    const QRectF box(CaptionMargin,
+                     atTop ? CaptionMargin : height() - CaptionMargin - metrics.height(),
+                     metrics.horizontalAdvance(shown) + 2 * CaptionMargin, metrics.height());
     painter.fillRect(box, QColor(0, 0, 0, 130));
     painter.setFont(font);
     painter.setPen(Qt::white);

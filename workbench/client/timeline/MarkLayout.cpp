@@ -6,7 +6,7 @@ namespace workbench {
 
 namespace {
 
-constexpr double Margin = 8; ///< how far bars are drawn beyond the ends, in pixels
+constexpr double BarMargin = 8; ///< how far bars are drawn beyond the ends, in pixels
 
 } // namespace
 
@@ -153,8 +153,8 @@ void MarkLayout::update()
     QList<MarkRow> visible;
     if (m_range && m_width > 0) {
         arrange();
-        const double from = m_range->from() - Margin * m_arrangedScale;
-        const double to = m_range->to() + Margin * m_arrangedScale;
+        const double from = m_range->from() - BarMargin * m_arrangedScale;
+        const double to = m_range->to() + BarMargin * m_arrangedScale;
         for (const MarkBar &bar : m_bars) {
             if (double(bar.right) >= from && double(bar.left) <= to)
                 visible.append(rowFor(bar));
@@ -177,8 +177,8 @@ MarkRow MarkLayout::rowFor(const MarkBar &bar)
 {
     // A bar may be far longer than what is visible, too long for those who draw it.
     const auto x = [this](qint64 time) {
-        return std::clamp((double(time) - m_range->from()) / m_arrangedScale, -Margin,
-                          m_width + Margin);
+        return std::clamp((double(time) - m_range->from()) / m_arrangedScale, -BarMargin,
+                          m_width + BarMargin);
     };
     const double left = x(bar.left);
     return {left,       x(bar.right) - left,
