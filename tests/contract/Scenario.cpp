@@ -34,6 +34,20 @@ bool add(QList<Scenario> &scenarios, const QString &text, int line)
     return true;
 }
 
+/// Returns the trace, with each line that fits an expected line with "..." replaced by that line.
+QString abbreviated(const QString &trace, const QStringList &expected)
+{
+    QStringList lines = trace.split(u'\n');
+    for (qsizetype i = 0; i < qMin(lines.size(), expected.size()); ++i) {
+        const QString gap = u"..."_s;
+        const qsizetype position = expected.at(i).indexOf(gap);
+        if (position >= 0 && lines.at(i).startsWith(expected.at(i).first(position)) &&
+            lines.at(i).endsWith(expected.at(i).mid(position + gap.size())))
+            lines[i] = expected.at(i);
+    }
+    return lines.join(u'\n');
+}
+
 } // namespace
 
 QString Scenario::textOf(bool given) const
@@ -84,7 +98,8 @@ void playScenarios(CheckContext &context, const ScenarioFile &file)
             const QString trace = host->play(step.text, fileName.constData(), step.line);
             const QString place = u"line %1, %2"_s.arg(step.line).arg(scenario.title);
             if (!step.isGiven)
-                context.compare(place, step.expected.join(u'\n'), trace);
+                context.compare(place, step.expected.join(u'\n'),
+                                abbreviated(trace, step.expected));
             else if (trace.contains(u"no method accepts"_s))
                 context.fail(place + u": "_s + trace);
         }
