@@ -26,7 +26,7 @@ void checkDateTimes(CheckContext &context)
     const QString start = u"2024/01/01 00:00:00"_s;
     const QString end = u"2024/07/01 01:02:03"_s;
     const QString query = u"queryBookmarkForAPI(['1'], '%1', '%2')"_s;
-    const QString batch = u"addBookmarks([{}], '%1', '%2', '', '', '')"_s;
+    const QString batch = u"addBookmarks([{}], '%1', '%2', 'd', 'c', 'g')"_s;
     // Also with the end before the start: the server, not the plug-in, checks the order.
     const QString leapDay = u"2024/02/29 12:00:00"_s;
     const QString beforeEpoch = u"1969/12/30 23:59:59"_s;
@@ -39,7 +39,7 @@ void checkDateTimes(CheckContext &context)
                         host->play(query.arg(first, last)));
         context.compare(
             u"batch"_s,
-            u"AddBookmarks@ [{CameraID: QString \"\", Creator: QString \"\", Description: QString \"\", EndTimestamp: qlonglong %2, Group: QString \"\", LocationID: QString \"\", StartTimestamp: qlonglong %1}]"_s
+            u"AddBookmarks@ [{CameraID: QString \"\", Creator: QString \"c\", Description: QString \"d\", EndTimestamp: qlonglong %2, Group: QString \"g\", LocationID: QString \"\", StartTimestamp: qlonglong %1}]"_s
                 .arg(millisecondsOf(first), millisecondsOf(last)),
             host->play(batch.arg(first, last)).section(u' ', 1).section(u" context"_s, 0, 0));
     }

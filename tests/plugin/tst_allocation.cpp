@@ -5,6 +5,7 @@
 #include "TestHost.h"
 
 #include <limits>
+#include <stdexcept>
 
 using namespace Qt::StringLiterals;
 
@@ -48,7 +49,7 @@ QVariantMap manyBookmarks(int count, int days, const QString &description)
 
 } // namespace
 
-/// Failing allocations at moments that the checks of level 6 do not reach.
+/// Failing allocations and exceptions at moments that no check reaches.
 class TestAllocation : public QObject
 {
     Q_OBJECT
@@ -64,6 +65,7 @@ private Q_SLOTS:
     void answersAndPagesDoNotAllocateForEachBookmark();
     void bookmarkTakesLessThan300Bytes();
     void modelIsCreatedWhenMemoryIsAvailableAgain();
+    void exceptionOfTheHostIsARejection();
 };
 
 void TestAllocation::failedQueryDoesNotSupersedeTheRunningOne()
@@ -285,6 +287,29 @@ void TestAllocation::modelIsCreatedWhenMemoryIsAvailableAgain()
         host.play(u"answer AddBookmark@A ok "_s + record + u"\nanswer DeleteBookmark@A ok 'x'"_s),
         u"signal addBookmarkResponsed(false)\nsignal deleteBookmarkResponsed(true)"_s);
     QVERIFY(getModel());
+}
+
+void TestAllocation::exceptionOfTheHostIsARejection()
+{
+    for (const char *text : {"no route", ""}) {
+        SmallHost host;
+        host.onLine = [=](const QString &line) {
+            if (!line.startsWith(u"send "_s))
+                return;
+            if (*text)
+                throw std::runtime_error(text);
+            throw line;
+        };
+        const QString failure =
+            *text ? u": %s <Tessaline::sendCommand, no route>"_s : u" <Tessaline::sendCommand>"_s;
+        QCOMPARE(host.play(u"updateBookmark('b')"_s),
+                 u"send UpdateBookmark@ {BookmarkID: QString \"b\"}\n"
+                 "log Tessaline_Req: %s, unexpected exception"_s +
+                     failure +
+                     u"\n"
+                     "log Tessaline_Req: %s, send command failed <Tessaline::updateBookmark>\n"
+                     "= bool false"_s);
+    }
 }
 
 QTEST_GUILESS_MAIN(TestAllocation)
