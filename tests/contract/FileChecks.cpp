@@ -177,7 +177,7 @@ void checkMetadataBytes(CheckContext &context)
     context.compare(u"metadata"_s, QString::fromLatin1(expected.toHex(' ')),
                     QString::fromLatin1(found.toHex(' ')));
     library.unload();
-    context.summarize(u"%1 bytes"_s.arg(expected.size()));
+    context.summarize(u"all %1 bytes are correct"_s.arg(expected.size()));
 }
 
 void checkQtVersion(CheckContext &context)
@@ -204,7 +204,9 @@ std::vector<Check> fileChecks()
         {"1.exports", "The library exports only the entry points of Qt's plug-in protocol",
          checkExports},
         {"1.unresolved", "The needed libraries define every undefined symbol", checkUnresolved},
-        {"1.dependencies", "The library needs no other libraries than agreed", checkDependencies},
+        {"1.dependencies",
+         "The library needs only Qt Core, Qt Gui, the timeline model and the C++ runtime",
+         checkDependencies},
         {"1.build-paths", "The library contains no path of the build machine", checkBuildPaths},
         {"1.hardening", "The linker's memory protection is switched on", checkHardening},
         {"1.metadata", "The metadata has the interface, class name and plug-in ID", checkMetadata},

@@ -167,8 +167,8 @@ void checkInsideTopologyCalls(CheckContext &context)
     if (!host)
         return;
     WatchedTopology topology(host->topology);
-    // Plays the first steps, then the others with an action inside their first call of the topology
-    // plug-in, and compares the signals and results of these.
+    // Plays the steps @p first. Then plays the steps @p then, with @p action inside their first
+    // call of the topology plug-in, and compares all lines except sent commands.
     const auto compare = [&](const QString &title, const QString &first, const QString &then,
                              const std::function<void()> &action, const QString &expected) {
         host->recreateObject();
@@ -660,7 +660,7 @@ std::vector<Check> hostileHostChecks()
         {"5.from-timelines", "Every entry may be called inside changes of a timeline model",
          checkCallsFromInside<Place::TimelineChange>},
         {"5.query-from-topology-call",
-         "A query, a repeated answer or a deletion may come inside such calls",
+         "A query, an answer or a deletion may come inside calls of the topology plug-in",
          checkInsideTopologyCalls},
         {"5.memory-growth", "Completed requests leave no memory behind", checkMemoryGrowth},
         {"5.random-calls", "Calls and answers may come in random order", checkRandomCalls},
