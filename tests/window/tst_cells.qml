@@ -41,6 +41,21 @@ WindowTest {
         tryVerify(() => bench.stationsAsked("QueryBookmarkForTimeline").includes(camera.relayPath));
     }
 
+    function test_labelsOfTheTimelineAreNotCutOff() {
+        showCamera();
+        const [from, to] = [cell.range.from, cell.range.to];
+        let shown = 0;
+        for (let quarter = 0; quarter < 24; ++quarter) {
+            cell.range.show(from + quarter * 900000, to + quarter * 900000);
+            settle();
+            const labels = Array.from(bar.children).filter(item => item.label).map(tick => tick.children[1]);
+            const visible = labels.filter(label => label.visible);
+            shown += visible.length;
+            verify(visible.every(label => label.mapToItem(bar, label.width, 0).x <= bar.width));
+        }
+        verify(shown > 8);
+    }
+
     FontMetrics { id: metrics; font.pixelSize: Theme.normalText }
     SignalSpy { id: marked; target: test.grid; signalName: "rangeMarked" }
     function test_shiftDragMarksARange() {

@@ -22,6 +22,7 @@ Item {
         color: tick.dayBoundary ? Theme.faintText : Theme.line
     }
     Text {
+        visible: tick.parent !== null && tick.x + x + implicitWidth <= tick.parent.width
         x: 3
         y: tick.height - tick.axisHeight
         height: tick.axisHeight
