@@ -276,6 +276,15 @@ WindowTest {
             }
             verify(cells[7].x + cells[7].width <= row.width && cells[7].width > 60, "payload");
         }
+        list().currentIndex = Array.from({ length: list().count }, (_, i) => i).find(
+            i => bench.traffic.data(bench.traffic.index(i, 0), TrafficModel.SummaryRole).startsWith("{Bookmarks: [{"));
+        const tree = find("payloadTree");
+        tree.expand(0);
+        tryVerify(() => tree.itemAtCell(PayloadTree.TypeColumn, 1));
+        for (const [row, type] of ["QVariantList", "QVariantMap"].entries()) {
+            const cell = tree.itemAtCell(PayloadTree.TypeColumn, row);
+            compare([cell.text, cell.contentItem.truncated], [type, false]);
+        }
         for (const text of ["queryBookmarkForTimelineResponsed", "relay-1", "refused", "no answer"])
             verify(shown.has(text), text);
         tryCompare(bench, "outstanding", 0);

@@ -42,6 +42,7 @@ TreeView {
         ToolTip.text: text
         contentItem: Label {
             text: part.text
+            font.pixelSize: Theme.smallText
             elide: Text.ElideRight
             color: part.highlighted ? Theme.accentText
                 : part.column === PayloadTree.TypeColumn ? Theme.faintText : Theme.text
