@@ -60,8 +60,12 @@ QtObject {
         },
         {
             name: "traffic",
-            enter: () => window.toggleDrawer(),
-            reached: () => find("trafficList").count > 0
+            enter: () => {
+                window.toggleDrawer();
+                find("trafficSearch").text = "name:queryAllBookmar";
+            },
+            reached: () => choosePayload(),
+            leave: () => find("trafficSearch").text = ""
         },
         {
             name: "log",
@@ -111,6 +115,16 @@ QtObject {
 
     function count() {
         return plugin.getBookmarkListByNodeID("").length;
+    }
+
+    /// Chooses the first answer in the traffic, once it is filtered.
+    function choosePayload() {
+        const list = find("trafficList");
+        if (list.count === bench.traffic.count)
+            return false;
+        list.currentIndex = 1 + bench.stations.length;
+        find("payloadTree").expand(0);
+        return find("payloadTree").rows > 1;
     }
 
     function resize(width, height) {
