@@ -34,7 +34,7 @@ bool add(QList<Scenario> &scenarios, const QString &text, int line)
     return true;
 }
 
-/// Returns the trace, with each line that fits an expected line with "..." replaced by that line.
+/// Returns the trace. A line that matches an expected line with "..." is replaced by that line.
 QString abbreviated(const QString &trace, const QStringList &expected)
 {
     QStringList lines = trace.split(u'\n');
