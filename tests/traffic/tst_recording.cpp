@@ -1,4 +1,5 @@
 #include "DataTable.h"
+#include "OpenedRecording.h"
 #include "Recording.h"
 #include "ReplayProcess.h"
 
@@ -65,6 +66,12 @@ more than were counted | 4 | \n{'kind':'connection'}\n | entries | )"_s.replace(
             problems.append(u"%1: %2"_s.arg(bad.number).arg(bad.reason));
         QCOMPARE(problems.join(u'\n'), problem);
         QCOMPARE(recording->isCutOff, problem.contains(u"cut off"_s));
+
+        OpenedRecording opened;
+        QCOMPARE(opened.open(file.fileName()), QString());
+        QCOMPARE(opened.save(file.fileName()), QString());
+        const auto saved = Recording::read(file.fileName(), &error);
+        QVERIFY2(saved->header.complete == problem.isEmpty(), "not mistaken for a whole one");
     }
 
     void otherFilesAreRejected_data()

@@ -21,11 +21,11 @@ constexpr int HeaderLine = 1;
 
 QString describe(const TrafficEntry &entry)
 {
-    const QString text = nameOf(entry.kind) + QLatin1Char(' ') + entry.name;
-    if (entry.relayPath.isEmpty())
-        return text;
-    const bool toStation = entry.kind == Kind::Sent;
-    return text + (toStation ? QLatin1String(" to ") : QLatin1String(" from ")) + entry.relayPath;
+    QString text = nameOf(entry.kind) + QLatin1Char(' ') + entry.name;
+    if (!entry.relayPath.isEmpty())
+        text += (entry.kind == Kind::Sent ? QLatin1String(" to ") : QLatin1String(" from ")) +
+                entry.relayPath;
+    return text;
 }
 
 QString valueNameOf(const TrafficEntry &entry)
@@ -106,7 +106,7 @@ private:
     std::vector<int> m_numbers;
 };
 
-/// Compares two sessions. Its methods change the comparison, in the order of the entries.
+/// Compares two sessions once, in the order of their entries.
 class Comparer
 {
 public:
@@ -115,9 +115,12 @@ public:
         : m_comparison(comparison)
         , m_expectedCalls(expected)
         , m_foundCalls(found)
+        , m_expectedTree(treeOf(expected))
+        , m_foundTree(treeOf(found))
     {
-        compareLists(treeOf(expected), treeOf(found), {HeaderLine, 0, 0, 0});
     }
+
+    void compare() { compareLists(m_expectedTree, m_foundTree, {HeaderLine, 0, 0, 0}); }
 
 private:
     /// The entry that a difference concerns.
@@ -145,6 +148,8 @@ private:
     Comparison &m_comparison;
     const Calls m_expectedCalls;
     const Calls m_foundCalls;
+    const EntryTree m_expectedTree;
+    const EntryTree m_foundTree;
     QHash<int, int> m_callOfFound; ///< call of the first recording by that of the second
     QHash<int, int> m_causes;      ///< index of a difference by the calls that it concerns
 };
@@ -195,8 +200,9 @@ void Comparer::comparePair(const EntryNode &expected, const EntryNode &found, co
     const TrafficEntry &left = expected.entry();
     const TrafficEntry &right = found.entry();
     ++(left.isOutput() ? m_comparison.outputs : m_comparison.inputs);
-    const bool isGiven = !left.isOutput() && m_comparison.otherFile.isEmpty();
-    if (!isGiven) // by a replay, which gives the recorded value
+    const bool isReplayed = !left.isOutput() && m_comparison.otherFile.isEmpty();
+    const bool isOmitted = left.omitted > 0 || right.omitted > 0;
+    if (!isReplayed && !isOmitted) // a replay gives the recorded value
         compareValues(place, valueNameOf(left), left.value, right.value);
     compareValues(place, QStringLiteral("result"), left.result, right.result, true);
     if (left.code != right.code)
@@ -277,7 +283,7 @@ void Comparer::add(const Place &place, const QString &expected, const QString &f
 void compareEntries(const QList<Recording::Line> &expected, const QList<Recording::Line> &found,
                     Comparison *comparison)
 {
-    const Comparer comparer(expected, found, *comparison);
+    Comparer(expected, found, *comparison).compare();
 }
 
 QStringList notesOn(const Recording::Header &expected, const Recording::Header &found)

@@ -40,7 +40,7 @@ struct Comparison
     /// 0: the same, 1: different, with bad lines or without any use, 2: not begun.
     int exitCode() const;
     /// Whether nothing was compared.
-    bool isEmpty() const { return inputs == 0 && outputs == 0; }
+    bool isEmpty() const { return inputs == 0 && outputs == 0 && differences.isEmpty(); }
     /// The numbers of differences and bad lines.
     QString result() const;
     /// The numbers of what was compared, and the result.

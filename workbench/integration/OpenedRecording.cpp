@@ -125,6 +125,13 @@ int OpenedRecording::rowOf(int line) const
     return std::max(0, static_cast<int>(after - m_recording.lines.cbegin()) - 1);
 }
 
+Recording::Header OpenedRecording::header() const
+{
+    Recording::Header header = m_recording.header;
+    header.complete = header.complete && m_recording.badLines.isEmpty();
+    return header;
+}
+
 void OpenedRecording::show(Recording recording)
 {
     stopReplay();

@@ -71,7 +71,7 @@ Q_SIGNALS:
     void replayingChanged();
 
 protected:
-    Recording::Header header() const override { return m_recording.header; }
+    Recording::Header header() const override;
 
 private:
     void show(Recording recording);

@@ -84,6 +84,8 @@ QJsonObject toJson(const TrafficEntry &entry)
         json.insert(QStringLiteral("code"), entry.code);
     if (entry.kind == Kind::Sent || entry.kind == Kind::Answered || entry.kind == Kind::Event)
         json.insert(QStringLiteral("relayPath"), entry.relayPath);
+    if (entry.omitted > 0)
+        json.insert(QStringLiteral("omitted"), entry.omitted);
     return json;
 }
 
@@ -119,6 +121,7 @@ QString readEntry(const QByteArray &line, TrafficEntry *entry)
     entry->accepted = json.value(QLatin1String("accepted")).toBool(true);
     entry->code = json.value(QLatin1String("code")).toString();
     entry->relayPath = json.value(QLatin1String("relayPath")).toString();
+    entry->omitted = json.value(QLatin1String("omitted")).toInteger();
     return {};
 }
 

@@ -209,8 +209,8 @@ Comparison run(const QString &file, PluginBase &plugin)
     comparison.notes = notesOn(recording->header, Recording::Header::ofThisProcess());
     if (!recording->header.complete)
         comparison.notes.append(QStringLiteral(
-            "the recording's beginning or a large payload is missing: the plug-in does not know "
-            "what it knew then"));
+            "entries or a large payload are missing: the plug-in does not have the state that it "
+            "had then"));
     comparison.badLines = recording->badLines;
     compareEntries(recording->lines, Player(*recording, plugin).play(), &comparison);
     return comparison;

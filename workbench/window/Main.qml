@@ -163,6 +163,8 @@ ThemedWindow {
     Component.onCompleted: {
         if (remembers)
             memory.restore();
+        if (bench.openedRecording.file !== "") // by --replay
+            drawer.visible = true;
         bench.connectToServer();
         app.refresh();
     }
