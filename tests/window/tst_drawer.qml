@@ -252,9 +252,10 @@ WindowTest {
 
     /// With the longest names, a rejected command and one without an answer.
     function test_columnsFitIntoTheSmallestWindow() {
+        openTab(0);
         window.width = window.minimumWidth;
         window.height = window.minimumHeight;
-        openTab(0);
+        settle();
         tryVerify(() => find("cell0").content.status === "live");
         bench.faults.setData(bench.faults.index(2, 0), "refused", FaultsModel.OrderRole);
         bench.faults.setData(bench.faults.index(3, 0), 1500, FaultsModel.DelayRole);
@@ -284,6 +285,7 @@ WindowTest {
         for (const [row, type] of ["QVariantList", "QVariantMap"].entries()) {
             const cell = tree.itemAtCell(PayloadTree.TypeColumn, row);
             compare([cell.text, cell.contentItem.truncated], [type, false]);
+            verify(cell.mapToItem(null, cell.width, 0).x <= window.width);
         }
         for (const text of ["queryBookmarkForTimelineResponsed", "relay-1", "refused", "no answer"])
             verify(shown.has(text), text);

@@ -32,6 +32,7 @@ ColumnLayout {
     Row {
         objectName: "payloadHeadings"
         spacing: view.columnSpacing
+        Layout.preferredWidth: 0 // follows the width of the view, and must not keep it from shrinking
 
         Repeater {
             model: [qsTr("Key"), qsTr("Value"), qsTr("Type")]
