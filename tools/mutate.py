@@ -139,7 +139,7 @@ class Copy:
                               check=check, capture_output=True).returncode == 0
 
     def fails(self, test):
-        """Returns "" if the test passes, else its name, with a remark if it exceeded the time by the clock."""
+        """Returns the name of the test if it fails, with "(no end)" if it exceeds the time limit; else an empty text."""
         name = PROGRAMS.get(test, test)
         program = self.root / "build" / ("check" if name == "tessaline-check" else "tests/plugin") / name
         limit = SLOW_TIME_LIMIT if test in SLOW_TESTS else TIME_LIMIT
