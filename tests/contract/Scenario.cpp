@@ -38,11 +38,12 @@ bool add(QList<Scenario> &scenarios, const QString &text, int line)
 QString abbreviated(const QString &trace, const QStringList &expected)
 {
     QStringList lines = trace.split(u'\n');
+    const QLatin1String gap("...");
     for (qsizetype i = 0; i < qMin(lines.size(), expected.size()); ++i) {
-        const QString gap = u"..."_s;
-        const qsizetype position = expected.at(i).indexOf(gap);
-        if (position >= 0 && lines.at(i).startsWith(expected.at(i).first(position)) &&
-            lines.at(i).endsWith(expected.at(i).mid(position + gap.size())))
+        const QStringView pattern = expected.at(i);
+        const qsizetype position = pattern.indexOf(gap);
+        if (position >= 0 && lines.at(i).startsWith(pattern.first(position)) &&
+            lines.at(i).endsWith(pattern.mid(position + gap.size())))
             lines[i] = expected.at(i);
     }
     return lines.join(u'\n');
