@@ -48,6 +48,7 @@ RowLayout {
         objectName: line.objectName
         visible: field.isBool
         checked: field.text === "true"
+        text: field.typed
         Accessible.name: field.modelData.name
         Keys.onReturnPressed: field.accepted()
         onActiveFocusChanged: if (activeFocus) field.editorFocused()

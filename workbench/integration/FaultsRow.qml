@@ -26,7 +26,7 @@ Flow {
 
     CheckBox {
         objectName: "connected"
-        width: 150
+        width: 190
         text: row.name
         font.bold: row.index === 0
         enabled: row.faults.command === "" // a station is connected for all commands or none
@@ -40,7 +40,7 @@ Flow {
         objectName: "delay"
         width: 110
         from: 0
-        to: 60000
+        to: 2147483647 // as in a file of faults
         stepSize: 500
         editable: true
         value: row.delay

@@ -42,6 +42,21 @@ ColumnLayout {
             onClicked: saveDialog.openFor(tab.file)
         }
     }
+    Row {
+        spacing: Theme.gap
+
+        Repeater {
+            model: [[qsTr("Connected"), 190], [qsTr("Delay, ms"), 110], [qsTr("Answers come"), 110],
+                ["", 70], [qsTr("Failing code"), 90], [qsTr("Results"), 130]]
+            Label {
+                required property var modelData
+                width: modelData[1]
+                text: modelData[0]
+                color: Theme.faintText
+                font.pixelSize: Theme.smallText
+            }
+        }
+    }
     ListView {
         id: list
         objectName: "faultsList"
@@ -51,22 +66,6 @@ ColumnLayout {
         Accessible.name: qsTr("Faults")
         Layout.fillWidth: true
         Layout.fillHeight: true
-        header: Row {
-            spacing: Theme.gap
-            bottomPadding: Theme.gap
-
-            Repeater {
-                model: [[qsTr("Connected"), 150], [qsTr("Delay, ms"), 110], [qsTr("Answers come"), 110],
-                    ["", 70], [qsTr("Failing code"), 90], [qsTr("Results"), 130]]
-                Label {
-                    required property var modelData
-                    width: modelData[1]
-                    text: modelData[0]
-                    color: Theme.faintText
-                    font.pixelSize: Theme.smallText
-                }
-            }
-        }
         delegate: FaultsRow { }
 
         ScrollBar.vertical: ScrollBar { }
