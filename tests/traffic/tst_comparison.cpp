@@ -11,12 +11,13 @@ using namespace workbench;
 
 namespace {
 
-/// Three calls and an event, from inside which comes a call; lines 2 to 19 of a file.
+/// Three calls and an event, from inside which comes a call; lines 2 to 21 of a file.
 const QString Session = u"call:add=a >send:Add@r1#1=a >send:Add@r2#2=a "
                         "answer:Add@r1#1=x >signal:added=a answer:Add@r2#2=x >signal:done "
                         "call:list=q >send:List@r1#3 answer:List@r1#3!0=l1 >signal:listed "
                         "event:changed@r1=e >call:list=q2 >>send:List@r1#4 "
-                        "answer:List@r1#4=l2 >signal:listed call:add=b call:add=c"_s;
+                        "answer:List@r1#4=l2 >signal:listed call:add=b event:tick=t "
+                        "call:add=c event:tick=t"_s;
 
 /// Entries as words: depth, kind, name, station, request, code and value.
 QList<Recording::Line> linesOf(const QString &words)
@@ -65,8 +66,8 @@ additional call     | call:add=b | call:get >send:Get@r1#8 call:add=b answer:Get
 call of an event    | =e;=q2;=l2 | =f;=q3;=l3 | 13+2 | expected payload is 'e', found 'f' in line 13
 call inside an event | =q2;=l2   | =q3;=l3    | 14+1 | expected arguments is 'q2', found 'q3' in line 14
 order of answers    | answer:Add@r1#1=x >signal:added=a answer:Add@r2#2=x >signal:done | answer:Add@r2#2=x >signal:done answer:Add@r1#1=x >signal:added=a | 5+3 | expected answer Add from r1, found nothing
-first of like calls | call:add=b |            | 18   | expected call add, found nothing)"_s.replace(
-                                                                  u'\'', u'"'));
+first of like calls | call:add=b event:tick=t | | 18 19 | expected call add, found nothing)"_s
+                                                                  .replace(u'\'', u'"'));
     }
     void differencesAreFoldedIntoTheirCause()
     {

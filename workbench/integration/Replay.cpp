@@ -92,7 +92,7 @@ QList<Recording::Line> Player::play()
     m_frame = &root;
     m_plugin.InitialPluginBase(nullptr, nullptr, this);
     for (size_t position = 0; position < m_tree.size(); ++position) {
-        // What came by itself comes from the event loop.
+        // Outputs that no input caused come from the event loop.
         if (root.next == position && m_tree[position].entry().isOutput())
             QCoreApplication::processEvents();
         passTo(root, position + 1);
@@ -142,9 +142,9 @@ void Player::give(const EntryNode &node)
     m_frame = frame.outer;
 }
 
-/// Notes what the plug-in just did, and gives it the recorded inputs up to the next entry of that
-/// kind and name, and those directly after it.
-/// @return of a command whether the host accepts it
+/// Notes an output of the plug-in. Gives it the recorded inputs before the next output of that kind
+/// and name, and those directly after it.
+/// @return true unless it is a command that the recorded host rejected
 bool Player::noteOutput(TrafficEntry output, void *context)
 {
     if (!m_frame)
@@ -166,13 +166,13 @@ bool Player::noteOutput(TrafficEntry output, void *context)
     note(std::move(output));
     if (recorded.kind == Kind::Sent)
         m_contexts.insert(recorded.request, context);
-    // What was done about it at once: a call from a slot, an answer from inside the sending.
+    // Inputs that the output caused at once: a call from a slot, an answer inside the send call.
     while (!frame.atEnd() && !frame.expected[frame.next].entry().isOutput())
         give(frame.take());
     return recorded.accepted;
 }
 
-/// Gives the inputs before the position. Outputs before it have not come.
+/// Gives the inputs before the position. The plug-in did not send the outputs before it.
 void Player::passTo(Frame &frame, size_t position)
 {
     while (frame.next < position) {
