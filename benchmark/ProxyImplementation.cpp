@@ -11,8 +11,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A model of display records with precomputed values for the sort roles, as a careful programmer
-/// would write it.
+/// A model of display records with precomputed values for the sort roles.
 class RecordModel : public QAbstractListModel
 {
 public:
