@@ -5,7 +5,7 @@
 #include "LoadedPlugin.h"
 #include "MethodCall.h"
 #include "PluginBase.h"
-#include "Site.h"
+#include "StationNetwork.h"
 #include "framework/Framework.h"
 #include "topology/Topology.h"
 
@@ -48,7 +48,7 @@ class Soak
 public:
     Soak()
     {
-        QList<workbench::StationConfig> configs;
+        QList<stations::StationConfig> configs;
         for (int i = 0; i < StationCount; ++i) {
             const QString name = stationName(i);
             configs.append({name, name, u"l"_s, {{u"1"_s, u"Camera"_s}}, {}});
@@ -58,12 +58,12 @@ public:
                 {u"CameraID"_s, u"1"_s}, {u"LocationID"_s, u"l"_s}, {u"relayPath"_s, name}});
         }
         QString error;
-        m_site = workbench::Site::open(m_folder.path(), configs, &error);
+        m_network = stations::StationNetwork::open(m_folder.path(), configs, &error);
         m_plugin = m_library.object();
-        if (!m_site || !m_plugin)
+        if (!m_network || !m_plugin)
             qFatal("%s%s", qPrintable(error), qPrintable(m_library.error()));
         m_framework.addPlugin(standin::Topology::pluginID(), &m_topology);
-        m_framework.setServer(m_site.get());
+        m_framework.setServer(m_network.get());
         m_framework.setRecording(false);
         start();
     }
@@ -171,7 +171,7 @@ private:
     {
         using standin::Delivery;
         const Delivery deliveries[] = {Delivery::queued(), Delivery::failed(u"-1"_s),
-                                       Delivery::twice(), Delivery::refused(),
+                                       Delivery::twice(), Delivery::rejected(),
                                        Delivery::immediate()};
         m_framework.rules().setForStation(relayPath, deliveries[below(5)]);
         if (below(100) == 0)
@@ -190,7 +190,7 @@ private:
     }
 
     QTemporaryDir m_folder;
-    std::unique_ptr<workbench::Site> m_site;
+    std::unique_ptr<stations::StationNetwork> m_network;
     standin::Topology m_topology;
     standin::Framework m_framework;
     driver::LoadedPlugin m_library{QStringLiteral(TESSALINE_PLUGIN_PATH)};

@@ -262,7 +262,7 @@ void Host::reject(const QStringList &stations)
     resetRules();
     for (const QString &station : stations)
         framework.rules().setForStation(station == u"-" ? QString() : station,
-                                        standin::Delivery::refused());
+                                        standin::Delivery::rejected());
 }
 
 void Host::answerInside(const QString &station, const QString &code, const QVariant &value)

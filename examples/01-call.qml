@@ -1,7 +1,7 @@
 import QtQuick
 import Tessaline
 
-/// One call, and the signal with its outcome.
+/// Calls a method and shows the result that its signal reports.
 Item {
     id: root
 
@@ -11,7 +11,7 @@ Item {
         id: plugin
         target: bookmarks // qmllint disable unqualified
         onAddBookmarkResponsed: success => root.show(success ? "The bookmark is stored."
-                                                             : "The station refused the bookmark.")
+                                                             : "The station did not store the bookmark.")
     }
 
     function show(text: string): void {

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import Tessaline
 
-/// A page of bookmarks that follows each letter.
+/// Updates a page of bookmarks with each letter of the search text.
 Item {
     id: root
 
@@ -11,19 +11,19 @@ Item {
     TessalinePlugin {
         id: plugin
         target: bookmarks // qmllint disable unqualified
-        // One signal for each station: show what has arrived, do not wait for the last one.
+        // Each station's answer emits the signal: show the bookmarks so far.
         onQueryAllBookmarksResponsed: done => {
             root.updatePage();
             print("Found", root.page.totalBookmarkNumber, "with", search.text, done ? "" : "so far");
         }
     }
 
-    // The plug-in keeps the list, and a page takes less than a millisecond: no timer is needed, and
-    // no copy of the list.
+    // The plug-in stores the list and returns a page in less than a millisecond, so neither a timer
+    // nor a copy of the list is needed.
     function updatePage(): void {
         page = plugin.getFilteredBookmarkList({
             text: search.text,
-            // Without a range only bookmarks that start in 1970 are found.
+            // Without a range the plug-in finds only bookmarks that start in 1970.
             startTimestamp: 0, endTimestamp: Date.now(),
             groupKey: "displayDate", ascending: false, pageNumber: 0
         });

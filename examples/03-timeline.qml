@@ -1,9 +1,9 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Tessaline
-import Client.Timeline // CameraPicture, which stands in for the client's picture
+import Client.Timeline // CameraPicture, a replacement for the client's picture
 
-/// The bookmarks of a camera on a timeline.
+/// Shows the bookmarks of a camera on a timeline.
 Item {
     id: root
 
@@ -16,7 +16,7 @@ Item {
     TessalinePlugin {
         id: plugin
         target: bookmarks // qmllint disable unqualified
-        // It does not say which view cell has got its bookmarks; the models do.
+        // The signal does not name the view cell; its model changes.
         onQueryBookmarkForTimelineResponsed: success => print(success ? "Shown " + marks.count : "Failed")
     }
 
@@ -50,7 +50,7 @@ Item {
     Component.onCompleted: {
         model = plugin.getBookmarkModelForTimeline(uid);
         plugin.setTimelineFocusInfo(camera.locationID, camera.relayPath, uid);
-        // The model asks the station for what it lacks of this range.
+        // The model requests the bookmarks of this range that it lacks.
         plugin.setTimelineBoundary(from, to, uid);
     }
     Component.onDestruction: plugin.removeTimelineModel(uid)

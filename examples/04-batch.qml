@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Controls
 import Tessaline
 
-/// A bookmark on several cameras at once, and another try for those that failed.
-/// --faults examples/failing-station.json or the drawer's tab Faults makes a station fail.
+/// Adds a bookmark on several cameras with one call and tries again for those that failed. To see
+/// a failure, run it with --faults examples/failing-station.json, or use the drawer's tab Faults.
 Item {
     id: root
 
@@ -13,7 +13,7 @@ Item {
     TessalinePlugin {
         id: plugin
         target: bookmarks // qmllint disable unqualified
-        // Once for the whole batch, when the last station has answered.
+        // Emitted once for the batch, with the last station's answer.
         onAddBookmarksResponsed: failCamNameList => {
             root.failed = failCamNameList;
             print("Failed:", JSON.stringify(failCamNameList));
@@ -27,7 +27,7 @@ Item {
         })), end - 30000, end, "Added by example 04", "developer", "");
     }
 
-    // Bookmarks on the other cameras are stored: adding the whole batch again would add them twice.
+    // The other cameras have their bookmarks: repeating the whole batch would add them twice.
     Button {
         anchors.centerIn: parent
         visible: root.failed.length > 0

@@ -1,7 +1,7 @@
 import QtQuick
 import Tessaline
 
-/// Several queries under way: those with one result list wait for each other, others need not.
+/// Sends several queries. Queries that share a result list must wait for each other.
 Item {
     id: root
 
@@ -12,14 +12,14 @@ Item {
         id: plugin
         target: bookmarks // qmllint disable unqualified
 
-        // There is one list of recent bookmarks, and the signal does not name its query. So the next
-        // query begins when the one before has ended, well or badly.
+        // All queries for recent bookmarks share one list, and the signal does not name its query.
+        // So send the next one only after the signal, whether it reports success or failure.
         onQueryBookmarkForRecentResponsed: success => {
             if (success)
                 root.recent = root.recent.concat(getBookmarkListForRecent());
             root.queryNext();
         }
-        // It has a list of its own, so it may be under way meanwhile.
+        // This query has its own list, so it may run at the same time.
         onQueryAllBookmarksResponsed: done => {
             if (done)
                 print("All:", getBookmarkListByNodeID("").length > 0);
@@ -31,7 +31,7 @@ Item {
             const station = waiting.shift();
             if (plugin.queryBookmarkForRecent(station.locationID, station.relayPath, 2))
                 return;
-            print(station.name, "can't be reached"); // no signal follows
+            print(station.name, "can't be reached"); // the plug-in emits no signal
         }
         print("Recent:", recent.length);
         plugin.getRecycleSetting();

@@ -165,7 +165,7 @@ private:
 
     void changeHost()
     {
-        static const Delivery deliveries[] = {Delivery::never(), Delivery::refused(),
+        static const Delivery deliveries[] = {Delivery::never(), Delivery::rejected(),
                                               Delivery::immediate().failing(heapString("-1"))};
         const QString id = m_input.text();
         switch (m_input.below(6)) {

@@ -20,9 +20,9 @@ public:
     virtual void execute(const QString &command, const QVariant &payload, const QString &relayPath,
                          const Completion &done) = 0;
 
-    /// Like Server::refuse(); called in the framework's thread.
-    virtual Answer refuse(const QString &command, const QVariant &payload,
-                          const QString &resultCode)
+    /// Like Server::failureAnswer(); called in the framework's thread.
+    virtual Answer failureAnswer(const QString &command, const QVariant &payload,
+                                 const QString &resultCode)
     {
         Q_UNUSED(command)
         Q_UNUSED(payload)

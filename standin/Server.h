@@ -26,8 +26,8 @@ public:
                            const QString &relayPath) = 0;
 
     /// Returns the answer to a command that is not executed but fails with @p resultCode.
-    virtual Answer refuse(const QString &command, const QVariant &payload,
-                          const QString &resultCode)
+    virtual Answer failureAnswer(const QString &command, const QVariant &payload,
+                                 const QString &resultCode)
     {
         Q_UNUSED(command)
         Q_UNUSED(payload)

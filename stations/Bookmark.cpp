@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace workbench {
+namespace stations {
 
 namespace key = protocol::key;
 
@@ -87,4 +87,4 @@ QString Bookmark::defect() const
     return end < start ? QStringLiteral("the end is before the start") : QString();
 }
 
-} // namespace workbench
+} // namespace stations

@@ -5,7 +5,7 @@
 
 #include <optional>
 
-namespace workbench {
+namespace stations {
 
 /// A bookmark of a station: a time range on a camera's recording, with texts.
 struct Bookmark
@@ -33,4 +33,4 @@ struct Bookmark
     QString defect() const;
 };
 
-} // namespace workbench
+} // namespace stations

@@ -10,7 +10,7 @@
 #include <QtSql/QSqlError>
 #include <QtSql/QSqlQuery>
 
-namespace workbench::schema {
+namespace stations::schema {
 
 namespace {
 
@@ -168,4 +168,4 @@ QString migrate(const QSqlDatabase &database)
     return QString();
 }
 
-} // namespace workbench::schema
+} // namespace stations::schema

@@ -6,7 +6,7 @@ class QSqlDatabase;
 
 /// The layout of a station's file: checks files and migrates older layouts. Messages do not name
 /// the file; the caller adds its name.
-namespace workbench::schema {
+namespace stations::schema {
 
 /// Returns the number of the newest layout, which SQLite stores as user_version.
 int currentVersion();
@@ -22,4 +22,4 @@ QString problemOfDatabase(const QSqlDatabase &database);
 /// @return an error message, or an empty text
 QString migrate(const QSqlDatabase &database);
 
-} // namespace workbench::schema
+} // namespace stations::schema

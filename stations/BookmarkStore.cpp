@@ -12,7 +12,7 @@
 
 #include <algorithm>
 
-namespace workbench {
+namespace stations {
 
 namespace {
 
@@ -308,4 +308,4 @@ bool BookmarkStore::fail(const QString &problem)
     return false;
 }
 
-} // namespace workbench
+} // namespace stations

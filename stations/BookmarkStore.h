@@ -10,7 +10,7 @@
 
 class QSqlQuery;
 
-namespace workbench {
+namespace stations {
 
 class SqliteConnection;
 
@@ -96,4 +96,4 @@ private:
     std::unique_ptr<SqliteConnection> m_connection;
 };
 
-} // namespace workbench
+} // namespace stations

@@ -2,7 +2,7 @@
 
 #include "CsvReader.h"
 #include "RecordingPlan.h"
-#include "Site.h"
+#include "StationNetwork.h"
 
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
@@ -14,7 +14,7 @@
 
 #include <algorithm>
 
-namespace workbench {
+namespace stations {
 
 namespace {
 
@@ -129,9 +129,9 @@ std::optional<qint64> offsetFrom(qint64 start, const QString &text)
 class Run
 {
 public:
-    Run(Site &site, QDate baseDate, const CsvImport::ProgressCallback &progress)
-        : m_site(site)
-        , m_plan(site, baseDate)
+    Run(StationNetwork &network, QDate baseDate, const CsvImport::ProgressCallback &progress)
+        : m_network(network)
+        , m_plan(network, baseDate)
         , m_progress(progress)
     {
     }
@@ -204,7 +204,7 @@ private:
         if (name.isEmpty())
             return QStringLiteral("the camera is missing");
         const QString relayPath = m_columns.value(fields, Columns::RelayPath).trimmed();
-        Station *station = relayPath.isEmpty() ? nullptr : m_site.station(relayPath);
+        Station *station = relayPath.isEmpty() ? nullptr : m_network.station(relayPath);
         if (!relayPath.isEmpty() && !station)
             return QStringLiteral("unknown station \"%1\"").arg(relayPath.left(80));
         // Check the line before the plan sees it: a bad line must not change later recordings.
@@ -299,13 +299,13 @@ private:
 
     bool flushAll()
     {
-        const QList<Station *> stations = m_site.stations();
+        const QList<Station *> stations = m_network.stations();
         return std::all_of(stations.cbegin(), stations.cend(), [this](Station *station) {
             return !m_pending.contains(station) || flush(station);
         });
     }
 
-    Site &m_site;
+    StationNetwork &m_network;
     RecordingPlan m_plan;
     const CsvImport::ProgressCallback &m_progress;
     QString m_path;
@@ -317,15 +317,15 @@ private:
 
 } // namespace
 
-CsvImport::CsvImport(Site &site, QDate baseDate)
-    : m_site(site)
+CsvImport::CsvImport(StationNetwork &network, QDate baseDate)
+    : m_network(network)
     , m_baseDate(baseDate)
 {
 }
 
 CsvImport::Result CsvImport::run(const QString &path) const
 {
-    return Run(m_site, m_baseDate, m_progress).import(path);
+    return Run(m_network, m_baseDate, m_progress).import(path);
 }
 
-} // namespace workbench
+} // namespace stations

@@ -5,11 +5,11 @@
 
 #include <functional>
 
-namespace workbench {
+namespace stations {
 
-class Site;
+class StationNetwork;
 
-/// Loads bookmarks from a CSV file with a header line into the stations of a site.
+/// Loads bookmarks from a CSV file with a header line into the stations of a network.
 ///
 /// Columns are found by their names, in any order; others are ignored:
 ///   camera                           camera identifier or camera key; with offsets also the name
@@ -46,9 +46,9 @@ public:
         QString error; ///< message with file or station if the import failed; empty otherwise
     };
 
-    /// @param site     not owned; must outlive the import
+    /// @param network  not owned; must outlive the import
     /// @param baseDate day of the latest recordings
-    CsvImport(Site &site, QDate baseDate);
+    CsvImport(StationNetwork &network, QDate baseDate);
 
     /// Sets a function that is called every thousand lines and at the end.
     void setProgressCallback(const ProgressCallback &callback) { m_progress = callback; }
@@ -57,9 +57,9 @@ public:
     Result run(const QString &path) const;
 
 private:
-    Site &m_site;
+    StationNetwork &m_network;
     QDate m_baseDate;
     ProgressCallback m_progress;
 };
 
-} // namespace workbench
+} // namespace stations

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-namespace workbench {
+namespace stations {
 
 namespace {
 
@@ -161,4 +161,4 @@ void CsvReader::skipRestOfLine()
     } while (!part.isEmpty() && !part.endsWith('\n'));
 }
 
-} // namespace workbench
+} // namespace stations

@@ -7,7 +7,7 @@
 
 class QIODevice;
 
-namespace workbench {
+namespace stations {
 
 /// One record of a CSV file.
 struct CsvRecord
@@ -53,4 +53,4 @@ private:
     qint64 m_bytesRead = 0;
 };
 
-} // namespace workbench
+} // namespace stations

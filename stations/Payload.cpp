@@ -2,7 +2,7 @@
 
 #include <QtCore/QStringList>
 
-namespace workbench::payload {
+namespace stations::payload {
 
 namespace {
 
@@ -77,4 +77,4 @@ std::optional<QStringList> textList(const QVariantMap &map, QLatin1String key)
     return texts;
 }
 
-} // namespace workbench::payload
+} // namespace stations::payload

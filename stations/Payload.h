@@ -8,7 +8,7 @@
 /// Reads payloads and checks exact types. QVariant converts NaN, texts and missing values silently
 /// into numbers, so that a station would store wrong times. The functions return nullopt for a
 /// missing key or another type.
-namespace workbench::payload {
+namespace stations::payload {
 
 std::optional<QVariantMap> toMap(const QVariant &payload);
 std::optional<QVariantList> toList(const QVariant &payload);
@@ -26,4 +26,4 @@ bool replaceText(const QVariantMap &map, QLatin1String key, QString *value);
 /// Returns a list of texts, or nullopt if an element is not a text.
 std::optional<QStringList> textList(const QVariantMap &map, QLatin1String key);
 
-} // namespace workbench::payload
+} // namespace stations::payload

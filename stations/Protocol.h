@@ -3,7 +3,7 @@
 #include <QtCore/QLatin1String>
 
 /// Every name that client and station exchange, as the station spells it.
-namespace workbench::protocol {
+namespace stations::protocol {
 
 namespace command {
 inline constexpr QLatin1String AddBookmark("AddBookmark");
@@ -56,4 +56,4 @@ inline constexpr QLatin1String UnknownStation("5");
 inline constexpr QLatin1String UnknownCamera("6"); ///< AddBookmark for a camera of another station
 } // namespace code
 
-} // namespace workbench::protocol
+} // namespace stations::protocol

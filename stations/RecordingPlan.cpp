@@ -1,6 +1,6 @@
 #include "RecordingPlan.h"
 
-#include "Site.h"
+#include "StationNetwork.h"
 #include "topology/CameraKey.h"
 
 #include <QtCore/QDateTime>
@@ -8,10 +8,10 @@
 
 #include <algorithm>
 
-namespace workbench {
+namespace stations {
 
-RecordingPlan::RecordingPlan(const Site &site, QDate baseDate)
-    : m_site(site)
+RecordingPlan::RecordingPlan(const StationNetwork &network, QDate baseDate)
+    : m_network(network)
     , m_baseDate(baseDate)
 {
 }
@@ -49,7 +49,7 @@ std::optional<RecordingPlan::Place> RecordingPlan::knownCamera(const QString &na
 
 bool RecordingPlan::isKey(const QString &name) const
 {
-    const QList<Station *> stations = m_site.stations();
+    const QList<Station *> stations = m_network.stations();
     return std::any_of(stations.cbegin(), stations.cend(), [&name](const Station *station) {
         const QString prefix = standin::cameraKey(station->config().relayPath, {});
         return !prefix.isEmpty() && name.startsWith(prefix);
@@ -67,7 +67,7 @@ std::optional<RecordingPlan::Place> RecordingPlan::nextCamera(Station *station)
 QList<RecordingPlan::Place> RecordingPlan::cameras(Station *station) const
 {
     QList<Place> places;
-    const QList<Station *> stations = station ? QList<Station *>{station} : m_site.stations();
+    const QList<Station *> stations = station ? QList<Station *>{station} : m_network.stations();
     for (Station *each : stations) {
         for (const Camera &camera : each->config().cameras)
             places.append({each, camera.cameraID});
@@ -75,4 +75,4 @@ QList<RecordingPlan::Place> RecordingPlan::cameras(Station *station) const
     return places;
 }
 
-} // namespace workbench
+} // namespace stations

@@ -7,9 +7,9 @@
 #include <optional>
 #include <utility>
 
-namespace workbench {
+namespace stations {
 
-class Site;
+class StationNetwork;
 class Station;
 
 /// Station, camera and start of a recording.
@@ -20,8 +20,8 @@ struct PlacedRecording
     qint64 start = 0; ///< milliseconds since the epoch
 };
 
-/// Assigns cameras and starts to recordings of which only the names are known. Each new name gets
-/// the next camera of the site or station. After the last camera the next round begins, a day
+/// Assigns a camera and a start to recordings that have only a name. Each new name gets
+/// the next camera of the network or station. After the last camera the next round begins, a day
 /// earlier. Every recording starts at eight o'clock UTC. The same names in the same order always
 /// give the same plan.
 ///
@@ -30,9 +30,9 @@ struct PlacedRecording
 class RecordingPlan
 {
 public:
-    /// @param site     not owned; must outlive the plan
+    /// @param network  not owned; must outlive the plan
     /// @param baseDate day of the first round
-    RecordingPlan(const Site &site, QDate baseDate);
+    RecordingPlan(const StationNetwork &network, QDate baseDate);
 
     /// Returns the recording with a name; the same name always gives the same recording.
     /// @param station limits the choice of cameras; null: all stations
@@ -59,11 +59,11 @@ private:
     std::optional<Place> nextCamera(Station *station);
     QList<Place> cameras(Station *station) const;
 
-    const Site &m_site;
+    const StationNetwork &m_network;
     QDate m_baseDate;
     QHash<std::pair<Station *, QString>, PlacedRecording> m_recordings;
     QHash<std::pair<Station *, QString>, int> m_daysBack;
     QHash<Station *, qsizetype> m_nextCamera;
 };
 
-} // namespace workbench
+} // namespace stations

@@ -2,7 +2,7 @@
 
 #include <QtCore/QUuid>
 
-namespace workbench {
+namespace stations {
 
 SqliteConnection::SqliteConnection(const QString &databaseName, const QString &options)
     : m_name(QUuid::createUuid().toString(QUuid::WithoutBraces))
@@ -42,4 +42,4 @@ bool Transaction::commit()
     return committed;
 }
 
-} // namespace workbench
+} // namespace stations

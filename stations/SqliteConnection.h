@@ -2,7 +2,7 @@
 
 #include <QtSql/QSqlDatabase>
 
-namespace workbench {
+namespace stations {
 
 /// A connection to a SQLite file with a unique name in Qt's list of connections. The destructor
 /// closes and removes it; destroy all its queries before.
@@ -36,4 +36,4 @@ private:
     bool m_open;
 };
 
-} // namespace workbench
+} // namespace stations

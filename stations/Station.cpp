@@ -13,7 +13,7 @@
 #include <chrono>
 #include <limits>
 
-namespace workbench {
+namespace stations {
 
 namespace code = protocol::code;
 namespace command = protocol::command;
@@ -78,8 +78,7 @@ std::optional<TimeRange> timeRangeOf(const QVariantMap &map)
     return TimeRange{*start, *end};
 }
 
-} // namespace
-
+/// Returns the identifiers in a "DeleteBookmarks" payload, or nullopt if it is malformed.
 std::optional<QStringList> bookmarkIDsOf(const QVariant &payload)
 {
     const std::optional<QVariantList> elements = payload::toList(payload);
@@ -95,6 +94,16 @@ std::optional<QStringList> bookmarkIDsOf(const QVariant &payload)
         bookmarkIDs.append(*bookmarkID);
     }
     return bookmarkIDs;
+}
+
+} // namespace
+
+Answer failedAnswer(const QString &command, const QVariant &payload, const QString &resultCode)
+{
+    if (command != command::DeleteBookmarks)
+        return {QVariant(), resultCode};
+    const std::optional<QStringList> bookmarkIDs = bookmarkIDsOf(payload);
+    return {bookmarkIDs ? QVariant(*bookmarkIDs) : QVariant(), resultCode};
 }
 
 std::unique_ptr<Station> Station::open(const StationConfig &config, QString *error)
@@ -166,11 +175,9 @@ Answer Station::execute(const QString &command, const QVariant &payload)
     });
     if (row == std::cend(rows))
         return failure(code::UnknownCommand);
-    // Without a log line: Site::defects() has reported the broken station.
+    // Without a log line: StationNetwork::defects() has reported the broken station.
     if (!m_store)
-        return failure(code::DatabaseError, command == command::DeleteBookmarks
-                                                ? bookmarkIDsOf(payload).value_or(QStringList())
-                                                : QVariant());
+        return failedAnswer(command, payload, code::DatabaseError);
     Answer answer = (this->*row->handler)(payload);
     qCDebug(logStation) << m_config.relayPath << command << answer.resultCode;
     return answer;
@@ -402,4 +409,4 @@ QStringList Station::ownCameraIDs(const QStringList &cameraKeys) const
     return cameraIDs;
 }
 
-} // namespace workbench
+} // namespace stations

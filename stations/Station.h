@@ -7,7 +7,7 @@
 #include <QtCore/QObject>
 #include <QtCore/QTimer>
 
-namespace workbench {
+namespace stations {
 
 struct Camera
 {
@@ -21,7 +21,7 @@ struct StationConfig
     QString name;
     QString locationID; ///< for bookmarks without a location
     QList<Camera> cameras;
-    QString filePath; ///< of the SQLite file; Site sets it for its stations
+    QString filePath; ///< of the SQLite file; StationNetwork sets it for its stations
 };
 
 /// A recording server: executes commands and stores its bookmarks in a file. If recycling is
@@ -44,8 +44,8 @@ public:
     const StationConfig &config() const { return m_config; }
     bool hasCamera(const QString &cameraID) const;
 
-    /// Executes any command with any payload. A failed command changes nothing. A failed
-    /// "DeleteBookmarks" returns the requested identifiers, for the client's list of failures.
+    /// Executes any command with any payload. A failed command changes nothing; for its result see
+    /// failedAnswer().
     standin::Answer execute(const QString &command, const QVariant &payload);
 
     /// Stores all bookmarks or none. The caller checks cameras and defects.
@@ -92,7 +92,9 @@ private:
     QTimer m_recycleTimer;
 };
 
-/// Returns the identifiers in a "DeleteBookmarks" payload, or nullopt if it is malformed.
-std::optional<QStringList> bookmarkIDsOf(const QVariant &payload);
+/// Returns the answer to a command that fails without being executed: without a result, except that
+/// "DeleteBookmarks" returns the requested identifiers, for the client's list of failures.
+standin::Answer failedAnswer(const QString &command, const QVariant &payload,
+                             const QString &resultCode);
 
-} // namespace workbench
+} // namespace stations

@@ -6,7 +6,7 @@
 
 #include <future>
 
-namespace workbench {
+namespace stations {
 
 StationThread::StationThread(const QList<StationConfig> &stations)
     : m_stations(stations)
@@ -20,7 +20,7 @@ StationThread::~StationThread()
     m_ending = true;
     std::promise<void> closed;
     m_jobs.post([&] {
-        m_site.reset();
+        m_network.reset();
         m_thread.quit();
         closed.set_value();
     });
@@ -32,20 +32,20 @@ void StationThread::open(const QString &folder, const Opened &opened)
 {
     post([=] {
         QString error;
-        m_site = Site::open(folder, m_stations, &error);
-        if (m_site) {
-            connect(m_site.get(), &Site::bookmarkAddedByOther, this,
+        m_network = StationNetwork::open(folder, m_stations, &error);
+        if (m_network) {
+            connect(m_network.get(), &StationNetwork::bookmarkAddedByOther, this,
                     &StationThread::bookmarkAddedByOther);
         }
-        opened(m_site.get(), error);
+        opened(m_network.get(), error);
     });
 }
 
-void StationThread::perform(const std::function<void(Site &)> &job)
+void StationThread::perform(const std::function<void(StationNetwork &)> &job)
 {
     post([=] {
-        if (m_site)
-            job(*m_site);
+        if (m_network)
+            job(*m_network);
     });
 }
 
@@ -55,8 +55,8 @@ void StationThread::execute(const QString &command, const QVariant &payload,
     post([=] {
         QElapsedTimer clock;
         clock.start();
-        standin::Answer answer = m_site
-                                     ? m_site->execute(command, payload, relayPath)
+        standin::Answer answer = m_network
+                                     ? m_network->execute(command, payload, relayPath)
                                      : standin::Answer{QVariant(), protocol::code::DatabaseError};
         answer.tookMs = clock.elapsed();
         done(answer);
@@ -65,20 +65,20 @@ void StationThread::execute(const QString &command, const QVariant &payload,
 
 void StationThread::addByOtherClient(const QString &relayPath, const Bookmark &bookmark)
 {
-    perform([=](Site &site) {
-        if (!site.addByOtherClient(relayPath, bookmark))
-            Q_EMIT bookmarkOfOtherRefused(relayPath);
+    perform([=](StationNetwork &network) {
+        if (!network.addByOtherClient(relayPath, bookmark))
+            Q_EMIT addByOtherClientFailed(relayPath);
     });
 }
 
 void StationThread::setTimeZone(const QByteArray &timeZone)
 {
-    perform([=](Site &site) { site.setTimeZone(timeZone); });
+    perform([=](StationNetwork &network) { network.setTimeZone(timeZone); });
 }
 
 void StationThread::setSettingPermission(bool permission)
 {
-    perform([=](Site &site) { site.setSettingPermission(permission); });
+    perform([=](StationNetwork &network) { network.setSettingPermission(permission); });
 }
 
 void StationThread::post(const std::function<void()> &job)
@@ -89,4 +89,4 @@ void StationThread::post(const std::function<void()> &job)
     });
 }
 
-} // namespace workbench
+} // namespace stations

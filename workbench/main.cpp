@@ -17,8 +17,8 @@ using namespace workbench;
 
 namespace {
 
-/// Before Qt reads the arguments, as it chooses the platform first.
-bool wantsNoDisplay(const char *const *begin, const char *const *end)
+/// Searches for --headless before Qt parses the arguments, because the platform is chosen first.
+bool isHeadless(const char *const *begin, const char *const *end)
 {
     return std::any_of(begin, end, [](const char *argument) {
         return QLatin1String(argument) == QLatin1String("--headless");
@@ -31,13 +31,13 @@ void endWithoutDisplay(QtMsgType type, const QMessageLogContext &context, const 
 {
     if (type == QtFatalMsg)
         std::_Exit(
-            complain(QStringLiteral("cannot open a window on the display \"%1\". Check DISPLAY, "
-                                    "or run with --headless.")
-                         .arg(qEnvironmentVariable("DISPLAY"))));
+            reportError(QStringLiteral("cannot open a window on the display \"%1\". Check DISPLAY, "
+                                       "or run with --headless.")
+                            .arg(qEnvironmentVariable("DISPLAY"))));
     std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, text)));
 }
 
-/// Whether there is a screen to show the window on.
+/// @return true if a window can be shown on a screen
 bool hasDisplay()
 {
 #ifdef Q_OS_UNIX
@@ -51,8 +51,10 @@ bool hasDisplay()
 int run(Options options)
 {
     if (!options.logFile.isEmpty() && !standin::logging::writeToFile(options.logFile))
-        return complain(options.logFile + QStringLiteral(": cannot be written"));
-    const bool seen = QGuiApplication::platformName() != QLatin1String("offscreen");
+        return reportError(
+            options.logFile +
+            QStringLiteral(": can't be written; check the folder and its permissions"));
+    const bool visible = QGuiApplication::platformName() != QLatin1String("offscreen");
     if (options.frameTimes)
         return measureFrameTimes(options);
     if (!options.qmlFile.isEmpty())
@@ -60,10 +62,10 @@ int run(Options options)
     std::optional<Comparison> comparison;
     if (!options.replayFile.isEmpty()) {
         comparison = compareAsAsked(options);
-        if (!seen || !comparison->error.isEmpty())
+        if (!visible || !comparison->error.isEmpty())
             return comparison->exitCode();
     }
-    if (options.tour || (!seen && options.screenshotFile.isEmpty()))
+    if (options.tour || (!visible && options.screenshotFile.isEmpty()))
         return playTour(options);
     if (options.dataFolder.isEmpty())
         options.dataFolder = options.ownDataFolder();
@@ -75,11 +77,11 @@ int run(Options options)
 
 int main(int argc, char *argv[])
 {
-    if (wantsNoDisplay(argv, argv + argc) ||
+    if (isHeadless(argv, argv + argc) ||
         (!hasDisplay() && !qEnvironmentVariableIsSet("QT_QPA_PLATFORM")))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    // How long a window waits for more input before it draws a frame: 5 ms are nearly as much as
-    // drawing it takes.
+    // By default a window waits 5 ms for more input before it draws, nearly as long as drawing
+    // takes.
     if (!qEnvironmentVariableIsSet("QT_QPA_UPDATE_IDLE_TIME"))
         qputenv("QT_QPA_UPDATE_IDLE_TIME", "1");
     qInstallMessageHandler(endWithoutDisplay);

@@ -1,11 +1,11 @@
 import QtQml
 
-/// Typed access to the plug-in's object, so that tools know its methods, parameters and signals.
-/// A test compares every line with the object's own description. Do not edit.
+/// Gives the plug-in's object types, so that tools check calls, arguments and signals. Do not edit
+/// this file: a test compares it with the plug-in.
 QtObject {
     id: access
 
-    /// The plug-in's object, as the client offers it to QML.
+    /// The plug-in's object, which the client puts into the QML context.
     required property var target
 
     signal addBookmarkResponsed(success: bool)

@@ -20,7 +20,7 @@ struct Delivery
         Held,      ///< when Framework::release() or its like is called
         Reversed,  ///< on the event loop, the last one sent first
         Never,     ///< executed, but the answer is lost
-        Refused,   ///< rejected: SendCommand returns false, nothing is executed
+        Rejected,  ///< SendCommand returns false, nothing is executed
     };
 
     When when = When::Queued;
@@ -35,7 +35,7 @@ struct Delivery
     static Delivery held() { return at(When::Held); }
     static Delivery reversed() { return at(When::Reversed); }
     static Delivery never() { return at(When::Never); }
-    static Delivery refused() { return at(When::Refused); }
+    static Delivery rejected() { return at(When::Rejected); }
     static Delivery twice() { return queued().times(2); }
     static Delivery failed(const QString &code) { return queued().failing(code); }
     static Delivery wrongPayload(const QVariant &result) { return queued().replacing(result); }

@@ -24,8 +24,8 @@ PluginBase *pluginBase(QObject *object)
     return plugin ? plugin : dynamic_cast<PluginBase *>(object);
 }
 
-/// Returns a deep copy. Made once for each answer and not at its delivery: copying a hundred
-/// thousand bookmarks would block the window too long.
+/// Returns a deep copy. The framework copies each answer once, when the server returns it, because
+/// copying a hundred thousand bookmarks at each delivery would block the window.
 Answer withDataOfItsOwn(const Answer &answer)
 {
     return {deepCopy(answer.result), deepCopy(answer.resultCode), answer.tookMs};
@@ -51,7 +51,7 @@ bool Framework::SendCommand(void *hostHandle, const QString &pluginID, const QSt
     sent.context = context;
     sent.flag = flag;
     sent.relayPath = deepCopy(relayPath);
-    sent.accepted = delivery.when != Delivery::When::Refused;
+    sent.accepted = delivery.when != Delivery::When::Rejected;
 
     sent = record(std::move(sent));
     if (!sent.accepted)
@@ -174,8 +174,10 @@ std::optional<Answer> Framework::execute(const SentCommand &command, const Deliv
 {
     if (delivery.failureCode) {
         if (m_asyncServer)
-            return m_asyncServer->refuse(command.command, command.payload, *delivery.failureCode);
-        return m_server ? m_server->refuse(command.command, command.payload, *delivery.failureCode)
+            return m_asyncServer->failureAnswer(command.command, command.payload,
+                                                *delivery.failureCode);
+        return m_server ? m_server->failureAnswer(command.command, command.payload,
+                                                  *delivery.failureCode)
                         : Answer{{}, *delivery.failureCode};
     }
     std::optional<Answer> answer;
@@ -230,7 +232,7 @@ void Framework::schedule(const Pending &pending, const Delivery &delivery)
                 &m_eventContext, [this] { deliverRound(); }, Qt::QueuedConnection);
             break;
         case Delivery::When::Never:
-        case Delivery::When::Refused:
+        case Delivery::When::Rejected:
             break;
         }
     }

@@ -48,7 +48,7 @@ public:
     /// @param server not owned; null: none
     void setAsyncServer(AsyncServer *server) { m_asyncServer = server; }
 
-    /// @return the rules for commands that are sent from now on
+    /// @return the rules for the commands that follow
     DeliveryRules &rules() { return m_rules; }
 
     /// Sets a function that is called with each command, answer and event before its delivery. It

@@ -13,9 +13,9 @@
 
 namespace standin {
 
-/// Runs calls from other threads in its owner's thread, one for each turn of the event loop:
-/// handling the answers of several stations at once would block the window. Owner and posting
-/// threads share the mailbox, because a thread may post after the owner's end.
+/// Runs calls from other threads in its owner's thread. Each turn of the event loop runs one call,
+/// because handling the answers of several stations at once would block the window. Owner and
+/// posting threads share the mailbox, because a thread may post after the owner's end.
 ///
 /// Uses a standard mutex, because the thread sanitizer does not see Qt's locks, and an event,
 /// because Qt may delete the functor of a queued call in either thread.

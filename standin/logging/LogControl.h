@@ -35,7 +35,8 @@ struct LogLine
 /// the log object itself.
 namespace logging {
 
-/// Sends lines to standard error, the default: local time, severity, module, file and line, text.
+/// Writes lines to standard error, as by default. A line has local time, severity, module, file,
+/// line number and text.
 QARNLOGUTL_EXPORT void writeToStandardError();
 
 /// Appends lines to a file.

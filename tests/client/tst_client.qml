@@ -7,7 +7,7 @@ import Client.Panel
 import Client.Timeline
 import Client.Topology
 
-/// The client's parts with the plug-in's object and a topology, without the workbench and its
+/// Tests the client's parts with the plug-in's object and a topology, without the workbench and its
 /// stations.
 Item {
     id: client
@@ -76,23 +76,27 @@ Item {
         }
 
         function init() {
-            server.reset("");
+            const firstID = () => find("bookmarkList").page.recordAt(0).bookmarkID;
+            const oldID = firstID();
+            server.reset(""); // with new identifiers
             app.refresh();
+            tryVerify(() => firstID() !== oldID);
             tryCompare(find("pageText"), "text", "1 to 3 of 3");
         }
 
         function cleanup() {
             for (const dialog of ["addDialog", "deleteDialog"])
                 find(dialog).close();
+            grid.activeCell.clear(); // its timeline has the old identifiers
         }
 
-        function test_pageShowsTheRecords() {
+        function test_pageShowsRecords() {
             const record = find("bookmarkList").page.recordAt(0);
             compare([record.description, record.cameraName, record.displayTimeRange],
                     ["stored 3", "Harbour - Gate", "00:03:00 - 00:03:30"]);
         }
 
-        function test_additionIsShown() {
+        function test_pageShowsAddedBookmark() {
             dialogs.addFor(client.cameras, 600000, 660000);
             tryCompare(find("addDialog"), "opened", true);
             keyClick(Qt.Key_Return);
@@ -102,8 +106,7 @@ Item {
             compare(page.recordsBetween(0, 4).filter(record => app.isOneOf(record, app.added)).length, 2);
         }
 
-        /// Of the cameras that the signal names, and that the list then lacks.
-        function test_cameraThatFailedStaysInTheDialog() {
+        function test_failedCameraStaysInTheDialog() {
             server.reset("2");
             dialogs.addFor(client.cameras, 600000, 660000);
             tryCompare(find("addDialog"), "opened", true);
@@ -113,7 +116,7 @@ Item {
             compare(server.descriptions().length, 4);
         }
 
-        function test_deletionIsShown() {
+        function test_pageHidesDeletedBookmark() {
             dialogs.remove([find("bookmarkList").page.recordAt(0)]);
             tryCompare(find("deleteDialog"), "opened", true);
             keyClick(Qt.Key_Return);
@@ -131,11 +134,11 @@ Item {
             tryVerify(() => marks() === 2);
         }
 
-        /// The topology of this host has no states of stations: any timeline may have failed.
-        function test_timelineThatMayHaveFailedIsAskedAgain() {
+        /// Without states of stations in the topology any timeline may have failed.
+        function test_timelineOffersRetryAfterAnyFailure() {
             server.reset("QueryBookmarkForTimeline");
             const cell = grid.showCamera(client.cameras[0]);
-            cell.goTo(100000000, 200000000); // where nothing is known yet
+            cell.goTo(100000000, 200000000); // times that are not loaded
             tryCompare(findChild(cell, "cellStatus"), "text", "a timeline failed");
             server.reset("");
             cell.goTo(60000, 180000);
@@ -144,7 +147,7 @@ Item {
             compare(findChild(cell, "cellStatus").text, "playing");
         }
 
-        function test_topologyChoosesTheCamera() {
+        function test_clickInTopologySelectsCamera() {
             mouseClick(find("camera A/2"));
             tryCompare(find("pageText"), "text", "none");
             mouseClick(find("camera A/2"));

@@ -395,7 +395,7 @@ void checkAnswersInside(CheckContext &context)
         // Station A answers inside the call, B rejects the command, C answers later.
         host->setDefaultDelivery(Delivery::held());
         host->framework.rules().setForStation(u"A"_s, Delivery::immediate().failing(u"-1"_s));
-        host->framework.rules().setForStation(u"B"_s, Delivery::refused());
+        host->framework.rules().setForStation(u"B"_s, Delivery::rejected());
         request(*host, one.steps);
         host->framework.releaseAll();
     }
@@ -610,7 +610,7 @@ void checkRandomCalls(CheckContext &context)
     QRandomGenerator random(context.seed());
     EchoServer server;
     host->framework.setServer(&server);
-    const Delivery deliveries[] = {Delivery::immediate(), Delivery::held(), Delivery::refused(),
+    const Delivery deliveries[] = {Delivery::immediate(), Delivery::held(), Delivery::rejected(),
                                    Delivery::never(), Delivery::immediate().times(2)};
     for (int round = 0; round < Rounds; ++round) {
         host->recreateObject();

@@ -46,7 +46,7 @@ Run run(const QString &file, const QStringList &arguments)
 
 } // namespace
 
-/// A developer's QML file in the workbench.
+/// Tests developers' QML files in the workbench.
 class TestOwnQml : public QObject
 {
     Q_OBJECT
@@ -54,7 +54,7 @@ class TestOwnQml : public QObject
     static int value(const OwnQml &own) { return own.item()->property("value").toInt(); }
 
 private Q_SLOTS:
-    void examplesRun_data()
+    void examplesPrintExpectedOutput_data()
     {
         const QString failingStation = QStringLiteral(EXAMPLES "/failing-station.json");
         QTest::addColumn<QString>("file");
@@ -64,7 +64,7 @@ private Q_SLOTS:
                               << u"The bookmark is stored\\."_s;
         QTest::newRow("call to a failing station")
             << u"01-call"_s << QStringList{u"addBookmarkResponsed"_s, u"--faults"_s, failingStation}
-            << u"refused"_s;
+            << u"did not store the bookmark"_s;
         QTest::newRow("page") << u"02-page"_s << QStringList{u"queryAllBookmarksResponsed"_s}
                               << u"Found [1-9]\\d* with van"_s;
         QTest::newRow("timeline") << u"03-timeline"_s
@@ -79,7 +79,7 @@ private Q_SLOTS:
         QTest::newRow("queries") << u"05-queries"_s << QStringList{u"getRecycleSettingResponse"_s}
                                  << u"All: true(.|\n)*Recent: 6"_s;
     }
-    void examplesRun()
+    void examplesPrintExpectedOutput()
     {
         QFETCH(const QString, file);
         QFETCH(const QStringList, arguments);
@@ -92,7 +92,7 @@ private Q_SLOTS:
         QCOMPARE(example.exitCode, 0);
     }
 
-    void exitCodeNamesTheEnd_data()
+    void programExitsWithDocumentedCode_data()
     {
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<QString>("until");
@@ -107,18 +107,18 @@ private Q_SLOTS:
                           "Connections { target: bookmarks\n"
                           "function onGetRecycleSettingResponse() { Qt.exit(5) } }")
             << u"getRecycleSettingResponse"_s << 5 << QString();
-        QTest::newRow("time is over") << QByteArray() << u"0.01"_s << 3 << u"has not ended"_s;
+        QTest::newRow("time is over") << QByteArray() << u"0.01"_s << 3 << u"did not end"_s;
         QTest::newRow("error while it runs")
             << QByteArray(
                    "Component.onCompleted: {\n missing(); }\nTimer { running: true; interval: "
                    "1; onTriggered: Qt.exit(0) }")
             << u"60"_s << 1 << u":4:"_s;
-        QTest::newRow("error that keeps it from loading")
+        QTest::newRow("error that prevents loading")
             << QByteArray("Missing { }") << u"60"_s << 2 << u":3:1: Missing"_s;
         QTest::newRow("unknown signal")
             << QByteArray() << u"noSignal"_s << 2 << u"addBookmarkResponsed"_s;
     }
-    void exitCodeNamesTheEnd()
+    void programExitsWithDocumentedCode()
     {
         QFETCH(const QByteArray, body);
         QFETCH(const QString, until);

@@ -46,14 +46,14 @@ QString parametersOf(const Function &function)
 {
     QStringList list;
     for (qsizetype i = 0; i < function.parameters.size(); ++i) {
-        const bool optional = i >= function.required; // a typed one could not be undefined
+        const bool optional = i >= function.required; // a typed parameter can't be undefined
         list.append(QString::fromLatin1(function.parameters.at(i)) + u": "_s +
                     (optional ? u"var"_s : qmlType(function.types.at(i))));
     }
     return list.join(u", "_s);
 }
 
-/// Lines of at most 100 characters, broken after commas.
+/// Wraps a line after commas to at most 100 characters.
 QString wrapped(const QString &line)
 {
     QString text;
@@ -71,8 +71,8 @@ bool hasTexts(const Function &function)
     return function.parameters.contains("startDateTime");
 }
 
-/// QML has no overloads: the one with texts as times gets a name of its own, and parameters that
-/// some overloads lack are optional.
+/// QML has no overloads. The overload with times as texts gets another name, and parameters that
+/// some overloads lack become optional.
 QList<Function> functionsOf(const QMetaObject &metaObject)
 {
     QList<Function> functions;
@@ -90,14 +90,14 @@ QList<Function> functionsOf(const QMetaObject &metaObject)
         if (hasTexts(function))
             function.name += "ByText"_L1;
         if (!functions.isEmpty() && functions.constLast().name == function.name)
-            functions.last().required = function.required; // a shorter clone of the one before
+            functions.last().required = function.required; // moc's clone for a default argument
         else
             functions.append(function);
     }
     return functions;
 }
 
-/// TessalinePlugin.qml as the plug-in's meta-object wants it.
+/// Returns the expected contents of TessalinePlugin.qml, from the plug-in's meta-object.
 QString typedAccess(const QMetaObject &metaObject)
 {
     QString declared;
@@ -135,12 +135,12 @@ QString typedAccess(const QMetaObject &metaObject)
     }
     return uR"(import QtQml
 
-/// Typed access to the plug-in's object, so that tools know its methods, parameters and signals.
-/// A test compares every line with the object's own description. Do not edit.
+/// Gives the plug-in's object types, so that tools check calls, arguments and signals. Do not edit
+/// this file: a test compares it with the plug-in.
 QtObject {
     id: access
 
-    /// The plug-in's object, as the client offers it to QML.
+    /// The plug-in's object, which the client puts into the QML context.
     required property var target
 
 )"_s + declared +
@@ -171,7 +171,7 @@ Lint lint(const QStringList &arguments)
 
 } // namespace
 
-/// The element by which tools know the plug-in's object.
+/// Tests the QML element that gives tools the types of the plug-in's object.
 class TestTypedAccess : public QObject
 {
     Q_OBJECT
@@ -192,7 +192,7 @@ private Q_SLOTS:
             file.fileName(), right.fileName())));
     }
 
-    void lintPassesExamples()
+    void lintAcceptsExamples()
     {
         const QFileInfoList examples = QDir(QStringLiteral(EXAMPLES)).entryInfoList({u"*.qml"_s});
         QVERIFY(!examples.isEmpty());
@@ -205,7 +205,7 @@ private Q_SLOTS:
     void lintFindsMistakes_data()
     {
         QTest::addColumn<QByteArray>("statement");
-        QTest::addColumn<QString>("complaint"); // empty: none
+        QTest::addColumn<QString>("complaint"); // empty if qmllint accepts the line
         QTest::newRow("right")
             << QByteArray("function f(): bool { return root.plugin.deleteBookmark('1', 'r'); }")
             << QString();
@@ -239,7 +239,7 @@ private Q_SLOTS:
                    statement + "\n}\n");
         file.close();
         const Lint found = lint({u"--compiler"_s, u"warning"_s, file.fileName()});
-        // A mistake not by the exit code: since Qt 6.8 a warning alone does not change it.
+        // Check the output, because since Qt 6.8 a warning does not change the exit code.
         QVERIFY2(complaint.isEmpty() ? found.exitCode == 0 : found.output.contains(complaint),
                  qPrintable(found.output));
     }

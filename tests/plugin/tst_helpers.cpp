@@ -265,7 +265,7 @@ private Q_SLOTS:
             return host.plugin.queryBookmarkForTimeline(u"l"_s, u"A"_s, 1, 2, u"cell"_s);
         };
         QVERIFY(ask());
-        host.framework.rules().setDefault(standin::Delivery::refused());
+        host.framework.rules().setDefault(standin::Delivery::rejected());
         QVERIFY(!ask());
         host.framework.rules().setDefault(standin::Delivery::held());
         host.framework.clearSent();

@@ -145,7 +145,7 @@ public:
         rules.reset();
         rules.setDefault(standin::Delivery::never());
         for (const int station : rejecting)
-            rules.setForStation(stationName(station), standin::Delivery::refused());
+            rules.setForStation(stationName(station), standin::Delivery::rejected());
         const bool sent =
             kind == Kind::Add
                 ? m_host.call("addBookmarks", {m_targets, 1LL, 2LL, u""_s, u""_s, u""_s}).toBool()

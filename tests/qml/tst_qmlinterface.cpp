@@ -6,13 +6,13 @@
 
 #include <optional>
 
-/// The host as the QML tests see it; "bookmarks" is the plug-in's object.
+/// Gives the QML tests access to the host; "bookmarks" is the plug-in's object.
 class Host : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What was sent since the last call: maps of command, payload and relayPath.
+    /// Returns the commands since the last call: maps of command, payload and relayPath.
     Q_INVOKABLE QVariantList takeSent()
     {
         QVariantList list;
@@ -26,7 +26,7 @@ public:
         return list;
     }
 
-    /// Type of a value in the payload of a command that takeSent() has returned.
+    /// Returns the type of a value in the payload of a command that takeSent() has returned.
     Q_INVOKABLE QString typeInPayload(int index, const QString &key) const
     {
         const QVariant value = m_lastSent.at(index).payload.toMap().value(key);

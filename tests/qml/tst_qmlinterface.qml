@@ -2,8 +2,8 @@ import QtQml
 import QtQml.Models
 import QtTest
 
-// What QML code meets when it talks to the plug-in: overloads, default arguments, value types,
-// names of signal arguments, models.
+// Tests the conversions between QML and the plug-in: overloads, default arguments, value types, names
+// of signal arguments, models.
 TestCase {
     id: testCase
     name: "QmlInterface"
@@ -18,21 +18,21 @@ TestCase {
         return sent[0];
     }
 
-    // The one of two results that holds for this version of Qt.
+    // Returns the expected result for this version of Qt.
     function sinceQt65(before, after) {
         return qtMinor < 5 ? before : after;
     }
 
-    // An empty literal is a null text for the JavaScript engine of Qt 6.4, as undefined and null
-    // are; an empty text that was made at run time, or typed by the user, is an empty one.
-    readonly property string madeEmpty: " ".trim()
+    // In Qt 6.4 an empty literal arrives as a null text, like undefined and null. An empty text that
+    // is computed or typed arrives as an empty one.
+    readonly property string computedEmpty: " ".trim()
 
     function test_omittedTextsAreLeftOut_data() {
         return [
             { args: [], payload: {} },
             { args: ["text"], payload: { Description: "text" } },
             { args: ["text", "group"], payload: { Description: "text", Group: "group" } },
-            { args: [madeEmpty, madeEmpty], payload: { Description: "", Group: "" } },
+            { args: [computedEmpty, computedEmpty], payload: { Description: "", Group: "" } },
             { args: [undefined, null], payload: {} },
             { args: ["", ""], payload: sinceQt65({}, { Description: "", Group: "" }) }
         ].map(row => Object.assign(row, { tag: JSON.stringify(row.args) }));
@@ -45,7 +45,7 @@ TestCase {
         compare(sent.payload, Object.assign({ BookmarkID: "b1" }, row.payload));
     }
 
-    function test_typesOfTimesChooseTheOverload_data() {
+    function test_typeOfTimesSelectsTheOverload_data() {
         const start = new Date(2026, 0, 31, 23, 59, 58).getTime();
         return [
             { tag: "numbers", from: start, to: start + 2000, start: start },
@@ -53,7 +53,7 @@ TestCase {
         ];
     }
 
-    function test_typesOfTimesChooseTheOverload(row) {
+    function test_typeOfTimesSelectsTheOverload(row) {
         const times = { StartTimestamp: row.start, EndTimestamp: row.start + 2000 };
         verify(bookmarks.addBookmarks([{ CameraID: "1", LocationID: "l", relayPath: "A" }],
                                       row.from, row.to, "desc", "me", "group"));
@@ -67,15 +67,15 @@ TestCase {
             compare(host.typeInPayload(0, key), "qlonglong");
     }
 
-    // What is no whole number becomes one on its way or is refused, as the version of Qt has it.
-    function test_timesThatAreNone_data() {
+    // The engine converts or rejects other values, depending on the version of Qt.
+    function test_invalidTimesAreConvertedOrRejected_data() {
         const least = -9223372036854775808;
         const noon = new Date(2026, 0, 31, 12);
         return [
-            { tag: "undefined", time: undefined, added: sinceQt65("refused", 0) },
-            { tag: "null", time: null, added: sinceQt65("refused", 0) },
-            { tag: "an object", time: {}, added: sinceQt65("refused", 0) },
-            { tag: "Date", time: noon, added: sinceQt65("refused", noon.getTime()) },
+            { tag: "undefined", time: undefined, added: sinceQt65("rejected", 0) },
+            { tag: "null", time: null, added: sinceQt65("rejected", 0) },
+            { tag: "an object", time: {}, added: sinceQt65("rejected", 0) },
+            { tag: "Date", time: noon, added: sinceQt65("rejected", noon.getTime()) },
             { tag: "NaN", time: NaN, added: sinceQt65(least, 0), queried: sinceQt65([least], []) },
             { tag: "1.9", time: 1.9, added: sinceQt65(2, 1), queried: sinceQt65([2], [1]) },
             { tag: "-1.9", time: -1.9, added: sinceQt65(-2, -1), queried: sinceQt65([-2], [-1]) },
@@ -87,23 +87,23 @@ TestCase {
         ];
     }
 
-    function test_timesThatAreNone(row) {
+    function test_invalidTimesAreConvertedOrRejected(row) {
         const starts = call => {
             try {
                 call();
             } catch (error) {
-                return "refused";
+                return "rejected";
             }
             return host.takeSent().map(sent => sent.payload.StartTimestamp);
         };
         const added = starts(() => bookmarks.addBookmark("1", "l", "A", row.time, 2, "", "", ""));
-        compare(added, row.added === "refused" ? "refused" : [row.added]);
+        compare(added, row.added === "rejected" ? "rejected" : [row.added]);
         const end = typeof row.time === "string" ? "2026/12/31 00:00:00" : 9;
         const queried = starts(() => bookmarks.queryBookmarkForAPI(["A/1"], row.time, end));
-        compare(queried, row.queried ?? sinceQt65("refused", []));
+        compare(queried, row.queried ?? sinceQt65("rejected", []));
     }
 
-    function test_numbersKeepTheirWidth() {
+    function test_numbersKeepTheirTypes() {
         verify(bookmarks.queryBookmarkForRecent("location", "A", 255));
         compare(onlySent().payload, { LocationID: "location", RecentCnt: 255 });
         compare(host.typeInPayload(0, "RecentCnt"), "int");
@@ -136,7 +136,7 @@ TestCase {
         watcher.destroy();
     }
 
-    function test_aPageIsPlainObjects() {
+    function test_pageConsistsOfPlainObjects() {
         verify(bookmarks.queryAllBookmarks());
         const record = { BookmarkID: "b1", CameraID: "1", StartTimestamp: 1000, EndTimestamp: 2000,
                          Description: "First" };
@@ -160,7 +160,7 @@ TestCase {
         }
     }
 
-    function test_aModelSurvivesTheGarbageCollector() {
+    function test_modelSurvivesTheGarbageCollector() {
         bookmarks.setTimelineFocusInfo("l", "A", "cell");
         const bar = timeline.createObject(testCase, {
             model: bookmarks.getBookmarkModelForTimeline("cell")

@@ -2,7 +2,7 @@ import QtQml
 import QtTest
 import "../../workbench/tour"
 
-// The runner must notice what a step does not get: a tour that can't fail would prove nothing.
+// The runner must report failed steps: a tour that can't fail would prove nothing.
 TestCase {
     id: testCase
     name: "TourRunner"
@@ -13,7 +13,7 @@ TestCase {
         function twice(number) { return 2 * number; }
     }
 
-    readonly property QtObject bench: QtObject {
+    readonly property QtObject workbench: QtObject {
         property bool finished: false
 
         signal trafficPassed
@@ -40,12 +40,12 @@ TestCase {
 
         TourRunner {
             plugin: testCase.plugin
-            bench: testCase.bench
+            workbench: testCase.workbench
             transcript: testCase.transcript
         }
     }
 
-    function test_whatHappensIsWrittenDown_data() {
+    function test_transcriptHasEveryEvent_data() {
         let arrived = false;
         return [
             { tag: "calls and signals", lines: ["step one", "call twice(21)", "gives 42", "ok sum",
@@ -53,7 +53,7 @@ TestCase {
               steps: function* (tour) {
                   tour.step("one");
                   tour.expect(tour.bookmarks.twice(21) === 42, "sum");
-                  plugin.answered(7); // before anybody waits for it
+                  plugin.answered(7); // before the program waits for it
                   const [number] = yield tour.until("answered");
                   tour.expect(number === 7, "not lost");
               } },
@@ -67,7 +67,7 @@ TestCase {
             { tag: "waiting ends with the next traffic", lines: ["signal answered(1)", "ok went on"],
               steps: function* (tour) {
                   plugin.answered(1); // a signal of another kind does not end it
-                  Qt.callLater(() => { arrived = true; bench.trafficPassed(); });
+                  Qt.callLater(() => { arrived = true; workbench.trafficPassed(); });
                   yield tour.untilTrue("traffic", () => arrived);
                   tour.expect(arrived, "went on");
               } },
@@ -83,13 +83,13 @@ TestCase {
         ];
     }
 
-    function test_whatHappensIsWrittenDown(row) {
+    function test_transcriptHasEveryEvent(row) {
         const runner = component.createObject(testCase);
         transcript.lines = [];
-        bench.finished = false;
-        runner.patience.interval = 50;
+        workbench.finished = false;
+        runner.timeout.interval = 50;
         runner.play(row.steps(runner));
-        tryVerify(() => bench.finished);
+        tryVerify(() => workbench.finished);
         runner.destroy();
         compare(transcript.lines, row.lines);
     }

@@ -162,7 +162,7 @@ void TestFramework::deliversAccordingToTheRule_data()
     row("reversed", Delivery::reversed(), executed, {}, u"C=[3]/0@s B=[2]/0@s A=[1]/0@"_s);
     row("held", Delivery::held(), executed, {}, {});
     row("never", Delivery::never(), executed, {}, {});
-    row("refused", Delivery::refused(), {}, {}, {}, 0);
+    row("refused", Delivery::rejected(), {}, {}, {}, 0);
     row("failed", Delivery::failed(u"-9"_s), {}, {}, failed);
     row("failed with an empty code", Delivery::failed({}), {}, {}, u"A=/@ B=/@s C=/@s"_s);
     row("failed at once", Delivery::immediate().failing(u"-9"_s), {}, failed, failed);
@@ -177,7 +177,7 @@ void TestFramework::deliversAccordingToTheRule()
     QTEST(client.sendThree(), "accepted");
     QCOMPARE(client.framework.sent().size(), 3);
     QCOMPARE(client.framework.sent().constFirst().accepted,
-             delivery.when != Delivery::When::Refused);
+             delivery.when != Delivery::When::Rejected);
     QTEST(client.server.executed, "executed");
     QTEST(client.plugin->text(), "inside");
     QCoreApplication::processEvents();

@@ -1,13 +1,13 @@
 #include "CsvImport.h"
 #include "CsvReader.h"
-#include "Site.h"
+#include "StationNetwork.h"
 #include "StationTest.h"
 
 #include <QtCore/QRegularExpression>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QTest>
 
-using namespace workbench;
+using namespace stations;
 
 /// Imports into the stations "A" with the cameras "1" and "2", and "B" with the camera "3".
 class TestCsvImport : public QObject
@@ -22,7 +22,7 @@ private:
     QString stored();
 
     std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<Site> m_site;
+    std::unique_ptr<StationNetwork> m_network;
 
 private Q_SLOTS:
     void init();
@@ -30,23 +30,23 @@ private Q_SLOTS:
     void importsFiles();
     void cancelKeepsWholeBatches();
     void failingStationEndsTheImport();
-    void unusableFileOrSiteIsReported();
+    void unusableFileOrNetworkIsReported();
 };
 
 void TestCsvImport::init()
 {
     QTest::failOnWarning(QRegularExpression(u"."_s));
-    m_site.reset();
+    m_network.reset();
     m_folder = std::make_unique<QTemporaryDir>();
-    open(u"site"_s, {{u"A"_s, {}, {}, {{u"1"_s, {}}, {u"2"_s, {}}}, {}},
-                     {u"B"_s, {}, {}, {{u"3"_s, {}}}, {}}});
+    open(u"network"_s, {{u"A"_s, {}, {}, {{u"1"_s, {}}, {u"2"_s, {}}}, {}},
+                        {u"B"_s, {}, {}, {{u"3"_s, {}}}, {}}});
 }
 
 void TestCsvImport::open(const QString &name, const QList<StationConfig> &stations)
 {
     QString error;
-    m_site = Site::open(m_folder->filePath(name), stations, &error);
-    QVERIFY2(m_site, qPrintable(error));
+    m_network = StationNetwork::open(m_folder->filePath(name), stations, &error);
+    QVERIFY2(m_network, qPrintable(error));
 }
 
 CsvImport::Result TestCsvImport::import(const QByteArray &csv,
@@ -56,7 +56,7 @@ CsvImport::Result TestCsvImport::import(const QByteArray &csv,
     if (!file.open(QIODevice::WriteOnly) || file.write(csv) != csv.size())
         qFatal("%s can't be written", qPrintable(path()));
     file.close();
-    CsvImport import(*m_site, QDate(2024, 1, 1));
+    CsvImport import(*m_network, QDate(2024, 1, 1));
     import.setProgressCallback(progress);
     return import.run(path());
 }
@@ -65,7 +65,7 @@ CsvImport::Result TestCsvImport::import(const QByteArray &csv,
 QString TestCsvImport::stored()
 {
     QStringList lines;
-    const QList<Station *> stations = m_site->stations();
+    const QList<Station *> stations = m_network->stations();
     for (Station *station : stations) {
         const QVariantList records = station->execute(u"QueryAllBookmars"_s, QVariantMap())
                                          .result.toMap()
@@ -214,7 +214,7 @@ void TestCsvImport::cancelKeepsWholeBatches()
 
 void TestCsvImport::failingStationEndsTheImport()
 {
-    const QString file = m_site->station(u"A"_s)->config().filePath;
+    const QString file = m_network->station(u"A"_s)->config().filePath;
     QVERIFY(runSql(file, u"CREATE TRIGGER full BEFORE INSERT ON bookmark WHEN NEW.start_ms = 7"
                          " BEGIN SELECT RAISE(ABORT, 'disk is full'); END"_s));
     const CsvImport::Result result =
@@ -228,10 +228,10 @@ void TestCsvImport::failingStationEndsTheImport()
     QCOMPARE(stored().count(u"A 1 1 2"_s), 1000);
 }
 
-void TestCsvImport::unusableFileOrSiteIsReported()
+void TestCsvImport::unusableFileOrNetworkIsReported()
 {
     for (const QString &file : {m_folder->filePath(u"missing.csv"_s), m_folder->path()})
-        QVERIFY(CsvImport(*m_site, {}).run(file).error.startsWith(file + u": "_s));
+        QVERIFY(CsvImport(*m_network, {}).run(file).error.startsWith(file + u": "_s));
     open(u"bare"_s, {});
     const CsvImport::Result result = import("camera,start_offset_ms,end_offset_ms\n1,1,2\n");
     QCOMPARE(result.imported, 0);

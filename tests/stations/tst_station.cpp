@@ -11,7 +11,7 @@
 #include <functional>
 #include <limits>
 
-using namespace workbench;
+using namespace stations;
 
 namespace {
 
@@ -59,8 +59,8 @@ private Q_SLOTS:
     void storesRecordsUnchanged();
     void badPayloadChangesNothing_data();
     void badPayloadChangesNothing();
-    void recyclingDeletesWhatEndedBefore_data();
-    void recyclingDeletesWhatEndedBefore();
+    void recyclingDeletesBookmarksThatEndedBefore_data();
+    void recyclingDeletesBookmarksThatEndedBefore();
     void reopeningKeepsSettingsAndRecycles();
     void failingDatabaseChangesNothing();
     void unusableFileIsRejectedUnchanged_data();
@@ -294,7 +294,7 @@ void TestStation::badPayloadChangesNothing()
     QVERIFY(!store()->recycleSetting()->enabled);
 }
 
-void TestStation::recyclingDeletesWhatEndedBefore_data()
+void TestStation::recyclingDeletesBookmarksThatEndedBefore_data()
 {
     QTest::addColumn<RecycleSetting>("setting");
     QTest::addColumn<qint64>("now");
@@ -311,7 +311,7 @@ void TestStation::recyclingDeletesWhatEndedBefore_data()
         << Setting{longest, true} << qint64(0) << u"short last long moment other"_s;
 }
 
-void TestStation::recyclingDeletesWhatEndedBefore()
+void TestStation::recyclingDeletesBookmarksThatEndedBefore()
 {
     QFETCH(const RecycleSetting, setting);
     QFETCH(const qint64, now);

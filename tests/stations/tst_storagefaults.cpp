@@ -14,7 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-using namespace workbench;
+using namespace stations;
 
 /// Interrupts a station that writes batches. Every acknowledged batch must be stored, and no batch
 /// may be stored in part.

@@ -9,7 +9,7 @@ using namespace workbench;
 
 namespace {
 
-/// An entry from its word: kind, command's number and depth, as in "send3.1".
+/// Creates an entry from a word with kind, number of the command and depth, like "send3.1".
 TrafficEntry entryOf(const QString &word)
 {
     using Kind = TrafficEntry::Kind;
@@ -18,18 +18,18 @@ TrafficEntry entryOf(const QString &word)
     entry.depth = parts.value(1).toInt();
     const QString verb = parts.constFirst();
     entry.request = verb.last(1).toULongLong();
-    entry.accepted = !verb.startsWith(u"refused"_s);
-    entry.kind = verb.startsWith(u"answer"_s)                                  ? Kind::Answered
-                 : verb.startsWith(u"send"_s) || verb.startsWith(u"refused"_s) ? Kind::Sent
-                 : verb == u"signal"_s                                         ? Kind::Signal
-                 : verb == u"event"_s                                          ? Kind::Event
-                                                                               : Kind::Call;
+    entry.accepted = !verb.startsWith(u"rejected"_s);
+    entry.kind = verb.startsWith(u"answer"_s)                                   ? Kind::Answered
+                 : verb.startsWith(u"send"_s) || verb.startsWith(u"rejected"_s) ? Kind::Sent
+                 : verb == u"signal"_s                                          ? Kind::Signal
+                 : verb == u"event"_s                                           ? Kind::Event
+                                                                                : Kind::Call;
     return entry;
 }
 
 } // namespace
 
-/// What became of a call.
+/// Tests how entries are assigned to calls.
 class TestCallTracker : public QObject
 {
     Q_OBJECT
@@ -44,7 +44,7 @@ two at once       | call send1.1 call send2.1 answer1 signal.1 answer2 signal.1 
 from inside       | call send1.1 answer1.1 signal.2    | 1 1 1 1     | 1 of 1 | 0
 call from a slot  | call send1.1 answer1 signal.1 call.2 send2.3 signal.1 | 1 1 1 1 2 2 1 | 1 of 1 | 1
 answered twice    | call send1.1 answer1 answer1       | 1 1 1 1     | 1 of 1 | 0
-refused           | call refused1.1 signal.1           | 1 1 1       | 0 of 0 | 0
+rejected           | call rejected1.1 signal.1           | 1 1 1       | 0 of 0 | 0
 of itself         | send1 answer1 event signal.1       | 1 1 2 2     | 1 of 1 | 0
 unknown command   | answer7 signal.1                   | 1 1         | 0 of 0 | 0
 output without    | signal.3                           | 1           | 0 of 0 | 0)"_s);
@@ -64,7 +64,7 @@ output without    | signal.3                           | 1           | 0 of 0 | 
         QTEST(calls.join(u' '), "calls");
         const CallTracker::Call *const first = tracker.call(1);
         QVERIFY(first);
-        QTEST(u"%1 of %2"_s.arg(first->answered).arg(first->asked), "progress");
+        QTEST(u"%1 of %2"_s.arg(first->answered).arg(first->commands), "progress");
         QCOMPARE(tracker.unanswered(), int(numberIn("unanswered")));
     }
 

@@ -7,7 +7,7 @@
 using namespace Qt::StringLiterals;
 using workbench::PluginConsole;
 
-/// An object like the plug-in's.
+/// An object with overloads and types like the plug-in's.
 class Target : public QObject
 {
     Q_OBJECT
@@ -32,7 +32,7 @@ Q_SIGNALS:
     void taken(const QString &text, bool on);
 };
 
-/// A call whose arguments a user has typed.
+/// Tests calls with typed arguments.
 class TestConsole : public QObject
 {
     Q_OBJECT

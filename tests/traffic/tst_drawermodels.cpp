@@ -18,6 +18,7 @@
 #include <limits>
 
 using namespace Qt::StringLiterals;
+using namespace stations;
 using namespace workbench;
 
 namespace {
@@ -29,15 +30,16 @@ QStringList words(const QString &text)
     return text.split(u' ', Qt::SkipEmptyParts);
 }
 
-/// Rows appear in portions; here at once.
+/// Shows all entries as rows at once.
 void publish(TrafficModel &model)
 {
     model.setPaused(true);
     model.setPaused(false);
 }
 
-/// One traffic of a station, as a word with the command's number: "ask1" queries all bookmarks,
-/// "send1" sends another command, "refuse1" a query that is not accepted.
+/// Creates traffic from a word with the number of the command: "query1" sends a query of all
+/// bookmarks, "reject1" sends one that is rejected, "send1" another command; "ok1" and "fail1"
+/// answer.
 standin::Traffic trafficOf(const QString &word)
 {
     using Kind = standin::Traffic::Kind;
@@ -49,17 +51,17 @@ standin::Traffic trafficOf(const QString &word)
     traffic.sequence = number;
     traffic.request = number;
     traffic.name =
-        verb == u"ask" || verb == u"refuse" ? protocol::command::QueryAllBookmarks : u"Other"_s;
+        verb == u"query" || verb == u"reject" ? protocol::command::QueryAllBookmarks : u"Other"_s;
     traffic.resultCode = verb == u"ok" ? u"0"_s : u"4"_s;
     traffic.relayPath = u"relay-1"_s;
-    traffic.accepted = verb != u"refuse";
+    traffic.accepted = verb != u"reject";
     return traffic;
 }
 
 QString inWords(const standin::Delivery &delivery)
 {
     static const QStringList whens =
-        words(u"queued delayed immediate held reversed never refused"_s);
+        words(u"queued delayed immediate held reversed never rejected"_s);
     return whens.at(int(delivery.when)) +
            (delivery.delayMs ? u" %1"_s.arg(delivery.delayMs) : QString()) +
            (delivery.copies > 1 ? u" x%1"_s.arg(delivery.copies) : QString()) +
@@ -69,7 +71,7 @@ QString inWords(const standin::Delivery &delivery)
                 : QString());
 }
 
-/// "key = value (type)" of each part, children in braces.
+/// Formats a tree as "key = value (type)", with children in braces.
 QString shown(const QAbstractItemModel &tree, const QModelIndex &parent = {})
 {
     QStringList parts;
@@ -87,33 +89,33 @@ QString shown(const QAbstractItemModel &tree, const QModelIndex &parent = {})
 
 } // namespace
 
-/// What the integrator's drawer shows, and what its faults do.
+/// Tests the models of the integrators' drawer: states, traffic, payload, faults.
 class TestDrawerModels : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void stationStates_data()
+    void trafficDeterminesStates_data()
     {
-        // "late" makes every answer too slow, "soon" none.
+        // "late" makes every answer slow, "soon" makes no answer slow.
         addTable({"script", "state", "missing"}, uR"(
-doubled          | ask1 ok1 late ok1             | connected    |
-failed query     | ask1 fail1                    | failing      | A
-works again      | ask1 fail1 ask2 ok2           | connected    |
-refused          | refuse1                       | failing      | A
-overdue          | ask1 late                     | slow         | A
-slow answer      | ask1 late ok1                 | slow         |
-quick again      | ask1 late ok1 soon send2 ok2  | connected    |
-lost             | ask1 send2 late ok2 soon send3 ok3 | connected | A
-late after all   | ask1 send2 late ok2 soon ok1  | slow         |
-not yet lost     | send1 send2 ok2               | connected    |
-of an old query  | ask1 ask2 ok1                 | connected    | A
-old one fails    | ask1 ask2 ok2 fail1           | failing      |
-new one fails    | ask1 ask2 fail2 ok1           | connected    | A
-disconnected     | ask1 fail1 gone               | disconnected | A
-connected        | gone back                     | connected    |)"_s);
+doubled         | query1 ok1 late ok1                  | connected    |
+failed query    | query1 fail1                         | failing      | A
+works again     | query1 fail1 query2 ok2              | connected    |
+rejected        | reject1                              | failing      | A
+overdue         | query1 late                          | slow         | A
+slow answer     | query1 late ok1                      | slow         |
+quick again     | query1 late ok1 soon send2 ok2       | connected    |
+lost            | query1 send2 late ok2 soon send3 ok3 | connected    | A
+late after all  | query1 send2 late ok2 soon ok1       | slow         |
+not yet lost    | send1 send2 ok2                      | connected    |
+of an old query | query1 query2 ok1                    | connected    | A
+old one fails   | query1 query2 ok2 fail1              | failing      |
+new one fails   | query1 query2 fail2 ok1              | connected    | A
+disconnected    | query1 fail1 gone                    | disconnected | A
+connected       | gone back                            | connected    |)"_s);
     }
-    void stationStates()
+    void trafficDeterminesStates()
     {
         QFETCH(const QString, script);
         StationStates states;
@@ -136,25 +138,25 @@ connected        | gone back                     | connected    |)"_s);
         QTEST(states.states().value(u"relay-1"_s).toString(), "state");
         QTEST(states.failedStations().join(u' '), "missing");
     }
-    void becomesSlowWithoutTraffic()
+    void stationBecomesSlowWithoutTraffic()
     {
         StationStates states;
         states.addStation(u"relay-1"_s, u"A"_s);
         states.setSlowAfter(20);
-        states.noteTraffic(trafficOf(u"ask1"_s));
+        states.noteTraffic(trafficOf(u"query1"_s));
         QTRY_COMPARE(states.states().value(u"relay-1"_s), u"slow"_s);
     }
 
-    /// Neither this program, when it is busy, nor the station before it makes a station slow.
-    void slownessIsTheStationsOwn()
+    /// The time of this program or of another station does not make a station slow.
+    void slownessExcludesTimeOfOthers()
     {
         constexpr int SlowAfter = 200;
         StationStates states;
         states.addStation(u"relay-1"_s, u"A"_s);
         states.setSlowAfter(SlowAfter);
         for (int round = 0; round < 2; ++round) {
-            states.noteTraffic(trafficOf(u"ask2"_s));
-            for (const char *const before : {"ask1", "ok1"}) {
+            states.noteTraffic(trafficOf(u"query2"_s));
+            for (const char *const before : {"query1", "ok1"}) {
                 states.noteTraffic(trafficOf(QLatin1String(before)));
                 QThread::msleep(SlowAfter);
                 QCoreApplication::processEvents();
@@ -167,26 +169,26 @@ connected        | gone back                     | connected    |)"_s);
         }
     }
 
-    void timeBeginsAnewAfterAnEarlierCommand_data()
+    void timeRestartsAfterAnEarlierCommand_data()
     {
         addTable({"first", "state"}, uR"(
 same station     | relay-1 | connected
 other station    | relay-2 | connected
 not answered     |         | slow)"_s);
     }
-    void timeBeginsAnewAfterAnEarlierCommand()
+    void timeRestartsAfterAnEarlierCommand()
     {
         QFETCH(const QString, first);
         StationStates states;
         states.addStation(u"relay-1"_s, u"A"_s);
         states.addStation(u"relay-2"_s, u"B"_s);
         states.setSlowAfter(40);
-        standin::Traffic traffic = trafficOf(u"ask1"_s);
+        standin::Traffic traffic = trafficOf(u"query1"_s);
         traffic.relayPath = first;
         states.noteTraffic(traffic);
-        states.noteTraffic(trafficOf(u"ask2"_s));
+        states.noteTraffic(trafficOf(u"query2"_s));
         QTRY_COMPARE(states.states().value(u"relay-1"_s), u"slow"_s);
-        states.setSlowAfter(Never); // as if that time had passed without being too long
+        states.setSlowAfter(Never); // as if the time since then were short
         traffic.kind = standin::Traffic::Kind::Answered;
         traffic.resultCode = u"0"_s;
         states.noteTraffic(traffic);
@@ -196,14 +198,14 @@ not answered     |         | slow)"_s);
         QTEST(states.states().value(u"relay-1"_s).toString(), "state");
     }
 
-    /// Else a busy site would hide a station that has stopped to answer.
-    void answersToLaterCommandsDoNotExcuseAStation()
+    /// Otherwise busy stations would hide one that has stopped answering.
+    void laterAnswersDoNotHideAnOverdueOne()
     {
         StationStates states;
         states.addStation(u"relay-1"_s, u"A"_s);
         states.addStation(u"relay-2"_s, u"B"_s);
         states.setSlowAfter(300);
-        states.noteTraffic(trafficOf(u"ask1"_s));
+        states.noteTraffic(trafficOf(u"query1"_s));
         const auto isSlow = [&] {
             for (const char *const word : {"send2", "ok2"}) {
                 standin::Traffic traffic = trafficOf(QLatin1String(word));
@@ -216,14 +218,14 @@ not answered     |         | slow)"_s);
         QCOMPARE(states.states().value(u"relay-2"_s), u"connected"_s);
     }
 
-    void limits_data()
+    void oldestEntriesAreDroppedAtTheLimits_data()
     {
-        // An entry has two values, a call that has returned one of two elements four.
+        // An entry counts two values; a call with a result of two elements counts four.
         addTable({"entryLimit", "valueLimit", "appended", "dropped"}, uR"(
 a twentieth more    | 100  | 1000  | 101  | 6
 values for long     | 1000 | 400   | 2000 | 1900)"_s);
     }
-    void limits()
+    void oldestEntriesAreDroppedAtTheLimits()
     {
         const auto number = [](const char *column) {
             return static_cast<QString *>(QTest::qData(column, QMetaType::QString))->toInt();
@@ -241,14 +243,14 @@ values for long     | 1000 | 400   | 2000 | 1900)"_s);
             model.setResult(model.append({}), QVariantList{1, u"element"_s});
             publish(model);
         }
-        model.setResult(0, 7); // of one dropped long ago
+        model.setResult(0, 7); // of a dropped entry
         QCOMPARE(model.count(), appended - dropped);
         QCOMPARE(filter.count(), model.count());
         if (model.count() > 0)
             QCOMPARE(model.index(0).data(TrafficModel::SequenceRole).toInt(), dropped + 1);
     }
-    /// One that is too large all by itself leaves its row with a note.
-    void hugePayload()
+    /// The row of a payload that is too large shows a note.
+    void payloadAboveTheLimitIsOmitted()
     {
         const QVariantList large{1, 2, 3, 4, 5};
         TrafficEntry answer;
@@ -268,7 +270,7 @@ values for long     | 1000 | 400   | 2000 | 1900)"_s);
         }
         QVERIFY(!model.isComplete());
     }
-    void search_data()
+    void searchFindsMatchingRows_data()
     {
         addTable({"text", "hidden", "found"}, uR"(
 name             | BOOKMARK      |                    | 1 3 4
@@ -295,7 +297,7 @@ commands of it   | call:3        |                    | 3 4
 operator as text | text:or       |                    |
 spaces           | "  done  "    |                    | 6)"_s.replace(u'\'', u'"'));
     }
-    void search()
+    void searchFindsMatchingRows()
     {
         QFETCH(const QString, text);
         QFETCH(const QString, hidden);
@@ -327,7 +329,7 @@ spaces           | "  done  "    |                    | 6)"_s.replace(u'\'', u'"
         QTEST(found.join(u' '), "found");
     }
 
-    void wrongExpressionIsNamedWithItsPlace_data()
+    void errorNamesThePositionInTheExpression_data()
     {
         addTable({"text", "error"}, uR"(
 unknown field  | a or knd:send   | character 6: unknown condition 'knd:'
@@ -342,7 +344,7 @@ nothing inside | ()              | character 2: expected a condition
 two operators  | a and or b      | character 7: expected a condition
 colon alone    | :a              | character 1: expected a condition)"_s.replace(u'\'', u'"'));
     }
-    void wrongExpressionIsNamedWithItsPlace()
+    void errorNamesThePositionInTheExpression()
     {
         QFETCH(const QString, text);
         QFETCH(const QString, error);
@@ -355,7 +357,7 @@ colon alone    | :a              | character 1: expected a condition)"_s.replace
         QCOMPARE(filter.count(), 0);
         filter.setText(text);
         QVERIFY2(filter.error().startsWith(error), qPrintable(filter.error()));
-        QCOMPARE(filter.count(), 0); // as before
+        QCOMPARE(filter.count(), 0); // the rows before the error
         filter.setText(QString(1'000'000, u'('));
         QVERIFY(!filter.error().isEmpty());
         filter.setText(QString());
@@ -375,8 +377,8 @@ colon alone    | :a              | character 1: expected a condition)"_s.replace
         QCOMPARE(model.completions(u"a "_s), QStringList());
     }
 
-    /// Shown by QML, which would make other types of them.
-    void payloadTree()
+    /// Created from QML, which would change the types of the values.
+    void payloadTreeShowsTypes()
     {
         TrafficModel model;
         TrafficEntry entry;
@@ -411,13 +413,13 @@ colon alone    | :a              | character 1: expected a condition)"_s.replace
         const QSignalSpy shownAnew(tree, &PayloadTree::payloadChanged);
         model.setLimits(1, 1000);
         publish(model);
-        tree->setRow(0); // the same entry, as the one before it is gone
+        tree->setRow(0); // the same entry after the first one was dropped
         QCOMPARE(shownAnew.count(), 0);
         tree->setRow(-1);
         QCOMPARE(tree->rowCount(), 0);
     }
 
-    void faultOfOneCommandGoesFirstAndIsKept()
+    void faultOfOneCommandHasPriorityAndIsSaved()
     {
         standin::Framework framework;
         StationStates states;
@@ -444,7 +446,7 @@ colon alone    | :a              | character 1: expected a condition)"_s.replace
         QCOMPARE(told("DeleteBookmark"), u"delayed 30"_s);
     }
 
-    void wrongFileOfFaultsChangesNothing_data()
+    void invalidFaultsFileChangesNothing_data()
     {
         addTable({"text", "error"}, uR"(
 no array        | {}                             | expected a JSON array
@@ -460,7 +462,7 @@ wrong type      | [{'delay':'1'}]                | entry 1: expected a whole num
 wrong word      | [{'order':'none'}]             | entry 1: expected 'in order', 'last first',)"_s
                                         .replace(u'\'', u'"'));
     }
-    void wrongFileOfFaultsChangesNothing()
+    void invalidFaultsFileChangesNothing()
     {
         QFETCH(const QString, text);
         QFETCH(const QString, error);
@@ -480,19 +482,20 @@ wrong word      | [{'order':'none'}]             | entry 1: expected 'in order',
         QCOMPARE(inWords(framework.rules().find(u"A"_s, u"AddBookmark"_s)), u"queued 27"_s);
     }
 
-    void faults_data()
+    void faultsSetDeliveries_data()
     {
-        // Set as "role=value" on rows: 0 all, 1 the connected server, 2 and 3 stations A and B.
+        // Faults as "row role=value"; row 0 is all stations, 1 the connected server, 2 and 3 are A
+        // and B.
         addTable({"settings", "a", "b", "state"}, uR"(
-lost           | 3:order=lost                  | queued       | never     | connected
-disconnected   | 2:connected=                  | refused      | queued    | disconnected
-all, but one   | 0:order=lost;3:order=in order | never        | queued    | connected
-delay          | 2:delay=30                    | delayed 30   | queued    | connected
-code           | 0:code=27                     | queued 27    | queued 27 | connected
-text           | 2:payload=text                | queued QString | queued  | connected
+lost         | 3:order=lost                  | queued         | never     | connected
+disconnected | 2:connected=                  | rejected       | queued    | disconnected
+all, but one | 0:order=lost;3:order=in order | never          | queued    | connected
+delay        | 2:delay=30                    | delayed 30     | queued    | connected
+code         | 0:code=27                     | queued 27      | queued 27 | connected
+text         | 2:payload=text                | queued QString | queued    | connected
 several        | 2:doubled=1;2:order=last first;2:code=7 | reversed x2 7 | queued | connected)"_s);
     }
-    void faults()
+    void faultsSetDeliveries()
     {
         QFETCH(const QString, settings);
         standin::Framework framework;

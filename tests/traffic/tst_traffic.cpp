@@ -5,7 +5,7 @@
 #include "PluginBase.h"
 #include "RecordedValue.h"
 #include "Replay.h"
-#include "Site.h"
+#include "StationNetwork.h"
 #include "StationThread.h"
 #include "WorkbenchContext.h"
 
@@ -22,9 +22,10 @@
 #include <limits>
 
 using namespace Qt::StringLiterals;
+using namespace stations;
 using namespace workbench;
 
-/// What passed is recorded so that a replay finds what has changed since, and nothing else.
+/// Tests that a replay of a recording finds every change of behaviour and nothing else.
 class TestTraffic : public QObject
 {
     Q_OBJECT
@@ -47,7 +48,7 @@ class TestTraffic : public QObject
             host.load(QStringLiteral(TESSALINE_PLUGIN_PATH), &unloaded.error);
         return plugin ? replay::run(file, *plugin) : unloaded;
     }
-    /// Index of the first line after @p from with all these texts in it.
+    /// Returns the index of the first line from @p from on that contains all texts.
     qsizetype lineWith(const QStringList &texts, qsizetype from = 0) const
     {
         for (qsizetype i = from; i < m_lines.size(); ++i) {
@@ -58,15 +59,14 @@ class TestTraffic : public QObject
         qFatal("no line with %s", qPrintable(texts.join(u' ')));
     }
 
-    /// In the session that was saved as a whole.
-    void savesWhatAFilterShows(WorkbenchContext &bench)
+    void saveFilteredEntries(WorkbenchContext &workbench)
     {
         SearchFilter filter;
-        filter.setSource(bench.traffic());
+        filter.setSource(workbench.traffic());
         filter.setText(u"kind:signal"_s);
-        QTRY_COMPARE(bench.traffic()->count(), int(m_lines.size()) - 1);
+        QTRY_COMPARE(workbench.traffic()->count(), int(m_lines.size()) - 1);
         const QString path = m_folder.filePath(u"shown.jsonl"_s);
-        QCOMPARE(bench.recorder()->saveShown(path, &filter), QString());
+        QCOMPARE(workbench.recorder()->saveShown(path, &filter), QString());
         QString error;
         const auto recording = Recording::read(path, &error);
         QVERIFY2(recording, qPrintable(error));
@@ -77,7 +77,7 @@ class TestTraffic : public QObject
     }
 
 private Q_SLOTS:
-    void valuesSurvive_data()
+    void valuesKeepTheirTypes_data()
     {
         QTest::addColumn<QVariant>("value");
         const QDateTime zoned(QDate(2026, 3, 29), QTime(1, 30, 0, 5), QTimeZone("Asia/Tokyo"));
@@ -97,7 +97,7 @@ private Q_SLOTS:
         QTest::newRow("others") << QVariant(
             QVariantList{QStringList{u"a"_s}, QVariantHash{{u"a"_s, true}}, QVariantList(), zoned});
     }
-    void valuesSurvive()
+    void valuesKeepTheirTypes()
     {
         QFETCH(const QVariant, value);
         const QByteArray text = QJsonDocument(QJsonArray{recordedvalue::toJson(value)}).toJson();
@@ -105,27 +105,28 @@ private Q_SLOTS:
         QCOMPARE(describe(recordedvalue::fromJson(json).value()), describe(value));
     }
 
-    void recordsASession()
+    void recordSession()
     {
         QString error;
-        const std::unique_ptr<Site> site = Site::open(m_folder.path(), demoStations(), &error);
-        QVERIFY2(site, qPrintable(error));
+        const std::unique_ptr<StationNetwork> network =
+            StationNetwork::open(m_folder.path(), demoStations(), &error);
+        QVERIFY2(network, qPrintable(error));
         StationThread notOpened(demoStations());
         HostShell shell(notOpened);
         QVERIFY2(shell.load(QStringLiteral(TESSALINE_PLUGIN_PATH), &error), qPrintable(error));
-        // Stations without a thread can answer from inside the sending.
+        // Stations without a thread can answer inside the send call.
         shell.framework().setAsyncServer(nullptr);
-        shell.framework().setServer(&*site);
-        WorkbenchContext &bench = shell.bench();
+        shell.framework().setServer(&*network);
+        WorkbenchContext &workbench = shell.workbench();
         QQmlEngine engine;
-        shell.enter(engine);
+        shell.initialise(engine);
         const auto inEngine = [&](QObject *object) {
             QJSEngine::setObjectOwnership(object, QJSEngine::CppOwnership);
             return engine.newQObject(object);
         };
         engine.globalObject().setProperty(u"bookmarks"_s, inEngine(&shell.recordedPlugin()));
-        bench.connectToServer();
-        // The answers of one station come from inside the sending, those of another fail.
+        workbench.connectToServer();
+        // One station answers inside the send call, another one fails.
         auto &rules = shell.framework().rules();
         rules.setForStation(u"relay-1"_s, standin::Delivery::immediate());
         rules.setForStation(u"relay-3"_s, standin::Delivery::failed(u"4"_s));
@@ -149,19 +150,19 @@ private Q_SLOTS:
         for (const QString &step : steps) {
             const QJSValue result = engine.evaluate(step);
             QVERIFY2(!result.isError(), qPrintable(step + result.toString()));
-            QTRY_COMPARE(bench.outstanding(), 0);
+            QTRY_COMPARE(workbench.outstanding(), 0);
         }
         shell.framework().sendEvent(u"AddBookmark"_s, QVariantMap(), u"relay-2"_s);
 
         const QString path = m_folder.filePath(u"session.jsonl"_s);
-        QCOMPARE(bench.recorder()->save(path), QString());
+        QCOMPARE(workbench.recorder()->save(path), QString());
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadOnly));
         m_lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
-        savesWhatAFilterShows(bench);
+        saveFilteredEntries(workbench);
     }
 
-    void replaysTheSame()
+    void replayWithoutChangesFindsNoDifference()
     {
         const Comparison result = replayed(m_folder.filePath(u"session.jsonl"_s));
         QCOMPARE(result.report(),
@@ -182,9 +183,9 @@ private Q_SLOTS:
         QCOMPARE(replayed(write(lines)).exitCode(), 0);
     }
 
-    void findsDifferences_data()
+    void replayFindsDifferences_data()
     {
-        // With single quotes, as moc stumbles over others in raw strings.
+        // With single quotes, because moc can't parse double quotes in raw strings.
         addTable({"line", "before", "after", "expected", "found"}, QString(uR"(
 payload   | send',AddBookmark'    | van          | car            | payload.Description is 'car'       | ''van''
 type      | send',AddBookmark'    | 1000000000005 | {'$type':'int','value':7} | payload.EndTimestamp is {'$type':'int','value':7} | 1000000000005
@@ -199,7 +200,7 @@ method    | call',addBookmarks    | addBookmarks | noSuchMethod   | result is tr
 unsent    | answer',RemoveAll     | request':    | request':9     | answer RemoveAllBookmarks from relay-2 | nothing)"_s)
                                                                        .replace(u'\'', u'"'));
     }
-    void findsDifferences()
+    void replayFindsDifferences()
     {
         QFETCH(const QString, line);
         QFETCH(const QString, before);
@@ -220,7 +221,7 @@ unsent    | answer',RemoveAll     | request':    | request':9     | answer Remov
                  qPrintable(result.report().join(u'\n')));
     }
 
-    void reportsBadLines()
+    void badLinesAreReported()
     {
         const QStringList lines =
             m_lines.mid(0, 3) +
@@ -243,7 +244,7 @@ unsent    | answer',RemoveAll     | request':    | request':9     | answer Remov
 
     void deeplyNestedCallsAreReplayedUpToALimit()
     {
-        // Each call sends a command, from inside which comes the next call.
+        // Each call sends a command, inside which the next call is made.
         const qsizetype call = lineWith({u"call"_s, u"addBookmark\""_s});
         QStringList lines{m_lines.constFirst()};
         for (int depth = 0; depth < 20'000; ++depth) {
@@ -256,7 +257,7 @@ unsent    | answer',RemoveAll     | request':    | request':9     | answer Remov
         QCOMPARE(result.badLines.size(), 20'000 - (Recording::MaxDepth + 1));
     }
 
-    void refusesOtherFiles()
+    void otherFilesAreRejected()
     {
         const QString longLine = QString(17 * 1024 * 1024, u' ') + m_lines.constFirst();
         for (const QString &header : {QString(), u"{}"_s, longLine}) {

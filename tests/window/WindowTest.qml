@@ -2,29 +2,29 @@ import QtQuick
 import QtTest
 import Workbench
 
-/// A test of the window: each function gets a new one, with the stations as they were at the start.
+/// Base of the window's tests. Each test function gets a new window and reset stations.
 TestCase {
     id: testCase
 
     property Main window: null
 
-    /// Item or object with that name, in the window or in what it has popped up; null for none.
+    /// Returns the item or object with a name in the window or its popups, or null.
     function find(objectName) {
         let top = window.contentItem;
-        while (top.parent) // how many there are differs between versions of Qt
+        while (top.parent) // the number of parents depends on the version of Qt
             top = top.parent;
         return findChild(top, objectName) || findChild(window, objectName);
     }
 
-    /// How many bookmarks the plug-in's list of all bookmarks holds.
+    /// Returns the number of bookmarks in the plug-in's list of all bookmarks.
     function bookmarkCount() {
         return plugin.getBookmarkListByNodeID("").length;
     }
 
-    /// Everything takes its place, as it would with the next frame.
-    function settle() { grabImage(window.contentItem); }
+    /// Updates the positions of items, as the next frame would.
+    function updateLayout() { grabImage(window.contentItem); }
 
-    /// Texts that can be read in an item, from its first child to the last.
+    /// Returns the visible texts in an item, from its first child to the last.
     function texts(item) {
         if (!item.visible)
             return [];
@@ -43,10 +43,10 @@ TestCase {
 
     function open(properties) {
         window = createTemporaryObject(mainWindow, testCase,
-                                       Object.assign({ plugin: plugin, bench: bench }, properties));
+                                       Object.assign({ plugin: plugin, workbench: workbench }, properties));
         window.requestActivate();
         tryCompare(window, "active", true);
-        tryCompare(bench, "outstanding", 0);
+        tryCompare(workbench, "outstanding", 0);
         waitForRendering(window.contentItem);
     }
 

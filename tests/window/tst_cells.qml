@@ -6,14 +6,14 @@ import Client.Timeline
 WindowTest {
     id: test
 
-    readonly property var camera: bench.stations[0].cameras[1]
+    readonly property var camera: workbench.stations[0].cameras[1]
     property CellGrid grid
-    property ViewCell cell ///< the one that shows it
+    property ViewCell cell ///< the cell that shows the camera
     property TimelineBar bar
 
     name: "Cells"
 
-    /// A camera in the first cell, paused, with its timeline of a day.
+    /// Shows a camera in the first cell, paused, with a timeline of one day.
     function showCamera() {
         grid = find("cellGrid");
         marked.clear();
@@ -33,12 +33,12 @@ WindowTest {
         verify(cell.range.span / bar.width < pixel / 1.5);
         fuzzyCompare(timeAt(40), pointed, pixel);
 
-        bench.forgetTraffic();
+        workbench.forgetTraffic();
         const dragged = timeAt(20 - 4 * bar.width / 2);
         for (let i = 0; i < 4; ++i)
             mouseDrag(bar, 20, 5, bar.width / 2, 0);
         fuzzyCompare(timeAt(20), dragged, pixel * 4);
-        tryVerify(() => bench.stationsAsked("QueryBookmarkForTimeline").includes(camera.relayPath));
+        tryVerify(() => workbench.stationsAsked("QueryBookmarkForTimeline").includes(camera.relayPath));
     }
 
     function test_labelsOfTheTimelineAreNotCutOff() {
@@ -47,7 +47,7 @@ WindowTest {
         let shown = 0;
         for (let quarter = 0; quarter < 24; ++quarter) {
             cell.range.show(from + quarter * 900000, to + quarter * 900000);
-            settle();
+            updateLayout();
             const labels = Array.from(bar.children).filter(item => item.label).map(tick => tick.children[1]);
             const visible = labels.filter(label => label.visible);
             shown += visible.length;
@@ -79,22 +79,22 @@ WindowTest {
         keyClick(Qt.Key_Z);
         fuzzyCompare(cell.range.span, 2 * 900000, 2);
         const from = cell.range.from;
-        keyClick(Qt.Key_PageUp); // goes there as well now
+        keyClick(Qt.Key_PageUp); // the key works in the cell
         verify(cell.range.from < from);
     }
 
-    function test_keys() {
+    function test_keysControlTheCell() {
         showCamera();
         [Qt.Key_B, Qt.Key_B].forEach(key => keyClick(key));
-        compare(cell.head.position, bench.now - 2 * 3600000, "the last but one bookmark");
+        compare(cell.head.position, workbench.now - 2 * 3600000, "the last but one bookmark");
         keyClick(Qt.Key_M);
         keyClick(Qt.Key_N);
         keyClick(Qt.Key_M);
-        compare(marked.signalArguments[marked.count - 1][2], bench.now - 3600000);
-        keyClick(Qt.Key_Escape); // the dialog that this has opened
+        compare(marked.signalArguments[marked.count - 1][2], workbench.now - 3600000);
+        keyClick(Qt.Key_Escape); // closes the dialog of the last key
         tryVerify(() => cell.activeFocus);
         keyClick(Qt.Key_Space);
-        tryVerify(() => cell.head.position > bench.now - 3600000);
+        tryVerify(() => cell.head.position > workbench.now - 3600000);
         keyClick(Qt.Key_Right, Qt.ControlModifier);
         compare(grid.activeIndex, cell.number + 1);
         keyClick(Qt.Key_Left, Qt.ControlModifier);
@@ -128,18 +128,18 @@ WindowTest {
 
     function test_toolBarPlaysTheActiveCell() {
         showCamera();
-        cell.head.seek(bench.now - 3600000);
+        cell.head.seek(workbench.now - 3600000);
         find("speed").forceActiveFocus();
         keyClick(Qt.Key_Down);
         compare(cell.head.speed, 2);
         mouseClick(find("play"));
-        tryVerify(() => cell.head.position > bench.now - 3600000);
+        tryVerify(() => cell.head.position > workbench.now - 3600000);
         find("now").forceActiveFocus();
         keyClick(Qt.Key_Space);
         verify(cell.head.live);
     }
 
-    function test_cellsInStep() {
+    function test_cellsInStepFollowTheActiveCell() {
         showCamera();
         const other = find("cell0");
         const alike = () => other.range.from === cell.range.from && other.range.span === cell.range.span
@@ -151,7 +151,7 @@ WindowTest {
         [Qt.Key_PageUp, Qt.Key_B, Qt.Key_Space].forEach(key => keyClick(key));
         const before = other.head.position;
         tryVerify(() => other.head.position > before && alike());
-        other.forceActiveFocus(); // leads now
+        other.forceActiveFocus(); // now the active cell
         keyClick(Qt.Key_Home);
         verify(cell.head.live && alike());
         mouseClick(find("inStep"));
@@ -160,8 +160,7 @@ WindowTest {
         verify(!alike());
     }
 
-    /// Under the mouse, the bookmark's text; at the play head, by key, the dialog for a new one.
-    function test_hoverTellsTheBookmark() {
+    function test_tooltipShowsTheBookmark() {
         showCamera();
         const mark = bar.marks.row(2);
         mouseMove(bar, mark.barX + mark.barWidth / 2, mark.lane * bar.laneHeight + 5);
@@ -178,15 +177,15 @@ WindowTest {
         compare(part("chosenCameras").text, "Harbour - Quay north");
     }
 
-    /// Of the active cell: from its play head on, or in live view the time before it.
-    function test_newBookmarkIsThatOfTheActiveCell_data() {
+    /// The new bookmark starts at the play head of the active cell; in live view it ends there.
+    function test_newBookmarkIsAtTheActivePlayHead_data() {
         return [{ tag: "live, A", key: Qt.Key_A, modifiers: Qt.NoModifier, live: true },
                 { tag: "live, Ctrl+N", key: Qt.Key_N, modifiers: Qt.ControlModifier, live: true },
                 { tag: "paused, Ctrl+N", key: Qt.Key_N, modifiers: Qt.ControlModifier, live: false }];
     }
-    function test_newBookmarkIsThatOfTheActiveCell(data) {
+    function test_newBookmarkIsAtTheActivePlayHead(data) {
         showCamera();
-        const past = bench.now - 3600000;
+        const past = workbench.now - 3600000;
         data.live ? cell.goLive() : cell.head.seek(past);
         keyClick(data.key, data.modifiers);
         const dialog = find("addDialog");
@@ -198,21 +197,21 @@ WindowTest {
         verify(data.live ? end <= Date.now() : start === past);
     }
 
-    function test_failingStationIsNamedAndAskedAgain() {
+    function test_failingStationIsNamedAndQueriedAgain() {
         showCamera();
         const status = findChild(cell, "cellStatus");
-        bench.failStation(camera.relayPath, true);
+        workbench.failStation(camera.relayPath, true);
         cell.range.moveBy(-9 * cell.range.span);
         tryCompare(status, "text", "station failed");
-        bench.failStation(camera.relayPath, false);
+        workbench.failStation(camera.relayPath, false);
         cell.goLive();
         mouseClick(findChild(cell, "retry"));
         tryVerify(() => status.text === "live" && bar.marks.rowCount() > 20);
     }
 
-    function test_stateAndBookmarkComeBack() {
+    function test_savedStateIsRestored() {
         showCamera();
-        const start = bench.now - 5 * 24 * 3600000;
+        const start = workbench.now - 5 * 24 * 3600000;
         grid.showBookmark({ cameraID: camera.cameraID, relayPath: camera.relayPath, startTimestamp: start });
         compare(grid.activeCell, cell, "the camera is shown already");
         const state = JSON.stringify(grid.saveState());

@@ -2,11 +2,11 @@ import QtQuick
 import Client.Common
 import Integration
 
-/// The dialogs, filled in and sent by keys; the stations tell what came of it.
+/// Tests the dialogs by keys and checks the bookmarks that the stations store.
 WindowTest {
     name: "Dialogs"
 
-    readonly property var harbour: bench.stations[0]
+    readonly property var harbour: workbench.stations[0]
     readonly property double noon: Date.parse("2026-03-01T11:00:00Z")
 
     function dialogs() { return find("dialogs"); }
@@ -31,34 +31,34 @@ WindowTest {
         type(text);
     }
 
-    /// One of two stations fails; the next try is for its camera alone.
+    /// One station fails: the next try adds only on its cameras.
     function test_addOnCamerasOfManyStations() {
-        const hall = bench.stations[2];
+        const hall = workbench.stations[2];
         dialogs().addFor([harbour.cameras[0]], noon, noon + 60000);
         const dialog = opened("addDialog");
         retype(part(dialog, "cameraSearch"), "station hall");
         mouseClick(part(dialog, "checkShown"));
-        bench.failStation(hall.relayPath, true);
+        workbench.failStation(hall.relayPath, true);
         for (const problem of ["Not added on 4 of 5 cameras: Station hall - Main entrance, ",
                                "Not added on 4 of 4 cameras: Station hall - Main entrance, "]) {
             keyClick(Qt.Key_Return);
             tryVerify(() => part(dialog, "dialogProblem").text.startsWith(problem), 5000, problem);
         }
-        bench.failStation(hall.relayPath, false);
+        workbench.failStation(hall.relayPath, false);
         keyClick(Qt.Key_Return);
         tryCompare(dialog, "visible", false);
         compare([records().length, records(hall).length], [120 + 1, 120 + 4]);
     }
 
-    function test_formStaysOpenBesideAClick() {
-        dialogs().addFor([bench.stations[2].cameras[3]], noon, noon + 60000);
+    function test_clickOutsideKeepsTheDialogOpen() {
+        dialogs().addFor([workbench.stations[2].cameras[3]], noon, noon + 60000);
         const dialog = opened("addDialog");
         type("Half written");
         mouseClick(dialog.parent, 5, 5);
         compare([dialog.opened, part(dialog, "addDescription").text], [true, "Half written"]);
     }
 
-    function test_addWithoutACameraIsAnErrorOnceTried() {
+    function test_addWithoutACameraShowsAnErrorAfterTheFirstTry() {
         dialogs().addFor([], noon, noon + 60000);
         const dialog = opened("addDialog");
         const hint = part(dialog, "chosenCameras");
@@ -75,21 +75,21 @@ WindowTest {
         const width = fields[0].width;
         compare(part(dialog, "addLength").text, "Length: 1 min");
         retype(fields[1], "2026-10-25 02:30");
-        compare(part(dialog, "addEndProblem").text, "02:30 occurs twice, summer time is taken.");
-        settle();
+        compare(part(dialog, "addEndProblem").text, "02:30 occurs twice; the one in summer time is used.");
+        updateLayout();
         compare(fields.map(field => field.width), [width, width]);
     }
 
-    function test_addOnOneCameraOnceTheTimesCanBe() {
+    function test_addNeedsValidTimes() {
         dialogs().addFor([harbour.cameras[1]], noon, noon + 60000); // 12:00 in Berlin
         const dialog = opened("addDialog");
         type("Crane stuck");
         for (const [text, problem] of [["2026-03-01 11:59", "before the start"],
-                                       ["noon", "Not a time"], ["2026-03-01 12:30", ""]]) {
+                                       ["noon", "not a time"], ["2026-03-01 12:30", ""]]) {
             retype(part(dialog, "addEndInput"), text);
             verify(part(dialog, "addEndProblem").text.includes(problem), text);
             keyClick(Qt.Key_Return);
-            tryCompare(bench, "outstanding", 0);
+            tryCompare(workbench, "outstanding", 0);
             compare(added().length, problem ? 0 : 1);
         }
         const record = added()[0];
@@ -97,11 +97,11 @@ WindowTest {
                 [harbour.cameras[1].cameraID, "Crane stuck", 30 * 60000, "operator"]);
     }
 
-    /// Left with Esc while its answer was on the way, and opened again for another camera: signals
-    /// do not name their request.
+    /// Signals do not name their request, so a dialog that was closed with Esc and opened again must
+    /// wait for the earlier answer.
     function test_requestWaitsForTheAnswerToTheLastOne() {
-        const depot = bench.stations[1];
-        bench.faults.setData(bench.faults.index(2, 0), "300", FaultsModel.DelayRole);
+        const depot = workbench.stations[1];
+        workbench.faults.setData(workbench.faults.index(2, 0), "300", FaultsModel.DelayRole);
         for (const station of [harbour, depot]) {
             dialogs().addFor([station.cameras[0]], noon, noon + 60000);
             const dialog = opened("addDialog");
@@ -121,19 +121,19 @@ WindowTest {
             verify(records(station).some(record => record.Description === station.name));
     }
 
-    function test_waitingForAnAnswerEnds() {
-        bench.faults.setData(bench.faults.index(2, 0), "300", FaultsModel.DelayRole);
+    function test_dialogStopsWaitingAfterTheTimeout() {
+        workbench.faults.setData(workbench.faults.index(2, 0), "300", FaultsModel.DelayRole);
         dialogs().addFor([harbour.cameras[0]], noon, noon + 60000);
         const dialog = opened("addDialog");
-        dialog.patience = 0;
+        dialog.timeoutSeconds = 0;
         keyClick(Qt.Key_Return);
         tryVerify(() => part(dialog, "dialogProblem").text.startsWith("No answer has come"));
         verify(dialog.ready);
-        tryCompare(bench, "outstanding", 0);
+        tryCompare(workbench, "outstanding", 0);
         verify(dialog.visible, "the late answer changes nothing");
     }
 
-    function test_manyChangesAreOneNotice() {
+    function test_severalChangesShowOneNotice() {
         const told = [];
         dialogs().app.notice.connect(text => told.push(text));
         for (const [name, key, text] of [["editDialog", "edit", "7 bookmarks changed."],
@@ -143,7 +143,7 @@ WindowTest {
             type("x");
             keyClick(Qt.Key_Return);
             tryVerify(() => told.length > 0);
-            tryCompare(bench, "outstanding", 0);
+            tryCompare(workbench, "outstanding", 0);
             compare(told.splice(0), [text]);
         }
     }
@@ -158,7 +158,7 @@ WindowTest {
         compare(part(opened("addDialog"), "addGroup").model, ["a", "night", "rare", "z"]);
     }
 
-    function test_editLeavesWhatIsNotTouched() {
+    function test_editKeepsUnchangedValues() {
         for (const [field, text, count] of [["editDescription", "seen", 3], ["editGroup", "seen", 3],
                                             ["editDescription", "", 1]]) {
             const chosen = records().slice(0, count);
@@ -177,18 +177,18 @@ WindowTest {
         }
     }
 
-    function test_whatCouldNotBeDeletedStays() {
-        const [first, second] = bench.stations;
+    function test_failedDeletionsStayInTheDialog() {
+        const [first, second] = workbench.stations;
         dialogs().remove([first, first, second, second].map(
             (at, i) => shown().filter(record => record.relayPath === at.relayPath)[i]));
         const dialog = opened("deleteDialog");
-        bench.failStation(harbour.relayPath, true);
+        workbench.failStation(harbour.relayPath, true);
         keyClick(Qt.Key_Return);
         tryVerify(() => part(dialog, "dialogProblem").text.startsWith("2 of 4"));
         compare([records().length, records(second).length], [120, 118]);
     }
 
-    function test_removeAllOnceTheNameIsTyped() {
+    function test_removeAllNeedsTheTypedName() {
         dialogs().removeAllOf(harbour);
         opened("removeAllDialog");
         type("Harbou");
@@ -199,7 +199,7 @@ WindowTest {
         tryVerify(() => records().length === 0);
     }
 
-    function test_recycleSettingIsKept() {
+    function test_recycleSettingIsStored() {
         for (const round of [1, 2]) {
             dialogs().recycle();
             const dialog = opened("recycleDialog");
@@ -211,7 +211,7 @@ WindowTest {
         }
     }
 
-    function test_recentBookmarkIsShown() {
+    function test_recentBookmarkIsShownInACell() {
         dialogs().recentOf(harbour);
         const dialog = opened("recentDialog");
         tryVerify(() => dialog.records.length === 20);

@@ -3,11 +3,11 @@ import QtQuick.Controls
 import QtTest
 import Integration
 
-/// The integrators' drawer: what it shows of the traffic, and what its faults do to the window.
+/// Tests the integrators' drawer: its tabs, and the effect of faults on the window.
 WindowTest {
     id: test
 
-    readonly property var harbour: bench.stations[0]
+    readonly property var harbour: workbench.stations[0]
     readonly property var trafficOfAdd: [
         "call addBookmark", "send AddBookmark", "answer AddBookmark", "signal addBookmarkResponsed"]
 
@@ -16,9 +16,9 @@ WindowTest {
     function list() { return find("trafficList"); }
     function openTab(number) {
         keyClick(Qt.Key_F12);
-        settle();
+        updateLayout();
         mouseClick(find("drawerTabs").itemAt(number));
-        settle();
+        updateLayout();
     }
     function fault(name) { return findChild(find("faultsList").itemAtIndex(2), name); }
     function retype(field, text) {
@@ -34,20 +34,20 @@ WindowTest {
         type(text);
         keyClick(Qt.Key_Return);
         tryCompare(find("addDialog"), "visible", false);
-        tryCompare(bench, "outstanding", 0);
+        tryCompare(workbench, "outstanding", 0);
     }
     function showsLast(entries) {
         const row = i => list().itemAtIndex(list().count - entries.length + i);
         const says = (entry, i) => row(i) && row(i).kind + " " + row(i).name === entry;
         tryVerify(() => entries.every(says), 5000, entries.join());
     }
-    function treeSays(state) {
+    function treeShows(state) {
         const row = find("station " + harbour.relayPath);
         tryVerify(() => row.Accessible.name === "Harbour, " + state, 20000, state);
         compare(texts(row).includes(state), state !== "connected");
     }
-    /// A row of the harbour's traffic, to a screen reader.
-    function rowSays(text) {
+    /// Checks the accessible name of a row of the harbour's traffic.
+    function trafficHasRow(text) {
         mouseClick(find("drawerTabs").itemAt(0));
         retype(find("trafficSearch"), "relay-1");
         keyClick(Qt.Key_Return);
@@ -60,7 +60,7 @@ WindowTest {
                   && find("queryProgress").text.includes(station), 20000, station);
     }
 
-    /// Searches for the traffic of adds, and adds one.
+    /// Filters the traffic for additions and adds a bookmark.
     function searchAndAdd(description) {
         openTab(0);
         mouseClick(find("trafficSearch"));
@@ -97,14 +97,14 @@ WindowTest {
             retype(find("argument recentCnt"), "7");
         }
         mouseClick(find("drawerTabs").itemAt(0));
-        settle();
+        updateLayout();
         tryVerify(() => list().count > 3);
         showsLast(["call queryBookmarkForRecent", "send QueryBookmarkForRecent",
                    "answer QueryBookmarkForRecent", "signal queryBookmarkForRecentResponsed"]);
     }
 
-    /// Records have their texts from the zone in which they arrived.
-    function test_reconnectBringsTheTextsOfAnotherZone() {
+    /// Records keep the texts of the zone at their arrival.
+    function test_reconnectUpdatesTextsForAnotherZone() {
         const list = find("bookmarkList").page;
         const before = list.recordAt(0).displayTimeRange;
         openTab(2);
@@ -120,7 +120,7 @@ WindowTest {
         tryVerify(() => list.recordAt(0).displayTimeRange === before);
     }
 
-    function test_trafficOfAnAdd() {
+    function test_trafficShowsAnAddition() {
         searchAndAdd("Crane stuck");
         for (const kind of ["send", "answer", "signal", "call"]) {
             mouseClick(find("show-" + kind));
@@ -138,8 +138,8 @@ WindowTest {
     }
     function test_payloadAsTreeAndJson(data) {
         searchAndAdd("Rope torn");
-        tryVerify(() => list().atYEnd, 5000, "rows have their places");
-        settle();
+        tryVerify(() => list().atYEnd, 5000, "rows have their positions");
+        updateLayout();
         mouseClick(list().itemAtIndex(list().count - 3));
         compare(list().currentIndex, list().count - 3);
         const tree = find("payloadTree");
@@ -163,25 +163,25 @@ WindowTest {
         compare([entry.kind, entry.name, entry.value.Description], ["send", "AddBookmark", "Rope torn"]);
     }
 
-    function test_faultOfAStation_data() {
+    function test_faultChangesTheWindow_data() {
         return [{ tag: "failing", logged: "(relay-1) failed", spoken: "relay-1 code 9",
                   turn: on => {
                       retype(fault("code"), on ? "9" : "");
                       keyClick(Qt.Key_Return);
                   } },
-                { tag: "disconnected", logged: "SendCommand failed", spoken: "relay-1 refused",
+                { tag: "disconnected", logged: "SendCommand failed", spoken: "relay-1 rejected",
                   turn: () => mouseClick(fault("connected")) }];
     }
-    function test_faultOfAStation(data) {
-        bench.log.clear();
+    function test_faultChangesTheWindow(data) {
+        workbench.log.clear();
         for (const on of [true, false]) {
             openTab(2);
             data.turn(on);
             keyClick(Qt.Key_F5);
-            treeSays(on ? data.tag : "connected");
+            treeShows(on ? data.tag : "connected");
             panelNames(on ? "Harbour" : "");
             if (on)
-                rowSays(data.spoken);
+                trafficHasRow(data.spoken);
             keyClick(Qt.Key_F12);
         }
         openTab(1);
@@ -198,9 +198,9 @@ WindowTest {
     }
 
     function test_unansweredCommandIsMarkedAndCounted() {
-        bench.faults.setData(bench.faults.index(2, 0), 1500, FaultsModel.DelayRole);
+        workbench.faults.setData(workbench.faults.index(2, 0), 1500, FaultsModel.DelayRole);
         openTab(0);
-        bench.traffic.clear();
+        workbench.traffic.clear();
         keyClick(Qt.Key_F5);
         const rows = () => Array.from({ length: list().count }, (_, i) => list().itemAtIndex(i))
             .filter(row => row && row.kind !== "signal");
@@ -215,7 +215,7 @@ WindowTest {
 
     function test_filterExpressionIsCompletedAndChecked() {
         openTab(0);
-        bench.traffic.paused = true;
+        workbench.traffic.paused = true;
         const field = find("trafficSearch");
         mouseClick(field);
         type("not kind:se");
@@ -236,7 +236,7 @@ WindowTest {
         tryVerify(() => list().count > shown);
     }
 
-    function test_widthsOfColumnsAreKept() {
+    function test_columnWidthsAreRestored() {
         openTab(0);
         const name = () => find("trafficHeadings").children[3];
         const before = name().width;
@@ -255,15 +255,15 @@ WindowTest {
         openTab(0);
         window.width = window.minimumWidth;
         window.height = window.minimumHeight;
-        settle();
+        updateLayout();
         tryVerify(() => find("cell0").content.status === "live");
-        bench.faults.setData(bench.faults.index(2, 0), "refused", FaultsModel.OrderRole);
-        bench.faults.setData(bench.faults.index(3, 0), 1500, FaultsModel.DelayRole);
+        workbench.faults.setData(workbench.faults.index(2, 0), "rejected", FaultsModel.OrderRole);
+        workbench.faults.setData(workbench.faults.index(3, 0), 1500, FaultsModel.DelayRole);
         plugin.queryAllBookmarks();
         plugin.updateRecycleSetting(72, true);
-        tryVerify(() => bench.outstanding === 1);
-        bench.traffic.paused = true;
-        bench.traffic.paused = false; // shows all that has passed
+        tryVerify(() => workbench.outstanding === 1);
+        workbench.traffic.paused = true;
+        workbench.traffic.paused = false; // shows all that has passed
         const shown = new Set();
         const headings = find("trafficHeadings").children;
         for (let i = list().count - 1; i >= 0; --i) { // the latest first, before its answer comes
@@ -278,7 +278,7 @@ WindowTest {
             verify(cells[7].x + cells[7].width <= row.width && cells[7].width > 60, "payload");
         }
         list().currentIndex = Array.from({ length: list().count }, (_, i) => i).find(
-            i => bench.traffic.data(bench.traffic.index(i, 0), TrafficModel.SummaryRole).startsWith("{Bookmarks: [{"));
+            i => workbench.traffic.data(workbench.traffic.index(i, 0), TrafficModel.SummaryRole).startsWith("{Bookmarks: [{"));
         const tree = find("payloadTree");
         tree.expand(0);
         tryVerify(() => tree.itemAtCell(PayloadTree.TypeColumn, 1));
@@ -287,9 +287,9 @@ WindowTest {
             compare([cell.text, cell.contentItem.truncated], [type, false]);
             verify(cell.mapToItem(null, cell.width, 0).x <= window.width);
         }
-        for (const text of ["queryBookmarkForTimelineResponsed", "relay-1", "refused", "no answer"])
+        for (const text of ["queryBookmarkForTimelineResponsed", "relay-1", "rejected", "no answer"])
             verify(shown.has(text), text);
-        tryCompare(bench, "outstanding", 0);
+        tryCompare(workbench, "outstanding", 0);
     }
 
     function test_consoleFitsIntoTheSmallestWindow() {
@@ -304,12 +304,12 @@ WindowTest {
         for (let i = 0; i < 7; ++i)
             keyClick(Qt.Key_Tab);
         verify(find("argument group").activeFocus);
-        settle();
+        updateLayout();
         verify(bottomOf(find("argument group")) <= bottomOf(find("callMethod")) - find("callMethod").height);
         find("argument endTimestamp").forceActiveFocus();
         type("x");
         keyClick(Qt.Key_Return);
-        settle();
+        updateLayout();
         verify(find("callOutcome").text.startsWith("endTimestamp: expected a whole number"));
         verify(bottomOf(find("callOutcome")) <= tab.height);
         const rows = Array.from(find("signalCounts").contentItem.children).filter(row => row.count > 0);
@@ -334,7 +334,7 @@ WindowTest {
             keyClick(Qt.Key_Return);
             tryCompare(save, "visible", false);
         }
-        mouseClick(find("mend"));
+        mouseClick(find("removeFaults"));
         compare(fault("code").text, "");
         const load = press("loadFaults", "loadFaultsDialog");
         compare(part(load, "savePath").text, lab.faultsFile());
@@ -343,20 +343,20 @@ WindowTest {
         compare(fault("code").text, "9");
     }
 
-    function test_delayIsSlowUntilMended() {
+    function test_delayedStationIsSlowUntilFaultsAreRemoved() {
         openTab(2);
         retype(fault("delay"), "2500");
         keyClick(Qt.Key_Return);
         keyClick(Qt.Key_F5);
         tryVerify(() => find("queryProgress").text === "2 of 3 stations");
-        treeSays("slow");
-        mouseClick(find("mend"));
+        treeShows("slow");
+        mouseClick(find("removeFaults"));
         compare(fault("delay").value, 0);
         keyClick(Qt.Key_F5);
-        treeSays("connected");
+        treeShows("connected");
     }
 
-    function test_faultOfOneCommand() {
+    function test_faultOfOneCommandAffectsOnlyThat() {
         openTab(2);
         find("faultyCommand").forceActiveFocus();
         keyClick(Qt.Key_Down);
@@ -364,19 +364,19 @@ WindowTest {
         retype(fault("code"), "9");
         keyClick(Qt.Key_Return);
         plugin.addBookmark("camera-11", "location-1", "relay-1", 1, 2, "", "", "");
-        rowSays("answer AddBookmark relay-1 code 9");
+        trafficHasRow("answer AddBookmark relay-1 code 9");
         plugin.addBookmarks([{ CameraID: "camera-11", LocationID: "location-1", relayPath: "relay-1" }],
                             1, 2, "", "", "");
-        rowSays("answer AddBookmarks relay-1 code 0");
-        bench.faults.command = "";
+        trafficHasRow("answer AddBookmarks relay-1 code 0");
+        workbench.faults.command = "";
     }
 
-    function test_permissionOff() {
+    function test_withoutPermissionActionsAreDisabled() {
         const button = find("deleteSelected");
         openTab(2);
         mouseClick(find("permission"));
         mouseClick(find("reconnect"));
-        tryCompare(bench, "settingPermission", false);
+        tryCompare(workbench, "settingPermission", false);
         mouseClick(find("row-0"));
         mouseMove(button, 5, 5);
         tryVerify(() => button.ToolTip.visible && button.ToolTip.text.includes("does not allow"));
@@ -384,11 +384,11 @@ WindowTest {
         verify(!find("deleteDialog").visible);
     }
 
-    function test_bookmarkOfAnotherClient() {
+    function test_bookmarkOfAnotherClientAppears() {
         const bar = findChild(find("cell0"), "timelineBar");
         tryVerify(() => bar.marks.rowCount() > 20);
         const shows = () => Array.from({ length: bar.marks.rowCount() }, (_, i) => bar.marks.row(i))
-            .some(mark => mark.start >= bench.now);
+            .some(mark => mark.start >= workbench.now);
         verify(!shows());
         openTab(2);
         mouseClick(find("addByOther"));
@@ -407,7 +407,7 @@ WindowTest {
         type("nothing like it");
         tryCompare(find(data.list), "count", 0);
         keyClick(Qt.Key_Escape);
-        tryVerify(() => find(data.field).settledText === "");
+        tryVerify(() => find(data.field).appliedText === "");
     }
 
     function test_savedSessionIsReplayed() {
@@ -432,7 +432,7 @@ WindowTest {
         compare(find("openDialog").path, lab.sessionFile(), "the file that was saved");
         keyClick(Qt.Key_Return);
         tryCompare(find("openDialog"), "visible", false);
-        settle();
+        updateLayout();
         mouseClick(find("replayRecording"));
         tryCompare(find("openedState"), "text", " Replay: 0 differences, 0 bad lines", 20000);
         mouseClick(find("drawerTabs").itemAt(3));

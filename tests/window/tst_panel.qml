@@ -2,7 +2,7 @@ import QtQuick
 import Client.Common
 import Integration
 
-/// The bookmark panel, used with mouse and keys. 360 bookmarks: 30 on each of 12 cameras.
+/// Tests the bookmark panel by mouse and keys, with 360 bookmarks: 30 on each of 12 cameras.
 WindowTest {
     name: "Panel"
 
@@ -12,21 +12,21 @@ WindowTest {
     function record(index) { return find("bookmarkList").page.recordAt(index); }
     function showsPage(text) { tryVerify(() => page() === text, 3000, text); }
     function stored() {
-        return bench.stations.reduce((sum, at) => sum + lab.stored(at.relayPath).length, 0);
+        return workbench.stations.reduce((sum, at) => sum + lab.stored(at.relayPath).length, 0);
     }
     function searchFor(text) {
         keyClick(Qt.Key_F, Qt.ControlModifier);
         type(text);
     }
 
-    function test_searchAsOneTypes() {
+    function test_searchFollowsTyping() {
         searchFor("white v");
         showsPage("1 to 50 of 120");
         keyClick(Qt.Key_Escape);
         showsPage("1 to 50 of 360");
     }
 
-    function test_anAnswerIsAskedForOnceAFrame() {
+    function test_pageIsReadOncePerFrame() {
         let turns = 0;
         find("bookmarkList").page.dataChanged.connect(() => ++turns);
         for (let i = 0; i < 40; ++i)
@@ -36,11 +36,11 @@ WindowTest {
     }
 
     function withoutIDs() {
-        return bench.stations.map(at => lab.stored(at.relayPath).map(
+        return workbench.stations.map(at => lab.stored(at.relayPath).map(
             one => JSON.stringify(Object.assign(one, { BookmarkID: "" }))).sort());
     }
 
-    function test_whatWasFoundIsExportedAndImported() {
+    function test_exportedBookmarksCanBeImported() {
         const dialog = find("exportDialog");
         const path = findChild(dialog.contentItem, "savePath");
         const group = "a \"quoted\", group\nof two lines";
@@ -75,7 +75,7 @@ WindowTest {
         compare(list.contentY, list.originY, "it can be seen");
     }
 
-    function test_pages() {
+    function test_pageButtonsTurnPages() {
         for (const [button, text] of [["lastPage", "351 to 360"], ["previousPage", "301 to 350"],
                                       ["firstPage", "1 to 50"], ["nextPage", "51 to 100"]]) {
             mouseClick(find(button));
@@ -85,7 +85,7 @@ WindowTest {
         showsPage("351 to 360 of 360");
     }
 
-    function test_groupsAndOrder() {
+    function test_groupAndOrderSortThePage() {
         for (const [field, first, last] of [
                  ["cameraName", "Depot - Fence east", "Station hall - Ticket office"],
                  ["creator", "guard", "operator"], ["group", "", "night"]]) {
@@ -98,8 +98,8 @@ WindowTest {
         }
     }
 
-    function test_cameraOfTheTreeAndItsChip() {
-        panel().app.currentCamera = bench.stations[0].cameras[0];
+    function test_cameraOfTheTreeFiltersThePage() {
+        panel().app.currentCamera = workbench.stations[0].cameras[0];
         showsPage("1 to 30 of 30");
         mouseClick(find("cameraChip"));
         showsPage("1 to 50 of 360");
@@ -120,13 +120,13 @@ WindowTest {
         tryVerify(() => !find("selectedCount").visible);
     }
 
-    /// Bookmarks 0 and 1 differ in their text, so that the filter hides one of them.
-    function test_actionsLeaveOutWhatTheFilterHides_data() {
+    /// Bookmarks 0 and 1 have different texts, so that a filter can hide one of them.
+    function test_actionsSkipHiddenBookmarks_data() {
         return [{ tag: "one of two", text: "white v", records: 1, hint: "Also 1 that the filter hides" },
                 { tag: "all", text: "nothing like it", records: 0,
                   hint: "The filter hides all 2; include them" }];
     }
-    function test_actionsLeaveOutWhatTheFilterHides(data) {
+    function test_actionsSkipHiddenBookmarks(data) {
         for (const time of [1, 2])
             lab.fill(1, "hidden");
         keyClick(Qt.Key_F5);
@@ -177,7 +177,7 @@ WindowTest {
         compare(find("selectedCount").text, "2 selected");
     }
 
-    function test_keysOfTheList() {
+    function test_keysMoveAndSelectInTheList() {
         searchFor("van");
         keyClick(Qt.Key_Down);
         keyClick(Qt.Key_A, Qt.ControlModifier);
@@ -200,20 +200,20 @@ WindowTest {
         verify(cell.range.from <= cell.head.position && cell.head.position <= cell.range.to);
     }
 
-    /// Shows what begins between two moments.
+    /// Checks that the page shows the bookmarks of a range.
     function showsRange({ startTimestamp, endTimestamp }) {
         const count = plugin.getBookmarkListByNodeID("").filter(
             one => one.startTimestamp >= startTimestamp && one.startTimestamp <= endTimestamp).length;
         tryVerify(() => panel().query.total === count, 3000, count + " shown");
     }
 
-    function test_days_data() {
+    function test_calendarSelectsDays_data() {
         const mouse = days => days.forEach(day => mouseClick(find("day-" + day)));
         const keys = () => [Qt.Key_Left, Qt.Key_Return, Qt.Key_Right, Qt.Key_Return]
             .forEach(key => keyClick(key));
         return [{ tag: "by mouse", choose: mouse }, { tag: "by key", choose: keys }];
     }
-    function test_days(data) {
+    function test_calendarSelectsDays(data) {
         const ranges = panel().filter.ranges;
         const today = ranges.dayOf(Date.now());
         const days = [ranges.dayLater(today, -1), today];
@@ -225,7 +225,7 @@ WindowTest {
         compare(find("presetDays").text, days.map(day => ranges.shortText(day)).join(" to "));
     }
 
-    function test_presets() {
+    function test_presetsFilterByDate() {
         const { Today, Yesterday, ThisWeek } = DateRanges;
         for (const [name, preset] of [["Today", Today], ["Yesterday", Yesterday], ["Week", ThisWeek]]) {
             mouseClick(find("preset" + name));
@@ -236,14 +236,14 @@ WindowTest {
         showsPage("1 to 50 of 360");
     }
 
-    /// With day, text or camera as well, over pages, and for what is selected or exported.
-    function test_timeOfDay_data() {
+    /// Combined with day, text and camera, over several pages, and for selection and export.
+    function test_timeOfDayFilters_data() {
         const night = hour => hour >= 22 || hour < 6;
         return [{ tag: "over midnight", box: "22:00 to 06:00", text: "", holds: night },
                 { tag: "with a text", box: "22:00-6:00", text: "white v", holds: night },
                 { tag: "by day", box: "06:00-22:00", text: "", holds: hour => !night(hour) }];
     }
-    function test_timeOfDay(data) {
+    function test_timeOfDayFilters(data) {
         const hourOf = one => Number(one.displayTimeRange.slice(0, 2));
         const expected = plugin.getBookmarkListByNodeID("").filter(
             one => one.description.includes(data.text) && data.holds(hourOf(one)));
@@ -273,8 +273,8 @@ WindowTest {
         compare(box.editText, "Any time");
     }
 
-    function test_waitingIsCancelled() {
-        bench.faults.setData(bench.faults.index(2, 0), 3000, FaultsModel.DelayRole);
+    function test_waitingCanBeCancelled() {
+        workbench.faults.setData(workbench.faults.index(2, 0), 3000, FaultsModel.DelayRole);
         keyClick(Qt.Key_F5);
         tryVerify(() => find("stopWaiting").visible);
         compare(find("queryProgress").text, "2 of 3 stations");
@@ -283,20 +283,20 @@ WindowTest {
         compare(find("queryProgress").text, "Failed or not answered: Harbour");
     }
 
-    function test_refreshKeepsPlace() {
+    function test_refreshKeepsThePage() {
         keyClick(Qt.Key_PageDown, Qt.ControlModifier);
         showsPage("51 to 100 of 360");
         const list = find("bookmarkList");
         list.contentY = 200;
         const before = JSON.stringify(record(5));
         keyClick(Qt.Key_F5);
-        tryCompare(bench, "outstanding", 0);
+        tryCompare(workbench, "outstanding", 0);
         wait(0);
         compare([page(), list.contentY, JSON.stringify(record(5))],
                 ["51 to 100 of 360", 200, before]);
     }
 
-    function test_emptyResultSaysWhy() {
+    function test_emptyPageShowsTheReason() {
         const says = (reason, clearable) => {
             tryVerify(() => find("emptyReason").visible
                       && find("emptyReason").text.startsWith(reason), 3000, reason);
@@ -304,17 +304,17 @@ WindowTest {
         };
         searchFor("zzz");
         says("No bookmark matches.", true);
-        bench.stations.forEach(station => plugin.removeAllBookmarks(station.relayPath));
+        workbench.stations.forEach(station => plugin.removeAllBookmarks(station.relayPath));
         says("There are no bookmarks yet.", false);
-        bench.failStation(bench.stations[1].relayPath, true);
+        workbench.failStation(workbench.stations[1].relayPath, true);
         keyClick(Qt.Key_F5);
         says("No bookmarks: Depot failed", false);
     }
 
     function test_withoutPermissionNothingIsDeleted() {
         lab.setSettingPermission(false);
-        bench.connectToServer();
-        tryCompare(bench, "settingPermission", false);
+        workbench.connectToServer();
+        tryCompare(workbench, "settingPermission", false);
         mouseClick(row(0));
         keyClick(Qt.Key_Delete);
         const dialog = find("deleteDialog");

@@ -17,7 +17,7 @@ WindowTest {
     }
     function add(description) {
         plugin.addBookmark("camera-11", "location-1", "relay-1", 1000, 2000, description, "me", "");
-        tryCompare(bench, "outstanding", 0);
+        tryCompare(workbench, "outstanding", 0);
     }
     /// Types into the dialog that a button opens, and accepts.
     function enter(button, dialogName, path) {
@@ -30,7 +30,7 @@ WindowTest {
     }
     function openDrawer() {
         keyClick(Qt.Key_F12);
-        settle();
+        updateLayout();
     }
     function filter(text) {
         mouseClick(find("trafficSearch"));
@@ -40,9 +40,9 @@ WindowTest {
     }
 
     function test_openedRecordingIsReadAndClosed() {
-        bench.traffic.clear();
+        workbench.traffic.clear();
         add("from the file");
-        compare(bench.recorder.save(lab.sessionFile()), "");
+        compare(workbench.recorder.save(lab.sessionFile()), "");
         add("live");
         openDrawer();
         tryVerify(() => list().count >= 8);
@@ -56,7 +56,7 @@ WindowTest {
 
         enter("openRecording", "openDialog", lab.sessionFile());
         tryCompare(dialog, "visible", false);
-        settle();
+        updateLayout();
         verify(find("recordingBar").visible && !find("pauseTraffic").visible);
         verify(find("openedTitle").text.startsWith("session.jsonl: "), find("openedTitle").text);
         compare(find("openedState").text.trim(), "");
@@ -75,11 +75,11 @@ WindowTest {
     function test_differencesAreMarkedAndFolded() {
         add("first");
         add("second");
-        compare(bench.recorder.save(lab.sessionFile()), "");
+        compare(workbench.recorder.save(lab.sessionFile()), "");
         openDrawer();
         enter("openRecording", "openDialog", lab.sessionFile());
         tryCompare(find("openDialog"), "visible", false);
-        settle();
+        updateLayout();
         const other = lab.changedSession("\"second\"", "\"another\"");
         enter("compareRecording", "compareDialog", other);
         tryCompare(find("compareDialog"), "visible", false);
@@ -97,10 +97,10 @@ WindowTest {
         const differences = find("differencesList");
         tryVerify(() => differences.itemAtIndex(0));
         const folded = differences.count;
-        settle();
+        updateLayout();
         mouseClick(findChild(differences.itemAtIndex(0), "unfold"));
         tryCompare(differences, "count", folded + 2);
-        settle();
+        updateLayout();
         mouseClick(differences.itemAtIndex(1), 60, 5);
         tryCompare(list(), "visible", true);
         compare([list().currentIndex, list().currentItem.kind], [call + 1, "send"]);

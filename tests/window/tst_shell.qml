@@ -3,12 +3,12 @@ import QtTest
 import Client.Common
 import Integration
 
-/// Device tree, view cells as a whole, and what concerns the window.
+/// Tests the topology, the grid of view cells and the window.
 WindowTest {
     id: test
 
-    readonly property var harbour: bench.stations[0]
-    readonly property var depot: bench.stations[1]
+    readonly property var harbour: workbench.stations[0]
+    readonly property var depot: workbench.stations[1]
 
     name: "Shell"
 
@@ -23,16 +23,16 @@ WindowTest {
         keyClick(Qt.Key_Down);
     }
     function showsPage(text) { tryVerify(() => find("pageText").text === text, 5000, text); }
-    /// View cells whose timelines were given back last.
+    /// Returns the view cells of the last calls of removeTimelineModel().
     function lastRemoved(count) {
-        const model = bench.traffic;
+        const model = workbench.traffic;
         const name = row => model.data(model.index(row, 0), TrafficModel.NameRole);
         return Array.from({ length: model.count }, (_, row) => row)
             .filter(row => name(row) === "removeTimelineModel").slice(-count)
             .map(row => model.payloadAt(row).arguments[0]).join();
     }
 
-    function test_filter() {
+    function test_filterFindsCamerasAndStations() {
         keyClick(Qt.Key_T, Qt.ControlModifier);
         type("gate");
         compare(treeTexts(), ["Harbour", "Gate"]);
@@ -58,7 +58,7 @@ WindowTest {
         }
     }
 
-    function test_clickChoosesCamera() {
+    function test_clickSelectsTheCamera() {
         mouseClick(row(depot.cameras[1]));
         showsPage("1 to 30 of 30");
         compare(find("bookmarkList").page.recordAt(0).cameraName, "Depot - Yard");
@@ -70,7 +70,7 @@ WindowTest {
         compare(find("bookmarkPanel").app.currentCamera.key, depot.cameras[2].key);
     }
 
-    function test_intoTheEmptyCellElseTheActive() {
+    function test_cameraGoesToAnEmptyOrTheActiveCell() {
         cell(2).clear();
         mouseDoubleClickSequence(row(depot.cameras[0]));
         compare(cell(2).camera.key, depot.cameras[0].key);
@@ -79,12 +79,12 @@ WindowTest {
         compare(cell(2).camera.key, depot.cameras[1].key);
     }
 
-    function test_dragIntoCell_data() {
+    function test_cameraIsDraggedIntoACell_data() {
         return [{ tag: "empty, upwards", number: 1, camera: 3, empty: true },
                 { tag: "another one's", number: 2, camera: 0, empty: false },
                 { tag: "empty, downwards", number: 3, camera: 0, empty: true }];
     }
-    function test_dragIntoCell(data) {
+    function test_cameraIsDraggedIntoACell(data) {
         const camera = depot.cameras[data.camera];
         const whole = window.contentItem;
         const from = row(camera).mapToItem(whole, 60, 10);
@@ -105,16 +105,16 @@ WindowTest {
         tryVerify(() => find("cell" + data.number).content.status === "live");
     }
 
-    function test_dragToNowhere() {
+    function test_dragOutsideCellsChangesNothing() {
         mouseDrag(row(depot.cameras[0]), 60, 10, 40, 300);
         compare([0, 1, 2, 3].map(i => cell(i).camera.key), harbour.cameras.map(one => one.key));
     }
 
-    function test_stationMenu() {
+    function test_stationMenuOpensByMouseAndKey() {
         for (const allowed of [true, false]) {
             lab.setSettingPermission(allowed);
-            bench.connectToServer();
-            tryCompare(bench, "settingPermission", allowed);
+            workbench.connectToServer();
+            tryCompare(workbench, "settingPermission", allowed);
             focusTree();
             allowed ? keyClick(Qt.Key_Menu) : keyClick(Qt.Key_F10, Qt.ShiftModifier);
             const menu = find("stationMenu");
@@ -128,11 +128,11 @@ WindowTest {
         }
     }
 
-    function test_actionsOfAStation_data() {
+    function test_stationMenuOpensDialogs_data() {
         return [{ tag: "recent", item: 0, dialog: "recentDialog" },
                 { tag: "recycle", item: 1, dialog: "recycleDialog" }];
     }
-    function test_actionsOfAStation(data) {
+    function test_stationMenuOpensDialogs(data) {
         focusTree();
         keyClick(Qt.Key_Menu);
         const menu = find("stationMenu");
@@ -146,19 +146,19 @@ WindowTest {
         tryVerify(() => tree().activeFocus);
     }
 
-    /// Relative luminance, as the guidelines for contrast define it.
+    /// Returns the relative luminance as defined by WCAG.
     function luminance(color) {
         const [r, g, b] = [color.r, color.g, color.b].map(
             part => part <= 0.04045 ? part / 12.92 : Math.pow((part + 0.055) / 1.055, 2.4));
         return 0.2126 * r + 0.7152 * g + 0.0722 * b;
     }
-    function test_textCanBeRead_data() {
+    function test_textHasEnoughContrast_data() {
         return [["text", ["window", "surface", "raised", "selection"]],
                 ["faintText", ["window", "surface"]], ["failure", ["window", "surface"]],
                 ["warning", ["window"]], ["accent", ["surface"]], ["accentText", ["accent"]]]
             .map(([tag, grounds]) => ({ tag, grounds }));
     }
-    function test_textCanBeRead(data) {
+    function test_textHasEnoughContrast(data) {
         for (const dark of [false, true]) {
             Theme.dark = dark;
             for (const ground of data.grounds) {
@@ -177,18 +177,18 @@ WindowTest {
             ["Ctrl+N", Qt.Key_N, control, () => find("addDialog").opened],
             ["Ctrl+D", Qt.Key_D, control, () => Theme.dark],
             ["F12", Qt.Key_F12, 0, () => find("drawerTabs").currentItem.activeFocus],
-            ["F5", Qt.Key_F5, 0, () => bench.stationsAsked("QueryAllBookmars").length === 3]
+            ["F5", Qt.Key_F5, 0, () => workbench.stationsAsked("QueryAllBookmars").length === 3]
         ].map(([tag, key, modifier, done]) => ({ tag, key, modifier, done }));
     }
     function test_shortcuts(data) {
         find("bookmarkList").forceActiveFocus();
-        bench.forgetTraffic();
+        workbench.forgetTraffic();
         verify(!data.done());
         keyClick(data.key, data.modifier);
         tryVerify(data.done);
     }
 
-    function test_help() {
+    function test_helpListsTheKeys() {
         for (const key of [Qt.Key_F1, "?"]) {
             keyClick(key);
             tryCompare(find("help"), "opened", true);
@@ -201,17 +201,17 @@ WindowTest {
         }
     }
 
-    function test_noticeOfAFailure() {
-        bench.faults.setData(bench.faults.index(0, 0), "refused", FaultsModel.OrderRole);
+    function test_failureShowsANotice() {
+        workbench.faults.setData(workbench.faults.index(0, 0), "rejected", FaultsModel.OrderRole);
         keyClick(Qt.Key_F5);
         const notice = find("notice");
         tryVerify(() => notice.visible && notice.failure);
-        verify(notice.text.startsWith("No station could be asked"));
+        verify(notice.text.startsWith("The bookmarks could not be queried"));
         mouseClick(notice);
         tryCompare(notice, "visible", false);
     }
 
-    function test_beginsAsItWasLeft() {
+    function test_windowRestoresItsState() {
         window.width = 1240;
         mouseClick(find("cells6"));
         cell(5).show(depot.cameras[3]);
@@ -264,12 +264,12 @@ WindowTest {
     function test_smallestWindowShowsTheWholeToolBar() {
         window.width = window.minimumWidth;
         window.height = window.minimumHeight;
-        settle();
+        updateLayout();
         const [button, grid] = [find("now"), find("cellGrid")];
         verify(button.mapToItem(grid, button.width, 0).x <= grid.width);
     }
 
-    function test_emptiedCellGivesItsTimelineBack() {
+    function test_emptiedCellRemovesItsTimeline() {
         const expected = "view-cell-1,view-cell-2";
         verify(lastRemoved(2) !== expected);
         mouseClick(findChild(cell(1), "closeCell"));

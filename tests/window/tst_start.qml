@@ -11,13 +11,13 @@ WindowTest {
         PreparationWindow {}
     }
 
-    function test_preparationIsCancelled_data() {
+    function test_preparationCanBeCancelled_data() {
         return [{ tag: "first bookmarks, by mouse", bookmarks: 1000000, lines: 0, byKey: false,
                   says: /^\d.*000 of 1.000.000 bookmarks were made/, summary: /^$/ },
                 { tag: "import, by key", bookmarks: 0, lines: 400000, byKey: true,
                   says: /was cancelled before its end/, summary: /^Imported [1-9]\d* bookmarks, sk/ }];
     }
-    function test_preparationIsCancelled(data) {
+    function test_preparationCanBeCancelled(data) {
         const preparation = lab.prepare(data.bookmarks, data.lines);
         const start = createTemporaryObject(preparationWindow, test, { preparation: preparation });
         tryCompare(start, "visible", true);
@@ -36,9 +36,9 @@ WindowTest {
         verify(read);
     }
 
-    function test_bookmarksOfAllStationsArrive() {
+    function test_listHasBookmarksOfAllStations() {
         let stored = 0;
-        for (const station of bench.stations)
+        for (const station of workbench.stations)
             stored += lab.stored(station.relayPath).length;
         verify(stored > 50, "more than a page");
         compare(bookmarkCount(), stored);

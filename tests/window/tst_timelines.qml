@@ -21,7 +21,7 @@ TestCase {
             Component.onCompleted: range.show(testCase.origin, testCase.origin + 60000)
         }
     }
-    /// As a view cell's timeline model.
+    /// A source with the roles of a timeline model.
     Component {
         id: sourceComponent
         ListModel {
@@ -57,7 +57,7 @@ TestCase {
         compare(ticks.join(" "), data.ticks);
     }
 
-    /// The bars that the next frame would show, as "x+width/lane", with "*count" where it is not 1.
+    /// Returns the bars of the next frame as "x+width/lane", with "*count" if it is not 1.
     function bars(layout, shift = 0) {
         layout.update();
         return Array.from({ length: layout.rowCount() }, (_, i) => layout.row(i)).map(bar =>
@@ -65,7 +65,7 @@ TestCase {
                 + (bar.over ? "o" : "")).join(" ");
     }
 
-    function test_bars_data() {
+    function test_bookmarksAreArrangedAsBars_data() {
         return [
             ["no lane is free", "0-50 5-55 10-60 20-70 90-100", "0+50/0 5+50/1 10+50/2 20+50/2o 90+10/0"],
             ["one would hide the other", "0-50 5-55 10-60 11-62 12-59", "0+50/0 5+50/1 10+52/2*3"],
@@ -78,7 +78,7 @@ TestCase {
             ["of another camera or station", "0-20d 0-20s 0-20", "0+20/0"]
         ].map(([tag, marks, bars]) => ({ tag, marks, bars }));
     }
-    function test_bars(data) {
+    function test_bookmarksAreArrangedAsBars(data) {
         const source = createTemporaryObject(sourceComponent, testCase);
         for (const mark of data.marks.split(" ")) {
             const [, start, end, camera, relayPath] = mark.match(/(-?\d+)-(-?\d+)(d?)(s?)/);
@@ -90,7 +90,7 @@ TestCase {
         verify(bars(layout, -14) === data.bars || data.tag === "from end to end");
     }
 
-    function test_theBarThatCanBeSeenIsHit() {
+    function test_topmostBarIsFound() {
         const source = createTemporaryObject(sourceComponent, testCase);
         for (const end of [90, 91, 92])
             source.put(source.count, 0, end);
@@ -100,8 +100,8 @@ TestCase {
         compare([19, 30, 41, 93].map(x => layout.rowAt(x, 2)), [2, 3, 2, -1]);
     }
 
-    /// A layout that has seen the changes shows what a new one shows.
-    function test_barsKeepInStepWithTheirSource() {
+    /// After changes a layout equals a new one for the same source.
+    function test_barsFollowTheirSource() {
         const source = createTemporaryObject(sourceComponent, testCase);
         const layout = createTemporaryObject(layoutComponent, testCase, { source: source });
         const random = limit => Math.floor(Math.random() * limit);
@@ -118,7 +118,7 @@ TestCase {
         tryVerify(() => bars(layout) === "");
     }
 
-    function test_manyRowsAreOneChange() {
+    function test_severalRowsCauseOneUpdate() {
         const source = createTemporaryObject(sourceComponent, testCase);
         const layout = createTemporaryObject(layoutComponent, testCase, { source: source });
         let changes = 0;

@@ -16,36 +16,37 @@
 
 #include <future>
 
+using namespace stations;
 using namespace workbench;
 namespace command = protocol::command;
 using namespace Qt::StringLiterals;
 
-/// What the tests see and do behind the window's back.
+/// Gives the tests access to the stations and the host.
 class Lab : public QObject
 {
     Q_OBJECT
 
 public:
-    Lab(StationThread &stations, WorkbenchContext &bench, standin::Framework &framework)
+    Lab(StationThread &stations, WorkbenchContext &workbench, standin::Framework &framework)
         : m_stations(stations)
-        , m_bench(bench)
+        , m_workbench(workbench)
         , m_framework(framework)
     {
     }
 
-    /// Everything as it was at the start: faults gone, settings allowed, the last window forgotten,
-    /// and on each camera PerCamera bookmarks, one every hour back from now, a quarter of an hour
-    /// long. Description, creator and group follow from their position.
+    /// Resets faults, permission, saved window state and bookmarks. Each camera gets PerCamera
+    /// bookmarks of a quarter of an hour, one every hour back from now. Their texts depend on their
+    /// position.
     Q_INVOKABLE void reset()
     {
         QSettings().clear();
         m_framework.rules().reset();
-        m_bench.faults()->reset();
-        m_bench.traffic()->setPaused(false);
-        m_bench.openedRecording()->close();
+        m_workbench.faults()->reset();
+        m_workbench.traffic()->setPaused(false);
+        m_workbench.openedRecording()->close();
         m_stations.setSettingPermission(true);
-        perform([now = m_bench.now()](Site &site) {
-            const auto stations = site.stations();
+        perform([now = m_workbench.now()](StationNetwork &network) {
+            const auto stations = network.stations();
             for (Station *station : stations) {
                 station->execute(command::RemoveAllBookmarks, QVariant());
                 station->insert(bookmarksOf(station->config(), now));
@@ -53,13 +54,13 @@ public:
         });
     }
 
-    /// The bookmarks that a station keeps, as the server hands them out.
+    /// Returns the server records of a station.
     Q_INVOKABLE QVariantList stored(const QString &relayPath)
     {
         QVariantList records;
-        perform([&](Site &site) {
+        perform([&](StationNetwork &network) {
             const standin::Answer answer =
-                site.execute(command::QueryAllBookmarks, QVariantMap(), relayPath);
+                network.execute(command::QueryAllBookmarks, QVariantMap(), relayPath);
             records = answer.result.toMap().value(protocol::key::Bookmarks).toList();
         });
         return records;
@@ -70,11 +71,11 @@ public:
         m_stations.setSettingPermission(allowed);
     }
 
-    /// More bookmarks on the first station's first camera, in its list of groups as named.
+    /// Adds bookmarks of a group on the first camera.
     Q_INVOKABLE void fill(int count, const QString &group)
     {
-        perform([=, now = m_bench.now()](Site &site) {
-            const Station *const station = site.stations().constFirst();
+        perform([=, now = m_workbench.now()](StationNetwork &network) {
+            const Station *const station = network.stations().constFirst();
             const StationConfig &config = station->config();
             const Bookmark bookmark{{},
                                     config.cameras.constFirst().cameraID,
@@ -84,11 +85,11 @@ public:
                                     {},
                                     {},
                                     group};
-            site.stations().constFirst()->insert(QList<Bookmark>(count, bookmark));
+            network.stations().constFirst()->insert(QList<Bookmark>(count, bookmark));
         });
     }
 
-    /// Begins to prepare another installation: with bookmarks that are made up, or from a file.
+    /// Starts the preparation of other stations, with random bookmarks or an import.
     Q_INVOKABLE QObject *prepare(int bookmarks, int linesOfFile)
     {
         m_preparation.reset();
@@ -110,15 +111,15 @@ public:
     }
 
     Q_INVOKABLE QString exportFile() const { return m_folder.filePath(u"found.csv"_s); }
-    /// Removes all bookmarks and imports a file; returns how many, and what was wrong with it.
+    /// Removes all bookmarks and imports a file. Returns their number and the messages.
     Q_INVOKABLE QString importAnew(const QString &file)
     {
         QStringList words;
-        perform([&](Site &site) {
-            const auto stations = site.stations();
+        perform([&](StationNetwork &network) {
+            const auto stations = network.stations();
             for (Station *station : stations)
                 station->execute(command::RemoveAllBookmarks, QVariant());
-            const CsvImport::Result result = CsvImport(site, {}).run(file);
+            const CsvImport::Result result = CsvImport(network, {}).run(file);
             words = QStringList(u"%1 imported"_s.arg(result.imported)) + result.messages;
         });
         return words.join(u'\n');
@@ -126,7 +127,7 @@ public:
 
     Q_INVOKABLE QString faultsFile() const { return m_folder.filePath(u"faults.json"_s); }
     Q_INVOKABLE QString sessionFile() const { return m_folder.filePath(u"session.jsonl"_s); }
-    /// A copy of that session with one text instead of another.
+    /// Copies that session and replaces a text. Returns the path of the copy.
     Q_INVOKABLE QString changedSession(const QString &before, const QString &after) const
     {
         QFile session(sessionFile());
@@ -161,19 +162,19 @@ private:
         return bookmarks;
     }
 
-    /// Waits until the stations have done it.
-    void perform(const std::function<void(Site &)> &job)
+    /// Runs a job in the stations' thread and waits for it.
+    void perform(const std::function<void(StationNetwork &)> &job)
     {
         std::promise<void> done;
-        m_stations.perform([&](Site &site) {
-            job(site);
+        m_stations.perform([&](StationNetwork &network) {
+            job(network);
             done.set_value();
         });
         done.get_future().wait();
     }
 
     StationThread &m_stations;
-    WorkbenchContext &m_bench;
+    WorkbenchContext &m_workbench;
     standin::Framework &m_framework;
     QTemporaryDir m_folder;
     std::optional<QTemporaryDir> m_otherFolder;
@@ -181,7 +182,7 @@ private:
     std::optional<Preparation> m_preparation;
 };
 
-/// Gives each test file an installation of its own: no list or fault of one reaches the next.
+/// Creates stations for each test file, so that no list or fault reaches the next one.
 class Setup : public QObject
 {
     Q_OBJECT
@@ -201,17 +202,17 @@ public Q_SLOTS:
         QString error;
         m_data.emplace();
         m_stations.emplace(demoStations());
-        m_stations->open(m_data->path(), [](const Site *site, const QString &problem) {
-            if (!site)
+        m_stations->open(m_data->path(), [](const StationNetwork *network, const QString &problem) {
+            if (!network)
                 qFatal("%s", qPrintable(problem));
         });
         m_shell.emplace(*m_stations);
         if (!m_shell->load(QStringLiteral(PLUGIN_PATH), &error))
             qFatal("%s", qPrintable(error));
-        m_shell->bench().openedRecording()->setReplayProgram(QStringLiteral(WORKBENCH_PATH),
-                                                             QStringLiteral(PLUGIN_PATH));
-        m_shell->enter(*engine);
-        m_lab.emplace(*m_stations, m_shell->bench(), m_shell->framework());
+        m_shell->workbench().openedRecording()->setReplayProgram(QStringLiteral(WORKBENCH_PATH),
+                                                                 QStringLiteral(PLUGIN_PATH));
+        m_shell->initialise(*engine);
+        m_lab.emplace(*m_stations, m_shell->workbench(), m_shell->framework());
         m_lab->reset();
 
         QVariantMap properties = m_shell->initialProperties();

@@ -5,6 +5,7 @@
 #include <QtCore/QSet>
 #include <QtTest/QTest>
 
+using namespace stations;
 using namespace workbench;
 
 class TestBookmarkMaker : public QObject
@@ -12,7 +13,7 @@ class TestBookmarkMaker : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void followsSeedAndPresent()
+    void bookmarksDependOnSeedAndTime()
     {
         constexpr qint64 Day = 86'400'000;
         constexpr qint64 Now = 1'774'750'000'000; // on a day that is an hour short

@@ -1,7 +1,7 @@
 #include "CsvExport.h"
 #include "CsvImport.h"
 #include "Protocol.h"
-#include "Site.h"
+#include "StationNetwork.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
@@ -11,9 +11,10 @@
 #include <limits>
 
 using namespace Qt::StringLiterals;
+using namespace stations;
 using namespace workbench;
 
-/// Answers with all bookmarks of a station as display records.
+/// Returns all bookmarks of a station as display records.
 class FakePlugin : public QObject
 {
     Q_OBJECT
@@ -27,7 +28,7 @@ public:
     }
 };
 
-/// Bookmarks that are exported into a file, which is imported again.
+/// Tests that exported bookmarks can be imported.
 class TestCsvExport : public QObject
 {
     Q_OBJECT
@@ -45,7 +46,7 @@ class TestCsvExport : public QObject
                 {u"group"_s, text.left(Bookmark::MaxLabelLength)}};
     }
 
-    /// Returns the error.
+    /// Exports the bookmarks. Returns the error.
     QString save(const QVariantList &records)
     {
         FakePlugin plugin;
@@ -57,21 +58,21 @@ class TestCsvExport : public QObject
                                 {u"endTimestamp"_s, std::numeric_limits<qint64>::max()}});
     }
 
-    /// The same records after an import into a new site.
+    /// Returns the records after an import into new stations.
     QVariantList imported() const
     {
         const QTemporaryDir folder;
         QString error;
-        const auto site =
-            Site::open(folder.path(),
-                       {{u"A"_s, {}, {}, {{u"1"_s, {}}}, {}}, {u"B"_s, {}, {}, {}, {}}}, &error);
-        if (!site)
+        const auto network = StationNetwork::open(
+            folder.path(), {{u"A"_s, {}, {}, {{u"1"_s, {}}}, {}}, {u"B"_s, {}, {}, {}, {}}},
+            &error);
+        if (!network)
             qFatal("%s", qPrintable(error));
-        const CsvImport::Result result = CsvImport(*site, {}).run(m_path);
+        const CsvImport::Result result = CsvImport(*network, {}).run(m_path);
         if (!result.error.isEmpty() || !result.messages.isEmpty())
             qWarning("%s", qPrintable(result.error + result.messages.join(u'\n')));
         const QVariantMap answer =
-            site->execute(protocol::command::QueryAllBookmarks, QVariantMap(), u"A"_s)
+            network->execute(protocol::command::QueryAllBookmarks, QVariantMap(), u"A"_s)
                 .result.toMap();
         QVariantList records;
         const QVariantList stored = answer.value(protocol::key::Bookmarks).toList();
@@ -91,8 +92,8 @@ class TestCsvExport : public QObject
     const QString m_path = m_folder.filePath(u"found.csv"_s);
 
 private Q_SLOTS:
-    /// All in one file: none may spoil those behind it.
-    void textsComeBack()
+    /// All texts in one file, so that one text can't damage the next.
+    void importReturnsExportedTexts()
     {
         QVariantList records;
         const QStringList texts{u""_s,
@@ -128,8 +129,8 @@ private Q_SLOTS:
         QCOMPARE(imported(), records);
     }
 
-    /// The file has no name for a year of five digits.
-    void timesComeBack()
+    /// ISO 8601 has no years of five digits.
+    void importReturnsExportedTimes()
     {
         constexpr qint64 EndOf9999 = 253'402'300'799'999;
         constexpr qint64 Latest = std::numeric_limits<qint64>::max();
@@ -155,7 +156,7 @@ private Q_SLOTS:
         QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files), QStringList{u"found.csv"_s});
     }
 
-    void unusablePathIsNamed()
+    void errorNamesTheUnusablePath()
     {
         FakePlugin plugin;
         RecordFinder finder;

@@ -14,7 +14,7 @@ using namespace workbench;
 
 namespace {
 
-/// "x7": the bookmark with that identifier at station x.
+/// Creates the record of bookmark 7 at station x from "x7".
 QVariantMap recordOf(const QString &word, const QString &text = {})
 {
     return {{u"relayPath"_s, word.first(1)}, {u"bookmarkID"_s, word.mid(1)}, {u"text"_s, text}};
@@ -41,7 +41,7 @@ QString inWords(const QVariantList &records)
     return words.join(u' ');
 }
 
-/// A page in words: "day: x1 x2; other day: y1".
+/// Creates a page from a text like "day: x1 x2; other day: y1".
 QVariantList groupsOf(const QString &page)
 {
     QVariantList groups;
@@ -58,7 +58,7 @@ qint64 momentOf(const QString &iso)
 
 } // namespace
 
-/// What the bookmark panel is made of: days, moments, the page, and what is selected on it.
+/// Tests the classes of the bookmark panel: days, moments, page and selection.
 class TestPanelModels : public QObject
 {
     Q_OBJECT
@@ -66,7 +66,7 @@ class TestPanelModels : public QObject
 private Q_SLOTS:
     void cleanup() { QLocale::setDefault(QLocale(u"en_US"_s)); }
 
-    void weeksBeginWhereTheLocaleSays_data()
+    void weekBeginsOnTheDayOfTheLocale_data()
     {
         // 2026-07-05 is a Sunday.
         addTable({"locale", "now", "first", "last"}, uR"(
@@ -76,7 +76,7 @@ Sunday, first day   | en_US | 2026-07-04T22:00:00Z | 2026-07-05 | 2026-07-11
 Sunday, last day    | en_US | 2026-07-04T21:59:59Z | 2026-06-28 | 2026-07-04
 Saturday, third day | ar_EG | 2026-07-06T10:00:00Z | 2026-07-04 | 2026-07-10)"_s);
     }
-    void weeksBeginWhereTheLocaleSays()
+    void weekBeginsOnTheDayOfTheLocale()
     {
         QFETCH(const QString, locale);
         QFETCH(const QString, now);
@@ -88,12 +88,12 @@ Saturday, third day | ar_EG | 2026-07-06T10:00:00Z | 2026-07-04 | 2026-07-10)"_s
         const qint64 end = week.value(u"endTimestamp"_s).toLongLong();
         QTEST(ranges.dayOf(start), "first");
         QTEST(ranges.dayOf(end), "last");
-        // Neither a moment too many nor too few.
+        // One millisecond earlier or later is another day.
         QCOMPARE(end + 1 - start, 7 * 86'400'000LL);
         QVERIFY(ranges.dayOf(start - 1) < ranges.dayOf(start));
     }
 
-    void daysLater_data()
+    void dayLaterAddsDaysAndMonths_data()
     {
         addTable({"day", "days", "months", "later"}, uR"(
 over a leap day   | 2024-02-28 | 2  | 0   | 2024-03-01
@@ -104,13 +104,13 @@ month comes first | 2026-01-30 | 1  | 1   | 2026-03-01
 over a year       | 2026-11-30 | 0  | 3   | 2027-02-28
 no day            | 2026-02-30 | 1  | 0   |)"_s);
     }
-    void daysLater()
+    void dayLaterAddsDaysAndMonths()
     {
         QFETCH(const QString, day);
         QTEST(DateRanges::dayLater(day, int(numberIn("days")), int(numberIn("months"))), "later");
     }
 
-    void typedMoments_data()
+    void typedTextsGiveMoments_data()
     {
         addTable({"zone", "text", "moment", "shown", "remark"}, uR"(
 whole             | Asia/Tokyo    | 2026-07-01 08:30:15 | 2026-06-30T23:30:15Z | 2026-07-01 08:30:15 |
@@ -127,10 +127,10 @@ a day left out    | Pacific/Apia  | 2011-12-30 12:00    |                      |
 not skipped there | no zone       | 2026-03-29 02:30:00 | 2026-03-29T02:30:00Z | 2026-03-29 02:30:00 |
 before 1970       | no zone       | 1969-12-31 23:59:59 | 1969-12-31T23:59:59Z | 1969-12-31 23:59:59 |
 no leap year      | no zone       | 2026-02-29 10:00:00 |                      | | The calendar has no day 2026-02-29
-something behind  | no zone       | 2026-07-01 08:30:15Z |                     | | Not a time
-nothing           | no zone       |                     |                      | | Not a time)"_s);
+something behind  | no zone       | 2026-07-01 08:30:15Z |                     | | This is not a time
+nothing           | no zone       |                     |                      | | This is not a time)"_s);
     }
-    void typedMoments()
+    void typedTextsGiveMoments()
     {
         QFETCH(const QString, zone);
         QFETCH(const QString, text);
@@ -145,7 +145,7 @@ nothing           | no zone       |                     |                      |
         QCOMPARE(texts.remarkOn(text).isEmpty(), remark.isEmpty());
     }
 
-    void lengths()
+    void lengthIsFormatted()
     {
         const qint64 day = 86'400'000;
         QCOMPARE(DateTimeTexts::lengthText(0), u"0 s"_s);
@@ -153,9 +153,9 @@ nothing           | no zone       |                     |                      |
         QCOMPARE(DateTimeTexts::lengthText(2 * day + 59'500), u"2 d 1 min"_s);
     }
 
-    void pages_data()
+    void pageReplacesRows_data()
     {
-        // Rows as "record title/count", the count at the first row of a group only.
+        // Rows as "record title/count"; the count is 0 except in the first row of a group.
         addTable({"before", "after", "rows", "changes"}, uR"(
 first page      |             | a: x1 x2; b: y1 | x1 a/2, x2 a/0, y1 b/1 | +0-2 count
 the same        | a: x1 x2    | a: x1 x2  | x1 a/2, x2 a/0 | ~0-1
@@ -165,7 +165,7 @@ empty           | a: x1 x2    |           | | -0-1 count
 an empty group  |             | a: ; b: x1 | x1 b/1 | +0-0 count
 the same title  |             | a: x1; a: x2 | x1 a/1, x2 a/1 | +0-1 count)"_s);
     }
-    void pages()
+    void pageReplacesRows()
     {
         QFETCH(const QString, before);
         QFETCH(const QString, after);
@@ -187,7 +187,7 @@ the same title  |             | a: x1; a: x2 | x1 a/1, x2 a/1 | +0-1 count)"_s);
         QTEST(rows.join(u", "_s), "rows");
     }
 
-    void recordsBetweenRows()
+    void rangeOfRowsGivesRecords()
     {
         RecordSelection selection;
         PageModel page;
@@ -201,7 +201,7 @@ the same title  |             | a: x1; a: x2 | x1 a/1, x2 a/1 | +0-1 count)"_s);
         QVERIFY(page.recordAt(-1).isEmpty() && page.recordAt(4).isEmpty());
     }
 
-    void selects_data()
+    void selectionChanges_data()
     {
         addTable({"steps", "selected"}, uR"(
 each once           | add x1 x2; add x2                  | x1 x2
@@ -211,7 +211,7 @@ others instead      | add x1 x2; set x3                  | x3
 cleared             | add x1; set                        |
 not selected        | add x1; remove x2 y1               | x1)"_s);
     }
-    void selects()
+    void selectionChanges()
     {
         QFETCH(const QString, steps);
         RecordSelection selection;
@@ -240,8 +240,8 @@ not selected        | add x1; remove x2 y1               | x1)"_s);
         QTEST(inWords(shown), "selected");
     }
 
-    /// Else one would edit or delete what has changed meanwhile.
-    void selectionFollowsItsRecords()
+    /// Otherwise the user would edit or delete outdated records.
+    void selectionHasUpdatedRecords()
     {
         RecordSelection selection;
         PageModel page;

@@ -2,7 +2,7 @@
 #include "FileImport.h"
 #include "Preparation.h"
 #include "Protocol.h"
-#include "Site.h"
+#include "StationNetwork.h"
 #include "StationThread.h"
 
 #include <QtCore/QFile>
@@ -13,9 +13,10 @@
 #include <future>
 
 using namespace Qt::StringLiterals;
+using namespace stations;
 using namespace workbench;
 
-/// Starts of the workbench one after the other in one data folder.
+/// Tests several starts of the workbench with one data folder.
 class TestPreparation : public QObject
 {
     Q_OBJECT
@@ -36,7 +37,7 @@ class TestPreparation : public QObject
         return file.fileName();
     }
 
-    /// With the import of a file that has this content.
+    /// Starts with the import of a file with this content.
     Start start(const QByteArray &csv, int bookmarks = 0)
     {
         Preparation::Plan plan{m_folder->filePath(u"data"_s), bookmarks, 1, {}};
@@ -50,8 +51,8 @@ class TestPreparation : public QObject
             qFatal("the preparation did not end");
         Start result{preparation.outcome().error, preparation.report(), preparation.summary()};
         std::promise<void> counted;
-        stations.perform([&](Site &site) {
-            const auto all = site.stations();
+        stations.perform([&](StationNetwork &network) {
+            const auto all = network.stations();
             for (Station *const station : all)
                 result.stored +=
                     station->execute(protocol::command::QueryAllBookmarks, QVariantMap())
@@ -87,20 +88,21 @@ private Q_SLOTS:
         QCOMPARE(start(csv).stored, 7);
     }
 
-    void uselessImportIsAnErrorAndTriedAgain()
+    void importWithoutBookmarksIsAnErrorAndRepeated()
     {
         const QByteArray csv =
             csvOf("camera-99,1,2\n" + QByteArray("camera-11,x,2\n").repeated(150));
         for (int attempt = 0; attempt < 2; ++attempt) {
             const Start useless = start(csv);
-            QVERIFY2(useless.error.endsWith(u"some.csv: no bookmark was imported."_s),
+            QVERIFY2(useless.error.endsWith(
+                         u"some.csv: no bookmark was imported; see the messages above."_s),
                      qPrintable(useless.error));
             QCOMPARE(useless.summary, u"Imported 0 bookmarks, skipped 151 lines."_s);
             QVERIFY(useless.messages.endsWith(u"\n... and 51 more lines"_s));
         }
     }
 
-    void linesThatCanNotBeUsedDoNotPreventTheRest()
+    void unusableLinesDoNotPreventTheRest()
     {
         const QByteArray csv = csvOf("camera-99,1,2\ncamera-11,1,2\n");
         const Start first = start(csv);
@@ -109,19 +111,20 @@ private Q_SLOTS:
         QCOMPARE(start(csv).stored, 1);
     }
 
-    void cancelledImportIsNotCountedAsImported()
+    void cancelledImportCanBeRepeated()
     {
         const QByteArray csv = csvOf(QByteArray("camera-11,1,2\n").repeated(2500));
         QCOMPARE(start(csvOf("camera-11,1,2\n")).stored, 1);
         const Preparation::Plan plan{m_folder->filePath(u"data"_s), 0, 1, write(csv)};
         Preparation::Outcome outcome;
         QString error;
-        const auto site = Site::open(plan.folder, demoStations(), &error);
-        QVERIFY2(site, qPrintable(error));
+        const auto network = StationNetwork::open(plan.folder, demoStations(), &error);
+        QVERIFY2(network, qPrintable(error));
         importFile(
-            *site, plan, [](const QString &, double) { return false; }, outcome);
+            *network, plan, [](const QString &, double) { return false; }, outcome);
         QCOMPARE(outcome.error, QString());
-        QCOMPARE(outcome.messages, QStringList{u"The import was cancelled before its end."_s});
+        QCOMPARE(outcome.messages,
+                 QStringList{u"The import was cancelled; the rest of the file is missing."_s});
         QCOMPARE(start(csv).stored, 1 + 2500);
     }
 
@@ -129,11 +132,11 @@ private Q_SLOTS:
     {
         QCOMPARE(start("camera,start_offset_ms,end_offset_ms\none,1,2\ntwo,1,2\none,3,4\n").summary,
                  u"Imported 3 bookmarks, skipped 0 lines. "
-                 "2 names are not cameras and were placed as recordings."_s);
+                 "2 names are not cameras; they were placed as recordings."_s);
     }
 
-    /// A failed import says nothing about the first bookmarks, which are complete.
-    void firstBookmarksAreMadeOnce()
+    /// The first bookmarks are complete even if the import fails.
+    void firstBookmarksAreCreatedOnce()
     {
         const Start first = start(csvOf("camera-99,1,2\n"), 30);
         QVERIFY(!first.error.isEmpty());

@@ -19,7 +19,7 @@ qint64 momentOf(const QString &iso)
     return QDateTime::fromString(iso, Qt::ISODateWithMs).toMSecsSinceEpoch();
 }
 
-/// "creator@2026-03-29T01:30Z text": a display record, with the day of UTC as its date.
+/// Creates a display record from "creator@2026-03-29T01:30Z text", with the UTC day as its date.
 QVariantMap recordOf(const QString &word)
 {
     const qint64 start = momentOf(word.section(u'@', 1).section(u' ', 0, 0));
@@ -31,7 +31,7 @@ QVariantMap recordOf(const QString &word)
             {u"description"_s, word}};
 }
 
-/// "title: word word; title: word" of a page.
+/// Formats a page as "title: word word; title: word".
 QString inWords(const QVariantMap &page)
 {
     QStringList groups;
@@ -46,7 +46,7 @@ QString inWords(const QVariantMap &page)
     return groups.join(u"; "_s);
 }
 
-/// For all days.
+/// Returns a filter for all days.
 QVariantMap filterOf(const QString &timeOfDay)
 {
     return {{u"startTimestamp"_s, std::numeric_limits<qint64>::min()},
@@ -56,7 +56,7 @@ QVariantMap filterOf(const QString &timeOfDay)
 
 } // namespace
 
-/// Has a list of all bookmarks, and answers a question for a page with the question.
+/// Returns a list of all bookmarks, and the filter itself for a page.
 class FakePlugin : public QObject
 {
     Q_OBJECT
@@ -74,7 +74,7 @@ public:
     }
 };
 
-/// Finding bookmarks by their time of day.
+/// Tests the search for bookmarks by time of day.
 class TestRecordFinder : public QObject
 {
     Q_OBJECT
@@ -91,7 +91,7 @@ private Q_SLOTS:
         m_finder->setProperty("plugin", QVariant::fromValue<QObject *>(&m_plugin));
     }
 
-    void timesOfDay_data()
+    void isTimeOfDayAcceptsValidTexts_data()
     {
         addTable({"text", "valid"}, uR"(
 any            |                 | yes
@@ -107,15 +107,15 @@ hours alone    | 22-6            |
 three times    | 1:00-2:00-3:00  |
 something more | 22:00-06:00 UTC |)"_s);
     }
-    void timesOfDay()
+    void isTimeOfDayAcceptsValidTexts()
     {
         QFETCH(const QString, text);
         QTEST(RecordFinder::isTimeOfDay(text) ? u"yes"_s : QString(), "valid");
     }
 
-    void findsByTimeOfDay_data()
+    void bookmarksAreFoundByTimeOfDay_data()
     {
-        // Bookmarks that begin at these moments of UTC; in brackets those that match.
+        // Starts of bookmarks in UTC; those in brackets match.
         addTable({"zone", "time", "range", "begins"}, uR"(
 start counts, end not | UTC | 06:00-22:00 | | 2026-07-01T05:59:59.999Z [2026-07-01T06:00:00Z 2026-07-01T21:59:59.999Z] 2026-07-01T22:00:00Z
 over midnight         | UTC | 22:00-06:00 | | [2026-07-01T05:59:59.999Z] 2026-07-01T06:00:00Z 2026-07-01T21:59:59.999Z [2026-07-01T22:00:00Z 2026-07-02T00:00:00Z]
@@ -135,7 +135,7 @@ years apart           | UTC | 10:00-11:00 | | [2001-01-01T10:30:00Z] 2013-05-05T
 far in the future     | UTC | 10:00-11:00 | | [2026-07-01T10:30:00Z 9999-12-31T10:30:00Z]
 none stored           | UTC | 10:00-11:00 | |)"_s);
     }
-    void findsByTimeOfDay()
+    void bookmarksAreFoundByTimeOfDay()
     {
         QFETCH(const QString, zone);
         QFETCH(const QString, time);
@@ -166,7 +166,7 @@ none stored           | UTC | 10:00-11:00 | |)"_s);
         QCOMPARE(found, expected);
     }
 
-    void searchesTheFieldsOfThePlugin_data()
+    void textIsSearchedInThePluginsFields_data()
     {
         addTable({"field", "text", "found"}, uR"(
 part of a word   | description      | RKLI        | 1
@@ -178,7 +178,7 @@ identifier       | bookmarkID       | Forklift    | 0
 another text     | description      | forklifts   | 0
 no text          | description      |             | 1)"_s);
     }
-    void searchesTheFieldsOfThePlugin()
+    void textIsSearchedInThePluginsFields()
     {
         QFETCH(const QString, field);
         QFETCH(const QString, text);
@@ -194,9 +194,9 @@ no text          | description      |             | 1)"_s);
         QCOMPARE(m_finder->page(filter), filter); // the plug-in's own page
     }
 
-    void sortsAndGroups_data()
+    void recordsAreSortedAndGrouped_data()
     {
-        // Titles of days sort by their dates, not by their texts.
+        // Days sort by date, not by their texts.
         addTable({"groupKey", "ascending", "page"}, uR"(
 latest day     | displayDate      |     | 02.07.2026: b2 a2; 30.06.2026: a1
 first day      | displayDate      | yes | 30.06.2026: a1; 02.07.2026: b2 a2
@@ -204,7 +204,7 @@ first time     | displayTimeRange | yes | 30.06.2026: a1; 02.07.2026: b2 a2
 last creator   | creator          |     | b: b2; a: a2 a1
 first creator  | creator          | yes | a: a2 a1; b: b2)"_s);
     }
-    void sortsAndGroups()
+    void recordsAreSortedAndGrouped()
     {
         QFETCH(const QString, groupKey);
         QFETCH(const QString, ascending);
@@ -221,8 +221,7 @@ first creator  | creator          | yes | a: a2 a1; b: b2)"_s);
         QTEST(inWords(m_finder->page(filter)), "page");
     }
 
-    /// Over more than one page of the result.
-    void pages()
+    void resultHasSeveralPages()
     {
         const qint64 start = momentOf(u"2026-07-01T10:00:00Z"_s);
         for (int i = 0; i < 2 * PageSize + 1; ++i)

@@ -16,7 +16,7 @@ using namespace workbench;
 
 namespace {
 
-/// A letter, which tells what it is for, and a number.
+/// A row: a letter as its identity, and a number as its value.
 struct Item
 {
     QString text;
@@ -54,13 +54,13 @@ private:
     friend class RowList<Item>;
 };
 
-constexpr qint64 Origin = 2'800'000; ///< at the left end of the layout below
+constexpr qint64 Origin = 2'800'000; ///< time at the left end of the layout
 constexpr int PixelMs = 100;
 
-constexpr int StartRole = Qt::UserRole; ///< the first one of the source
+constexpr int StartRole = Qt::UserRole; ///< first role of the source
 constexpr int DescriptionRole = StartRole + 2;
 
-/// A timeline model with rows like "10-20:van" in pixels, "10-20:van@d" of camera d.
+/// A timeline model with rows from texts: "10-20:van" in pixels, "10-20:van@d" of camera d.
 std::unique_ptr<QStandardItemModel> sourceOf(const QString &marks)
 {
     const QByteArrayList names{"startTimestampRole", "endTimestampRole", "descRole",
@@ -84,7 +84,7 @@ std::unique_ptr<QStandardItemModel> sourceOf(const QString &marks)
     return model;
 }
 
-/// 600 pixels wide.
+/// A layout of 600 pixels.
 struct Timeline
 {
     std::unique_ptr<QStandardItemModel> source;
@@ -111,13 +111,13 @@ qint64 timeOf(const QString &text)
 
 } // namespace
 
-/// What a timeline shows, and which part of it, at the ends of what can be.
+/// Tests the classes of the timeline: visible range, bars and ticks.
 class TestTimelines : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void visibleRange_data()
+    void actionsChangeTheVisibleRange_data()
     {
         addTable({"steps", "range", "changes"}, uR"(
 too short           | show 1000000 1059999                          | 999999+60000    | 1
@@ -141,7 +141,7 @@ runs out            | show 1000000 1100000; follow 1100000 1100001  | 1005001+10
 up to the end       | show 1000000 1100000; follow 1000000 1100000  | 1000000+100000  | 1
 ran elsewhere       | show 1000000 1100000; follow 1100001 1200000  | 1000000+100000  | 1)"_s);
     }
-    void visibleRange()
+    void actionsChangeTheVisibleRange()
     {
         QFETCH(const QString, steps);
         VisibleRange range;
@@ -166,7 +166,7 @@ ran elsewhere       | show 1000000 1100000; follow 1100001 1200000  | 1000000+10
         QTEST(QString::number(changed.count()), "changes");
     }
 
-    void asksForWholeSteps_data()
+    void requestedRangeHasWholeSteps_data()
     {
         // A step is a quarter of what is visible.
         addTable({"from", "asked"}, uR"(
@@ -175,15 +175,16 @@ just before one | 1024999 | 975000-1150000
 on the next     | 1025000 | 1000000-1175000
 at the start    | 0       | 0-150000)"_s);
     }
-    void asksForWholeSteps()
+    void requestedRangeHasWholeSteps()
     {
         const qint64 from = numberIn("from");
         VisibleRange range;
         range.show(from, from + 100'000);
-        QTEST(u"%1-%2"_s.arg(qint64(range.askedFrom())).arg(qint64(range.askedTo())), "asked");
+        QTEST(u"%1-%2"_s.arg(qint64(range.requestedFrom())).arg(qint64(range.requestedTo())),
+              "asked");
     }
 
-    void rowsComeAndGoAtTheEnds_data()
+    void rowsAreInsertedAndRemovedAtTheEnds_data()
     {
         addTable({"before", "after", "changes"}, uR"(
 the same        | a1 b1    | a1 b1    |
@@ -197,7 +198,7 @@ way and changed | a1 b1 c1 | b2 c1    | -0-0 ~0-0/1
 out of a middle | a1 b1 c1 | a1 c1    | -2-2 ~1-1
 others          | a1 b1    | x1 y1 z1 | ~0-0 ~1-1 +2-2)"_s);
     }
-    void rowsComeAndGoAtTheEnds()
+    void rowsAreInsertedAndRemovedAtTheEnds()
     {
         QFETCH(const QString, before);
         QFETCH(const QString, after);
@@ -213,9 +214,9 @@ others          | a1 b1    | x1 y1 z1 | ~0-0 ~1-1 +2-2)"_s);
         QCOMPARE(shown.join(u' '), after);
     }
 
-    void bars_data()
+    void bookmarksAreArrangedAsBars_data()
     {
-        // In milliseconds, of which a pixel has 100. Bars as "left+width/lane*count".
+        // Times in milliseconds, 100 per pixel. Bars as "left+width/lane*count".
         addTable({"lanes", "marks", "bars"}, uR"(
 a gap between       | 2 | 0..1000 1100..2100             | 0+1000/0*1 1100+1000/0*1
 less than a gap     | 2 | 0..1000 1099..2099             | 0+1000/0*1 1099+1000/1*1
@@ -230,7 +231,7 @@ the end of time     | 2 | 0..9223372036854775807 5000..6000 | 0+far/0*1 5000+100
 all of time         | 2 | -9223372036854775808..9223372036854775807 5000..6000 | far+far/0*1 5000+1000/1*1
 the last moment     | 2 | 9223372036854775807..9223372036854775807 | far+400/0*1)"_s);
     }
-    void bars()
+    void bookmarksAreArrangedAsBars()
     {
         QFETCH(const QString, marks);
         std::vector<Mark> list;
@@ -248,7 +249,7 @@ the last moment     | 2 | 9223372036854775807..9223372036854775807 | far+400/0*1
         QTEST(bars.join(u' '), "bars");
     }
 
-    void tellsOfTheBar_data()
+    void barHasTextAndTimes_data()
     {
         addTable({"marks", "told"}, uR"(
 one               | 0-20:a                     | id-a 0..20 a
@@ -259,7 +260,7 @@ not in order      | 4-5:b 2-6:a                | id-a 2..6 a/b
 of other cameras  | 0-1:x@d 2-3:a 2-3:y@d      | id-a 2..3 a
 end before start  | 30-10:a                    | id-a 30..30 a)"_s);
     }
-    void tellsOfTheBar()
+    void barHasTextAndTimes()
     {
         QFETCH(const QString, marks);
         const Timeline timeline(marks);
@@ -275,7 +276,7 @@ end before start  | 30-10:a                    | id-a 30..30 a)"_s);
               "told");
     }
 
-    void nextAndPreviousStart()
+    void nextAndPreviousStartAreFound()
     {
         Timeline timeline(u"30-40:d 10-15:a 20-90:b 20-25:c 12-13:x@d"_s);
         const auto pixels = [](qint64 time) { return time < 0 ? time : (time - Origin) / PixelMs; };
@@ -289,8 +290,8 @@ end before start  | 30-10:a                    | id-a 30..30 a)"_s);
         QCOMPARE(before, (QList<qint64>{-1, -1, 10, 10, 20, 30}));
     }
 
-    /// All delegates of a timeline would be written anew with each frame of a pan.
-    void panningMovesBarsOnly()
+    /// Otherwise each frame of a pan would update all roles of all delegates.
+    void panningChangesOnlyPositions()
     {
         Timeline timeline(u"20-40:a 60-90:b"_s);
         RowChanges changes(timeline.layout);
@@ -305,7 +306,7 @@ end before start  | 30-10:a                    | id-a 30..30 a)"_s);
         QCOMPARE(changes.take(), QString());
     }
 
-    void isOutdatedByWhatItShowsAndNothingElse()
+    void onlyRelevantChangesOutdateTheLayout()
     {
         VisibleRange next;
         const auto other = sourceOf(u"1-2:b"_s);
@@ -335,7 +336,7 @@ end before start  | 30-10:a                    | id-a 30..30 a)"_s);
         QCOMPARE(outdated.join(u' '), u"marks axis marks"_s);
     }
 
-    void ticks_data()
+    void ticksFollowTheRange_data()
     {
         // A label needs 62 pixels.
         addTable({"zone", "from", "seconds", "width", "ticks", "time"}, uR"(
@@ -347,7 +348,7 @@ the last minute   | UTC | 9999-12-31T23:58:59.999Z | 60    | 745 | 12: 23:59:00@
 an hour twice, in minutes | Europe/Berlin | 2026-10-25T00:55:00Z | 600 | 130 | 3: 02:55@0 02:05@130 | Sun 25 Oct 2026 02:55:00
 a skipped hour, in minutes | Europe/Berlin | 2026-03-29T00:55:00Z | 600 | 130 | 3: 01:55@0 03:05@130 | Sun 29 Mar 2026 01:55:00)"_s);
     }
-    void ticks()
+    void ticksFollowTheRange()
     {
         QFETCH(const QString, zone);
         QFETCH(const QString, from);

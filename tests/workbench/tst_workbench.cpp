@@ -14,7 +14,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// The workbench as its user runs it.
+/// Tests the workbench program by its command line.
 class TestWorkbench : public QObject
 {
     Q_OBJECT
@@ -62,7 +62,7 @@ class TestWorkbench : public QObject
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    /// The bookmarks of all stations.
+    /// Returns the number of bookmarks of all stations.
     static int storedIn(const QString &folder)
     {
         int stored = 0;
@@ -81,7 +81,7 @@ class TestWorkbench : public QObject
 private Q_SLOTS:
     void initTestCase() { qputenv("XDG_RUNTIME_DIR", QFile::encodeName(m_folder.path())); }
 
-    void playsTheTour()
+    void tourPasses()
     {
         for (const auto &[arguments, line] : QList<QPair<QStringList, QString>>{
                  {{}, u"send > AddBookmarks to relay-3\n"_s},
@@ -94,7 +94,7 @@ private Q_SLOTS:
         }
     }
 
-    void playsTheTourWhereTheDisplayIsEmpty()
+    void tourNeedsNoDisplay()
     {
         auto environment = QProcessEnvironment::systemEnvironment();
         for (const char *name : {"QT_QPA_PLATFORM", "WAYLAND_DISPLAY"})
@@ -118,7 +118,7 @@ private Q_SLOTS:
         QVERIFY2(window.errors.contains("--headless"_L1), qPrintable(window.errors));
     }
 
-    void importsAndKeepsTheDataFolder()
+    void importStoresBookmarksInTheDataFolder()
     {
         const QString csv = write(u"some.csv"_s, "camera,start,end,description\n"
                                                  "camera-11,1700000000000,1700000001000,kept\n"
@@ -142,7 +142,7 @@ private Q_SLOTS:
         QVERIFY2(third.errors.contains("had 0 bytes"_L1), qPrintable(third.errors));
     }
 
-    void interruptedFirstDataIsMadeAgain()
+    void interruptedFirstBookmarksAreCreatedAgain()
     {
         const QString data = m_folder.filePath(u"interrupted"_s);
         const QStringList arguments{u"--data"_s, data, u"--screenshot"_s,
@@ -151,7 +151,8 @@ private Q_SLOTS:
         process.start(QStringLiteral(WORKBENCH_PATH),
                       arguments + QStringList{u"--bookmarks=1000000"_s});
         process.setReadChannel(QProcess::StandardError);
-        QTRY_VERIFY_WITH_TIMEOUT(process.peek(1000).contains("Making the first bookmarks"), 60'000);
+        QTRY_VERIFY_WITH_TIMEOUT(process.peek(1000).contains("Creating the first bookmarks"),
+                                 60'000);
         process.kill();
         QVERIFY(process.waitForFinished());
 
@@ -163,7 +164,7 @@ private Q_SLOTS:
         }
     }
 
-    void refusesToBegin_data()
+    void unusableOptionsAreRejected_data()
     {
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QString>("complaint");
@@ -186,7 +187,7 @@ private Q_SLOTS:
         row("no plug-in", {u"--library"_s, QStringLiteral(NO_PLUGIN_PATH)},
             u"expected a Qt plug-in"_s);
         row("damaged database", {u"--data"_s, data}, data + "/relay-1"_L1);
-        row("unwritable log", {u"--log"_s, u"/none/log"_s}, u"/none/log: cannot be written"_s);
+        row("unwritable log", {u"--log"_s, u"/none/log"_s}, u"/none/log: can't be written"_s);
         const auto values = [&](const QString &option, const QStringList &bad,
                                 const QString &expected) {
             for (const QString &value : bad)
@@ -231,20 +232,20 @@ private Q_SLOTS:
         row("faults without a window", {u"--tour"_s, u"--faults"_s, write(u"f.json"_s, "[]")},
             u"--tour and --faults exclude each other"_s);
         row("unwritable pictures", {u"--pictures"_s, qml + u"/out"_s},
-            qml + "/out: cannot be written"_L1);
+            qml + "/out: can't be written"_L1);
     }
-    void refusesToBegin()
+    void unusableOptionsAreRejected()
     {
         QFETCH(const QStringList, arguments);
         QFETCH(const QString, complaint);
 
-        const Run refused = run(arguments);
-        QCOMPARE(refused.exitCode, 2);
-        QCOMPARE(refused.output, QString());
-        QVERIFY2(refused.errors.contains(complaint), qPrintable(refused.errors));
+        const Run rejected = run(arguments);
+        QCOMPARE(rejected.exitCode, 2);
+        QCOMPARE(rejected.output, QString());
+        QVERIFY2(rejected.errors.contains(complaint), qPrintable(rejected.errors));
     }
 
-    void helpNamesEveryOption()
+    void helpListsEveryOption()
     {
         const Run help = run({u"--help"_s});
         QCOMPARE(help.exitCode, 0);
@@ -256,7 +257,7 @@ private Q_SLOTS:
             QVERIFY2(help.output.contains("--"_L1 + QLatin1String(option)), option);
     }
 
-    void replayTellsByItsExitCode()
+    void replayReportsByExitCode()
     {
         const QByteArray session = "{\"format\":\"tessaline-recording\",\"formatVersion\":1}\n"
                                    "{\"kind\":\"call\",\"name\":\"removeAllBookmarks\","
@@ -294,7 +295,7 @@ private Q_SLOTS:
         QVERIFY2(unread.errors.contains("b.jsonl:1: expected"_L1), qPrintable(unread.errors));
     }
 
-    void replayWritesItsOutcomeWithoutADisplay()
+    void replayWritesItsReportWithoutADisplay()
     {
         auto environment = QProcessEnvironment::systemEnvironment();
         environment.remove(u"QT_QPA_PLATFORM"_s);
@@ -333,8 +334,8 @@ private Q_SLOTS:
         QVERIFY2(unwritten.errors.contains("r.xml: "_L1), qPrintable(unwritten.errors));
     }
 
-    /// Every input reaches what it is meant for, and a frame shows it.
-    void measuresTheWindow()
+    /// Every input must change the scene, and a frame must show it.
+    void frameTimesHaveEveryInput()
     {
         const QString folder = m_folder.filePath(u"figures"_s);
         const Run measured = run(
@@ -348,25 +349,25 @@ private Q_SLOTS:
         QList<QPair<QString, int>> inputs;
         const QJsonArray rows = figures.value("rows"_L1).toArray();
         for (const QJsonValue &row : rows) {
-            const QString doing = row["doing"_L1].toString();
-            inputs.append({doing, row["inputToFrame"_L1]["count"_L1].toInt()});
+            const QString action = row["action"_L1].toString();
+            inputs.append({action, row["inputToFrame"_L1]["count"_L1].toInt()});
             QCOMPARE(row["inputsWithoutFrame"_L1], 0);
             QVERIFY(row["frameWork"_L1]["median"_L1].toDouble() > 0);
-            QVERIFY2(measured.output.contains(u"| %1 | "_s.arg(doing)), qPrintable(doing));
+            QVERIFY2(measured.output.contains(u"| %1 | "_s.arg(action)), qPrintable(action));
         }
-        const QList<QPair<QString, int>> expected{{u"moving pictures alone"_s, 0},
+        const QList<QPair<QString, int>> expected{{u"moving pictures only"_s, 0},
                                                   {u"search text, by letter"_s, 23},
                                                   {u"turn pages"_s, 20},
                                                   {u"change group and order"_s, 10},
-                                                  {u"pan to unknown times"_s, 59},
-                                                  {u"pan over known times"_s, 118},
+                                                  {u"pan to times not loaded"_s, 59},
+                                                  {u"pan over loaded times"_s, 118},
                                                   {u"zoom"_s, 28},
-                                                  {u"ask all stations again"_s, 1}};
+                                                  {u"query all stations again"_s, 1}};
         QCOMPARE(inputs, expected);
     }
 
-    /// First data goes into an empty folder only, and files that can't be used stay as they are.
-    void takesPicturesOfWhatWorks()
+    /// The first bookmarks are created only in an empty folder; unusable files are not changed.
+    void picturesAreTakenOfUsableStations()
     {
         const QString data = m_folder.filePath(u"pictured"_s);
         const QString picture = m_folder.filePath(u"a.png"_s);
@@ -383,7 +384,7 @@ private Q_SLOTS:
             QVERIFY2(window.exitCode == 0, qPrintable(window.errors));
             QFile png(picture);
             QVERIFY(png.open(QIODevice::ReadOnly) && png.readAll().startsWith("\x89PNG"));
-            QCOMPARE(window.errors.contains("Making the first bookmarks"_L1), damage.isEmpty());
+            QCOMPARE(window.errors.contains("Creating the first bookmarks"_L1), damage.isEmpty());
             if (damage.isEmpty())
                 continue;
             QVERIFY2(window.errors.contains(databases.constFirst()), qPrintable(window.errors));

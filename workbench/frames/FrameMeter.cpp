@@ -13,8 +13,9 @@ namespace {
 
 constexpr int HeartbeatMs = 2;
 
-/// How long this thread has had a processor, in milliseconds.
-double workedSoFar()
+/// Returns the processor time of this thread, in milliseconds; 0 where the system does not report
+/// it.
+double threadTime()
 {
 #ifdef Q_OS_UNIX
     timespec time = {};
@@ -31,9 +32,9 @@ FrameMeter::FrameMeter(QQuickWindow &window)
 {
     m_clock.start();
     window.installEventFilter(this);
-    connect(&window, &QQuickWindow::frameSwapped, this, &FrameMeter::noteFrame);
+    connect(&window, &QQuickWindow::frameSwapped, this, &FrameMeter::endFrame);
     m_heartbeat.setTimerType(Qt::PreciseTimer);
-    connect(&m_heartbeat, &QTimer::timeout, this, &FrameMeter::noteHeartbeat);
+    connect(&m_heartbeat, &QTimer::timeout, this, &FrameMeter::measureBlock);
     m_heartbeat.start(HeartbeatMs);
 }
 
@@ -47,7 +48,7 @@ void FrameMeter::begin()
 
 FrameTimes FrameMeter::take()
 {
-    m_times.unseen = int(m_inputs.size() + m_changed.size());
+    m_times.unshown = int(m_inputs.size() + m_changed.size());
     return std::exchange(m_times, {});
 }
 
@@ -55,27 +56,27 @@ bool FrameMeter::eventFilter(QObject * /*window*/, QEvent *event)
 {
     if (event->type() == QEvent::UpdateRequest) {
         m_frameBegin = now();
-        m_workBegin = workedSoFar();
+        m_workBegin = threadTime();
     }
     return false;
 }
 
-void FrameMeter::noteChange()
+void FrameMeter::markChange()
 {
     m_changed.append(std::exchange(m_inputs, {}));
 }
 
-void FrameMeter::noteFrame()
+void FrameMeter::endFrame()
 {
     const double end = now();
     m_times.frames.append(end - m_frameBegin);
-    m_times.work.append(workedSoFar() - m_workBegin);
+    m_times.work.append(threadTime() - m_workBegin);
     const QList<double> shown = std::exchange(m_changed, {});
     for (const double due : shown)
         m_times.latencies.append(end - due);
 }
 
-void FrameMeter::noteHeartbeat()
+void FrameMeter::measureBlock()
 {
     const double elapsed = now() - std::exchange(m_lastHeartbeat, now());
     m_times.blocks.append(std::max(0.0, elapsed - HeartbeatMs));

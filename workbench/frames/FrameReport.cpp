@@ -22,16 +22,15 @@ struct Measure
 constexpr Measure Measures[] = {
     {&FrameTimes::latencies, "inputToFrame",
      "From an input to the end of the frame that shows it, ms"},
-    {&FrameTimes::frames, "frame", "From the begin of a frame to its end, ms"},
+    {&FrameTimes::frames, "frame", "From the start of a frame to its end, ms"},
     {&FrameTimes::work, "frameWork", "Processor time of a frame, ms"},
-    {&FrameTimes::stations, "station",
-     "How long a station worked for an answer, in its thread, ms"},
+    {&FrameTimes::stations, "station", "Time of a station for an answer, in its thread, ms"},
     {&FrameTimes::answers, "answer",
-     "How long the plug-in took for an answer, with what QML does about it, ms"},
-    {&FrameTimes::blocks, "block", "How long the event loop was held up, ms"},
+     "Time of the plug-in for an answer, including slots in QML, ms"},
+    {&FrameTimes::blocks, "block", "Delay of a timer by a busy event loop, ms"},
 };
 
-/// How measured times are spread; zero for none.
+/// The distribution of measured times; all values are 0 without times.
 struct Spread
 {
     explicit Spread(QList<double> times)
@@ -40,15 +39,15 @@ struct Spread
         if (times.isEmpty())
             return;
         std::sort(times.begin(), times.end());
-        // The least one that so many of them do not exceed.
+        // The smallest time that this share of the times does not exceed.
         const auto at = [&](double share) {
             return times.at(
                 std::max<qsizetype>(0, qsizetype(std::ceil(share * double(count))) - 1));
         };
         median = at(0.5);
-        most = at(0.95);
-        nearlyAll = at(0.99);
-        longest = times.constLast();
+        p95 = at(0.95);
+        p99 = at(0.99);
+        maximum = times.constLast();
         const auto late = std::upper_bound(times.cbegin(), times.cend(), FrameReport::FrameMs);
         shareOver = double(times.cend() - late) / double(count);
     }
@@ -56,7 +55,7 @@ struct Spread
     QString columns() const
     {
         QStringList texts{QString::number(count)};
-        for (const double time : {median, most, nearlyAll, longest})
+        for (const double time : {median, p95, p99, maximum})
             texts.append(QString::number(time, 'f', 1));
         texts.append(QString::number(100 * shareOver, 'f', 1) + QStringLiteral(" %"));
         return texts.join(QStringLiteral(" | "));
@@ -65,31 +64,31 @@ struct Spread
     QJsonObject toJson() const
     {
         return {{QStringLiteral("count"), count}, {QStringLiteral("median"), median},
-                {QStringLiteral("p95"), most},    {QStringLiteral("p99"), nearlyAll},
-                {QStringLiteral("max"), longest}, {QStringLiteral("shareOverFrame"), shareOver}};
+                {QStringLiteral("p95"), p95},     {QStringLiteral("p99"), p99},
+                {QStringLiteral("max"), maximum}, {QStringLiteral("shareOverFrame"), shareOver}};
     }
 
     qsizetype count;
     double median = 0;
-    double most = 0;
-    double nearlyAll = 0;
-    double longest = 0;
-    double shareOver = 0; ///< of those that took more than a frame
+    double p95 = 0;
+    double p99 = 0;
+    double maximum = 0;
+    double shareOver = 0; ///< share of times above FrameMs
 };
 
 } // namespace
 
-void FrameReport::add(const QString &doing, const FrameTimes &times)
+void FrameReport::add(const QString &action, const FrameTimes &times)
 {
     auto row = std::find_if(m_rows.begin(), m_rows.end(),
-                            [&](const Row &candidate) { return candidate.doing == doing; });
+                            [&](const Row &candidate) { return candidate.action == action; });
     if (row == m_rows.end()) {
-        m_rows.append({doing, {}});
+        m_rows.append({action, {}});
         row = std::prev(m_rows.end());
     }
     for (const Measure &measure : Measures)
         row->times.*measure.times += times.*measure.times;
-    row->times.unseen += times.unseen;
+    row->times.unshown += times.unshown;
 }
 
 QString FrameReport::tables() const
@@ -103,15 +102,15 @@ QString FrameReport::tables() const
         for (const Row &row : m_rows) {
             const Spread spread(row.times.*measure.times);
             if (spread.count > 0)
-                text += QStringLiteral("| %1 | %2 |\n").arg(row.doing, spread.columns());
+                text += QStringLiteral("| %1 | %2 |\n").arg(row.action, spread.columns());
         }
         text += QLatin1Char('\n');
     }
     for (const Row &row : m_rows) {
-        if (row.times.unseen > 0)
+        if (row.times.unshown > 0)
             text += QStringLiteral("%1: %2 inputs without a frame\n")
-                        .arg(row.doing)
-                        .arg(row.times.unseen);
+                        .arg(row.action)
+                        .arg(row.times.unshown);
     }
     return text;
 }
@@ -120,8 +119,8 @@ bool FrameReport::write(const QString &file, QJsonObject about) const
 {
     QJsonArray rows;
     for (const Row &row : m_rows) {
-        QJsonObject json{{QStringLiteral("doing"), row.doing},
-                         {QStringLiteral("inputsWithoutFrame"), row.times.unseen}};
+        QJsonObject json{{QStringLiteral("action"), row.action},
+                         {QStringLiteral("inputsWithoutFrame"), row.times.unshown}};
         for (const Measure &measure : Measures)
             json.insert(QLatin1String(measure.key), Spread(row.times.*measure.times).toJson());
         rows.append(json);

@@ -7,25 +7,27 @@
 
 namespace workbench {
 
-/// What was measured of some doings of a user, as a table and as JSON.
+/// Formats the measured times of user actions as tables and as JSON.
 class FrameReport
 {
 public:
-    /// A frame of a screen with sixty of them a second, in milliseconds.
+    /// Duration of a frame at 60 Hz, in milliseconds.
     static constexpr double FrameMs = 1000.0 / 60;
 
-    /// What is added for the same doing again counts with what there is.
-    void add(const QString &doing, const FrameTimes &times);
+    /// Adds times to those of the same action.
+    void add(const QString &action, const FrameTimes &times);
 
-    /// A table for each measure, in Markdown.
+    /// @return a Markdown table for each measure
     QString tables() const;
-    /// Writes @p about and the figures; false when the file can't be written.
+    /// Writes the times as JSON.
+    /// @param about additional keys of the JSON object
+    /// @return false if the file can't be written
     bool write(const QString &file, QJsonObject about) const;
 
 private:
     struct Row
     {
-        QString doing;
+        QString action;
         FrameTimes times;
     };
     QList<Row> m_rows;

@@ -24,7 +24,7 @@ constexpr QSize WindowSize(1600, 900);
 QQuickWindow *openWindow(QQmlApplicationEngine &engine, HostShell &shell)
 {
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
-    shell.enter(engine);
+    shell.initialise(engine);
     QVariantMap properties = shell.initialProperties();
     properties.insert(QStringLiteral("remembers"), false);
     properties.insert(QStringLiteral("width"), WindowSize.width());
@@ -33,7 +33,7 @@ QQuickWindow *openWindow(QQmlApplicationEngine &engine, HostShell &shell)
     engine.load(QUrl(QStringLiteral("qrc:/tessaline/Workbench/Main.qml")));
     auto *const window = qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));
     if (window) {
-        window->requestActivate(); // the keys go to the active window only
+        window->requestActivate(); // only the active window gets keys
         QMetaObject::invokeMethod(window->findChild<QObject *>(QStringLiteral("cellGrid")),
                                   "showFirstCameras");
     }
@@ -58,19 +58,20 @@ int measureFrameTimes(const Options &options)
 {
     const QTemporaryDir temporary;
     const QString folder = options.dataFolder.isEmpty() ? temporary.path() : options.dataFolder;
-    StationThread stations(demoStations(options.stations, options.cameras));
+    stations::StationThread stations(demoStations(options.stations, options.cameras));
     QString error =
         prepareStations(stations, {folder, options.bookmarks, options.seed, options.importFile});
     HostShell shell(stations);
     if (!error.isEmpty() || !shell.load(options.pluginPath, &error))
-        return complain(error);
+        return reportError(error);
 
     QQmlApplicationEngine engine;
     QQuickWindow *const window = openWindow(engine, shell);
     if (!window)
-        return complain(QStringLiteral("the window's QML cannot be loaded"));
+        return reportError(
+            QStringLiteral("the window's QML can't be loaded; see the messages above"));
     FrameReport report;
-    Scenario scenario(*window, shell.bench(), shell.framework());
+    Scenario scenario(*window, shell.workbench(), shell.framework());
     for (int round = 0; round < options.rounds; ++round)
         scenario.perform(report);
     std::printf("%s", qPrintable(report.tables()));
@@ -78,7 +79,8 @@ int measureFrameTimes(const Options &options)
     const QString file = options.picturesFolder + QStringLiteral("/frame-times.json");
     if (!options.picturesFolder.isEmpty() &&
         !(QDir().mkpath(options.picturesFolder) && report.write(file, describe(options, *window))))
-        return complain(file + QStringLiteral(": cannot be written"));
+        return reportError(
+            file + QStringLiteral(": can't be written; check the folder and its permissions"));
     return exitcode::Done;
 }
 

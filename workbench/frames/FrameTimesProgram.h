@@ -4,8 +4,9 @@
 
 namespace workbench {
 
-/// Measures how fluid the window is while it is used, prints the figures and writes them to
-/// frame-times.json in the folder of pictures, if there is one; returns the exit code.
+/// Measures the window while simulated inputs operate it. Prints the times and, with --pictures,
+/// writes them to frame-times.json.
+/// @return the exit code
 int measureFrameTimes(const Options &options);
 
 } // namespace workbench

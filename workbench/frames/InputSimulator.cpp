@@ -11,7 +11,7 @@ namespace {
 
 constexpr int NotchAngle = 120;
 
-/// With the time, which tells two clicks from a double click.
+/// Sends an event with a time stamp, by which Qt distinguishes two clicks from a double click.
 void send(QQuickWindow &window, QInputEvent &event)
 {
     event.setTimestamp(quint64(QDateTime::currentMSecsSinceEpoch()));
@@ -20,7 +20,7 @@ void send(QQuickWindow &window, QInputEvent &event)
 
 } // namespace
 
-QPointF InputSimulator::placeIn(const QQuickItem &item, double x, double y)
+QPointF InputSimulator::positionIn(const QQuickItem &item, double x, double y)
 {
     return item.mapToScene({x * item.width(), y * item.height()});
 }
@@ -33,9 +33,9 @@ void InputSimulator::type(int key, const QString &text)
     }
 }
 
-void InputSimulator::moveTo(QPointF place)
+void InputSimulator::moveTo(QPointF position)
 {
-    m_place = place;
+    m_position = position;
     sendMouse(QEvent::MouseMove, Qt::NoButton);
 }
 
@@ -59,15 +59,15 @@ void InputSimulator::click()
 
 void InputSimulator::turnWheel(int notches)
 {
-    QWheelEvent event(m_place, m_window.mapToGlobal(m_place), {}, {0, notches * NotchAngle},
+    QWheelEvent event(m_position, m_window.mapToGlobal(m_position), {}, {0, notches * NotchAngle},
                       Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     send(m_window, event);
 }
 
 void InputSimulator::sendMouse(int type, Qt::MouseButton button)
 {
-    QMouseEvent event(QEvent::Type(type), m_place, m_window.mapToGlobal(m_place), button, m_pressed,
-                      Qt::NoModifier);
+    QMouseEvent event(QEvent::Type(type), m_position, m_window.mapToGlobal(m_position), button,
+                      m_pressed, Qt::NoModifier);
     send(m_window, event);
 }
 

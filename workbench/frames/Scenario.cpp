@@ -15,7 +15,8 @@ namespace workbench {
 
 namespace {
 
-// Not in step with each other, nor with the pictures, which change ten times a second.
+// The intervals are not multiples of each other or of the pictures' 100 ms, so that inputs hit
+// every phase of a frame.
 constexpr int KeyMs = 93;
 constexpr int ClickMs = 137;
 constexpr int MoveMs = 16;
@@ -23,7 +24,7 @@ constexpr int NotchMs = 47;
 constexpr int IdleMs = 1'000;
 
 constexpr int RestMs = 300;
-constexpr int PatienceMs = 5'000;
+constexpr int TimeoutMs = 5'000;
 
 template <typename Inputs>
 Inputs operator+(Inputs first, const Inputs &second)
@@ -34,21 +35,21 @@ Inputs operator+(Inputs first, const Inputs &second)
 
 } // namespace
 
-Scenario::Scenario(QQuickWindow &window, const WorkbenchContext &bench,
+Scenario::Scenario(QQuickWindow &window, const WorkbenchContext &workbench,
                    standin::Framework &framework)
     : m_window(window)
-    , m_bench(bench)
+    , m_workbench(workbench)
     , m_framework(framework)
     , m_meter(window)
     , m_input(window)
     , m_timeline(*qobject_cast<QQuickItem *>(findInWindow(window, QStringLiteral("timelineBar"))))
 {
-    const auto note = [this] { m_meter.noteChange(); };
-    m_framework.setCallObserver([this](double time) { m_meter.noteAnswer(time); });
-    QObject::connect(&m_bench, &WorkbenchContext::passing, &m_meter,
+    const auto note = [this] { m_meter.markChange(); };
+    m_framework.setCallObserver([this](double time) { m_meter.addAnswerTime(time); });
+    QObject::connect(&m_workbench, &WorkbenchContext::passing, &m_meter,
                      [this](const standin::Traffic &traffic) {
                          if (traffic.kind == standin::Traffic::Kind::Answered)
-                             m_meter.noteStation(double(traffic.tookMs));
+                             m_meter.addStationTime(double(traffic.tookMs));
                      });
     const auto *const page = window.findChild<PageModel *>();
     QObject::connect(page, &PageModel::dataChanged, &m_meter, note);
@@ -65,17 +66,17 @@ Scenario::~Scenario()
 
 void Scenario::perform(FrameReport &report)
 {
-    measure(report, QStringLiteral("moving pictures alone"), 0, {});
+    measure(report, QStringLiteral("moving pictures only"), 0, {});
     measure(report, QStringLiteral("search text, by letter"), KeyMs, searches());
     measure(report, QStringLiteral("turn pages"), ClickMs, turnedPages());
     measure(report, QStringLiteral("change group and order"), ClickMs, groupsAndOrders());
-    measure(report, QStringLiteral("pan to unknown times"), MoveMs, drag(-1));
-    measure(report, QStringLiteral("pan over known times"), MoveMs, drag(1) + drag(-1));
+    measure(report, QStringLiteral("pan to times not loaded"), MoveMs, drag(-1));
+    measure(report, QStringLiteral("pan over loaded times"), MoveMs, drag(1) + drag(-1));
     measure(report, QStringLiteral("zoom"), NotchMs, zooms());
-    measure(report, QStringLiteral("ask all stations again"), 0, clicks("refresh", 1));
+    measure(report, QStringLiteral("query all stations again"), 0, clicks("refresh", 1));
 }
 
-void Scenario::measure(FrameReport &report, const QString &doing, int intervalMs,
+void Scenario::measure(FrameReport &report, const QString &action, int intervalMs,
                        const Inputs &inputs)
 {
     waitForQuiet();
@@ -83,19 +84,20 @@ void Scenario::measure(FrameReport &report, const QString &doing, int intervalMs
     double due = m_meter.now();
     for (const auto &input : inputs) {
         waitUntil(due);
-        m_meter.noteInput(due);
+        m_meter.addInput(due);
         input();
         due += intervalMs;
     }
-    const double patience = m_meter.now() + PatienceMs;
-    while (m_meter.isWaiting() && m_meter.now() < patience)
+    const double deadline = m_meter.now() + TimeoutMs;
+    while (m_meter.isWaiting() && m_meter.now() < deadline)
         waitUntil(m_meter.now() + 1);
     if (inputs.empty())
         waitUntil(due + IdleMs);
-    report.add(doing, m_meter.take());
+    report.add(action, m_meter.take());
 }
 
-/// Does not let the event loop run when it is late, as a user would not wait either.
+/// Returns at once if the time is over, without running the event loop: a user would not wait
+/// either.
 void Scenario::waitUntil(double time) const
 {
     const double left = time - m_meter.now();
@@ -108,10 +110,10 @@ void Scenario::waitUntil(double time) const
 
 void Scenario::waitForQuiet() const
 {
-    const double patience = m_meter.now() + PatienceMs;
+    const double deadline = m_meter.now() + TimeoutMs;
     do
         waitUntil(m_meter.now() + RestMs);
-    while (m_bench.outstanding() > 0 && m_meter.now() < patience);
+    while (m_workbench.outstanding() > 0 && m_meter.now() < deadline);
 }
 
 Scenario::Inputs Scenario::searches()
@@ -142,8 +144,8 @@ Scenario::Inputs Scenario::drag(int direction)
 {
     constexpr int Moves = 60;
     const auto place = [=](int move) {
-        const double share = double(move + 1) / (Moves + 2); // its last pixel lies beside it
-        return InputSimulator::placeIn(m_timeline, direction < 0 ? share : 1 - share);
+        const double share = double(move + 1) / (Moves + 2); // the last pixel is outside the item
+        return InputSimulator::positionIn(m_timeline, direction < 0 ? share : 1 - share);
     };
     Inputs inputs;
     for (int move = 1; move < Moves; ++move) {
@@ -166,7 +168,7 @@ Scenario::Inputs Scenario::zooms()
     for (const auto &[notches, direction] : {std::pair(8, 1), {14, -1}, {6, 1}}) {
         for (int i = 0; i < notches; ++i) {
             inputs.emplace_back([=, direction = direction] {
-                m_input.moveTo(InputSimulator::placeIn(m_timeline));
+                m_input.moveTo(InputSimulator::positionIn(m_timeline));
                 m_input.turnWheel(direction);
             });
         }
@@ -177,7 +179,7 @@ Scenario::Inputs Scenario::zooms()
 Scenario::Inputs Scenario::clicks(const char *objectName, int count)
 {
     return Inputs(size_t(count), [=] {
-        m_input.moveTo(InputSimulator::placeIn(item(objectName)));
+        m_input.moveTo(InputSimulator::positionIn(item(objectName)));
         m_input.click();
     });
 }

@@ -18,30 +18,32 @@ namespace workbench {
 class WorkbenchContext;
 class FrameReport;
 
-/// Performs the most frequent user actions in a window and measures each.
+/// Simulates the most frequent user actions in a window and measures each.
 class Scenario
 {
 public:
-    /// None is owned; all must outlive this object. The window shows cameras and bookmarks.
-    Scenario(QQuickWindow &window, const WorkbenchContext &bench, standin::Framework &framework);
+    /// Arguments are not owned and must outlive this object. The window must show cameras and
+    /// bookmarks.
+    Scenario(QQuickWindow &window, const WorkbenchContext &workbench,
+             standin::Framework &framework);
     ~Scenario();
     Q_DISABLE_COPY_MOVE(Scenario)
 
-    /// Everything once.
+    /// Performs each action once and adds its times to a report.
     void perform(FrameReport &report);
 
 private:
     using Inputs = std::vector<std::function<void()>>;
 
-    void measure(FrameReport &report, const QString &doing, int intervalMs, const Inputs &inputs);
+    void measure(FrameReport &report, const QString &action, int intervalMs, const Inputs &inputs);
     void waitUntil(double time) const;
     void waitForQuiet() const;
 
     Inputs searches();
     Inputs turnedPages();
     Inputs groupsAndOrders();
-    /// The timeline is dragged from one of its ends to the other; 1: to later times, -1: to
-    /// earlier.
+    /// Drags the timeline over its whole width.
+    /// @param direction 1: to later times, -1: to earlier times
     Inputs drag(int direction);
     Inputs zooms();
     Inputs clicks(const char *objectName, int count);
@@ -50,7 +52,7 @@ private:
     QQuickItem &item(const char *objectName) const;
 
     QQuickWindow &m_window;
-    const WorkbenchContext &m_bench;
+    const WorkbenchContext &m_workbench;
     standin::Framework &m_framework;
     FrameMeter m_meter;
     InputSimulator m_input;

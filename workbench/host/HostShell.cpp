@@ -12,19 +12,19 @@ namespace workbench {
 
 namespace {
 
-/// Shows stations and cameras in the device tree, as sub-stations of the connected server.
-void showInTopology(const QList<StationConfig> &stations, standin::Topology &topology)
+/// Adds stations and cameras to the topology, as sub-stations of the connected server.
+void addToTopology(const QList<stations::StationConfig> &stations, standin::Topology &topology)
 {
-    for (const StationConfig &station : stations) {
+    for (const stations::StationConfig &station : stations) {
         topology.setStation(station.relayPath, station.name);
-        for (const Camera &camera : station.cameras)
+        for (const stations::Camera &camera : station.cameras)
             topology.setCamera(standin::cameraKey(station.relayPath, camera.cameraID), camera.name);
     }
 }
 
 } // namespace
 
-HostShell::HostShell(StationThread &stations)
+HostShell::HostShell(stations::StationThread &stations)
     : m_stations(stations)
 {
 }
@@ -35,23 +35,23 @@ bool HostShell::load(const QString &pluginPath, QString *error)
     if (!m_plugin)
         return false;
 
-    showInTopology(m_stations.stations(), m_topology);
-    m_framework.setRecording(false); // nobody here asks what was sent
+    addToTopology(m_stations.stations(), m_topology);
+    m_framework.setRecording(false); // or sent() would grow without limit
     m_framework.setAsyncServer(&m_stations);
     m_framework.addPlugin(standin::Topology::pluginID(), &m_topology);
     m_framework.addPlugin(PluginHost::pluginID(), m_plugin);
-    m_bench.emplace(*m_plugin, m_framework, m_stations);
-    m_bench->openedRecording()->setReplayProgram(QCoreApplication::applicationFilePath(),
-                                                 pluginPath);
-    m_recorded.emplace(*m_plugin, *m_bench->recorder());
+    m_workbench.emplace(*m_plugin, m_framework, m_stations);
+    m_workbench->openedRecording()->setReplayProgram(QCoreApplication::applicationFilePath(),
+                                                     pluginPath);
+    m_recorded.emplace(*m_plugin, *m_workbench->recorder());
     m_framework.setObserver(
-        [this](const standin::Traffic &traffic) { m_bench->noteTraffic(traffic); });
+        [this](const standin::Traffic &traffic) { m_workbench->noteTraffic(traffic); });
     return true;
 }
 
-void HostShell::enter(QQmlEngine &engine)
+void HostShell::initialise(QQmlEngine &engine)
 {
-    m_bench->setServerTimeZone(QStringLiteral("Europe/Berlin"));
+    m_workbench->setServerTimeZone(QStringLiteral("Europe/Berlin"));
     engine.addImportPath(importPath());
     m_plugin->InitialPluginBase(engine.rootContext(), nullptr, &m_framework);
 }
@@ -59,7 +59,7 @@ void HostShell::enter(QQmlEngine &engine)
 QVariantMap HostShell::initialProperties()
 {
     return {{QStringLiteral("plugin"), QVariant::fromValue<QObject *>(&*m_recorded)},
-            {QStringLiteral("bench"), QVariant::fromValue<QObject *>(&*m_bench)}};
+            {QStringLiteral("workbench"), QVariant::fromValue<QObject *>(&*m_workbench)}};
 }
 
 } // namespace workbench

@@ -11,43 +11,44 @@ class QQmlEngine;
 
 namespace workbench {
 
-/// The host around the plug-in: topology, framework, the loaded plug-in, and the context through
-/// which QML reads and changes them.
+/// Owns the host of the workbench: topology, framework, the loaded plug-in, and the objects through
+/// which QML reaches them.
 class HostShell
 {
 public:
-    /// @p stations are not owned and must outlive this object.
-    explicit HostShell(StationThread &stations);
+    /// @param stations not owned; must outlive this object
+    explicit HostShell(stations::StationThread &stations);
     Q_DISABLE_COPY_MOVE(HostShell)
 
-    /// Loads the plug-in, once. False with @p error when that can't be done; nothing but the
-    /// destructor may be called then.
+    /// Loads the plug-in. Call it once.
+    /// @param error set on failure to a message with the file
+    /// @return false on failure; then only the destructor may be called
     bool load(const QString &pluginPath, QString *error);
 
     PluginBase &plugin() { return *m_plugin; }
     standin::Framework &framework() { return m_framework; }
-    WorkbenchContext &bench() { return *m_bench; }
-    /// The plug-in's object for QML: each call is in the traffic.
+    WorkbenchContext &workbench() { return *m_workbench; }
+    /// @return the plug-in's object for QML, which records each call as traffic
     QObject &recordedPlugin() { return *m_recorded; }
 
-    /// Where QML engines find the workbench's module.
+    /// @return the import path of the workbench's QML modules
     static QString importPath() { return QStringLiteral("qrc:/tessaline"); }
 
     /// Initialises the plug-in with the engine's context, and adds the import path to the engine.
     /// Call StationThread::open() before.
-    void enter(QQmlEngine &engine);
+    void initialise(QQmlEngine &engine);
 
-    /// The start properties of every QML program of the workbench: plugin and bench.
+    /// @return the initial properties "plugin" and "workbench" for the root objects of QML
     QVariantMap initialProperties();
 
 private:
-    StationThread &m_stations;
+    stations::StationThread &m_stations;
     PluginHost m_host;
     PluginBase *m_plugin = nullptr;
     standin::Topology m_topology;
     standin::Framework m_framework;
-    std::optional<WorkbenchContext> m_bench;  ///< there is none before there is a plug-in
-    std::optional<RecordedPlugin> m_recorded; ///< as QML gets it
+    std::optional<WorkbenchContext> m_workbench; ///< set by load()
+    std::optional<RecordedPlugin> m_recorded;    ///< set by load()
 };
 
 } // namespace workbench

@@ -11,7 +11,7 @@ namespace workbench {
 
 namespace {
 
-/// @return the reason why the library's metadata is not that of the plug-in; empty if it is
+/// @return the reason why the metadata is not the plug-in's, or an empty text
 QString defectOf(const QJsonObject &metaData)
 {
     const QString iid = metaData.value(QLatin1String("IID")).toString();
@@ -55,7 +55,7 @@ QString PluginHost::pluginID()
 
 PluginBase *PluginHost::load(const QString &path, QString *error)
 {
-    // Absolute, as the loader looks for any other file in the folders of Qt's plug-ins.
+    // The loader searches Qt's plug-in folders for a relative path.
     const QFileInfo file(QFileInfo(path).absoluteFilePath());
     m_loader.setFileName(file.filePath());
     PluginBase *plugin = nullptr;
@@ -68,7 +68,7 @@ PluginBase *PluginHost::load(const QString &path, QString *error)
     return plugin;
 }
 
-/// Why the file can't be the plug-in, before its code runs; empty when it can.
+/// @return the reason why the file is not the plug-in, or an empty text. Runs no code of the file.
 QString PluginHost::readingDefect(const QFileInfo &file) const
 {
     if (!file.exists())
@@ -81,10 +81,10 @@ QString PluginHost::readingDefect(const QFileInfo &file) const
                : defectOf(metaData);
 }
 
-/// Why the loader has not loaded it.
+/// @return the reason why the loader failed
 QString PluginHost::loadingDefect() const
 {
-    // The version as the metadata has it, a byte for each part.
+    // Qt stores its version as 0xMMmmpp.
     const int version = m_loader.metaData().value(QLatin1String("version")).toInt();
     const int major = version >> 16;
     const int minor = (version >> 8) & 0xff;

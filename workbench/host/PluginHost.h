@@ -8,24 +8,25 @@ class QFileInfo;
 
 namespace workbench {
 
-/// Loads the plug-in library as the client does: judges it by its metadata before any of its code
-/// runs, asks for its object and hands that what it lives on.
+/// Loads the plug-in library as the client does: checks its metadata before any of its code runs,
+/// then creates the plug-in's object.
 class PluginHost
 {
 public:
     PluginHost() = default;
-    /// Destroys the plug-in's object and gives the library back.
+    /// Destroys the plug-in's object and unloads the library.
     ~PluginHost();
     Q_DISABLE_COPY_MOVE(PluginHost)
 
-    /// The file that the build puts beside the workbench.
+    /// @return the path of the plug-in that the build creates
     static QString defaultPath();
 
-    /// The plug-in identifier that the metadata must name.
+    /// @return the plug-in ID that the metadata must contain
     static QString pluginID();
 
-    /// The plug-in's object, which the library owns; null with @p error, which names the file, what
-    /// was expected and what was found.
+    /// Loads a library.
+    /// @param error set on failure to a message with the file, the expected and the found value
+    /// @return the plug-in's object, owned by the library; null on failure
     PluginBase *load(const QString &path, QString *error);
 
 private:

@@ -24,7 +24,7 @@ void CallTracker::add(TrafficEntry &entry)
     }
     if (entry.kind == Kind::Sent && entry.accepted) {
         m_commands[entry.request] = {entry.sequence, entry.call, entry.elapsed, -1};
-        ++m_calls[entry.call].asked;
+        ++m_calls[entry.call].commands;
         ++m_unanswered;
     } else if (entry.kind == Kind::Answered) {
         noteAnswer(entry);
@@ -48,7 +48,7 @@ int CallTracker::newCall(const TrafficEntry &entry)
     return m_lastCall;
 }
 
-/// An answer may come more than once.
+/// Only the first answer to a command counts; others may follow.
 void CallTracker::noteAnswer(const TrafficEntry &entry)
 {
     const auto sent = m_commands.find(entry.request);

@@ -1,11 +1,11 @@
 import QtQml
 
-/// Arguments for a first try, by the names of parameters.
+/// Suggests arguments, by the names of parameters.
 QtObject {
     id: defaults
 
-    required property var bench
-    readonly property var camera: bench.stations[0].cameras[0]
+    required property var workbench
+    readonly property var camera: workbench.stations[0].cameras[0]
 
     function textOf(parameter) {
         const now = Date.now();

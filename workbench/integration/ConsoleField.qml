@@ -3,14 +3,14 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// One argument of a call, under the name of its parameter.
+/// Edits one argument of a call.
 RowLayout {
     id: field
 
     required property int index
     required property var modelData ///< the parameter: a map of name and type
-    property string text: ""        ///< at first
-    property bool wrong: false      ///< it could not be used
+    property string text: ""        ///< the initial text
+    property bool wrong: false      ///< the last call rejected the text
     readonly property bool isBool: modelData.type === "bool"
     readonly property string typed: isBool ? String(box.checked) : line.text
 

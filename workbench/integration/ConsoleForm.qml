@@ -4,13 +4,13 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// The arguments of a call, and below them its result.
+/// Edits the arguments of a call and shows its result.
 ColumnLayout {
     id: form
 
-    required property var method ///< null: none is chosen
-    required property var texts  ///< of the arguments at first
-    property var outcome: ({})   ///< of the last call, as from PluginConsole.call()
+    required property var method ///< null if none is chosen
+    required property var texts  ///< initial texts of the arguments
+    property var outcome: ({})   ///< the map that PluginConsole.call() returned
 
     signal callWanted(var typed)
 

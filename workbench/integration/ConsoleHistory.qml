@@ -4,7 +4,7 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// The calls that were made, to make them again with other arguments.
+/// Lists the calls so far. Choosing one fills the form with its arguments.
 ColumnLayout {
     id: pane
 

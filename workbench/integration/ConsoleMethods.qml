@@ -4,7 +4,7 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// The plug-in's methods, narrowed by a part of their names.
+/// Lists the plug-in's methods whose names contain the search text.
 ColumnLayout {
     id: pane
 
@@ -42,7 +42,10 @@ ColumnLayout {
         boundsBehavior: Flickable.StopAtBounds
         Accessible.role: Accessible.List
         Accessible.name: qsTr("Methods")
-        Keys.onReturnPressed: pane.chosen(pane.found[currentIndex])
+        Keys.onReturnPressed: {
+            if (currentIndex >= 0 && currentIndex < pane.found.length)
+                pane.chosen(pane.found[currentIndex]);
+        }
         Layout.fillWidth: true
         Layout.fillHeight: true
 

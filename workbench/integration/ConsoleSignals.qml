@@ -5,7 +5,7 @@ import QtQuick.Layouts
 import Client.Common
 import Integration
 
-/// How many times the plug-in emitted each signal, and the last arguments.
+/// Shows for each signal of the plug-in the number of emissions and the last arguments.
 ColumnLayout {
     id: pane
 

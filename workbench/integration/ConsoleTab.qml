@@ -8,11 +8,11 @@ SplitView {
     objectName: "consoleTab"
 
     required property var plugin
-    required property var bench
+    required property var workbench
 
-    property var method: null ///< the chosen one, as in PluginConsole.methods
-    property var texts: []    ///< of its arguments
-    property var history: []  ///< calls, the newest first: maps of method and texts
+    property var method: null ///< the chosen method, as in PluginConsole.methods
+    property var texts: []    ///< initial texts of its arguments
+    property var history: []  ///< calls, newest first: maps of "method" and "texts"
 
     function choose(chosen, arguments_) {
         method = null; // makes new fields, without what was typed
@@ -35,7 +35,7 @@ SplitView {
     }
     ConsoleDefaults {
         id: defaults
-        bench: tab.bench
+        workbench: tab.workbench
     }
 
     ConsoleMethods {

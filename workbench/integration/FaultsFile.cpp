@@ -1,5 +1,5 @@
-// Faults in a file: a JSON array of objects, each with "station" and "command", which may be
-// missing for all, and settings by the names of their roles.
+// Reads and writes files of faults: a JSON array of objects with the optional keys "station" and
+// "command" (default: all) and with settings, whose keys are the names of their roles.
 #include "FaultsModel.h"
 
 #include <QtCore/QDir>
@@ -23,7 +23,7 @@ QString inQuotes(const QStringList &texts)
     return QLatin1Char('"') + texts.join(QLatin1String("\", \"")) + QLatin1Char('"');
 }
 
-/// @return what was expected instead of the value of a role, or an empty text
+/// @return a description of the valid values if @p value is not valid for a role, or an empty text
 QString expectedFor(int role, const QJsonValue &value)
 {
     switch (role) {

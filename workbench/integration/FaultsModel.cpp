@@ -32,11 +32,11 @@ QVariant hugePayload()
     QVariantList records;
     records.reserve(count);
     for (int i = 0; i < count; ++i)
-        records.append(QVariantMap{{protocol::key::BookmarkID, QString::number(i)}});
-    return QVariantMap{{protocol::key::Bookmarks, records}};
+        records.append(QVariantMap{{stations::protocol::key::BookmarkID, QString::number(i)}});
+    return QVariantMap{{stations::protocol::key::Bookmarks, records}};
 }
 
-/// In the order of payloads().
+/// @param index of payloads()
 QVariant wrongPayload(qsizetype index)
 {
     switch (index) {
@@ -77,7 +77,7 @@ void FaultsModel::setCommand(const QString &command)
 
 QStringList FaultsModel::commands()
 {
-    using namespace protocol::command;
+    using namespace stations::protocol::command;
     return {QString(),
             AddBookmark,
             AddBookmarks,
@@ -98,7 +98,7 @@ QStringList FaultsModel::commands()
 QStringList FaultsModel::orders()
 {
     return {QStringLiteral("in order"), QStringLiteral("last first"), QStringLiteral("lost"),
-            QStringLiteral("refused")};
+            QStringLiteral("rejected")};
 }
 
 QStringList FaultsModel::payloads()
@@ -111,7 +111,7 @@ void FaultsModel::reset()
 {
     for (Station &station : m_stations) {
         for (Settings &settings : station.settings)
-            settings.clear(); // its command keeps its rule, which has to change
+            settings.clear(); // keep the entry, so that apply() updates the rule of its command
         apply(station);
     }
     Q_EMIT dataChanged(index(0), index(rowCount() - 1));
@@ -175,7 +175,7 @@ Delivery FaultsModel::deliveryOf(const Station &station, const QString &command)
     const int delay = setting(station, command, DelayRole).toInt();
     Delivery delivery = delay > 0 ? Delivery::delayed(delay) : Delivery::queued();
     if (!setting(station, command, ConnectedRole).toBool() || order == 3)
-        delivery = Delivery::refused();
+        delivery = Delivery::rejected();
     else if (order == 2)
         delivery = Delivery::never();
     else if (order == 1)

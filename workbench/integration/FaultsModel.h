@@ -16,31 +16,31 @@ namespace workbench {
 
 class StationStates;
 
-/// What goes wrong at each station, for commands that are sent from now on. The first row stands
-/// for all stations and sets all of them. The rows are for all commands or for one;
-/// a setting for one command goes before that for all.
+/// The faults of each station, one row per station, for the commands that follow. A change of the
+/// first row changes all stations. The rows show the settings for all commands or for one; a
+/// setting for one command has priority.
 class FaultsModel : public QAbstractListModel
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("There is one list of faults, the bench's")
-    /// To which the rows apply; empty: all.
+    QML_UNCREATABLE("Use the property faults of the workbench")
+    /// The command whose settings the rows show; empty: all commands.
     Q_PROPERTY(QString command READ command WRITE setCommand NOTIFY commandChanged)
 
 public:
     enum Role {
         NameRole = Qt::UserRole + 1,
         RelayPathRole,
-        ConnectedRole, ///< false: commands are refused, and the station counts as disconnected
-        OrderRole,     ///< of answers: "in order", "last first", "lost", or "refused" for commands
-        DelayRole,     ///< of answers in order, in milliseconds
-        DoubledRole,
-        CodeRole,    ///< every command fails with it; empty: none does
-        PayloadRole, ///< what arrives instead of results: one of payloads(), empty for the truth
+        ConnectedRole, ///< false: commands are rejected, and the station is shown as disconnected
+        OrderRole,     ///< one of orders()
+        DelayRole,     ///< milliseconds; for answers in order only
+        DoubledRole,   ///< each answer comes twice
+        CodeRole,      ///< result code of every command; empty: that of the station
+        PayloadRole,   ///< replaces the results: one of payloads()
     };
     Q_ENUM(Role)
 
-    /// Both are not owned and must outlive the model.
+    /// @param framework,states not owned; must outlive this object
     FaultsModel(standin::Framework &framework, StationStates &states, QObject *parent = nullptr);
 
     void addStation(const QString &relayPath, const QString &name);
@@ -48,17 +48,21 @@ public:
     QString command() const { return m_command; }
     void setCommand(const QString &command);
 
-    /// Writes the faults to a file. @return what went wrong, or an empty text
+    /// Writes the faults to a file.
+    /// @return an error message with the file, or an empty text
     Q_INVOKABLE QString save(const QString &path) const;
-    /// Replaces the faults by those of a file.
-    /// @return an empty text, or an error, and the faults are unchanged
+    /// Replaces the faults by those of a file. An unusable file changes nothing.
+    /// @return an error message with the file, or an empty text
     Q_INVOKABLE QString load(const QString &path);
 
-    /// An empty text for all, then the names.
+    /// @return an empty text for all commands, then the names of the commands
     Q_INVOKABLE static QStringList commands();
+    /// @return the orders of answers: "in order", "last first", "lost"; "rejected": the host
+    /// rejects the commands
     Q_INVOKABLE static QStringList orders();
+    /// @return an empty text for the station's own results, then the names of wrong ones
     Q_INVOKABLE static QStringList payloads();
-    /// Everything works again.
+    /// Removes all faults.
     Q_INVOKABLE void reset();
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -70,12 +74,12 @@ Q_SIGNALS:
     void commandChanged();
 
 private:
-    using Settings = QMap<int, QVariant>; ///< by role; what is missing is as it should be
+    using Settings = QMap<int, QVariant>; ///< by role; without an entry there is no fault
     struct Station
     {
         QString relayPath;
         QString name;
-        QMap<QString, Settings> settings; ///< by command, empty for all
+        QMap<QString, Settings> settings; ///< by command; empty: all commands
     };
     struct Fault
     {
@@ -95,7 +99,7 @@ private:
 
     standin::Framework &m_framework;
     StationStates &m_states;
-    QList<Station> m_stations; ///< the first is all
+    QList<Station> m_stations; ///< the first stands for all
     QString m_command;
 };
 

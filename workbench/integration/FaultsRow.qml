@@ -3,7 +3,7 @@ import QtQuick.Controls
 import Client.Common
 import Integration
 
-/// The faults of one station, or of all.
+/// Edits the faults of one station, or of all stations.
 Flow {
     id: row
 
@@ -29,12 +29,12 @@ Flow {
         width: 190
         text: row.name
         font.bold: row.index === 0
-        enabled: row.faults.command === "" // a station is connected for all commands or none
+        enabled: row.faults.command === "" // not a setting for one command
         checked: row.connected
         onToggled: row.set(FaultsModel.ConnectedRole, checked)
         ToolTip.visible: hovered
         ToolTip.delay: 600
-        ToolTip.text: qsTr("%1: connected; without the tick its commands are refused").arg(row.name)
+        ToolTip.text: qsTr("Connection of %1; clear it to reject its commands").arg(row.name)
     }
     SpinBox {
         objectName: "delay"
@@ -48,7 +48,7 @@ Flow {
         Accessible.name: qsTr("Delay of %1, in milliseconds").arg(row.name)
         ToolTip.visible: hovered
         ToolTip.delay: 600
-        ToolTip.text: qsTr("Delay of answers in order, in milliseconds")
+        ToolTip.text: qsTr("Delay of answers in milliseconds, for the order \"in order\"")
     }
     ComboBox {
         width: 110
@@ -58,7 +58,7 @@ Flow {
         Accessible.name: qsTr("Answers of %1").arg(row.name)
         ToolTip.visible: hovered
         ToolTip.delay: 600
-        ToolTip.text: qsTr("Order of answers, or whether they or the commands are lost")
+        ToolTip.text: qsTr("Order of the answers; lost: no answer comes; rejected: the host rejects the commands")
     }
     CheckBox {
         width: 70
@@ -73,10 +73,10 @@ Flow {
         placeholderText: qsTr("code")
         text: row.code
         onEditingFinished: row.set(FaultsModel.CodeRole, text)
-        Accessible.name: qsTr("Failing code of %1").arg(row.name)
+        Accessible.name: qsTr("Failure code of %1").arg(row.name)
         ToolTip.visible: hovered
         ToolTip.delay: 600
-        ToolTip.text: qsTr("Every command fails with this code; empty: none does")
+        ToolTip.text: qsTr("Every command fails with this code; leave it empty for none")
     }
     ComboBox {
         width: 130

@@ -5,18 +5,18 @@ import Client.Common
 import Client.Dialogs
 import Integration
 
-/// What goes wrong: at each station, and at the server to which the client is connected.
+/// Edits the faults of the stations and the settings of the connected server.
 ColumnLayout {
     id: tab
 
     required property AppState app
-    required property WorkbenchContext bench
-    property string file: "" ///< last saved or loaded
+    required property WorkbenchContext workbench
+    property string file: "" ///< the last saved or loaded file
 
     spacing: Theme.gap
 
     ServerBar {
-        bench: tab.bench
+        workbench: tab.workbench
         Layout.fillWidth: true
     }
     Flow {
@@ -26,10 +26,10 @@ ColumnLayout {
         ComboBox {
             objectName: "faultyCommand"
             width: 240
-            model: tab.bench.faults.commands()
+            model: tab.workbench.faults.commands()
             displayText: currentText || qsTr("All commands")
-            onActivated: tab.bench.faults.command = currentText
-            Accessible.name: qsTr("Command with the faults below")
+            onActivated: tab.workbench.faults.command = currentText
+            Accessible.name: qsTr("Command to which the faults below apply")
         }
         Button {
             objectName: "loadFaults"
@@ -47,7 +47,7 @@ ColumnLayout {
 
         Repeater {
             model: [[qsTr("Connected"), 190], [qsTr("Delay, ms"), 110], [qsTr("Answers come"), 110],
-                ["", 70], [qsTr("Failing code"), 90], [qsTr("Results"), 130]]
+                ["", 70], [qsTr("Failure code"), 90], [qsTr("Results"), 130]]
             Label {
                 required property var modelData
                 width: modelData[1]
@@ -60,7 +60,7 @@ ColumnLayout {
     ListView {
         id: list
         objectName: "faultsList"
-        model: tab.bench.faults
+        model: tab.workbench.faults
         clip: true
         boundsBehavior: Flickable.StopAtBounds
         Accessible.name: qsTr("Faults")
@@ -71,16 +71,22 @@ ColumnLayout {
         ScrollBar.vertical: ScrollBar { }
     }
 
+    Connections {
+        target: tab.workbench
+        function onAddByOtherClientFailed(relayPath) {
+            tab.app.notice(qsTr("%1 did not store the other client's bookmark.").arg(relayPath), true);
+        }
+    }
     SaveDialog {
         id: saveDialog
         objectName: "saveFaultsDialog"
         app: tab.app
         title: qsTr("Save the faults")
         fileTitle: qsTr("File, for --faults")
-        exists: tab.bench.recorder.exists(path)
+        exists: tab.workbench.recorder.exists(path)
         onSaveWanted: path => {
             tab.file = path;
-            finish(tab.bench.faults.save(path));
+            finishSave(tab.workbench.faults.save(path));
         }
     }
     SaveDialog {
@@ -89,10 +95,10 @@ ColumnLayout {
         app: tab.app
         title: qsTr("Load faults")
         acceptText: qsTr("Load")
-        fileTitle: qsTr("File, replaces the faults")
+        fileTitle: qsTr("File; its faults replace the current ones")
         onSaveWanted: path => {
             tab.file = path;
-            settle(tab.bench.faults.load(path));
+            finish(tab.workbench.faults.load(path));
         }
     }
 }

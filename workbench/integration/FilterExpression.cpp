@@ -6,7 +6,7 @@
 
 namespace workbench {
 
-/// Reads an expression from left to right; ends at the first error.
+/// A recursive-descent parser; stops at the first error.
 class FilterParser
 {
 public:
@@ -26,7 +26,7 @@ public:
         skipSpace();
         if (atEnd())
             return {};
-        Node node = alternatives(0);
+        Node node = parseOr(0);
         if (!failed() && !atEnd())
             fail(m_position, QStringLiteral("this bracket was not opened"));
         return node;
@@ -35,7 +35,7 @@ public:
     QString error() const { return m_error; }
 
 private:
-    static constexpr int MaxDepth = 100; ///< of brackets and "not"; the stack is limited
+    static constexpr int MaxDepth = 100; ///< nested brackets and "not"; bounds the recursion
 
     bool failed() const { return !m_error.isEmpty(); }
     bool atEnd() const { return m_position == m_text.size(); }
@@ -53,8 +53,8 @@ private:
             ++m_position;
     }
 
-    /// The word at the position, without passing it.
-    QString word(const QString &ends = QStringLiteral("()\":")) const
+    /// Returns the next word without consuming it.
+    QString peekWord(const QString &ends = QStringLiteral("()\":")) const
     {
         qsizetype end = m_position;
         while (end < m_text.size() && !m_text.at(end).isSpace() && !ends.contains(m_text.at(end)))
@@ -62,9 +62,10 @@ private:
         return m_text.mid(m_position, end - m_position);
     }
 
-    bool passWord(const char *wanted)
+    /// Consumes the next word if it is the wanted one and not a field with a colon.
+    bool skipWord(const char *wanted)
     {
-        const QString found = word();
+        const QString found = peekWord();
         const qsizetype end = m_position + found.size();
         const bool ends = end == m_text.size() || m_text.at(end) != QLatin1Char(':');
         if (!ends || found.compare(QLatin1String(wanted), Qt::CaseInsensitive) != 0)
@@ -74,20 +75,20 @@ private:
         return true;
     }
 
-    Node alternatives(int depth)
+    Node parseOr(int depth)
     {
-        Node node{Kind::Or, {}, {all(depth)}};
-        while (!failed() && passWord("or"))
-            node.parts.push_back(all(depth));
+        Node node{Kind::Or, {}, {parseAnd(depth)}};
+        while (!failed() && skipWord("or"))
+            node.parts.push_back(parseAnd(depth));
         return node;
     }
 
-    Node all(int depth)
+    Node parseAnd(int depth)
     {
-        Node node{Kind::And, {}, {one(depth)}};
+        Node node{Kind::And, {}, {parseTerm(depth)}};
         while (!failed() && !atEnd() && next() != QLatin1Char(')') && !isWord("or")) {
-            passWord("and");
-            node.parts.push_back(one(depth));
+            skipWord("and");
+            node.parts.push_back(parseTerm(depth));
         }
         return node;
     }
@@ -95,23 +96,23 @@ private:
     bool isWord(const char *wanted)
     {
         const qsizetype before = m_position;
-        const bool found = passWord(wanted);
+        const bool found = skipWord(wanted);
         m_position = before;
         return found;
     }
 
-    Node one(int depth)
+    Node parseTerm(int depth)
     {
         if (depth > MaxDepth)
             fail(m_position, QStringLiteral("too many brackets"));
-        if (!failed() && passWord("not"))
-            return {Kind::Not, {}, {one(depth + 1)}};
+        if (!failed() && skipWord("not"))
+            return {Kind::Not, {}, {parseTerm(depth + 1)}};
         const qsizetype begin = m_position;
         if (failed() || atEnd() || next() != QLatin1Char('('))
-            return condition();
+            return parseCondition();
         ++m_position;
         skipSpace();
-        Node node = alternatives(depth + 1);
+        Node node = parseOr(depth + 1);
         if (atEnd())
             fail(begin, QStringLiteral("this bracket is not closed"));
         if (!failed())
@@ -120,7 +121,7 @@ private:
         return node;
     }
 
-    Node condition()
+    Node parseCondition()
     {
         const qsizetype begin = m_position;
         if (failed())
@@ -130,11 +131,11 @@ private:
             fail(begin, QStringLiteral("expected a condition"));
             return {};
         }
-        FilterExpression::Condition found{{}, value(word())};
+        FilterExpression::Condition found{{}, parseValue(peekWord())};
         if (m_text.at(begin) != QLatin1Char('"')) {
             if (!atEnd() && next() == QLatin1Char(':')) {
                 ++m_position;
-                found = {found.value.toLower(), value(word(QStringLiteral("()\"")))};
+                found = {found.value.toLower(), parseValue(peekWord(QStringLiteral("()\"")))};
             } else if (m_flags.contains(found.value.toLower())) {
                 found = {found.value.toLower(), {}};
             }
@@ -146,8 +147,8 @@ private:
         return {Kind::Condition, found, {}};
     }
 
-    /// Passes the word, or a text in quotation marks.
-    QString value(const QString &found)
+    /// Consumes a value: a text in quotation marks, or the word @p found.
+    QString parseValue(const QString &found)
     {
         if (atEnd() || next() != QLatin1Char('"')) {
             m_position += found.size();
@@ -181,17 +182,17 @@ std::optional<FilterExpression> FilterExpression::parse(const QString &text,
     return error->isEmpty() ? std::optional(expression) : std::nullopt;
 }
 
-bool FilterExpression::matches(const Holds &holds) const
+bool FilterExpression::matches(const Predicate &predicate) const
 {
-    return matches(m_root, holds);
+    return matches(m_root, predicate);
 }
 
-bool FilterExpression::matches(const Node &node, const Holds &holds)
+bool FilterExpression::matches(const Node &node, const Predicate &predicate)
 {
-    const auto matching = [&](const Node &part) { return matches(part, holds); };
+    const auto matching = [&](const Node &part) { return matches(part, predicate); };
     switch (node.kind) {
     case Kind::Condition:
-        return holds(node.condition);
+        return predicate(node.condition);
     case Kind::Not:
         return !matching(node.parts.front());
     case Kind::And:

@@ -8,29 +8,34 @@
 
 namespace workbench {
 
-/// Conditions that are combined with "and", "or", "not" and brackets; "and" may be left out. A
-/// condition is a text, or a field with a value: name:add or name:"two words". Texts with a colon,
-/// a space or a bracket stand in quotation marks.
+/// A filter that a user types: conditions combined with "and", "or", "not" and brackets; "and" is
+/// optional. A condition is a text or a field with a value, as name:add or name:"two words". A text
+/// with a colon, a space or a bracket needs quotation marks.
 class FilterExpression
 {
 public:
     struct Condition
     {
-        QString field; ///< empty: a text
-        QString value; ///< empty for a field without a value, too
+        QString field; ///< lower case; empty for a text
+        QString value; ///< empty for a flag
     };
 
-    /// @return what is wrong with a condition, or an empty text
+    /// @return an error message for an invalid condition, or an empty text
     using Check = std::function<QString(const Condition &)>;
-    using Holds = std::function<bool(const Condition &)>;
+    using Predicate = std::function<bool(const Condition &)>;
 
-    /// @param flags words that are fields without a value
-    /// @param error the number of the first wrong character, from 1, and what is wrong there
+    /// Parses an expression.
+    /// @param flags fields without a value
+    /// @param check called for each condition
+    /// @param error set to an error message with the number of the first wrong character, from 1;
+    ///              empty on success
+    /// @return nullopt for an invalid expression
     static std::optional<FilterExpression> parse(const QString &text, const QStringList &flags,
                                                  const Check &check, QString *error);
 
-    /// An empty expression matches everything.
-    bool matches(const Holds &holds) const;
+    /// @param predicate returns true if a condition is met
+    /// @return true if the expression is met; always true for an empty one
+    bool matches(const Predicate &predicate) const;
 
 private:
     friend class FilterParser;
@@ -43,7 +48,7 @@ private:
         std::vector<Node> parts;
     };
 
-    static bool matches(const Node &node, const Holds &holds);
+    static bool matches(const Node &node, const Predicate &predicate);
 
     Node m_root;
 };

@@ -4,7 +4,7 @@ import QtQuick.Controls
 import Client.Common
 import Integration
 
-/// Where a filter expression is typed. Tab completes it, and below it stands what is wrong with it.
+/// Edits a filter expression. Tab completes it; a popup shows completions or the error.
 SearchField {
     id: field
 

@@ -4,19 +4,18 @@ import QtQuick.Layouts
 import Client.Common
 import Integration
 
-/// For integrators: what passes between QML, plug-in and host, or a recording of it and its
-/// differences, the log, faults of the stations, and a console.
+/// The drawer for integrators: traffic or a recording with its differences, log, faults and console.
 Pane {
     id: drawer
 
     required property AppState app
-    required property WorkbenchContext bench
+    required property WorkbenchContext workbench
 
-    /// Keys and what they do, for the help.
+    /// Pairs of a key and its action, for the help.
     readonly property var shortcuts: [
         [qsTr("Up, Down, Home, End"), qsTr("Choose an entry of the traffic or the log")],
         [qsTr("Ctrl+C"), qsTr("Copy the chosen entry's payload as JSON, or the line of the log")],
-        [qsTr("Ctrl+Shift+C"), qsTr("Copy the chosen entry as in a saved file")],
+        [qsTr("Ctrl+Shift+C"), qsTr("Copy the chosen entry as a line of a recording")],
         [qsTr("/"), qsTr("Search in the traffic or the log")],
         [qsTr("Enter, Space"), qsTr("Show a difference in the traffic, unfold those that follow from it")]
     ]
@@ -56,20 +55,20 @@ Pane {
             TrafficTab {
                 id: traffic
                 app: drawer.app
-                bench: drawer.bench
+                workbench: drawer.workbench
                 shown: drawer.visible
                 onDifferencesWanted: tabs.currentIndex = 3
             }
-            LogTab { log: drawer.bench.log }
-            FaultsTab { app: drawer.app; bench: drawer.bench }
+            LogTab { log: drawer.workbench.log }
+            FaultsTab { app: drawer.app; workbench: drawer.workbench }
             DifferencesTab {
-                recording: drawer.bench.openedRecording
+                recording: drawer.workbench.openedRecording
                 onChosen: line => {
                     tabs.currentIndex = 0;
                     traffic.showLine(line);
                 }
             }
-            ConsoleTab { plugin: drawer.app.plugin; bench: drawer.bench }
+            ConsoleTab { plugin: drawer.app.plugin; workbench: drawer.workbench }
         }
     }
 }

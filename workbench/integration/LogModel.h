@@ -10,12 +10,12 @@
 
 namespace workbench {
 
-/// The last lines of the host's logging library, wherever else they are written.
+/// The last lines of the host's logging library.
 class LogModel : public QAbstractListModel, public Searchable
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("There is one list of log lines, the bench's")
+    QML_UNCREATABLE("Use the property log of the workbench")
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:
@@ -33,7 +33,7 @@ public:
 
     int count() const { return rowCount(); }
     Q_INVOKABLE void clear();
-    /// Puts a line onto the clipboard, as the log shows it.
+    /// Copies a line to the clipboard, as the log shows it.
     Q_INVOKABLE void copy(int row) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -41,7 +41,7 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
     bool contains(int row, const QString &text) const override;
-    /// The severity.
+    /// @return the severity of a line
     QString kindAt(int row) const override;
 
 Q_SIGNALS:

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// One line of the log, in columns.
+/// A row of the log.
 ItemDelegate {
     id: row
 

@@ -4,7 +4,7 @@ import QtQuick.Layouts
 import Client.Common
 import Integration
 
-/// The lines of the host's logging library.
+/// Shows and searches the lines of the host's logging library.
 ColumnLayout {
     id: tab
 
@@ -19,7 +19,7 @@ ColumnLayout {
     SearchFilter {
         id: filter
         source: tab.log
-        text: search.settledText
+        text: search.appliedText
     }
 
     RowLayout {
@@ -40,7 +40,7 @@ ColumnLayout {
             objectName: "copyLine"
             text: qsTr("Copy")
             enabled: list.currentIndex >= 0
-            ToolTip.text: qsTr("The chosen line (Ctrl+C)")
+            ToolTip.text: qsTr("Copy the chosen line (Ctrl+C)")
             ToolTip.visible: hovered
             onClicked: tab.copyLine()
         }
@@ -68,7 +68,7 @@ ColumnLayout {
             anchors.centerIn: parent
             visible: list.count === 0
             color: Theme.faintText
-            text: search.settledText === "" ? qsTr("The plug-in has logged nothing.")
+            text: search.appliedText === "" ? qsTr("The plug-in has logged nothing.")
                                             : qsTr("No line contains this text.")
         }
     }

@@ -14,7 +14,7 @@ class OpenedRecording : public workbench::TrafficSource
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("There is one, the bench's")
+    QML_UNCREATABLE("Use the property openedRecording of the workbench")
     /// Empty while no recording is open.
     Q_PROPERTY(QString file READ file NOTIFY changed)
     /// The file's name, the plug-in's and the time.

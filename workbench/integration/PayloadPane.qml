@@ -5,12 +5,12 @@ import QtQuick.Layouts
 import Client.Common
 import Integration
 
-/// The payload of an entry of the traffic, under the headings of its columns.
+/// Shows the payload of a traffic entry with headings.
 ColumnLayout {
     id: pane
 
     required property TrafficModel traffic
-    /// Of the traffic.
+    /// Row of the traffic; -1 for none.
     required property int row
     property string difference: "" ///< from what the entry was compared with
 

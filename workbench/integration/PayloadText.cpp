@@ -11,7 +11,7 @@ namespace workbench::payloadtext {
 
 namespace {
 
-/// The container inside a variant, without a copy.
+/// Returns the container inside a variant, without a copy.
 template <typename Container>
 const Container &inside(const QVariant &value)
 {
@@ -58,7 +58,7 @@ void write(QString &out, const QVariant &value, qsizetype length)
     case QMetaType::Nullptr:
         out += QLatin1String("null");
         break;
-    case QMetaType::Double: // as which QML hands on times and counts: all their digits
+    case QMetaType::Double: // QML passes times and counts as doubles: show all digits
         out += QString::number(value.toDouble(), 'f', QLocale::FloatingPointShortest);
         break;
     case QMetaType::QString:
@@ -136,8 +136,8 @@ bool search(const QVariant &value, const QString &text, int &valuesLeft)
     }
 }
 
-/// The records of a list are much alike. To look at each, in the answer of a whole station, would
-/// take longer than a frame of the window.
+/// Estimates from the first elements, because the records of a list are alike, and counting all
+/// records of a station would take longer than a frame.
 qint64 countInList(const QVariant &value)
 {
     constexpr qsizetype Counted = 100;
@@ -196,7 +196,7 @@ QString toJson(const QVariant &value)
         return QString::fromUtf8(QJsonDocument(json.toObject()).toJson());
     if (json.isArray())
         return QString::fromUtf8(QJsonDocument(json.toArray()).toJson());
-    // A document holds nothing simpler: put into a list, and taken out of its brackets again.
+    // A JSON document must be an array or object: format an array and remove its brackets.
     const QByteArray list = QJsonDocument(QJsonArray{json}).toJson(QJsonDocument::Compact);
     return QString::fromUtf8(list.mid(1, list.size() - 2));
 }

@@ -3,20 +3,22 @@
 #include <QtCore/QString>
 #include <QtCore/QVariant>
 
-/// Payloads as text, in parts: whole ones may hold records by the hundred thousand.
+/// Formats and searches payloads. A payload may contain a hundred thousand records, so most
+/// functions read only a part of it.
 namespace workbench::payloadtext {
 
-/// The beginning of the value on one line, much as JSON, cut after about @p length characters.
+/// Returns the beginning of a value on one line, similar to JSON.
+/// @param length maximum length in UTF-16 units, without the ellipsis
 QString brief(const QVariant &value, qsizetype length);
 
-/// Whether a key or value contains the text, whatever its case. Looks at the first
-/// @p valueCount values only.
+/// Searches the keys and values of a payload, ignoring case.
+/// @param valueCount maximum number of values to search
 bool contains(const QVariant &value, const QString &text, int valueCount);
 
-/// About how many values a payload holds, containers included; a measure of the memory it takes.
+/// Estimates the number of values in a payload, including containers, as a measure of its memory.
 qint64 countValues(const QVariant &value);
 
-/// The value as indented JSON, for reading; types that JSON lacks become texts.
+/// Returns a value as indented JSON. Values of types without a JSON form become texts.
 QString toJson(const QVariant &value);
 
 } // namespace workbench::payloadtext

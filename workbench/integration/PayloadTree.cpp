@@ -6,8 +6,8 @@
 
 namespace workbench {
 
-/// A part of the payload. Its children are made one by one, when they are asked for: a list of
-/// a hundred thousand records opens at once.
+/// A part of the payload. Children are created on demand, so that a list of a hundred thousand
+/// records opens at once.
 struct PayloadTree::Node
 {
     Node *parent = nullptr;
@@ -94,7 +94,7 @@ void PayloadTree::show(const QVariant &value)
 {
     beginResetModel();
     m_root = std::make_unique<Node>(nullptr, 0, QString(), value);
-    if (m_root->children.empty() && value.isValid()) // a bare value is shown as a row of its own
+    if (m_root->children.empty() && value.isValid()) // a value without parts is shown in a row
         m_root = std::make_unique<Node>(nullptr, 0, QString(), QVariantList{value});
     endResetModel();
     Q_EMIT payloadChanged();

@@ -11,15 +11,15 @@
 
 namespace workbench {
 
-/// The payload of an entry of the traffic as a tree: key, value and type of each part. Parts are
-/// made when they are looked at. The payload itself does not pass through QML, where an integer
-/// would come out as a double.
+/// The payload of a traffic entry as a tree with key, value and type of each part. Nodes are
+/// created on demand. The model reads the payload in C++, because QML would turn integers into
+/// doubles.
 class PayloadTree : public QAbstractItemModel
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(workbench::TrafficModel *traffic READ traffic WRITE setTraffic NOTIFY trafficChanged)
-    /// Of the traffic; -1 for an empty tree.
+    /// Row of the traffic; -1 for an empty tree.
     Q_PROPERTY(int row READ row WRITE setRow NOTIFY rowChanged)
 
 public:
@@ -34,7 +34,7 @@ public:
     /// Not owned.
     void setTraffic(TrafficModel *traffic);
     int row() const { return m_row; }
-    /// The same entry in another row, after older ones were dropped, leaves the tree as it is.
+    /// Keeps the tree if the row shows the same entry, after older entries were dropped.
     void setRow(int row);
 
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
@@ -46,7 +46,7 @@ public:
 Q_SIGNALS:
     void trafficChanged();
     void rowChanged();
-    /// Another payload is shown.
+    /// The tree shows another payload.
     void payloadChanged();
 
 private:
@@ -57,8 +57,8 @@ private:
 
     QPointer<TrafficModel> m_traffic;
     int m_row = -1;
-    QVariant m_sequence;          ///< of the entry
-    std::unique_ptr<Node> m_root; ///< its one child is the payload
+    QVariant m_sequence;          ///< sequence number of the shown entry
+    std::unique_ptr<Node> m_root; ///< the payload; its children are the top-level rows
 };
 
 } // namespace workbench

@@ -3,15 +3,15 @@ import QtQuick.Controls
 import Client.Common
 import Integration
 
-/// The payload of an entry of the traffic as a tree of keys, values and types.
+/// Shows the payload of a traffic entry as a tree of keys, values and types.
 TreeView {
     id: view
 
     required property TrafficModel traffic
-    /// Of the traffic.
+    /// Row of the traffic; -1 for none.
     required property int row
 
-    readonly property real typeWidth: 88 ///< of the longest usual name
+    readonly property real typeWidth: 88 ///< fits the longest common type name
     readonly property real valueWidth: (width - typeWidth - 2 * columnSpacing) / 2
 
     function widthOf(column) {
@@ -50,7 +50,7 @@ TreeView {
     }
 
     Label {
-        parent: view // not what is scrolled
+        parent: view // not the content, which scrolls
         anchors.centerIn: parent
         visible: view.row < 0
         color: Theme.faintText

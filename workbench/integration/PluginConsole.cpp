@@ -37,7 +37,7 @@ QVariantMap describe(const QMetaMethod &method, int index)
                                                    texts.join(QLatin1String(", ")))}};
 }
 
-/// A value, or what was expected instead of the text.
+/// A value, or a description of the valid texts.
 struct Argument
 {
     QVariant value;
@@ -91,7 +91,7 @@ Argument argumentOf(const QString &text, QMetaType type)
         return fromJson(text, type.id() == QMetaType::QVariantList);
     default:
         return {{},
-                QStringLiteral("a type that can be typed, not %1")
+                QStringLiteral("a type that the console supports, not %1")
                     .arg(QString::fromLatin1(type.name()))};
     }
 }

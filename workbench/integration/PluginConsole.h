@@ -11,18 +11,19 @@
 
 namespace workbench {
 
-/// Calls the methods of an object by texts that a user types, and counts the object's signals.
+/// Calls the methods of an object with arguments that a user types, and counts the object's
+/// signals.
 class PluginConsole : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    /// Not owned; set once.
+    /// The object; not owned. Set it once.
     Q_PROPERTY(QObject *plugin READ plugin WRITE setPlugin NOTIFY pluginChanged REQUIRED)
-    /// The methods in their order: maps of "signature", "name", "index" and "parameters"; these are
-    /// maps of "name" and "type".
+    /// The methods in the order of their declaration: maps of "signature", "name", "index" and
+    /// "parameters", a list of maps of "name" and "type".
     Q_PROPERTY(QVariantList methods READ methods NOTIFY pluginChanged)
     Q_PROPERTY(QStringList signalNames READ signalNames NOTIFY pluginChanged)
-    /// By name of a signal that was emitted: a map of "count" and "arguments", those of the last.
+    /// The emitted signals by name: maps of "count" and "arguments", the last ones as text.
     Q_PROPERTY(QVariantMap emitted READ emitted NOTIFY emittedChanged)
 
 public:
@@ -34,11 +35,12 @@ public:
     QStringList signalNames() const;
     QVariantMap emitted() const { return m_emitted; }
 
-    /// Calls a method. Lists and maps are typed as JSON.
+    /// Calls a method.
     /// @param index of the method
-    /// @param texts the arguments
-    /// @return a map of "result", the beginning of it as text, or of "error" and "parameter", the
-    /// number of the argument that can't be used
+    /// @param texts the arguments; lists and maps as JSON
+    /// @return a map with "result", the beginning of the result as text; or without a call a map
+    /// with
+    ///         "error", a message, and "parameter", the index of the unusable argument
     Q_INVOKABLE QVariantMap call(int index, const QStringList &texts);
     Q_INVOKABLE void resetCounts();
 

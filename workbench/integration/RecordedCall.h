@@ -6,15 +6,16 @@
 
 namespace workbench {
 
-/// Calls an object's methods with recorded arguments as QML does: the engine chooses the overload
-/// and converts the values.
+/// Calls an object's methods with recorded arguments, as QML does: the JavaScript engine chooses
+/// the overload and converts the values.
 class RecordedCall final : private CallObserver
 {
 public:
     /// @param target not owned
     explicit RecordedCall(QObject &target);
 
-    /// The result as a recording has it.
+    /// Calls a method.
+    /// @return the result in the form of a recording; a map with "exception" if the engine throws
     QVariant make(const QString &method, const QVariantList &arguments);
 
 private:

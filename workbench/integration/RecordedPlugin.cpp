@@ -10,7 +10,7 @@ namespace {
 
 QVariant argumentAt(const QMetaType type, const void *value)
 {
-    // The engine passes "undefined" as a null text. As an empty one it would mean something else.
+    // The engine passes "undefined" as a null text; the plug-in treats an empty one differently.
     if (type.id() == QMetaType::QString && static_cast<const QString *>(value)->isNull())
         return {};
     return QVariant(processLifetimeType(type), value);
@@ -23,7 +23,7 @@ RecordedPlugin::RecordedPlugin(QObject &plugin, CallObserver &observer)
     , m_observer(observer)
     , m_metaObject(*plugin.metaObject())
 {
-    // Callers must not reach the plug-in's own function with this object.
+    // Without this, the engine would call the plug-in's function with a pointer to this object.
     m_metaObject.d.static_metacall = nullptr;
     for (int i = m_metaObject.methodOffset(); i < m_metaObject.methodCount(); ++i) {
         if (m_metaObject.method(i).methodType() == QMetaMethod::Signal)
@@ -55,12 +55,12 @@ void RecordedPlugin::forward(const QMetaMethod &method, int id, void **arguments
     const quint64 call = m_observer.beginCall(QString::fromLatin1(method.name()), values);
     m_plugin.qt_metacall(QMetaObject::InvokeMetaMethod, id, arguments);
     const bool returns = method.returnType() != QMetaType::Void && arguments[0];
-    m_observer.end(call, returns ? notedResult(QVariant(
+    m_observer.end(call, returns ? recordedResult(QVariant(
                                        processLifetimeType(method.returnMetaType()), arguments[0]))
                                  : QVariant());
 }
 
-QVariant notedResult(const QVariant &result)
+QVariant recordedResult(const QVariant &result)
 {
     if (!result.canConvert<QObject *>())
         return result;

@@ -6,26 +6,27 @@
 
 namespace workbench {
 
-/// Is notified of the calls that pass a RecordedPlugin.
+/// Receives the calls of a RecordedPlugin.
 class CallObserver
 {
 public:
+    /// Called before a call.
     /// @return a number for end()
     virtual quint64 beginCall(const QString &method, const QVariantList &arguments) = 0;
-    /// The call has returned.
+    /// Called when a call has returned.
     virtual void end(quint64 call, const QVariant &result) = 0;
 
 protected:
     ~CallObserver() = default;
 };
 
-/// The plug-in's object as the workbench offers it to QML: it has the methods and signals of the
-/// plug-in's object, forwards each call, and reports it to an observer.
+/// A proxy with the methods and signals of the plug-in's object: forwards each call and reports it
+/// to an observer. QML uses it in place of the plug-in's object.
 class RecordedPlugin : public QObject
 {
 public:
-    /// Neither is owned; both must outlive this object. Signals come after those that were
-    /// connected to @p plugin before.
+    /// Forwards signals after the slots that are already connected to @p plugin.
+    /// @param plugin,observer not owned; must outlive this object
     RecordedPlugin(QObject &plugin, CallObserver &observer);
 
     const QMetaObject *metaObject() const override { return &m_metaObject; }
@@ -39,7 +40,7 @@ private:
     QMetaObject m_metaObject;
 };
 
-/// What is noted of a call's result: of an object whether there is one.
-QVariant notedResult(const QVariant &result);
+/// Returns a call's result as recorded: for an object a map that says whether it is null.
+QVariant recordedResult(const QVariant &result);
 
 } // namespace workbench

@@ -18,9 +18,8 @@ const QLatin1String EntriesKey("entries");
 const QLatin1String Utf16Key("utf16");
 const QLatin1String StreamKey("stream");
 
-constexpr int MaxDepth =
-    300; // a JSON reader gives up at some depth, and each level takes up to three
-constexpr qint64 MaxExact = qint64(1) << 53; // beyond that JSON's readers round
+constexpr int MaxDepth = 300; // Qt's JSON parser limits the depth; a level takes up to three
+constexpr qint64 MaxExact = qint64(1) << 53; // JSON readers may round larger numbers
 
 QJsonObject tagged(const char *type)
 {
@@ -40,7 +39,7 @@ QJsonValue textToJson(const QString &text)
         return tagged("QString");
     if (text.isValidUtf16())
         return text;
-    QJsonArray units; // a half of a character has no form in UTF-8
+    QJsonArray units; // an unpaired surrogate has no UTF-8 form
     for (const QChar unit : text)
         units.append(unit.unicode());
     return QJsonObject{{TypeKey, QLatin1String("QString")}, {Utf16Key, units}};
@@ -75,7 +74,7 @@ QJsonArray listToJson(const List &list, int depth)
 
 QJsonValue integerToJson(const QVariant &value)
 {
-    const qint64 number = value.toLongLong(); // negative also for the greatest unsigned ones
+    const qint64 number = value.toLongLong(); // negative for large unsigned values
     const bool exact = number >= -MaxExact && number <= MaxExact;
     if (value.typeId() == QMetaType::LongLong && exact)
         return number;
@@ -89,7 +88,7 @@ QJsonValue doubleToJson(const QVariant &value)
     return tagged(value.typeName(), plain ? QJsonValue(number) : QJsonValue(value.toString()));
 }
 
-/// What has no form of its own here is written as Qt streams it.
+/// Writes a value of any other type in Qt's stream format.
 QJsonValue streamToJson(const QVariant &value)
 {
     QByteArray bytes;
@@ -123,7 +122,7 @@ QJsonValue toJson(const QVariant &value, int depth)
         return listToJson(value.toList(), depth);
     case QMetaType::QStringList:
         return tagged("QStringList", listToJson(value.toStringList(), depth));
-    case QMetaType::QByteArray: // any byte is a Latin-1 character
+    case QMetaType::QByteArray: // each byte becomes a Latin-1 character
         return value.toByteArray().isNull()
                    ? tagged("QByteArray")
                    : tagged("QByteArray", QString::fromLatin1(value.toByteArray()));
@@ -257,7 +256,7 @@ std::optional<QVariant> fromJson(const QJsonValue &json)
         const std::optional<QVariantList> list = listFromJson(json);
         return list ? std::optional<QVariant>(*list) : std::nullopt;
     }
-    // An empty text comes from the reader as a null one.
+    // Qt's JSON parser returns a null text for an empty one.
     if (json.isString() && json.toString().isEmpty())
         return QVariant(QLatin1String(""));
     return json.toVariant();
@@ -268,7 +267,7 @@ QString brief(const QJsonValue &json)
     constexpr qsizetype length = 200;
     if (json.isUndefined())
         return QStringLiteral("nothing");
-    // A document holds nothing simpler than a list; its brackets are taken off again.
+    // A JSON document must be an array or object: format an array and remove its brackets.
     const QByteArray list = QJsonDocument(QJsonArray{json}).toJson(QJsonDocument::Compact);
     const QString text = QString::fromUtf8(list.mid(1, list.size() - 2));
     return text.size() > length ? text.left(length) + QChar(0x2026) : text;

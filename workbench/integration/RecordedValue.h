@@ -5,16 +5,18 @@
 
 #include <optional>
 
-/// Values as JSON that keeps their types; docs/recordings.md describes the form.
+/// Converts values to JSON with their types; docs/recordings.md describes the format.
 namespace workbench::recordedvalue {
 
-/// A value that can't be written (of an unknown type, or nested too deeply) becomes a note of that.
+/// Returns the JSON of a value. A value of an unknown type, or one that is nested too deeply,
+/// becomes
+/// {"$type": "lost"} with the name of the type.
 QJsonValue toJson(const QVariant &value);
 
-/// Nothing when the JSON is not of the form that toJson() writes.
+/// Returns the value, or nullopt if toJson() can't have written the JSON.
 std::optional<QVariant> fromJson(const QJsonValue &json);
 
-/// The beginning of the JSON on one line.
+/// Returns the beginning of the JSON on one line.
 QString brief(const QJsonValue &json);
 
 } // namespace workbench::recordedvalue

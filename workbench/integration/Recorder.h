@@ -17,29 +17,31 @@ class Framework;
 
 namespace workbench {
 
-/// Notes what passes between QML, plug-in and host: the framework's traffic, the plug-in's signals
-/// and the calls through a RecordedPlugin.
+/// Adds the traffic between QML, plug-in and host to a TrafficModel: commands, answers and events
+/// of the framework, signals of the plug-in, calls of a RecordedPlugin.
 class Recorder : public workbench::TrafficSource, public CallObserver
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("There is one recorder, the bench's")
+    QML_UNCREATABLE("Use the property recorder of the workbench")
 
 public:
-    /// All three are not owned and must outlive the recorder. Made before QML connects to the
-    /// plug-in's signals, it notes each signal before what QML does about it.
+    /// Create it before QML connects to the plug-in's signals: slots run in the order of
+    /// connection, and a signal must be recorded before the calls of its slots.
+    /// @param plugin,framework,model not owned; must outlive this object
     Recorder(PluginBase &plugin, standin::Framework &framework, TrafficModel &model,
              QObject *parent = nullptr);
 
-    /// To be told of everything that passes through the framework.
+    /// Call it for each command, answer and event of the framework.
     void noteTraffic(const standin::Traffic &traffic);
 
     quint64 beginCall(const QString &method, const QVariantList &arguments) override;
-    /// The plug-in is about to be notified of the connection. @return a number for end()
+    /// Call it before the plug-in is notified of the connection to the server.
+    /// @return a number for end()
     quint64 beginConnection();
     void end(quint64 call, const QVariant &result) override;
 
-    /// The path of a new file of the user.
+    /// @return a path in the user's home folder for a new recording
     Q_INVOKABLE static QString newFile();
     Q_INVOKABLE static bool exists(const QString &path);
 
@@ -55,7 +57,7 @@ private:
     standin::Framework &m_framework;
     TrafficModel &m_model;
     standin::SignalReceiver m_receiver;
-    int m_calls = 0; ///< that have not returned yet
+    int m_calls = 0; ///< depth of nested calls
     QHash<const void *, int> m_contexts;
 };
 

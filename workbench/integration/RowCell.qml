@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// One column of a row.
+/// A cell of a row of the traffic or the log.
 Label {
     required property ItemDelegate row
     property bool mono: false

@@ -1,11 +1,11 @@
 import QtQuick
 import QtQuick.Controls
 
-/// Where a search text is typed. The search follows when the typing pauses.
+/// Edits a search text. appliedText follows when the user stops typing.
 TextField {
     id: field
 
-    property string settledText: ""
+    property string appliedText: ""
     property string hint: ""
 
     selectByMouse: true
@@ -15,12 +15,12 @@ TextField {
     ToolTip.text: hint
 
     onTextChanged: pause.restart()
-    onAccepted: settledText = text
+    onAccepted: appliedText = text
     Keys.onEscapePressed: clear()
 
     Timer {
         id: pause
         interval: 200
-        onTriggered: field.settledText = field.text
+        onTriggered: field.appliedText = field.text
     }
 }

@@ -16,7 +16,7 @@ void SearchFilter::setSource(QAbstractItemModel *model)
 {
     m_searchable = dynamic_cast<const Searchable *>(model);
     m_matcher = nullptr;
-    understand();
+    updateMatcher();
     setSourceModel(model);
     Q_EMIT sourceChanged();
     Q_EMIT countChanged();
@@ -27,12 +27,12 @@ void SearchFilter::setText(const QString &text)
     if (text == m_text)
         return;
     m_text = text;
-    understand();
+    updateMatcher();
     invalidateFilter();
     Q_EMIT textChanged();
 }
 
-void SearchFilter::understand()
+void SearchFilter::updateMatcher()
 {
     QString error;
     if (m_searchable) {

@@ -8,26 +8,28 @@
 
 namespace workbench {
 
-/// A model whose rows can be searched without making texts of them.
+/// A model whose rows can be searched without formatting them.
 class Searchable
 {
 public:
     virtual ~Searchable() = default;
     using Matcher = std::function<bool(int row)>;
 
-    /// Whether the row contains the text, whatever its case.
+    /// @return true if the row contains the text, ignoring case
     virtual bool contains(int row, const QString &text) const = 0;
-    /// What a user's text asks of a row, here that it contains the text.
-    /// @return null with @p error if the text can't be understood
+    /// Returns a function that decides whether a row matches the user's text, by default whether
+    /// the row contains it.
+    /// @param error set to a message if the text is invalid
+    /// @return null if the text is invalid
     virtual Matcher matcher(const QString &text, QString * /*error*/) const
     {
         return [this, text](int row) { return text.isEmpty() || contains(row, text); };
     }
-    /// A word by which rows are chosen.
+    /// @return the kind of the row, for SearchFilter::hiddenKinds
     virtual QString kindAt(int row) const = 0;
 };
 
-/// The rows of a searchable model that contain a text and are of certain kinds.
+/// The rows of a searchable model that match a text and are not of a hidden kind.
 class SearchFilter : public QSortFilterProxyModel
 {
     Q_OBJECT
@@ -35,9 +37,9 @@ class SearchFilter : public QSortFilterProxyModel
     Q_PROPERTY(QAbstractItemModel *source READ sourceModel WRITE setSource NOTIFY sourceChanged)
     /// Empty: all rows.
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
-    /// What is wrong with the text; the rows are then those of the text before.
+    /// The error in the text, or an empty text. An invalid text does not change the rows.
     Q_PROPERTY(QString error READ error NOTIFY errorChanged)
-    /// Rows of these kinds are left out.
+    /// The kinds of rows to leave out.
     Q_PROPERTY(
         QStringList hiddenKinds READ hiddenKinds WRITE setHiddenKinds NOTIFY hiddenKindsChanged)
     Q_PROPERTY(int count READ count NOTIFY countChanged)
@@ -53,7 +55,7 @@ public:
     void setHiddenKinds(const QStringList &kinds);
     int count() const { return rowCount(); }
 
-    /// The row of the source model; -1 for no row.
+    /// @return the row in the source model, or -1
     Q_INVOKABLE int sourceRow(int row) const { return mapToSource(index(row, 0)).row(); }
     /// The reverse; -1 if the row is left out.
     Q_INVOKABLE int rowOf(int sourceRow) const;
@@ -69,7 +71,7 @@ protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
 
 private:
-    void understand();
+    void updateMatcher();
 
     const Searchable *m_searchable = nullptr; ///< the source model
     Searchable::Matcher m_matcher;

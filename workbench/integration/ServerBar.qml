@@ -3,21 +3,21 @@ import QtQuick.Controls
 import Client.Common
 import Integration
 
-/// What the connected server says, and another client that adds bookmarks.
+/// Edits the settings of the connected server, and simulates another client that adds bookmarks.
 Flow {
     id: bar
 
-    required property WorkbenchContext bench
+    required property WorkbenchContext workbench
 
-    /// One a minute, on the cameras in turn.
+    /// Adds bookmarks on all cameras in turn, one per minute back from now.
     function addByOther(count) {
         const cameras = [];
-        for (const station of bench.stations)
+        for (const station of workbench.stations)
             cameras.push(...station.cameras);
         for (let i = 0; i < count; ++i) {
             const camera = cameras[i % cameras.length];
             const start = Date.now() - i * 60000;
-            bench.addByOtherClient(camera.relayPath, camera.cameraID, start, start + 30000,
+            workbench.addByOtherClient(camera.relayPath, camera.cameraID, start, start + 30000,
                                           qsTr("Added elsewhere %1").arg(i + 1), "");
         }
     }
@@ -29,25 +29,25 @@ Flow {
         objectName: "permission"
         text: qsTr("Settings allowed")
         checked: true
-        onToggled: bar.bench.allowSettings(checked)
+        onToggled: bar.workbench.allowSettings(checked)
         ToolTip.visible: hovered
         ToolTip.delay: 600
-        ToolTip.text: qsTr("The client hears of it when it connects again")
+        ToolTip.text: qsTr("Permission of the user to change settings; reconnect to apply it")
     }
     TextField {
         objectName: "serverZone"
         width: 150
-        text: bar.bench.serverTimeZone
-        onEditingFinished: bar.bench.serverTimeZone = text
+        text: bar.workbench.serverTimeZone
+        onEditingFinished: bar.workbench.serverTimeZone = text
         Accessible.name: qsTr("Time zone of the server")
         ToolTip.visible: hovered
         ToolTip.delay: 600
-        ToolTip.text: qsTr("Time zone of the server; the client hears of it when it connects again")
+        ToolTip.text: qsTr("Time zone of the server; reconnect to apply it")
     }
     Button {
         objectName: "reconnect"
         text: qsTr("Reconnect")
-        onClicked: bar.bench.connectToServer()
+        onClicked: bar.workbench.connectToServer()
     }
     Button {
         objectName: "addByOther"
@@ -59,11 +59,11 @@ Flow {
         from: 1
         to: 1000
         editable: true
-        Accessible.name: qsTr("How many bookmarks another client adds")
+        Accessible.name: qsTr("Number of bookmarks that another client adds")
     }
     Button {
-        objectName: "mend"
-        text: qsTr("Mend everything")
-        onClicked: bar.bench.faults.reset()
+        objectName: "removeFaults"
+        text: qsTr("Remove all faults")
+        onClicked: bar.workbench.faults.reset()
     }
 }

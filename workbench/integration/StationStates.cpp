@@ -8,8 +8,8 @@ namespace workbench {
 
 namespace {
 
-/// Milliseconds between two beats; eight of them make a station slow.
-int beatInterval(int slowAfter)
+/// Returns the milliseconds between two ticks, an eighth of the time after which a station is slow.
+int tickInterval(int slowAfter)
 {
     return std::max(1, slowAfter / 8);
 }
@@ -21,7 +21,7 @@ StationStates::StationStates(QObject *parent)
 {
     m_publication.setSingleShot(true);
     connect(&m_publication, &QTimer::timeout, this, &StationStates::publish);
-    connect(&m_beat, &QTimer::timeout, this, &StationStates::beat);
+    connect(&m_tickTimer, &QTimer::timeout, this, &StationStates::tick);
 }
 
 void StationStates::addStation(const QString &relayPath, const QString &name)
@@ -54,7 +54,7 @@ void StationStates::setDisconnected(const QString &relayPath, bool disconnected)
 
 void StationStates::noteSent(Station &station, const standin::Traffic &command)
 {
-    if (command.name == protocol::command::QueryAllBookmarks) {
+    if (command.name == stations::protocol::command::QueryAllBookmarks) {
         station.lastQuery = command.sequence;
         station.bookmarksMissing = true;
     }
@@ -63,15 +63,15 @@ void StationStates::noteSent(Station &station, const standin::Traffic &command)
         return;
     }
     station.outstanding.insert(command.sequence, m_now);
-    if (!m_beat.isActive()) {
-        m_sinceBeat.start();
-        m_beat.start(beatInterval(m_slowAfter));
+    if (!m_tickTimer.isActive()) {
+        m_sinceTick.start();
+        m_tickTimer.start(tickInterval(m_slowAfter));
     }
 }
 
 void StationStates::noteAnswered(Station &station, const standin::Traffic &answer)
 {
-    const bool succeeded = answer.resultCode == protocol::code::Success;
+    const bool succeeded = answer.resultCode == stations::protocol::code::Success;
     station.failing = !succeeded;
     if (answer.request == station.lastQuery)
         station.bookmarksMissing = !succeeded;
@@ -79,17 +79,17 @@ void StationStates::noteAnswered(Station &station, const standin::Traffic &answe
     auto &outstanding = station.outstanding;
     const auto command = outstanding.constFind(answer.request);
     if (command == outstanding.cend())
-        return; // doubled
+        return; // a second answer
     station.slow = answer.tookMs >= m_slowAfter;
     outstanding.erase(command);
-    // The station answers again: what is overdue from before that command is lost.
+    // The station answers again, so overdue answers to earlier commands are lost.
     while (!outstanding.isEmpty() && outstanding.firstKey() < answer.request &&
            isOverdue(outstanding.first()))
         outstanding.erase(outstanding.cbegin());
     restartClocksAfter(answer.request);
 }
 
-/// Commands that were sent later had to wait for this one.
+/// Later commands had to wait for this one, so their time starts now.
 void StationStates::restartClocksAfter(quint64 request)
 {
     for (Station &station : m_stations) {
@@ -128,13 +128,14 @@ bool StationStates::isWaiting() const
     });
 }
 
-/// A late beat counts as two at most: this program was busy, and answers may lie here undelivered.
-void StationStates::beat()
+/// Counts at most two intervals: a later tick means that this program was busy, and answers may
+/// wait for delivery.
+void StationStates::tick()
 {
-    m_now += std::min(m_sinceBeat.restart(), qint64(2) * m_beat.interval());
+    m_now += std::min(m_sinceTick.restart(), qint64(2) * m_tickTimer.interval());
     publish();
     if (!isWaiting())
-        m_beat.stop();
+        m_tickTimer.stop();
 }
 
 void StationStates::publish()

@@ -12,13 +12,12 @@
 
 namespace workbench {
 
-/// The states of the stations, from the traffic with them.
+/// Derives the states of the stations from the traffic.
 ///
-/// A station is "disconnected" when the host says so, "failing" when its last answer was a failure
-/// or it refused the last command, "slow" when an answer is outstanding for too long or the last
-/// one took too long, else "connected". Time counts for a station only while nothing else holds its
-/// answer up: neither commands that were sent before, as the stations work one after the other, nor
-/// this program while it is busy.
+/// A station is "disconnected" if setDisconnected() says so; "failing" if its last answer was a
+/// failure or its last command was rejected; "slow" if an answer is overdue or the last one took
+/// too long; otherwise "connected". The time of an answer does not include the time of earlier
+/// commands, which the stations execute one after the other, or the time when this program is busy.
 class StationStates : public QObject
 {
     Q_OBJECT
@@ -27,21 +26,21 @@ public:
     explicit StationStates(QObject *parent = nullptr);
 
     void addStation(const QString &relayPath, const QString &name);
-    /// From how many milliseconds on a station is slow; 2000 at first.
+    /// Sets the time after which a station is slow; 2000 by default.
     void setSlowAfter(int ms) { m_slowAfter = ms; }
 
-    /// To be told of everything that passes through the framework.
+    /// Call it for each command, answer and event of the framework.
     void noteTraffic(const standin::Traffic &traffic);
     void setDisconnected(const QString &relayPath, bool disconnected);
 
-    /// The states by relay path.
+    /// @return the states by relay path
     QVariantMap states() const { return m_states; }
-    /// Names of the stations whose bookmarks are not in the list of all bookmarks: they were asked
-    /// for them, and failed or have not answered yet.
+    /// @return the names of the stations whose bookmarks are missing in the list of all bookmarks:
+    /// the last query failed or is not answered
     QStringList failedStations() const { return m_failedStations; }
 
 Q_SIGNALS:
-    /// Emitted from the event loop, never from within the traffic.
+    /// Emitted from the event loop, never inside noteTraffic().
     void changed();
 
 private:
@@ -51,8 +50,8 @@ private:
         QString name;
         bool disconnected = false;
         bool failing = false;
-        bool slow = false;                 ///< took too long for its last answer
-        QMap<quint64, qint64> outstanding; ///< since when, by sequence number
+        bool slow = false;                 ///< the last answer took too long
+        QMap<quint64, qint64> outstanding; ///< start times on the clock m_now, by sequence number
         quint64 lastQuery = 0;             ///< sequence number of the last query of all bookmarks
         bool bookmarksMissing = false;
     };
@@ -61,17 +60,17 @@ private:
     void noteAnswered(Station &station, const standin::Traffic &answer);
     void restartClocksAfter(quint64 request);
     bool isOverdue(qint64 since) const { return m_now - since >= m_slowAfter; }
-    /// Whether an answer is outstanding that may become overdue.
+    /// @return true if an outstanding answer may become overdue
     bool isWaiting() const;
     Station *find(const QString &relayPath);
     QString stateOf(const Station &station) const;
-    void beat();
+    void tick();
     void publish();
 
     QList<Station> m_stations;
-    qint64 m_now = 0; ///< milliseconds, counted by beats and only while this program is not busy
-    QElapsedTimer m_sinceBeat;
-    QTimer m_beat;
+    qint64 m_now = 0; ///< milliseconds, without the time when this program is busy
+    QElapsedTimer m_sinceTick;
+    QTimer m_tickTimer;
     QTimer m_publication;
     int m_slowAfter = 2000;
     QVariantMap m_states;

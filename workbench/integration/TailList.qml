@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// A list that grows at its end and stays there, unless the user has gone elsewhere.
+/// A list that scrolls to new rows at its end, unless the user has scrolled away or chosen a row.
 ListView {
     id: list
 
@@ -26,7 +26,7 @@ ListView {
 
     Timer {
         id: later
-        interval: 0 // once the view has taken in its rows and its height
+        interval: 0 // after the view has updated its rows and height
         onTriggered: {
             if (list.following)
                 list.positionViewAtEnd();

@@ -4,18 +4,18 @@ import QtQuick.Controls
 import Client.Common
 import Integration
 
-/// Search and choice of kinds, pause and clear, above the traffic.
+/// The bar above the traffic: filter, kinds, pause, copy, save, clear.
 Flow {
     id: bar
 
     required property TrafficModel traffic
     required property int shownCount
-    readonly property string text: search.settledText
+    readonly property string text: search.appliedText
     readonly property real lineHeight: search.height
     property var hiddenKinds: []
-    required property string error ///< in the text
-    property bool canCopy: false ///< an entry is chosen
-    property bool live: true ///< the traffic goes on
+    required property string error ///< of the filter text; empty if it is valid
+    property bool canCopy: false ///< an entry is selected
+    property bool live: true ///< shows the live traffic, not a recording
 
     signal copyWanted()
     signal copyEntryWanted()
@@ -40,7 +40,7 @@ Flow {
         traffic: bar.traffic
         error: bar.error
         placeholderText: qsTr("Search or filter the traffic")
-        hint: qsTr("Texts and conditions: kind:send name:add station:relay-1 code:4 call:7 failed unanswered slower:500, with and, or, not and brackets. Of a payload the first %1 values are searched.")
+        hint: qsTr("Texts and conditions: kind:send name:add station:relay-1 code:4 call:7 failed unanswered slower:500, combined with and, or, not and brackets. A search reads the first %1 values of a payload.")
             .arg(bar.traffic.searchedValues)
     }
     Repeater {
@@ -64,7 +64,7 @@ Flow {
         checkable: true
         checked: bar.traffic.paused
         onToggled: bar.traffic.paused = checked
-        hint: qsTr("Nothing is lost: what passes meanwhile appears afterwards")
+        hint: qsTr("Stop the display; entries of the meantime appear afterwards")
     }
     BarButton {
         objectName: "copyPayload"
@@ -72,7 +72,7 @@ Flow {
         text: qsTr("Copy")
         enabled: bar.canCopy
         onClicked: bar.copyWanted()
-        hint: qsTr("The payload of the chosen entry as JSON (Ctrl+C)")
+        hint: qsTr("Copy the payload of the chosen entry as JSON (Ctrl+C)")
     }
     BarButton {
         objectName: "copyEntry"
@@ -80,14 +80,14 @@ Flow {
         text: qsTr("Copy entry")
         enabled: bar.canCopy
         onClicked: bar.copyEntryWanted()
-        hint: qsTr("The chosen entry as in a saved file (Ctrl+Shift+C)")
+        hint: qsTr("Copy the chosen entry as a line of a recording (Ctrl+Shift+C)")
     }
     BarButton {
         objectName: "saveTraffic"
         height: bar.lineHeight
         text: qsTr("Save…")
         onClicked: bar.saveWanted()
-        hint: qsTr("As JSON lines, for --replay")
+        hint: qsTr("Save a recording, as JSON lines for --replay")
     }
     BarButton {
         objectName: "openRecording"
@@ -101,7 +101,7 @@ Flow {
         visible: bar.live
         text: qsTr("Clear")
         onClicked: bar.traffic.clear()
-        hint: qsTr("Forget the traffic so far")
+        hint: qsTr("Remove all entries")
     }
     Label {
         height: bar.lineHeight

@@ -1,13 +1,13 @@
 import QtQml
 import Qt.labs.settings
 
-/// The columns of the traffic before its payload. Their widths are kept for the next time.
+/// The columns of the traffic before the payload. Saves their widths for the next run.
 QtObject {
     id: columns
 
     readonly property var titles: [qsTr("Time"), qsTr("Call"), qsTr("Kind"), qsTr("Name"),
         qsTr("Station"), qsTr("Code"), qsTr("Took")]
-    readonly property var widths: kept.chosen.length > 0 ? kept.chosen : [84, 34, 76, 236, 52, 50, 60]
+    readonly property var widths: settings.chosen.length > 0 ? settings.chosen : [84, 34, 76, 236, 52, 50, 60]
 
     function isNumber(column) {
         return column === 1 || column === 6;
@@ -16,11 +16,11 @@ QtObject {
     function setWidth(column, width) {
         const changed = Array.from(widths);
         changed[column] = Math.max(24, Math.round(width));
-        kept.chosen = changed;
+        settings.chosen = changed;
     }
 
-    readonly property Settings memory: Settings {
-        id: kept
+    readonly property Settings storage: Settings {
+        id: settings
         category: "traffic"
         property var chosen: [] ///< empty: the default widths, which would be kept as well
     }

@@ -1,4 +1,4 @@
-// The conditions by which the traffic is filtered.
+// The conditions of the traffic's filter.
 #include "PayloadText.h"
 #include "TrafficModel.h"
 
@@ -28,7 +28,7 @@ const QStringList &fieldNames()
     return names;
 }
 
-/// @return what is wrong with the condition, or an empty text
+/// @return an error message for an invalid condition, or an empty text
 QString check(const Condition &condition)
 {
     const QString &field = condition.field;
@@ -36,8 +36,8 @@ QString check(const Condition &condition)
     if (field.isEmpty() || flagNames().contains(field))
         return {};
     if (!fieldNames().contains(field))
-        return QStringLiteral("unknown condition \"%1:\", known are %2, %3; a text with a colon "
-                              "stands in quotation marks")
+        return QStringLiteral("unknown condition \"%1:\"; use one of %2, %3, or put a text with a "
+                              "colon in quotation marks")
             .arg(field, fieldNames().join(QLatin1String(":, ")) + QLatin1Char(':'),
                  flagNames().join(QLatin1String(", ")));
     Kind kind{};
@@ -65,11 +65,11 @@ Searchable::Matcher TrafficModel::matcher(const QString &text, QString *error) c
         return nullptr;
     return [this, expression = *expression](int row) {
         return expression.matches(
-            [&](const Condition &condition) { return holds(row, condition); });
+            [&](const Condition &condition) { return matches(row, condition); });
     };
 }
 
-bool TrafficModel::holds(int row, const Condition &condition) const
+bool TrafficModel::matches(int row, const Condition &condition) const
 {
     const TrafficEntry &entry = at(row);
     const QString &field = condition.field;
@@ -96,7 +96,7 @@ bool TrafficModel::holds(int row, const Condition &condition) const
 
 QStringList TrafficModel::completions(const QString &text) const
 {
-    constexpr qsizetype MaxCompletions = 8; // as many as one looks at
+    constexpr qsizetype MaxCompletions = 8;
     const qsizetype begin =
         std::max(text.lastIndexOf(QLatin1Char(' ')), text.lastIndexOf(QLatin1Char('('))) + 1;
     const QString word = text.mid(begin);
@@ -121,7 +121,7 @@ QStringList TrafficModel::completions(const QString &text) const
     for (const QString &candidate : all) {
         const bool isValue =
             candidate.contains(QLatin1Char(':')) && !candidate.endsWith(QLatin1Char(':'));
-        // Values come with their field, or there would be too many.
+        // Suggest values only after a field, or there would be too many.
         if (candidate.startsWith(word, Qt::CaseInsensitive) && candidate != word &&
             (!isValue || word.contains(QLatin1Char(':'))))
             found.append(text.left(begin) + candidate);

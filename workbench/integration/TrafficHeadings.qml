@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// The headings of the traffic's columns, with borders to drag.
+/// The headings of the traffic's columns. Dragging a border changes the width.
 Row {
     id: headings
 

@@ -35,8 +35,8 @@ QString summaryOf(const TrafficEntry &entry)
     return text;
 }
 
-/// To free the bookmarks of a whole station takes longer than some frames, so another thread does.
-/// What QML handed over stays out of it: that has to be freed in the thread of QML.
+/// Frees the results of answers in another thread, because freeing the bookmarks of a station takes
+/// longer than a frame. Values from QML must be freed in QML's thread.
 template <typename Entry>
 void freeAnswers(Entry first, Entry last)
 {
@@ -70,10 +70,10 @@ quint64 TrafficModel::append(TrafficEntry entry)
 {
     entry.sequence = ++m_lastSequence;
     entry.elapsed = QDateTime::currentMSecsSinceEpoch() - m_startTime;
-    weigh(entry);
+    addWeight(entry);
     m_tracker.add(entry);
     if (entry.kind == TrafficEntry::Kind::Answered || entry.kind == TrafficEntry::Kind::Sent)
-        noteProgress(entry);
+        updateProgress(entry);
     m_entries.push_back(std::move(entry));
     if (!m_paused && !m_publishing.isActive())
         m_publishing.start();
@@ -83,21 +83,21 @@ quint64 TrafficModel::append(TrafficEntry entry)
 void TrafficModel::setResult(quint64 sequence, const QVariant &result)
 {
     if (m_entries.empty() || sequence < m_entries.front().sequence)
-        return; // dropped meanwhile
+        return; // the entry was dropped
     TrafficEntry &entry = m_entries[static_cast<size_t>(sequence - m_entries.front().sequence)];
     m_values -= weightOf(entry);
     entry.result = result;
-    weigh(entry);
+    addWeight(entry);
     updateRow(sequence, {SummaryRole});
 }
 
-/// A command or answer changes the rows of its command and of the call that sent it.
-void TrafficModel::noteProgress(const TrafficEntry &entry)
+/// Updates the rows of a command and of its call.
+void TrafficModel::updateProgress(const TrafficEntry &entry)
 {
     if (const CallTracker::Command *const command = m_tracker.command(entry.request))
         updateRow(command->sequence, {TookRole});
     if (const CallTracker::Call *const call = m_tracker.call(entry.call))
-        updateRow(call->sequence, {AskedRole, AnsweredRole});
+        updateRow(call->sequence, {CommandCountRole, AnsweredCountRole});
 }
 
 void TrafficModel::updateRow(quint64 sequence, const QList<int> &roles)
@@ -109,7 +109,7 @@ void TrafficModel::updateRow(quint64 sequence, const QList<int> &roles)
         Q_EMIT dataChanged(index(row), index(row), roles);
 }
 
-/// Whether the entry is the one that began its call.
+/// @return true if the entry is the first of its call
 bool TrafficModel::begins(const TrafficEntry &entry) const
 {
     const CallTracker::Call *const call = m_tracker.call(entry.call);
@@ -124,7 +124,7 @@ qint64 TrafficModel::tookOf(const TrafficEntry &entry) const
     return command ? command->took : -1;
 }
 
-void TrafficModel::weigh(TrafficEntry &entry)
+void TrafficModel::addWeight(TrafficEntry &entry)
 {
     qint64 weight = weightOf(entry);
     if (weight > m_valueLimit) {
@@ -208,7 +208,7 @@ void TrafficModel::publish()
 
 void TrafficModel::dropOldest()
 {
-    // More than necessary, so that it is not done with each new entry.
+    // Drop more than necessary, so that this does not happen for each new entry.
     const auto tooMany = static_cast<int>(m_entries.size()) - m_entryLimit;
     int count = tooMany > 0 ? tooMany + m_entryLimit / 20 : 0;
     qint64 values = m_values;
@@ -272,9 +272,9 @@ QVariant TrafficModel::data(const QModelIndex &index, int role) const
         return entry.depth;
     case TookRole:
         return tookOf(entry);
-    case AskedRole:
-        return begins(entry) ? m_tracker.call(entry.call)->asked : 0;
-    case AnsweredRole:
+    case CommandCountRole:
+        return begins(entry) ? m_tracker.call(entry.call)->commands : 0;
+    case AnsweredCountRole:
         return begins(entry) ? m_tracker.call(entry.call)->answered : 0;
     case ElapsedRole:
         return entry.elapsed;
@@ -309,12 +309,24 @@ QVariant TrafficModel::data(const QModelIndex &index, int role) const
 
 QHash<int, QByteArray> TrafficModel::roleNames() const
 {
-    return {{SequenceRole, "sequence"}, {ElapsedRole, "elapsed"},       {ClockRole, "clock"},
-            {CallRole, "call"},         {DepthRole, "depth"},           {TookRole, "took"},
-            {AskedRole, "asked"},       {AnsweredRole, "answered"},     {KindRole, "kind"},
-            {NameRole, "name"},         {RelayPathRole, "relayPath"},   {ContextRole, "context"},
-            {CodeRole, "code"},         {AcceptedRole, "accepted"},     {ValueRole, "value"},
-            {SummaryRole, "summary"},   {DifferenceRole, "difference"}, {FollowsRole, "follows"}};
+    return {{SequenceRole, "sequence"},
+            {ElapsedRole, "elapsed"},
+            {ClockRole, "clock"},
+            {CallRole, "call"},
+            {DepthRole, "depth"},
+            {TookRole, "took"},
+            {CommandCountRole, "commandCount"},
+            {AnsweredCountRole, "answeredCount"},
+            {KindRole, "kind"},
+            {NameRole, "name"},
+            {RelayPathRole, "relayPath"},
+            {ContextRole, "context"},
+            {CodeRole, "code"},
+            {AcceptedRole, "accepted"},
+            {ValueRole, "value"},
+            {SummaryRole, "summary"},
+            {DifferenceRole, "difference"},
+            {FollowsRole, "follows"}};
 }
 
 bool TrafficModel::contains(int row, const QString &text) const

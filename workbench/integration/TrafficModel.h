@@ -16,34 +16,34 @@ namespace workbench {
 
 struct Recording;
 
-/// What passed between QML, plug-in and host, the oldest first. The oldest entries are dropped when
-/// there are too many, or when their payloads take too much memory. Of an entry whose payload takes
-/// too much all by itself the rest is kept.
+/// The traffic between QML, plug-in and host, oldest entries first. Drops the oldest entries if
+/// there are too many or if their payloads need too much memory. Omits a single payload that is too
+/// large.
 ///
-/// Rows appear in portions, some times a second, so that traffic costs its sender little.
+/// New rows appear in groups, ten times a second, so that recording does not slow down the sender.
 class TrafficModel : public QAbstractListModel, public Searchable
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("There is one list of the traffic, the bench's")
-    /// While paused no rows appear or vanish; they do afterwards.
+    QML_UNCREATABLE("Use the property traffic of the workbench")
+    /// While true, rows neither appear nor vanish; they do afterwards.
     Q_PROPERTY(bool paused READ isPaused WRITE setPaused NOTIFY pausedChanged)
-    /// How many values of a payload a search looks at.
+    /// Maximum number of values of a payload that a search reads.
     Q_PROPERTY(int searchedValues READ searchedValues CONSTANT)
     Q_PROPERTY(int count READ count NOTIFY countChanged)
-    /// Commands without an answer.
+    /// Number of accepted commands without an answer.
     Q_PROPERTY(int unanswered READ unanswered NOTIFY countChanged)
 
 public:
     enum Role {
         SequenceRole = Qt::UserRole + 1,
-        CallRole,     ///< number of the call to which it belongs
-        DepthRole,    ///< how many calls, answers and events it happened inside
-        TookRole,     ///< milliseconds, of a command and its answer; negative: none came yet
-        AskedRole,    ///< of a call: its commands
-        AnsweredRole, ///< of a call: its commands that were answered
-        ElapsedRole,  ///< milliseconds since the recording began
-        ClockRole,    ///< local time of day
+        CallRole,          ///< number of the entry's call
+        DepthRole,         ///< number of enclosing calls, answers and events
+        TookRole,          ///< of a command or answer: milliseconds; negative: no answer yet
+        CommandCountRole,  ///< of a call: number of its commands
+        AnsweredCountRole, ///< of a call: number of its answered commands
+        ElapsedRole,       ///< milliseconds since the recording began
+        ClockRole,         ///< local time of day
         KindRole,
         NameRole,
         RelayPathRole,
@@ -66,12 +66,14 @@ public:
 
     explicit TrafficModel(QObject *parent = nullptr);
 
-    /// @param valueCount of all payloads together, see payloadtext::countValues()
+    /// Sets the maximum number of entries and of values in all payloads, see
+    /// payloadtext::countValues().
     void setLimits(int entryCount, qint64 valueCount);
 
-    /// Gives the entry its number and time, and returns the number.
+    /// Appends an entry and sets its sequence number and time.
+    /// @return the sequence number
     quint64 append(TrafficEntry entry);
-    /// For a call that has returned.
+    /// Sets the result of a call that has returned.
     void setResult(quint64 sequence, const QVariant &result);
 
     /// Replaces all rows with the entries of a recording, without limits.
@@ -81,7 +83,7 @@ public:
     void setMarks(const QMap<int, Mark> &marks);
 
     const std::deque<TrafficEntry> &entries() const { return m_entries; }
-    /// Whether nothing has been dropped, omitted or cleared.
+    /// @return true if no entry or payload was dropped
     bool isComplete() const;
     qint64 startTime() const { return m_startTime; }
 
@@ -92,12 +94,12 @@ public:
     int unanswered() const { return m_tracker.unanswered(); }
 
     Q_INVOKABLE void clear();
-    /// What a row's payload is shown as: of a call a map of its arguments and result, of one that
-    /// was omitted a text that says so.
+    /// @return the payload of a row; for a call a map of "arguments" and "result"; for an omitted
+    /// payload a text that says so
     Q_INVOKABLE QVariant payloadAt(int row) const;
-    /// Puts the payload of a row onto the clipboard.
+    /// Copies the payload of a row to the clipboard.
     Q_INVOKABLE void copyAsJson(int row) const;
-    /// Puts a row onto the clipboard, as the line of a recording.
+    /// Copies a row to the clipboard, as a line of a recording.
     Q_INVOKABLE void copyEntry(int row) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -105,9 +107,9 @@ public:
     QHash<int, QByteArray> roleNames() const override;
 
     bool contains(int row, const QString &text) const override;
-    /// The text is a FilterExpression of the conditions in TrafficFilter.cpp.
+    /// @param text a FilterExpression with the conditions of TrafficFilter.cpp
     Matcher matcher(const QString &text, QString *error) const override;
-    /// Texts to which a user may complete the beginning of an expression.
+    /// @return complete expressions that begin with @p text, at most eight
     Q_INVOKABLE QStringList completions(const QString &text) const;
     QString kindAt(int row) const override;
 
@@ -117,16 +119,16 @@ Q_SIGNALS:
 
 private:
     const TrafficEntry &at(int row) const { return m_entries[static_cast<size_t>(row)]; }
-    void weigh(TrafficEntry &entry);
-    void noteProgress(const TrafficEntry &entry);
+    void addWeight(TrafficEntry &entry);
+    void updateProgress(const TrafficEntry &entry);
     bool begins(const TrafficEntry &entry) const;
     qint64 tookOf(const TrafficEntry &entry) const;
-    bool holds(int row, const FilterExpression::Condition &condition) const;
+    bool matches(int row, const FilterExpression::Condition &condition) const;
     void updateRow(quint64 sequence, const QList<int> &roles);
     void publish();
     void dropOldest();
 
-    std::deque<TrafficEntry> m_entries; ///< the last ones may wait to appear as rows
+    std::deque<TrafficEntry> m_entries; ///< those from m_rows on are not yet shown as rows
     QMap<int, Mark> m_marks;            ///< by row
     CallTracker m_tracker;
     int m_rows = 0;

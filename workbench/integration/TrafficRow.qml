@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// One entry of the traffic, in columns.
+/// A row of the traffic.
 ItemDelegate {
     id: row
 
@@ -12,8 +12,8 @@ ItemDelegate {
     required property int call
     required property int depth
     required property double took
-    required property int asked
-    required property int answered
+    required property int commandCount
+    required property int answeredCount
     required property string clock
     required property string kind
     required property string name
@@ -27,11 +27,11 @@ ItemDelegate {
     readonly property var marks: ({ call: "\u25b8", connection: "\u25b8", send: "\u2192",
                                     answer: "\u2190", event: "\u2193", signal: "\u2691" })
     readonly property bool unanswered: kind === "send" && accepted && took < 0
-    /// How long it took, of a call how many of its commands are answered.
+    /// The duration of a command or answer; for a call the number of answered commands.
     readonly property string progress: unanswered ? qsTr("no answer")
         : took >= 0 ? qsTr("%1 ms").arg(took)
-        : asked > 0 ? qsTr("%1 of %2").arg(answered).arg(asked) : ""
-    readonly property string outcome: !accepted ? qsTr("refused") : code ? qsTr("code %1").arg(code) : ""
+        : commandCount > 0 ? qsTr("%1 of %2").arg(answeredCount).arg(commandCount) : ""
+    readonly property string outcome: !accepted ? qsTr("rejected") : code ? qsTr("code %1").arg(code) : ""
     readonly property bool failed: !accepted || (kind === "answer" && code !== "0")
 
     width: ListView.view.width
@@ -65,10 +65,10 @@ ItemDelegate {
                   text: row.name; font.bold: row.depth === 0; leftPadding: Math.min(row.depth, 8) * 12 }
         RowCell { row: row; width: row.columns.widths[4]; text: row.relayPath }
         RowCell { row: row; width: row.columns.widths[5];
-                  text: row.accepted ? row.code : qsTr("refused"); alarming: row.failed }
+                  text: row.accepted ? row.code : qsTr("rejected"); alarming: row.failed }
         RowCell { row: row; width: row.columns.widths[6];
                   text: row.progress; horizontalAlignment: Text.AlignRight
-                  alarming: row.unanswered || row.answered < row.asked }
+                  alarming: row.unanswered || row.answeredCount < row.commandCount }
         RowCell { row: row; width: Math.max(40, row.width - x - Theme.gap)
                   text: row.summary; mono: true; alarming: row.failed }
     }

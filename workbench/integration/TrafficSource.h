@@ -17,7 +17,7 @@ class TrafficSource : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("The bench creates them")
+    QML_UNCREATABLE("The workbench creates them")
     Q_PROPERTY(workbench::TrafficModel *traffic READ traffic CONSTANT)
 
 public:

@@ -6,17 +6,16 @@ import Client.Common
 import Client.Dialogs
 import Integration
 
-/// What passed between QML, plug-in and host, or a recording of it, and the payload of the chosen
-/// entry.
+/// Shows the live traffic or a recording, and the payload of the chosen entry.
 ColumnLayout {
     id: tab
 
     required property AppState app
-    required property WorkbenchContext bench
-    required property bool shown ///< rows that nobody sees would be made all the same
-    readonly property OpenedRecording recording: bench.openedRecording
+    required property WorkbenchContext workbench
+    required property bool shown ///< a hidden list would create its rows, too
+    readonly property OpenedRecording recording: workbench.openedRecording
     readonly property bool live: recording.file === ""
-    readonly property TrafficSource source: live ? bench.recorder : recording
+    readonly property TrafficSource source: live ? workbench.recorder : recording
     readonly property TrafficModel traffic: source.traffic
 
     signal differencesWanted()
@@ -94,7 +93,7 @@ ColumnLayout {
         canCopy: list.currentIndex >= 0
         onCopyWanted: tab.copyPayload()
         onCopyEntryWanted: tab.copyEntry()
-        onSaveWanted: saveDialog.openFor(tab.bench.recorder.newFile())
+        onSaveWanted: saveDialog.openFor(tab.workbench.recorder.newFile())
         onOpenWanted: openDialog.openFor(openDialog.path || saveDialog.path)
         Layout.fillWidth: true
     }
@@ -151,9 +150,9 @@ ColumnLayout {
         app: tab.app
         title: qsTr("Save the traffic")
         fileTitle: qsTr("File, as JSON lines for --replay")
-        exists: tab.bench.recorder.exists(path)
-        onSaveWanted: path => finish(onlyShown.visible && onlyShown.checked
-                                     ? tab.source.saveShown(path, filter) : tab.source.save(path))
+        exists: tab.workbench.recorder.exists(path)
+        onSaveWanted: path => finishSave(onlyShown.visible && onlyShown.checked
+                                         ? tab.source.saveShown(path, filter) : tab.source.save(path))
 
         CheckBox {
             id: onlyShown
@@ -169,7 +168,7 @@ ColumnLayout {
         title: qsTr("Open a recording")
         acceptText: qsTr("Open")
         fileTitle: qsTr("File, as the traffic was saved")
-        onSaveWanted: path => settle(tab.recording.open(path))
+        onSaveWanted: path => finish(tab.recording.open(path))
     }
     SaveDialog {
         id: compareDialog
@@ -178,6 +177,6 @@ ColumnLayout {
         title: qsTr("Compare with another recording")
         acceptText: qsTr("Compare")
         fileTitle: qsTr("File, as the traffic was saved")
-        onSaveWanted: path => settle(tab.recording.compareWith(path))
+        onSaveWanted: path => finish(tab.recording.compareWith(path))
     }
 }

@@ -16,10 +16,10 @@ namespace workbench {
 
 namespace {
 
-QVariantMap describe(const StationConfig &station)
+QVariantMap describe(const stations::StationConfig &station)
 {
     QVariantList cameras;
-    for (const Camera &camera : station.cameras) {
+    for (const stations::Camera &camera : station.cameras) {
         cameras.append(QVariantMap{
             {QStringLiteral("cameraID"), camera.cameraID},
             {QStringLiteral("name"), camera.name},
@@ -37,7 +37,7 @@ QVariantMap describe(const StationConfig &station)
 } // namespace
 
 WorkbenchContext::WorkbenchContext(PluginBase &plugin, standin::Framework &framework,
-                                   StationThread &stations, QObject *parent)
+                                   stations::StationThread &stations, QObject *parent)
     : QObject(parent)
     , m_plugin(plugin)
     , m_framework(framework)
@@ -46,16 +46,16 @@ WorkbenchContext::WorkbenchContext(PluginBase &plugin, standin::Framework &frame
     , m_recorder(plugin, framework, m_traffic)
     , m_faults(framework, m_stationStates)
 {
-    connect(&m_stations, &StationThread::bookmarkAddedByOther, this,
+    connect(&m_stations, &stations::StationThread::bookmarkAddedByOther, this,
             [this](const QVariantMap &record, const QString &relayPath) {
-                m_framework.sendEvent(protocol::event::BookmarkAdded, record, relayPath);
+                m_framework.sendEvent(stations::protocol::event::BookmarkAdded, record, relayPath);
             });
     connect(&m_stationStates, &StationStates::changed, this,
             &WorkbenchContext::stationStatesChanged);
-    connect(&m_stations, &StationThread::bookmarkOfOtherRefused, this,
-            &WorkbenchContext::bookmarkOfOtherRefused);
+    connect(&m_stations, &stations::StationThread::addByOtherClientFailed, this,
+            &WorkbenchContext::addByOtherClientFailed);
     const auto configs = m_stations.stations();
-    for (const StationConfig &station : configs) {
+    for (const stations::StationConfig &station : configs) {
         m_stationStates.addStation(station.relayPath, station.name);
         m_faults.addStation(station.relayPath, station.name);
     }
@@ -69,24 +69,24 @@ void WorkbenchContext::noteTraffic(const standin::Traffic &traffic)
     Q_EMIT passing(traffic);
     if (traffic.kind == Kind::Sent && traffic.accepted) {
         m_outstanding.insert(traffic.sequence);
-        m_hasAsked = true;
+        m_hasSentCommand = true;
         if (m_asked)
             (*m_asked)[traffic.name].append(traffic.relayPath);
     } else if (traffic.kind == Kind::Answered) {
         m_outstanding.remove(traffic.request);
         noteAnswer(traffic);
     }
-    // Traffic is noted before the plug-in gets it, and told about afterwards.
+    // Queued: the observer runs before the plug-in gets the traffic, the signal comes after it.
     QMetaObject::invokeMethod(this, &WorkbenchContext::trafficPassed, Qt::QueuedConnection);
 }
 
 void WorkbenchContext::noteAnswer(const standin::Traffic &answer)
 {
-    if (answer.resultCode != protocol::code::Success)
+    if (answer.resultCode != stations::protocol::code::Success)
         return;
-    if (answer.name == protocol::command::QueryServerTimeZone)
+    if (answer.name == stations::protocol::command::QueryServerTimeZone)
         noteClientTimeZone(answer.value.toString());
-    if (answer.name != protocol::command::QuerySettingPermission)
+    if (answer.name != stations::protocol::command::QuerySettingPermission)
         return;
     const bool permission = answer.value.toBool();
     if (permission != std::exchange(m_settingPermission, permission))
@@ -106,7 +106,7 @@ QVariantList WorkbenchContext::stations() const
 {
     QVariantList list;
     const auto stations = m_stations.stations();
-    for (const StationConfig &station : stations)
+    for (const stations::StationConfig &station : stations)
         list.append(describe(station));
     return list;
 }
@@ -135,7 +135,7 @@ void WorkbenchContext::allowSettings(bool allowed)
 void WorkbenchContext::failStation(const QString &relayPath, bool fails)
 {
     m_framework.rules().setForStation(
-        relayPath, fails ? standin::Delivery::failed(protocol::code::DatabaseError)
+        relayPath, fails ? standin::Delivery::failed(stations::protocol::code::DatabaseError)
                          : standin::Delivery::queued());
 }
 
@@ -144,13 +144,12 @@ bool WorkbenchContext::addByOtherClient(const QString &relayPath, const QString 
                                         const QString &group)
 {
     const auto stations = m_stations.stations();
-    const auto station =
-        std::find_if(stations.cbegin(), stations.cend(), [&](const StationConfig &candidate) {
-            return candidate.relayPath == relayPath;
-        });
+    const auto station = std::find_if(
+        stations.cbegin(), stations.cend(),
+        [&](const stations::StationConfig &candidate) { return candidate.relayPath == relayPath; });
     if (station == stations.cend())
         return false;
-    Bookmark bookmark;
+    stations::Bookmark bookmark;
     bookmark.cameraID = cameraID;
     bookmark.locationID = station->locationID;
     bookmark.start = start;

@@ -23,57 +23,59 @@ namespace standin {
 class Framework;
 }
 
+namespace stations {
+class StationThread;
+}
+
 namespace workbench {
 
-class StationThread;
-
-/// What lies around the plug-in, as a QML program sees and moves it: the stations, the connection,
-/// faults and other clients.
+/// Gives QML access to the host of the plug-in: stations, connection, faults, other clients,
+/// traffic and log.
 class WorkbenchContext : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The program creates the only one")
-    /// The stations: maps of relayPath, name, locationID and cameras; these of cameraID, name, key,
-    /// locationID, relayPath and stationName.
+    /// The stations: maps of relayPath, name, locationID and cameras. Cameras are maps of cameraID,
+    /// name, key, locationID, relayPath and stationName.
     Q_PROPERTY(QVariantList stations READ stations CONSTANT)
-    /// The present, in milliseconds since the epoch.
+    /// The time of the program's start, in milliseconds since the epoch.
     Q_PROPERTY(double now READ nowAsNumber CONSTANT)
-    /// How many commands still wait for their answer.
+    /// The number of accepted commands without an answer.
     Q_PROPERTY(int outstanding READ outstanding NOTIFY trafficPassed)
     /// "connected", "slow", "failing" or "disconnected" by relay path.
     Q_PROPERTY(QVariantMap stationStates READ stationStates NOTIFY stationStatesChanged)
-    /// Names of the stations whose bookmarks are not in the list of all bookmarks: they failed to
-    /// tell them or have not answered yet.
+    /// Names of the stations whose bookmarks are missing in the list of all bookmarks: the last
+    /// query failed or is not answered.
     Q_PROPERTY(QStringList failedStations READ failedStations NOTIFY stationStatesChanged)
-    /// For integrators: what passes between QML, plug-in and host, and the lines of the log.
+    /// For integrators: recorder, traffic, log and faults.
     Q_PROPERTY(workbench::Recorder *recorder READ recorder CONSTANT)
     Q_PROPERTY(workbench::TrafficModel *traffic READ traffic CONSTANT)
     Q_PROPERTY(workbench::OpenedRecording *openedRecording READ openedRecording CONSTANT)
     Q_PROPERTY(workbench::LogModel *log READ log CONSTANT)
     Q_PROPERTY(workbench::FaultsModel *faults READ faults CONSTANT)
-    /// IANA identifier that the server gives to the next who asks.
+    /// IANA identifier that the server returns to the next query.
     Q_PROPERTY(QString serverTimeZone READ serverTimeZone WRITE setServerTimeZone NOTIFY
                    serverTimeZoneChanged)
-    /// The zone that the client has got from the server, by which its bookmarks have their texts.
+    /// IANA identifier that the client got from the server, for the texts of bookmarks.
     Q_PROPERTY(QString clientTimeZone READ clientTimeZone NOTIFY clientTimeZoneChanged)
-    /// Whether the server has told the client that its user may change settings.
+    /// The permission to change settings that the client got from the server.
     Q_PROPERTY(bool settingPermission READ settingPermission NOTIFY settingPermissionChanged)
 
 public:
-    /// The four parts are not owned and must outlive the bench.
-    WorkbenchContext(PluginBase &plugin, standin::Framework &framework, StationThread &stations,
-                     QObject *parent = nullptr);
+    /// @param plugin,framework,stations not owned; must outlive this object
+    WorkbenchContext(PluginBase &plugin, standin::Framework &framework,
+                     stations::StationThread &stations, QObject *parent = nullptr);
 
-    /// To be told of everything that passes through the framework.
+    /// Call it for each command, answer and event of the framework.
     void noteTraffic(const standin::Traffic &traffic);
 
     QVariantList stations() const;
     qint64 now() const { return m_now; }
-    double nowAsNumber() const { return double(m_now); } // QML's tools know no longer integers
+    double nowAsNumber() const { return double(m_now); } // qmllint rejects 64-bit integers
     int outstanding() const { return int(m_outstanding.size()); }
-    /// Whether any station was asked for anything yet.
-    bool hasAsked() const { return m_hasAsked; }
+    /// @return true if a command was accepted since the start
+    bool hasSentCommand() const { return m_hasSentCommand; }
     QVariantMap stationStates() const { return m_stationStates.states(); }
     QStringList failedStations() const { return m_stationStates.failedStations(); }
     Recorder *recorder() { return &m_recorder; }
@@ -89,44 +91,45 @@ public:
     }
     bool settingPermission() const { return m_settingPermission; }
 
-    /// Tells the plug-in that the connection to the server is up.
+    /// Notifies the plug-in of the connection to the server.
     Q_INVOKABLE void connectToServer();
 
-    /// Whether the server lets the client's user change settings; the client hears of it when it
-    /// asks, as it does when it connects.
+    /// Sets the user's permission to change settings at the server. The client queries it when it
+    /// connects.
     Q_INVOKABLE void allowSettings(bool allowed);
 
-    /// Makes a station answer every command with a failure, or work again.
+    /// Makes a station fail every command, or ends the failure.
     Q_INVOKABLE void failStation(const QString &relayPath, bool fails);
 
-    /// Has another client of the installation add a bookmark; false when there is no such station.
-    /// One that refuses it is told by bookmarkOfOtherRefused().
+    /// Adds a bookmark as another client. If the station fails, addByOtherClientFailed() follows.
+    /// @return false if there is no such station
     Q_INVOKABLE bool addByOtherClient(const QString &relayPath, const QString &cameraID,
                                       qint64 start, qint64 end, const QString &description,
                                       const QString &group);
 
-    /// Relay paths of the stations that got this command since the last forgetTraffic(). Before the
-    /// first one nothing is kept, as a session may be long.
+    /// Returns the relay paths of the stations that got a command since the last forgetTraffic();
+    /// nothing before its first call, because a long session would need too much memory.
     Q_INVOKABLE QStringList stationsAsked(const QString &command) const;
     Q_INVOKABLE void forgetTraffic() { m_asked.emplace(); }
 
-    /// Names of all signals of the plug-in's object.
+    /// @return the names of all signals of the plug-in's object
     Q_INVOKABLE QStringList signalNames() const;
 
     /// Ends the program.
     Q_INVOKABLE void finish() { Q_EMIT finished(); }
 
 Q_SIGNALS:
-    /// Something passes through the framework and has not reached its receiver yet; for C++.
+    /// Traffic that its receiver has not got yet; for C++.
     void passing(const standin::Traffic &traffic);
-    /// Something has passed and has been dealt with.
+    /// The receiver has processed traffic.
     void trafficPassed();
     void stationStatesChanged();
     void serverTimeZoneChanged();
-    /// Comes after the plug-in has got the zone.
+    /// Emitted after the plug-in has got the zone.
     void clientTimeZoneChanged();
     void settingPermissionChanged();
-    void bookmarkOfOtherRefused(const QString &relayPath);
+    /// A station did not store the bookmark of addByOtherClient().
+    void addByOtherClientFailed(const QString &relayPath);
     void finished();
 
 private:
@@ -135,10 +138,11 @@ private:
 
     PluginBase &m_plugin;
     standin::Framework &m_framework;
-    StationThread &m_stations;
+    stations::StationThread &m_stations;
     qint64 m_now;
-    QSet<quint64> m_outstanding; ///< sequence numbers of commands; an answer may come twice
-    bool m_hasAsked = false;
+    QSet<quint64>
+        m_outstanding; ///< sequence numbers of commands; a set, because an answer may come twice
+    bool m_hasSentCommand = false;
     StationStates m_stationStates;
     TrafficModel m_traffic;
     Recorder m_recorder;

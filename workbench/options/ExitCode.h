@@ -6,19 +6,20 @@
 
 namespace workbench {
 
-/// What the program returns.
+/// The exit codes of the program.
 namespace exitcode {
 inline constexpr int Done = 0;
 inline constexpr int CheckFailed = 1;
-inline constexpr int CannotBegin = 2;
+inline constexpr int CannotStart = 2;
 inline constexpr int TimedOut = 3;
 } // namespace exitcode
 
-/// Says on standard error why the program can't begin; returns the exit code for that.
-inline int complain(const QString &error)
+/// Prints on standard error why the program can't start.
+/// @return the exit code CannotStart
+inline int reportError(const QString &error)
 {
     std::fprintf(stderr, "tessaline-workbench: %s\n", qPrintable(error));
-    return exitcode::CannotBegin;
+    return exitcode::CannotStart;
 }
 
 } // namespace workbench

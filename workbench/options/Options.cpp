@@ -15,22 +15,22 @@ namespace workbench {
 
 namespace {
 
-[[noreturn]] void refuse(const QString &error)
+[[noreturn]] void exitWithError(const QString &error)
 {
-    std::exit(complain(error + QStringLiteral("\nTry --help.")));
+    std::exit(reportError(error + QStringLiteral("\nTry --help.")));
 }
 
-/// A parser whose options are declared and read in one place, the value before its description.
+/// Parses the command line; ends the program with an error message for a wrong value.
 class Parser
 {
 public:
     Parser()
     {
         m_parser.setApplicationDescription(QStringLiteral(
-            "Loads the bookmark plug-in as the client does and drives it against stations that "
-            "keep bookmarks in SQLite: in a window, or without a display (or with --tour) in a "
-            "tour that is printed to the terminal.\nExit code: 0 when all went well, 1 when a "
-            "check of the tour failed, 2 when the program could not begin."));
+            "Loads the bookmark plug-in as the client does and connects it to stations that store "
+            "bookmarks in SQLite. Opens a window; without a display, or with --tour, plays a tour "
+            "in the terminal.\nExits with 0 on success, with 1 if a check failed, and with 2 if "
+            "the program can't start."));
         m_parser.addHelpOption();
         m_parser.addVersionOption();
     }
@@ -46,10 +46,10 @@ public:
     void process(const QStringList &arguments)
     {
         if (!m_parser.parse(arguments))
-            refuse(m_parser.errorText());
+            exitWithError(m_parser.errorText());
         const QStringList stray = m_parser.positionalArguments();
         if (!stray.isEmpty())
-            refuse(QStringLiteral("Unexpected argument: ") + stray.constFirst());
+            exitWithError(QStringLiteral("Unexpected argument: ") + stray.constFirst());
         m_parser.process(arguments);
     }
 
@@ -57,7 +57,7 @@ public:
     void require(const char *name, const char *other) const
     {
         if (isSet(name) && !isSet(other))
-            refuse(
+            exitWithError(
                 QStringLiteral("--%1 needs --%2").arg(QLatin1String(name), QLatin1String(other)));
     }
 
@@ -66,8 +66,8 @@ public:
         const char *found = nullptr;
         for (const char *const name : names) {
             if (isSet(name) && found)
-                refuse(QStringLiteral("--%1 and --%2 exclude each other")
-                           .arg(QLatin1String(found), QLatin1String(name)));
+                exitWithError(QStringLiteral("--%1 and --%2 exclude each other")
+                                  .arg(QLatin1String(found), QLatin1String(name)));
             found = isSet(name) ? name : found;
         }
     }
@@ -80,34 +80,34 @@ public:
         bool ok = false;
         const qint64 number = text(name).toLongLong(&ok);
         if (!ok || number < least || number > most) {
-            refuseValue(name, QStringLiteral("a whole number from %1 to %2").arg(least).arg(most));
+            exitForValue(name, QStringLiteral("a whole number from %1 to %2").arg(least).arg(most));
         }
         return number;
     }
 
-    /// Empty when the option is not there.
+    /// Returns the value of an option, or an empty text if it is not set.
     QString readableFile(const char *name) const
     {
         const QFileInfo file(text(name));
         if (isSet(name) && !(file.isFile() && file.isReadable()))
-            refuseValue(name, QStringLiteral("a file that can be read"));
+            exitForValue(name, QStringLiteral("a file that can be read"));
         return text(name);
     }
 
-    /// A path that ends in .json or .xml; empty when the option is not there.
+    /// Returns a path that ends in .json or .xml, or an empty text if the option is not set.
     QString reportFile(const char *name) const
     {
         if (isSet(name) && !text(name).endsWith(QLatin1String(".json")) &&
             !text(name).endsWith(QLatin1String(".xml")))
-            refuseValue(name, QStringLiteral("a file name that ends in .json or .xml"));
+            exitForValue(name, QStringLiteral("a file name that ends in .json or .xml"));
         return text(name);
     }
 
 private:
-    [[noreturn]] void refuseValue(const char *name, const QString &expected) const
+    [[noreturn]] void exitForValue(const char *name, const QString &expected) const
     {
-        refuse(QStringLiteral("--%1 %2: expected %3")
-                   .arg(QString::fromLatin1(name), text(name), expected));
+        exitWithError(QStringLiteral("--%1 %2: expected %3")
+                          .arg(QString::fromLatin1(name), text(name), expected));
     }
 
     QCommandLineParser m_parser;
@@ -120,68 +120,67 @@ Options Options::parse(const QStringList &arguments)
     Options options;
     const auto number = [](qint64 value) { return QString::number(value); };
     Parser parser;
-    parser.add("stations", "Have <number> stations in the window, 1 to 100.", "number",
-               number(options.stations));
+    parser.add("stations", "Use <number> stations, 1 to 100.", "number", number(options.stations));
     parser.add("cameras", "Give each station <number> cameras, 1 to 100.", "number",
                number(options.cameras));
     parser.add("bookmarks",
-               "Make <number> bookmarks over the last four weeks, 0 to 1000000 on all stations "
-               "together, when the data folder is empty.",
+               "Create <number> bookmarks of the last four weeks, 0 to 1000000 in all, if the data "
+               "folder is empty.",
                "number", number(options.bookmarks));
-    parser.add("seed", "Make other bookmarks with another <number>, 0 to 4294967295.", "number",
+    parser.add("seed", "Create other bookmarks for another <number>, 0 to 4294967295.", "number",
                number(options.seed));
-    parser.add("data",
-               "Keep the stations' databases in <folder>. Without it the window keeps them in the "
-               "user's data folder, for each number of stations, cameras and bookmarks and each "
-               "seed; the tour's are gone after the run.",
-               "folder");
+    parser.add(
+        "data",
+        "Store the stations' databases in <folder>. By default the window uses one folder in "
+        "the user's data folder for each combination of --stations, --cameras, --bookmarks "
+        "and --seed, and the tour deletes its databases at the end.",
+        "folder");
     parser.add("import",
-               "Load the bookmarks of a CSV <file> first. docs/workbench.md names the columns.",
+               "Import the bookmarks of a CSV <file> first. docs/workbench.md lists the columns.",
                "file");
     parser.add("screenshot",
-               "Open the window, write a picture of it (PNG) to <file> when it shows the stations' "
-               "bookmarks, and end; needs no display.",
+               "Open the window, write a picture of it (PNG) to <file> once it shows the stations' "
+               "bookmarks, and exit. Works without a display.",
                "file");
     parser.add("tour", "Play the tour in the terminal, without a window.");
     parser.add("frame-times",
-               "Open the window, use it as its users do, by key and mouse, and print how soon a "
-               "frame shows what was put in and what frames cost. With 100000 bookmarks unless "
-               "told otherwise, from stations of its own unless --data names others.");
-    parser.add("rounds", "Do everything of --frame-times <number> times, 1 to 100.", "number",
+               "Open the window, operate it by simulated keys and mouse, and print the time from "
+               "each input to the frame that shows it, and the times of frames. Uses 100000 "
+               "bookmarks and temporary databases, unless --bookmarks or --data is set.");
+    parser.add("rounds", "Repeat the actions of --frame-times <number> times, 1 to 100.", "number",
                number(options.rounds));
     parser.add("replay",
-               "Play the session recorded in <file> against the plug-in first and report where it "
-               "behaves differently. Exits with 0 if the behaviour is identical, and with 1 if it "
-               "differs or if nothing was compared.",
+               "Play the session recorded in <file> against the plug-in first and report the "
+               "differences. Exits with 0 if the behaviour is identical, and with 1 if it differs "
+               "or if nothing was compared.",
                "file");
     parser.add("compare",
                "Compare the recording of --replay with the one in <file>, without a plug-in. Exits "
                "like --replay.",
                "file");
     parser.add("report",
-               "Write the outcome of --replay or --compare to <file>, as JSON (.json) or JUnit "
+               "Write the result of --replay or --compare to <file>, as JSON (.json) or JUnit "
                "(.xml).",
                "file");
-    parser.add("headless", "Behave as without a display: open no window.");
+    parser.add("headless", "Open no window, as without a display.");
     parser.add("qml",
                "Load a QML <file> in place of the client's part of the window, with the plug-in's "
-               "object as \"bookmarks\" and the device tree as \"topology\", and again when it is "
+               "object as \"bookmarks\" and the stations as \"topology\". Load it again when it is "
                "saved. Exits with the code of Qt.exit(), with 1 instead of 0 if QML reported an "
                "error, and without a display with 2 if the file can't be loaded.",
                "file");
-    parser.add("faults",
-               "Begin with the faults of a <file>, which the drawer's tab Faults has saved.",
+    parser.add("faults", "Start with the faults of a <file> saved in the drawer's tab Faults.",
                "file");
     parser.add("until",
-               "End the program of --qml with 0 at a signal of the plug-in, and with 3 after that "
-               "many seconds; 60 seconds with a signal and without a display.",
+               "With --qml: exit with 0 at this signal of the plug-in, or with 3 after this many "
+               "seconds. The limit is 60 seconds with a signal or without a display.",
                "signal|seconds");
     parser.add(
         "pictures",
-        "After the tour, write pictures of the window's main states to <folder>, from "
-        "stations of its own; with --frame-times, write its figures there as frame-times.json.",
+        "After the tour, write pictures of the window's main states to <folder>, with temporary "
+        "stations. With --frame-times, write the times there as frame-times.json.",
         "folder");
-    // Not "plugin", which Qt takes for itself.
+    // Not "plugin", which Qt reads itself.
     parser.add("library", "Load this build of the plug-in.", "file", PluginHost::defaultPath());
     parser.add("log",
                "Append the lines of the host's logging library to <file> instead of standard "

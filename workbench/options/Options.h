@@ -5,7 +5,7 @@
 
 namespace workbench {
 
-/// What the command line asks for.
+/// The options of the command line.
 struct Options
 {
     int stations = 3;
@@ -19,22 +19,23 @@ struct Options
     QString compareFile;    ///< compared with the file to replay; empty: a plug-in is
     QString reportFile;     ///< of the replay or comparison; empty: none
     QString qmlFile;        ///< in place of the client's part of the window; empty: none
-    QString faultsFile;     ///< faults of the stations from the start; empty: none
-    QString until;          ///< a signal or seconds that end it; empty: neither
-    QString picturesFolder; ///< of the tour; empty: no pictures are taken
+    QString faultsFile;     ///< initial faults of the stations; empty: none
+    QString until;          ///< signal or seconds that end the QML file; empty: neither
+    QString picturesFolder; ///< empty: no pictures are written
     QString pluginPath;
     QString logFile; ///< empty: standard error
     bool verbose = false;
     bool tour = false;       ///< the tour instead of the window
-    bool frameTimes = false; ///< measure the window
-    int rounds = 5;          ///< of that
+    bool frameTimes = false; ///< measure frame times instead
+    int rounds = 5;          ///< of the measurement
 
-    /// Reads the command line. Answers --help and --version itself, and ends the program with
-    /// exit code 2 on an unknown option or argument and on a value that can't be used.
+    /// Parses the command line. Prints --help and --version. Ends the program with exit code 2 for
+    /// an unknown option, an unexpected argument or an unusable value.
     static Options parse(const QStringList &arguments);
 
-    /// The user's folder for this set of stations, cameras and bookmarks: another set asked for is
-    /// another folder, as only an empty one is filled.
+    /// Returns the folder in the user's data folder for this number of stations, cameras and
+    /// bookmarks and this seed. Each combination has its folder, because only an empty one is
+    /// filled.
     QString ownDataFolder() const;
 };
 

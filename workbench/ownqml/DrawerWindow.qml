@@ -2,12 +2,12 @@ import QtQuick
 import Client.Common
 import Integration
 
-/// The integrators' drawer beside a developer's QML file.
+/// A window with the integrators' drawer, for a developer's QML file.
 ThemedWindow {
     id: window
 
     required property var plugin
-    required property WorkbenchContext bench
+    required property WorkbenchContext workbench
 
     width: 1000
     height: 420
@@ -17,7 +17,7 @@ ThemedWindow {
 
     IntegratorDrawer {
         anchors.fill: parent
-        bench: window.bench
+        workbench: window.workbench
         app: AppState {
             plugin: window.plugin
             topology: Topology {}

@@ -10,7 +10,8 @@ namespace workbench {
 
 namespace {
 
-/// @return a text that differs after the file was saved; empty while there is no such file
+/// @return a text that changes when a file is saved or QML files appear in a folder or vanish from
+/// it; empty if the path does not exist
 QString stateOf(const QString &path)
 {
     const QFileInfo info(path);
@@ -29,11 +30,11 @@ QString stateOf(const QString &path)
 
 LoadedFiles::LoadedFiles()
 {
-    constexpr int Pause = 50; // milliseconds
-    m_pause.setSingleShot(true);
-    m_pause.setInterval(Pause);
-    connect(&m_pause, &QTimer::timeout, this, &LoadedFiles::check);
-    const auto wait = [this] { m_pause.start(); };
+    constexpr int Delay = 50; // milliseconds
+    m_checkTimer.setSingleShot(true);
+    m_checkTimer.setInterval(Delay);
+    connect(&m_checkTimer, &QTimer::timeout, this, &LoadedFiles::check);
+    const auto wait = [this] { m_checkTimer.start(); };
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, wait);
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, wait);
 }
@@ -43,11 +44,11 @@ QUrl LoadedFiles::intercept(const QUrl &url, DataType /*type*/)
     static const QString ownByQt = QLibraryInfo::path(QLibraryInfo::QmlImportsPath);
     const QString path = url.toLocalFile();
     if (!path.isEmpty() && !path.startsWith(ownByQt))
-        note(path);
+        watchFile(path);
     return url;
 }
 
-void LoadedFiles::note(const QString &path)
+void LoadedFiles::watchFile(const QString &path)
 {
     const QFileInfo info(path);
     if (!info.isFile())
@@ -71,7 +72,7 @@ void LoadedFiles::clear()
 void LoadedFiles::watch(const QString &path)
 {
     m_watcher.addPath(path);
-    m_pause.start(); // it may have been saved since it was noted
+    m_checkTimer.start(); // the file may have changed before the watcher knew it
 }
 
 void LoadedFiles::check()
@@ -82,9 +83,9 @@ void LoadedFiles::check()
         for (auto it = m_states.begin(); it != m_states.end(); ++it) {
             const QString state = stateOf(it.key());
             if (state.isEmpty() || state == it.value())
-                continue; // a file that is being replaced comes back
+                continue; // the editor is replacing the file
             it.value() = state;
-            m_watcher.addPath(it.key()); // one that was replaced is no longer watched
+            m_watcher.addPath(it.key()); // the watcher forgets a file that was replaced
             differs = true;
         }
     }

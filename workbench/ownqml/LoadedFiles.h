@@ -9,8 +9,7 @@
 
 namespace workbench {
 
-/// The local files that QML engines load. Emits changed() when one of them is saved, and when QML
-/// files appear or vanish beside them.
+/// Watches the local files that QML engines load.
 class LoadedFiles : public QObject, public QQmlAbstractUrlInterceptor
 {
     Q_OBJECT
@@ -18,12 +17,16 @@ class LoadedFiles : public QObject, public QQmlAbstractUrlInterceptor
 public:
     LoadedFiles();
 
-    /// Notes the file. Engines also call it from their loading threads.
+    /// Watches the file that an engine is about to load. Thread-safe, as engines load files in
+    /// threads of their own.
     QUrl intercept(const QUrl &url, DataType type) override;
-    void note(const QString &path);
+    /// Watches a file and its folder. Thread-safe; ignores anything but a file.
+    void watchFile(const QString &path);
+    /// Stops watching.
     void clear();
 
 Q_SIGNALS:
+    /// A watched file was saved, or QML files beside it appeared or vanished.
     void changed();
 
 private:
@@ -31,9 +34,9 @@ private:
     void check();
 
     QFileSystemWatcher m_watcher;
-    QTimer m_pause; ///< an editor saves in several steps
+    QTimer m_checkTimer; ///< waits for the end of a save, which takes several steps
     QMutex m_mutex;
-    QHash<QString, QString> m_states; ///< of files and folders, by path; guarded by m_mutex
+    QHash<QString, QString> m_states; ///< of watched files and folders, by path; guarded by m_mutex
 };
 
 } // namespace workbench

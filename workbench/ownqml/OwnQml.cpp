@@ -18,7 +18,7 @@ QString lineOf(const QQmlError &error)
                              ? QDir::toNativeSeparators(error.url().toLocalFile())
                              : error.url().toString();
     QString place = QStringLiteral("%1:%2").arg(file).arg(error.line());
-    if (error.column() > 0) // not every error has one
+    if (error.column() > 0) // some errors have no column
         place += QStringLiteral(":%1").arg(error.column());
     return place + QLatin1String(": ") + error.description();
 }
@@ -35,7 +35,7 @@ OwnQml::OwnQml(const QString &file, const QStringList &importPaths, const QVaria
 
 OwnQml::~OwnQml() = default;
 
-/// A new engine for each load, as singletons and JavaScript modules stay in the old one.
+/// Creates an engine for each load, because an engine keeps singletons and JavaScript modules.
 void OwnQml::startEngine()
 {
     m_root.reset();
@@ -57,7 +57,7 @@ bool OwnQml::load()
     startEngine();
     m_errors.clear();
     Q_EMIT errorsChanged();
-    m_files.note(m_file);
+    m_files.watchFile(m_file);
     QQmlComponent component(m_engine.get(), QUrl::fromLocalFile(m_file));
     if (component.isReady())
         m_root.reset(component.create());

@@ -13,22 +13,21 @@
 
 namespace workbench {
 
-/// The QML file of a client's developer, in an engine of its own. It is loaded again when it or a
-/// file that it imports is saved.
+/// Runs the QML file of a client's developer in a separate engine. Loads it again when it or a file
+/// that it imports is saved.
 class OwnQml : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("There is one, the program's")
+    QML_UNCREATABLE("The program creates it")
     Q_PROPERTY(QString file READ file CONSTANT)
-    /// The root object when it is an item, else null.
+    /// The root object if it is an item, otherwise null.
     Q_PROPERTY(QQuickItem *item READ item NOTIFY loaded)
-    /// The reports of the engine since the file was loaded, a line each: file, line, column,
-    /// message.
+    /// The engine's errors since the file was loaded, one per line: file, line, column, message.
     Q_PROPERTY(QString errorText READ errorText NOTIFY errorsChanged)
 
 public:
-    /// @param names of the context: objects and values by name; objects are not owned
+    /// @param names context properties by name; objects are not owned
     OwnQml(const QString &file, const QStringList &importPaths, const QVariantMap &names);
     ~OwnQml() override;
     Q_DISABLE_COPY_MOVE(OwnQml)
@@ -38,13 +37,14 @@ public:
     QStringList errors() const { return m_errors; }
     QString errorText() const { return m_errors.join(QLatin1Char('\n')); }
 
-    /// Loads the file anew. @return false with errors() if it can't be loaded
+    /// Loads the file again in a new engine.
+    /// @return false if it can't be loaded; see errors()
     Q_INVOKABLE bool load();
 
 Q_SIGNALS:
     void loaded();
     void errorsChanged();
-    /// The file has called Qt.exit() or Qt.quit().
+    /// The file called Qt.exit() or Qt.quit().
     void exitRequested(int code);
 
 private:
@@ -57,7 +57,7 @@ private:
     QStringList m_errors;
     LoadedFiles m_files;
     std::unique_ptr<QQmlEngine> m_engine;
-    std::unique_ptr<QObject> m_root; ///< before its engine is destroyed
+    std::unique_ptr<QObject> m_root; ///< last member: destroyed before its engine
 };
 
 } // namespace workbench

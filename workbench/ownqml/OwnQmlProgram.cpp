@@ -15,7 +15,8 @@ namespace workbench {
 
 namespace {
 
-constexpr double DefaultLimit = 60; // seconds, where nobody could close the window
+constexpr double DefaultLimit = 60; // seconds, without a window that a user could close
+constexpr double MaxLimit = 1e6;    // seconds; the timer takes milliseconds as int
 
 } // namespace
 
@@ -32,37 +33,38 @@ int OwnQmlProgram::run()
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
     const QString error = prepare();
     if (!error.isEmpty())
-        return complain(error);
+        return reportError(error);
     m_ownQml.emplace(
         m_options.qmlFile, QStringList{HostShell::importPath()},
         QVariantMap{{QStringLiteral("bookmarks"), QVariant::fromValue(&m_shell.recordedPlugin())},
                     {QStringLiteral("topology"),
-                     QVariantMap{{QStringLiteral("stations"), m_shell.bench().stations()}}}});
+                     QVariantMap{{QStringLiteral("stations"), m_shell.workbench().stations()}}}});
     connect(&*m_ownQml, &OwnQml::exitRequested, this, &OwnQmlProgram::finish);
     connectClient();
-    // Afterwards, as an answer to the connection that is lost would keep the file from loading.
+    // After the connection: its answers must not be lost, or the file would never be loaded.
     if (!m_options.faultsFile.isEmpty()) {
-        const QString problem = m_shell.bench().faults()->load(m_options.faultsFile);
+        const QString problem = m_shell.workbench().faults()->load(m_options.faultsFile);
         if (!problem.isEmpty())
-            return complain(problem);
+            return reportError(problem);
     }
     if (!showWindows())
-        return exitcode::CannotBegin;
+        return exitcode::CannotStart;
     if (m_limit >= 0)
         QTimer::singleShot(int(m_limit * 1000), this, [this] { finish(exitcode::TimedOut); });
-    // Once the event loop runs, which the file may end at once.
+    // From the event loop, because the file may end it at once.
     QTimer::singleShot(0, this, [this] {
         if (!m_ownQml->load() && m_limit >= 0)
-            finish(exitcode::CannotBegin);
+            finish(exitcode::CannotStart);
     });
     const int code = QGuiApplication::exec();
     if (code == exitcode::TimedOut)
-        std::fprintf(stderr, "tessaline-workbench: %s has not ended within %g s\n",
+        std::fprintf(stderr, "tessaline-workbench: %s did not end within %g s\n",
                      qPrintable(m_options.qmlFile), m_limit);
     return code == exitcode::Done && !m_ownQml->errors().isEmpty() ? exitcode::CheckFailed : code;
 }
 
-/// @return what keeps the program from beginning, or an empty text
+/// Prepares the stations and loads the plug-in.
+/// @return an error message, or an empty text
 QString OwnQmlProgram::prepare()
 {
     QString folder = m_options.dataFolder;
@@ -83,30 +85,33 @@ QString OwnQmlProgram::readCondition()
     }
     bool isNumber = false;
     m_limit = m_options.until.toDouble(&isNumber);
-    if (isNumber && m_limit >= 0)
+    if (isNumber && m_limit >= 0 && m_limit <= MaxLimit)
         return {};
-    const QStringList names = m_shell.bench().signalNames();
+    const QStringList names = m_shell.workbench().signalNames();
     if (!names.contains(m_options.until))
-        return QStringLiteral("--until %1: expected seconds or one of the signals %2")
+        return QStringLiteral(
+                   "--until %1: expected seconds, at most 1000000, or one of the signals %2")
             .arg(m_options.until, names.join(QLatin1String(", ")));
     m_signal = m_options.until;
     m_limit = DefaultLimit;
     return {};
 }
 
-/// The file finds a client that has been connected for a while.
+/// Connects the plug-in to the server and waits for the answers, so that the file finds a connected
+/// client.
 void OwnQmlProgram::connectClient()
 {
-    WorkbenchContext &bench = m_shell.bench();
-    m_shell.enter(m_engine);
-    bench.connectToServer();
+    WorkbenchContext &workbench = m_shell.workbench();
+    m_shell.initialise(m_engine);
+    workbench.connectToServer();
     QEventLoop answers;
-    connect(&bench, &WorkbenchContext::trafficPassed, &answers, [&] {
-        if (bench.outstanding() == 0)
+    connect(&workbench, &WorkbenchContext::trafficPassed, &answers, [&] {
+        if (workbench.outstanding() == 0)
             answers.quit();
     });
-    answers.exec();
-    // After the file's own handlers, which may end the program with a code of theirs.
+    if (workbench.outstanding() > 0) // another build may send nothing
+        answers.exec();
+    // Queued, because a handler in the file may end the program with another code.
     m_receiver.emplace(&m_shell.plugin(), [this](const QMetaMethod &signal, const auto &) {
         if (!m_signal.isEmpty() && QLatin1String(signal.name()) == m_signal)
             QMetaObject::invokeMethod(
@@ -114,7 +119,8 @@ void OwnQmlProgram::connectClient()
     });
 }
 
-/// The window of the file, and where somebody can see it the integrators' drawer.
+/// Opens the file's window and, on a screen, the integrators' drawer.
+/// @return false if a window can't be opened
 bool OwnQmlProgram::showWindows()
 {
     m_engine.setInitialProperties({{QStringLiteral("own"), QVariant::fromValue(&*m_ownQml)}});
@@ -126,7 +132,7 @@ bool OwnQmlProgram::showWindows()
     return m_engine.rootObjects().size() == (m_visible ? 2 : 1);
 }
 
-/// The first code counts.
+/// Ends the program. Later calls are ignored, so that the first code counts.
 void OwnQmlProgram::finish(int code)
 {
     if (!m_finished)

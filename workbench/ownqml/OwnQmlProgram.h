@@ -13,7 +13,7 @@
 
 namespace workbench {
 
-/// The workbench with a developer's QML file in place of the client's part of the window.
+/// Runs a developer's QML file in place of the client's part of the window.
 class OwnQmlProgram : public QObject
 {
     Q_OBJECT
@@ -21,8 +21,8 @@ class OwnQmlProgram : public QObject
 public:
     explicit OwnQmlProgram(const Options &options);
 
-    /// @return the exit code, when the file has ended the program, its condition holds or its time
-    /// is over
+    /// Runs until the file ends the program, the signal of --until comes or the time is over.
+    /// @return the exit code
     int run();
 
 private:
@@ -33,14 +33,14 @@ private:
     void finish(int code);
 
     Options m_options;
-    bool m_visible; ///< there is a screen
+    bool m_visible; ///< windows appear on a screen
     QTemporaryDir m_temporary;
-    StationThread m_stations;
+    stations::StationThread m_stations;
     HostShell m_shell;
     std::optional<OwnQml> m_ownQml;
     QQmlApplicationEngine m_engine; ///< of the workbench's own windows
     std::optional<standin::SignalReceiver> m_receiver;
-    QString m_signal;    ///< that ends the program; empty: none
+    QString m_signal;    ///< the signal that ends the program; empty: none
     double m_limit = -1; ///< seconds; negative: none
     bool m_finished = false;
 };

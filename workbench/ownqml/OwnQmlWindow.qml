@@ -75,7 +75,7 @@ ThemedWindow {
             elide: Text.ElideMiddle
             color: Theme.faintText
             font.pixelSize: Theme.smallText
-            text: qsTr("%1 is loaded again when it is saved, or with F5.").arg(window.own.file)
+            text: qsTr("%1: save the file or press F5 to load it again.").arg(window.own.file)
             Layout.fillWidth: true
         }
     }

@@ -13,12 +13,12 @@ constexpr qint64 Second = 1'000;
 constexpr qint64 Minute = 60 * Second;
 constexpr qint64 Hour = 60 * Minute;
 
-/// How much happens in each hour of a day, where the stations are.
+/// Relative number of bookmarks in each hour of a day, in the stations' zone.
 constexpr std::size_t HourWeights[] = {2,  1, 1, 1, 2,  4,  7,  11, 14, 12, 10, 9,
                                        10, 9, 9, 9, 11, 14, 13, 9,  6,  5,  4,  3};
 
-/// Subjects, all singular, and actions that fit them. Two of all 24 subjects are vans, so that a
-/// search for "van" finds one in twelve.
+/// Subjects, all singular, and actions that fit them. Two of the 24 subjects are vans, so a search
+/// for "van" finds about one bookmark in twelve.
 struct Scenes
 {
     QStringList subjects;
@@ -53,7 +53,7 @@ const QList<Scenes> &scenes()
     return list;
 }
 
-/// Most often nothing is added.
+/// Half of them are empty: most bookmarks have no remark.
 const QStringList &remarks()
 {
     static const QStringList words{
@@ -88,7 +88,7 @@ const QStringList &groups()
     return words;
 }
 
-/// The starts of all hours of the last four weeks, each as often as its weight says.
+/// Returns the starts of all hours of the last four weeks, each repeated by its weight.
 std::vector<qint64> weightedHours(qint64 now)
 {
     const QTimeZone zone("Europe/Berlin");
@@ -107,35 +107,35 @@ std::vector<qint64> weightedHours(qint64 now)
 
 } // namespace
 
-BookmarkMaker::BookmarkMaker(const StationConfig &station, quint32 seed, qint64 now)
+BookmarkMaker::BookmarkMaker(const stations::StationConfig &station, quint32 seed, qint64 now)
     : m_station(station)
     , m_now(now)
     , m_hours(weightedHours(now))
 {
-    // Stations differ, and one more of them does not change the others.
+    // The relay path is part of the seed: each station differs, whatever the number of stations.
     const QByteArray name = station.relayPath.toUtf8();
     const quint32 seeds[] = {seed, qChecksum(name)};
     m_random = QRandomGenerator(seeds);
 }
 
-QList<Bookmark> BookmarkMaker::make(int count)
+QList<stations::Bookmark> BookmarkMaker::make(int count)
 {
-    QList<Bookmark> bookmarks;
+    QList<stations::Bookmark> bookmarks;
     if (m_station.cameras.isEmpty())
         return bookmarks;
     bookmarks.reserve(count);
     while (bookmarks.size() < count) {
-        if (m_left == 0)
+        if (m_remaining == 0)
             beginIncident();
-        Bookmark bookmark = m_incident;
+        stations::Bookmark bookmark = m_incident;
         bookmark.cameraID = m_station.cameras.at(m_camera).cameraID;
-        // Short ones are far more frequent than long ones.
+        // The square makes short bookmarks more frequent than long ones.
         const double length = m_random.generateDouble();
         bookmark.end =
             std::min(m_now, bookmark.start + 10 * Second + qint64(length * length * 12 * Minute));
         bookmarks.append(bookmark);
 
-        --m_left;
+        --m_remaining;
         m_camera = (m_camera + 1) % m_station.cameras.size();
         m_incident.start =
             std::min(m_incident.start + m_random.bounded(20, 120) * Second, m_now - 10 * Second);
@@ -143,17 +143,17 @@ QList<Bookmark> BookmarkMaker::make(int count)
     return bookmarks;
 }
 
-/// One in eight is seen by several cameras.
+/// Several cameras see one incident in eight.
 void BookmarkMaker::beginIncident()
 {
     constexpr int OneIn = 8;
-    m_left = m_random.bounded(OneIn) == 0 ? m_random.bounded(3, 9) : 1;
+    m_remaining = m_random.bounded(OneIn) == 0 ? m_random.bounded(3, 9) : 1;
     m_camera = m_random.bounded(m_station.cameras.size());
     m_incident.locationID = m_station.locationID;
     m_incident.start = timeOfIncident();
     m_incident.description = description();
     m_incident.creator = oneOf(creators());
-    m_incident.group = m_left > 1 ? QStringLiteral("incident") : oneOf(groups());
+    m_incident.group = m_remaining > 1 ? QStringLiteral("incident") : oneOf(groups());
 }
 
 qint64 BookmarkMaker::timeOfIncident()
@@ -164,7 +164,8 @@ qint64 BookmarkMaker::timeOfIncident()
 
 QString BookmarkMaker::description()
 {
-    // One statement each: the order in which operands are evaluated is the compiler's.
+    // Separate statements: each draws from the random generator, and the order of evaluation inside
+    // one expression is up to the compiler.
     const Scenes &scene = scenes().at(m_random.bounded(scenes().size()));
     const QString &subject = oneOf(scene.subjects);
     const QString &action = oneOf(scene.actions);

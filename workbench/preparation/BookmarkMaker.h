@@ -9,19 +9,19 @@
 
 namespace workbench {
 
-/// Makes up bookmarks as operators might have set them: by day more than by night, over four weeks,
-/// now and then several at neighbouring cameras within minutes. The same seed, station and present
-/// give the same bookmarks.
+/// Creates random bookmarks of the last four weeks that look like those of operators: more by day
+/// than by night, sometimes several at neighbouring cameras within minutes. The same seed, station
+/// and time give the same bookmarks.
 class BookmarkMaker
 {
 public:
     static constexpr int Days = 28;
 
-    /// @param now the present, which no bookmark goes beyond, in milliseconds since the epoch
-    BookmarkMaker(const StationConfig &station, quint32 seed, qint64 now);
+    /// @param now end of the latest bookmark, in milliseconds since the epoch
+    BookmarkMaker(const stations::StationConfig &station, quint32 seed, qint64 now);
 
-    /// The next @p count bookmarks, in no order; none for a station without cameras.
-    QList<Bookmark> make(int count);
+    /// Returns the next @p count bookmarks, unsorted; none for a station without cameras.
+    QList<stations::Bookmark> make(int count);
 
 private:
     void beginIncident();
@@ -29,13 +29,13 @@ private:
     qint64 timeOfIncident();
     const QString &oneOf(const QStringList &words);
 
-    StationConfig m_station;
+    stations::StationConfig m_station;
     qint64 m_now;
     QRandomGenerator m_random;
-    std::vector<qint64> m_hours; ///< starts of hours, in proportion to how much happens in them
-    Bookmark m_incident;         ///< what the next bookmark is like
-    qsizetype m_camera = 0;      ///< where it is
-    int m_left = 0;              ///< how many bookmarks the incident has yet
+    std::vector<qint64> m_hours;   ///< starts of hours, repeated by their weight
+    stations::Bookmark m_incident; ///< template of the next bookmark
+    qsizetype m_camera = 0;        ///< index of its camera
+    int m_remaining = 0;           ///< bookmarks of the incident still to be made
 };
 
 } // namespace workbench

@@ -11,7 +11,7 @@ QStringList words(QLatin1String text)
 
 QString stationName(int index)
 {
-    // The tour names them.
+    // The texts of the tour and of tests contain these names.
     static const QStringList known = words(QLatin1String("Harbour,Depot,Station hall"));
     static const QStringList kinds =
         words(QLatin1String("Warehouse,Car park,Market hall,Hospital,Stadium,Power plant,Airfield,"
@@ -20,7 +20,7 @@ QString stationName(int index)
         words(QLatin1String("north,south,east,west,old town,riverside,hill,ring road,valley,lake"));
     if (index < known.size())
         return known.at(index);
-    // Runs through all pairs, neighbours of different kinds.
+    // Goes through all pairs of kind and place, so that names differ.
     const qsizetype pair = index - known.size();
     return kinds.at(pair % kinds.size()) + QLatin1Char(' ') +
            places.at((pair + pair / kinds.size()) % places.size());
@@ -42,7 +42,8 @@ QString cameraName(int station, int index)
     return round == 0 ? place : place + QLatin1Char(' ') + QString::number(round + 1);
 }
 
-/// Distinct among all stations, and the same however many cameras a station has.
+/// Returns an identifier that is unique among all stations and does not depend on the number of
+/// cameras.
 QString cameraID(int stationNumber, int cameraNumber)
 {
     const int decade = cameraNumber < 10 ? 10 : 1'000;
@@ -51,12 +52,12 @@ QString cameraID(int stationNumber, int cameraNumber)
 
 } // namespace
 
-QList<StationConfig> demoStations(int stations, int camerasEach)
+QList<stations::StationConfig> demoStations(int stations, int camerasEach)
 {
-    QList<StationConfig> configs;
+    QList<stations::StationConfig> configs;
     for (int index = 0; index < stations; ++index) {
         const int number = index + 1;
-        StationConfig station;
+        stations::StationConfig station;
         station.relayPath = QStringLiteral("relay-%1").arg(number);
         station.name = stationName(index);
         station.locationID = QStringLiteral("location-%1").arg(number);

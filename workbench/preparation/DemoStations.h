@@ -6,8 +6,8 @@
 
 namespace workbench {
 
-/// The stations of the workbench's installation, sub-stations with so many cameras each. The first
-/// ones are the same however many there are.
-QList<StationConfig> demoStations(int stations = 3, int camerasEach = 4);
+/// Returns the configuration of the workbench's stations, sub-stations of the connected server. The
+/// first ones are the same for every number of stations.
+QList<stations::StationConfig> demoStations(int stations = 3, int camerasEach = 4);
 
 } // namespace workbench

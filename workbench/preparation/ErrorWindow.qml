@@ -3,7 +3,7 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// Why the workbench can't begin.
+/// Shows the reason why the workbench can't start.
 ThemedWindow {
     id: window
 
@@ -22,7 +22,7 @@ ThemedWindow {
         spacing: Theme.gap
 
         Label {
-            text: qsTr("The workbench cannot begin")
+            text: qsTr("The workbench can't start")
             font.pixelSize: Theme.largeText
         }
         ScrollView {

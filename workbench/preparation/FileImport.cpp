@@ -11,7 +11,7 @@ namespace workbench {
 
 namespace {
 
-/// The list of imported files in a data folder: a line with checksum, date and name for each.
+/// The list of imported files in a data folder, a text file with checksum, date and name per line.
 class ImportedFiles
 {
 public:
@@ -22,7 +22,7 @@ public:
 
     QString listName() const { return QDir::toNativeSeparators(m_list); }
 
-    /// When a file of that checksum was imported; empty if it was not.
+    /// Returns the date of the import of a file with this checksum, or an empty text.
     QString dateOf(const QByteArray &checksum) const
     {
         QFile list(m_list);
@@ -48,7 +48,7 @@ private:
     QString m_list;
 };
 
-/// Empty for a file that can't be read.
+/// Returns the checksum of a file, or an empty array if it can't be read.
 QByteArray checksumOf(const QString &path)
 {
     QFile file(path);
@@ -57,22 +57,22 @@ QByteArray checksumOf(const QString &path)
                                                                  : QByteArray();
 }
 
-QString summaryOf(const CsvImport::Result &result)
+QString summaryOf(const stations::CsvImport::Result &result)
 {
     QString summary = Preparation::tr("Imported %1 bookmarks, skipped %2 lines.")
                           .arg(result.imported)
                           .arg(result.skipped);
     if (result.recordings > 0)
         summary += QLatin1Char(' ') +
-                   Preparation::tr("%1 names are not cameras and were placed as recordings.")
+                   Preparation::tr("%1 names are not cameras; they were placed as recordings.")
                        .arg(result.recordings);
     return summary;
 }
 
 } // namespace
 
-void importFile(Site &site, const Preparation::Plan &plan, const Preparation::Report &report,
-                Preparation::Outcome &outcome)
+void importFile(stations::StationNetwork &network, const Preparation::Plan &plan,
+                const Preparation::Report &report, Preparation::Outcome &outcome)
 {
     const QString name = QDir::toNativeSeparators(plan.importFile);
     const ImportedFiles imported(plan.folder);
@@ -80,19 +80,19 @@ void importFile(Site &site, const Preparation::Plan &plan, const Preparation::Re
     const QString date = imported.dateOf(checksum);
     if (!date.isEmpty()) {
         outcome.messages.append(
-            Preparation::tr("%1 was imported on %2 and is not imported again. To do so, delete its "
-                            "line from %3.")
+            Preparation::tr("%1 was imported on %2 and is not imported again. To import it again, "
+                            "delete its line from %3.")
                 .arg(name, date, imported.listName()));
         return;
     }
 
-    CsvImport csv(site, QDate::currentDate());
-    csv.setProgressCallback([&](const CsvImport::Progress &progress) {
+    stations::CsvImport csv(network, QDate::currentDate());
+    csv.setProgressCallback([&](const stations::CsvImport::Progress &progress) {
         const double done =
             progress.totalBytes > 0 ? double(progress.bytes) / double(progress.totalBytes) : 0;
         return report(Preparation::tr("Importing %1").arg(name), done);
     });
-    const CsvImport::Result result = csv.run(plan.importFile);
+    const stations::CsvImport::Result result = csv.run(plan.importFile);
     outcome.messages.append(result.messages);
     const qint64 more = result.skipped - result.messages.size();
     if (more > 0)
@@ -100,10 +100,12 @@ void importFile(Site &site, const Preparation::Plan &plan, const Preparation::Re
     if (!result.error.isEmpty())
         outcome.messages.append(result.error);
     if (result.cancelled)
-        outcome.messages.append(Preparation::tr("The import was cancelled before its end."));
+        outcome.messages.append(
+            Preparation::tr("The import was cancelled; the rest of the file is missing."));
     outcome.summary = summaryOf(result);
     if (result.imported == 0 && !result.cancelled)
-        outcome.error = Preparation::tr("%1: no bookmark was imported.").arg(name);
+        outcome.error =
+            Preparation::tr("%1: no bookmark was imported; see the messages above.").arg(name);
     else if (result.error.isEmpty() && !result.cancelled)
         imported.add(checksum, name);
 }

@@ -2,13 +2,15 @@
 
 #include "Preparation.h"
 
+namespace stations {
+class StationNetwork;
+}
+
 namespace workbench {
 
-class Site;
-
-/// Imports the CSV file of a plan, unless the plan's folder has got its content before. A file of
-/// which nothing could be imported is an error.
-void importFile(Site &site, const Preparation::Plan &plan, const Preparation::Report &report,
-                Preparation::Outcome &outcome);
+/// Imports the CSV file of a plan, unless a file with the same content was imported into its folder
+/// before. Sets an error if no bookmark was imported.
+void importFile(stations::StationNetwork &network, const Preparation::Plan &plan,
+                const Preparation::Report &report, Preparation::Outcome &outcome);
 
 } // namespace workbench

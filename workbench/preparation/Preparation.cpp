@@ -14,41 +14,42 @@ namespace workbench {
 
 namespace {
 
-bool holdsStations(const QString &folder)
+bool hasStations(const QString &folder)
 {
     return !QDir(folder).entryList({QStringLiteral("*.sqlite")}, QDir::Files).isEmpty();
 }
 
-/// A file in the data folder for as long as the first bookmarks are not complete.
-QString markOfUnfinished(const QString &folder)
+/// Returns the path of a file that exists while the first bookmarks are incomplete.
+QString unfinishedMarker(const QString &folder)
 {
     return QDir(folder).filePath(QStringLiteral("first-bookmarks.unfinished"));
 }
 
-/// Removes the bookmarks that an interrupted start has made. No user has changed them yet.
-void removeUnfinished(const Site &site, Preparation::Outcome &outcome)
+/// Removes the bookmarks of an interrupted start. No user has seen them.
+void removeUnfinished(const stations::StationNetwork &network, Preparation::Outcome &outcome)
 {
-    const QList<Station *> stations = site.stations();
-    for (Station *const station : stations)
-        station->execute(protocol::command::RemoveAllBookmarks, QVariant());
+    const QList<stations::Station *> stations = network.stations();
+    for (stations::Station *const station : stations)
+        station->execute(stations::protocol::command::RemoveAllBookmarks, QVariant());
     outcome.messages.append(Preparation::tr(
-        "Making the first bookmarks was interrupted last time. They were made again."));
+        "The last start was interrupted while it created bookmarks. They were created again."));
 }
 
-void makeSeedData(Site &site, const Preparation::Plan &plan, const Preparation::Report &report,
-                  Preparation::Outcome &outcome)
+void makeSeedData(stations::StationNetwork &network, const Preparation::Plan &plan,
+                  const Preparation::Report &report, Preparation::Outcome &outcome)
 {
-    const SeedData data(site, plan.seed, QDateTime::currentMSecsSinceEpoch());
+    const SeedData data(network, plan.seed, QDateTime::currentMSecsSinceEpoch());
     const SeedData::Result result = data.fill(plan.bookmarks, [&](int made, int total) {
-        return report(Preparation::tr("Making the first bookmarks"), double(made) / total);
+        return report(Preparation::tr("Creating the first bookmarks"), double(made) / total);
     });
     if (!result.error.isEmpty())
         outcome.messages.append(result.error);
     if (result.made < plan.bookmarks) {
         const QLocale locale;
         outcome.messages.append(
-            Preparation::tr("%1 of %2 bookmarks were made. To have all of them, delete the folder "
-                            "%3 and start again.")
+            Preparation::tr(
+                "%1 of %2 bookmarks were created. To get all of them, delete the folder "
+                "%3 and start again.")
                 .arg(locale.toString(result.made), locale.toString(plan.bookmarks),
                      QDir::toNativeSeparators(plan.folder)));
     }
@@ -56,7 +57,7 @@ void makeSeedData(Site &site, const Preparation::Plan &plan, const Preparation::
 
 } // namespace
 
-Preparation::Preparation(StationThread &stations, const Plan &plan, QObject *parent)
+Preparation::Preparation(stations::StationThread &stations, const Plan &plan, QObject *parent)
     : QObject(parent)
     , m_stations(stations)
     , m_plan(plan)
@@ -75,31 +76,31 @@ void Preparation::start()
     Q_EMIT runningChanged();
     show(tr("Opening the stations"), 0);
 
-    // What the thread needs goes along with the job, which may outlive this object.
+    // Capture copies: the stations' thread may still run the job when this object is gone.
     const Report report = [this, mailbox = m_mailbox, cancelled = m_cancelled](const QString &text,
                                                                                double progress) {
         mailbox->post([=] { show(text, progress); });
         return !*cancelled;
     };
-    const QString mark = markOfUnfinished(m_plan.folder);
+    const QString mark = unfinishedMarker(m_plan.folder);
     const bool interrupted = QFile::exists(mark);
-    const bool isNew = interrupted || !holdsStations(m_plan.folder);
+    const bool isNew = interrupted || !hasStations(m_plan.folder);
     if (isNew && m_plan.bookmarks > 0 && QDir().mkpath(m_plan.folder))
         QFile(mark).open(QIODevice::WriteOnly);
-    m_stations.open(m_plan.folder, [=, mailbox = m_mailbox, cancelled = m_cancelled,
-                                    plan = m_plan](Site *site, const QString &error) {
+    m_stations.open(m_plan.folder, [=, mailbox = m_mailbox, cancelled = m_cancelled, plan = m_plan](
+                                       stations::StationNetwork *network, const QString &error) {
         Outcome outcome;
         outcome.error = error;
-        if (site) {
-            outcome.defects = site->defects();
-            outcome.messages = site->notices();
+        if (network) {
+            outcome.defects = network->defects();
+            outcome.messages = network->notices();
             if (interrupted)
-                removeUnfinished(*site, outcome);
+                removeUnfinished(*network, outcome);
             if (isNew && plan.bookmarks > 0)
-                makeSeedData(*site, plan, report, outcome);
-            QFile::remove(mark); // before an import that may fail
+                makeSeedData(*network, plan, report, outcome);
+            QFile::remove(mark); // a failed import leaves the first bookmarks complete
             if (!plan.importFile.isEmpty() && !*cancelled)
-                importFile(*site, plan, report, outcome);
+                importFile(*network, plan, report, outcome);
         }
         mailbox->post([=] { finish(outcome); });
     });

@@ -10,33 +10,35 @@
 #include <functional>
 #include <memory>
 
+namespace stations {
+class StationThread;
+}
+
 namespace workbench {
 
-class StationThread;
-
-/// What is done before the plug-in gets to see the stations: their files are opened, filled for the
-/// first time, and a CSV file is imported. All of it in the stations' thread.
+/// Prepares the stations for the plug-in, in their thread: opens their files, fills new ones with
+/// bookmarks and imports a CSV file.
 class Preparation : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("The program makes it")
-    /// What is being done, for the user.
+    QML_UNCREATABLE("The program creates it")
+    /// The current activity, a text for the user.
     Q_PROPERTY(QString activity READ activity NOTIFY progressed)
-    /// From 0 to 1, of the activity.
+    /// The progress of the activity, from 0 to 1.
     Q_PROPERTY(double progress READ progress NOTIFY progressed)
     Q_PROPERTY(bool running READ isRunning NOTIFY runningChanged)
-    /// What the user should know when it is over: lines that were skipped, files that can't be
-    /// used, what is missing after a cancel. A line each; empty when all went well.
+    /// Problems for the user at the end, one per line: skipped lines, unusable files, missing
+    /// bookmarks after a cancel. Empty if there are none.
     Q_PROPERTY(QString report READ report NOTIFY runningChanged)
-    /// One line that sums up an import; empty when there was none.
+    /// The result of the import in one line; empty without an import.
     Q_PROPERTY(QString summary READ summary NOTIFY runningChanged)
 
 public:
     struct Plan
     {
         QString folder;
-        int bookmarks = 0; ///< made up when the folder holds no station's file; 0 for none
+        int bookmarks = 0; ///< created if the folder has no station's file
         quint32 seed = 0;
         QString importFile; ///< empty for none
     };
@@ -44,21 +46,21 @@ public:
     /// Called with the progress of an activity, from 0 to 1; returns false to cancel.
     using Report = std::function<bool(const QString &activity, double progress)>;
 
-    /// What has come of it.
+    /// The result of a preparation.
     struct Outcome
     {
-        QString error;        ///< why the workbench can't begin; empty when it can
-        QStringList defects;  ///< of stations whose files can't be used, and that fail
-        QStringList messages; ///< of first data and import
+        QString error;        ///< reason why the workbench can't start; empty if it can
+        QStringList defects;  ///< messages on stations whose files can't be used
+        QStringList messages; ///< on first bookmarks and import
         QString summary;
     };
 
-    /// @p stations is not owned, must outlive this object and must not be open yet.
-    Preparation(StationThread &stations, const Plan &plan, QObject *parent = nullptr);
+    /// @param stations not owned; must outlive this object and must not be open
+    Preparation(stations::StationThread &stations, const Plan &plan, QObject *parent = nullptr);
     ~Preparation() override;
 
     void start();
-    /// Leaves whole what has been stored, and skips the rest.
+    /// Skips the rest; batches that are already stored stay.
     Q_INVOKABLE void cancel() { *m_cancelled = true; }
 
     QString activity() const { return m_activity; }
@@ -74,16 +76,16 @@ public:
 Q_SIGNALS:
     void progressed();
     void runningChanged();
-    /// Comes once.
+    /// Emitted once.
     void finished();
-    /// The user has read the messages.
+    /// The user has confirmed the messages.
     void acknowledged();
 
 private:
     void show(const QString &activity, double progress);
     void finish(const Outcome &outcome);
 
-    StationThread &m_stations;
+    stations::StationThread &m_stations;
     Plan m_plan;
     std::shared_ptr<std::atomic_bool> m_cancelled = std::make_shared<std::atomic_bool>(false);
     std::shared_ptr<standin::Mailbox> m_mailbox = std::make_shared<standin::Mailbox>();

@@ -4,7 +4,7 @@ import QtQuick.Layouts
 import Client.Common
 import Preparation
 
-/// What came of the preparation, one line a message, to be read before the window opens.
+/// Shows the messages of the preparation until the user confirms them.
 ColumnLayout {
     id: page
 

@@ -4,7 +4,7 @@ import QtQuick.Layouts
 import Client.Common
 import Preparation
 
-/// What is being done, how far it is, and a way out of it.
+/// Shows the activity and progress of the preparation, with a button to cancel.
 ColumnLayout {
     id: page
 
@@ -37,7 +37,7 @@ ColumnLayout {
         focus: true
         Layout.alignment: Qt.AlignRight
         ToolTip.visible: hovered
-        ToolTip.text: qsTr("Goes on with what is there")
+        ToolTip.text: qsTr("Skip the rest and open the window")
         Keys.onEscapePressed: clicked()
         onClicked: {
             enabled = false;

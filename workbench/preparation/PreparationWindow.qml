@@ -2,8 +2,7 @@ import QtQuick
 import Client.Common
 import Preparation
 
-/// What is shown before the window: how far the preparation is, and afterwards what the user should
-/// know about it.
+/// The window before the main window: shows the progress of the preparation, then its messages.
 ThemedWindow {
     id: window
 
@@ -23,7 +22,7 @@ ThemedWindow {
             preparation.acknowledged();
     }
 
-    // Most starts are over before one could read what is being done.
+    // Most preparations end sooner; a window that appears for an instant would flicker.
     Timer {
         interval: 300
         running: window.preparation.running

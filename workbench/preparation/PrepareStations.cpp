@@ -6,7 +6,7 @@
 
 namespace workbench {
 
-QString prepareStations(StationThread &stations, const Preparation::Plan &plan)
+QString prepareStations(stations::StationThread &stations, const Preparation::Plan &plan)
 {
     Preparation preparation(stations, plan);
     const ProgressLine progressLine(preparation);

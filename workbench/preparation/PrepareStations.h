@@ -4,8 +4,8 @@
 
 namespace workbench {
 
-/// Prepares stations for a program that needs all of them, with the progress on standard error.
+/// Prepares stations for a program that needs all of them. Prints the progress on standard error.
 /// @return the error that prevents the program's start, or an empty text
-QString prepareStations(StationThread &stations, const Preparation::Plan &plan);
+QString prepareStations(stations::StationThread &stations, const Preparation::Plan &plan);
 
 } // namespace workbench

@@ -6,14 +6,14 @@ namespace workbench {
 
 class Preparation;
 
-/// Writes how far a preparation is on one line of standard error, over and over, and at its end
-/// what the user should know. Nothing when there is nothing to tell.
+/// Prints the progress of a preparation on standard error, in one line that it overwrites, and then
+/// the messages.
 class ProgressLine : public QObject
 {
     Q_OBJECT
 
 public:
-    /// @p preparation must outlive this object.
+    /// @param preparation not owned; must outlive this object
     explicit ProgressLine(const Preparation &preparation, QObject *parent = nullptr);
 
 private:

@@ -4,29 +4,31 @@
 
 #include <functional>
 
+namespace stations {
+class StationNetwork;
+}
+
 namespace workbench {
 
-class Site;
-
-/// Fills a site whose stations are empty with bookmarks that are made up from a seed.
+/// Fills empty stations with random bookmarks. The same seed gives the same bookmarks.
 class SeedData
 {
 public:
     static constexpr int BatchSize = 1'000; ///< bookmarks of one transaction
 
-    /// Returns false to cancel; what has been stored stays.
+    /// Returns false to cancel; batches that are already stored stay.
     using ProgressCallback = std::function<bool(int made, int total)>;
 
     struct Result
     {
         int made = 0;
         bool cancelled = false;
-        QString error; ///< of the station that failed; names its file
+        QString error; ///< message of the station that failed, with its file
     };
 
     /// @param now see BookmarkMaker
-    SeedData(Site &site, quint32 seed, qint64 now)
-        : m_site(site)
+    SeedData(stations::StationNetwork &network, quint32 seed, qint64 now)
+        : m_network(network)
         , m_seed(seed)
         , m_now(now)
     {
@@ -36,7 +38,7 @@ public:
     Result fill(int count, const ProgressCallback &progress) const;
 
 private:
-    Site &m_site;
+    stations::StationNetwork &m_network;
     quint32 m_seed;
     qint64 m_now;
 };

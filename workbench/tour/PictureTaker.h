@@ -9,24 +9,25 @@ namespace workbench {
 
 class Transcript;
 
-/// Takes the pictures of a picture tour and writes down which there are, a check for each.
+/// Takes the pictures of a picture tour and adds a check for each to the transcript.
 class PictureTaker : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    QML_UNCREATABLE("The program makes it")
+    QML_UNCREATABLE("The program creates it")
 
 public:
-    /// The transcript is not owned and must outlive this object.
+    /// @param folder     is created if necessary
+    /// @param transcript not owned; must outlive this object
     PictureTaker(const QString &folder, Transcript &transcript, QObject *parent = nullptr);
 
-    /// Item, popup or other object of that name in a window, or null.
+    /// @return the item, popup or other object with this name in a window, or null
     Q_INVOKABLE QObject *find(QQuickWindow *window, const QString &objectName) const;
 
-    /// Writes what the window shows as window-NAME.png.
+    /// Writes a picture of the window to window-NAME.png.
     Q_INVOKABLE void take(QQuickWindow *window, const QString &name);
 
-    /// The state of that name was not reached in time; ends the tour.
+    /// Adds a failed check for a state that the window did not reach, and ends the tour.
     Q_INVOKABLE void giveUp(const QString &name);
 
 Q_SIGNALS:

@@ -5,32 +5,33 @@ import Integration
 import Tour
 import Workbench
 
-/// Brings the window into its main states and has a picture taken of each, as soon as what the
-/// picture is about is there.
+/// Brings the window into its main states and takes a picture of each once it is reached.
 QtObject {
     id: tour
 
     required property var plugin
-    required property WorkbenchContext bench
+    required property WorkbenchContext workbench
     required property PictureTaker pictures
 
     property int position: 0
-    /// At the last look. A picture waits for one more, as things take their places a frame later.
+    /// The last check found the state reached. The picture is taken after the next check, because
+    /// items get their positions a frame later.
     property bool reached: false
 
     readonly property Main window: Main {
         plugin: tour.plugin
-        bench: tour.bench
+        workbench: tour.workbench
         remembers: false
     }
     readonly property BookmarkPanel panel: tour.find("bookmarkPanel") as BookmarkPanel
-    readonly property string failing: bench.stations[1].relayPath
+    readonly property string failing: workbench.stations[1].relayPath
 
-    /// Each state: name of the picture, what to do, and what must hold (with no answer to come).
+    /// Each state: name of the picture, function to enter the state, condition for the picture (in
+    /// addition, no answer may be outstanding), and optionally a function to leave the state.
     readonly property var states: [
         {
             name: "start",
-            enter: () => bench.stations[0].cameras.forEach((camera, i) => find("cell" + i).show(camera)),
+            enter: () => workbench.stations[0].cameras.forEach((camera, i) => find("cell" + i).show(camera)),
             reached: () => panel.query.total > 0
         },
         {
@@ -89,20 +90,20 @@ QtObject {
         {
             name: "failing-station",
             enter: () => {
-                bench.failStation(failing, true);
+                workbench.failStation(failing, true);
                 find("searchField").forceActiveFocus();
                 plugin.queryAllBookmarks();
             },
-            reached: () => bench.failedStations.length === 1,
+            reached: () => workbench.failedStations.length === 1,
             leave: () => {
-                bench.failStation(failing, false);
+                workbench.failStation(failing, false);
                 plugin.queryAllBookmarks();
             }
         },
         {
             name: "dark",
             enter: () => Theme.dark = true,
-            reached: () => bench.failedStations.length === 0,
+            reached: () => workbench.failedStations.length === 0,
             leave: () => Theme.dark = false
         },
         { name: "small", enter: () => resize(1024, 640), reached: () => hasSize(1024, 640) },
@@ -120,9 +121,9 @@ QtObject {
     /// Chooses the first answer in the traffic, once it is filtered.
     function choosePayload() {
         const list = find("trafficList");
-        if (list.count === bench.traffic.count)
+        if (list.count === workbench.traffic.count)
             return false;
-        list.currentIndex = 1 + bench.stations.length;
+        list.currentIndex = 1 + workbench.stations.length;
         find("payloadTree").expand(0);
         return find("payloadTree").rows > 1;
     }
@@ -138,9 +139,9 @@ QtObject {
 
     function advance() {
         const state = states[position];
-        const settled = reached;
-        reached = bench.outstanding === 0 && state.reached();
-        if (!reached || !settled)
+        const reachedBefore = reached;
+        reached = workbench.outstanding === 0 && state.reached();
+        if (!reached || !reachedBefore)
             return;
         reached = false;
         pictures.take(window, state.name);
@@ -156,18 +157,18 @@ QtObject {
             pictures.finished();
             return;
         }
-        patience.restart();
+        timeout.restart();
         states[position].enter();
     }
 
-    // Asks again and again, as a state is made of more than signals tell.
+    // Polls, because no signal reports that a state is reached.
     readonly property Timer clock: Timer {
         interval: 50
         repeat: true
         running: true
         onTriggered: tour.advance()
     }
-    readonly property Timer patience: Timer {
+    readonly property Timer timeout: Timer {
         interval: 20000
         onTriggered: {
             tour.clock.stop();

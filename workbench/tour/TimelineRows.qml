@@ -1,11 +1,11 @@
 import QtQml
 import QtQml.Models
 
-// The rows of one view cell's timeline model as plain objects, the way a timeline bar reads them.
+/// Reads the rows of one view cell's timeline model, as a timeline bar does.
 QtObject {
     id: timeline
 
-    /// What getBookmarkModelForTimeline() returned.
+    /// The result of getBookmarkModelForTimeline().
     required property var model
 
     readonly property int count: instantiator.count
@@ -30,7 +30,7 @@ QtObject {
         return list;
     }
 
-    /// Columns for the console.
+    /// @return the rows as lists of column texts
     function columns() {
         return rows().map(row => [row.dispTimeRangeRole, row.cameraNameRole, row.descRole]);
     }

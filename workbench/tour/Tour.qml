@@ -1,17 +1,17 @@
 import QtQml
 
-// A tour of the plug-in's interface, and an example of how QML uses it. Every step calls what a
-// bookmark panel or a timeline bar would call, and waits for the signals that they wait for.
+/// A tour of the plug-in's interface and an example of its use from QML. Each step makes the calls of
+/// a bookmark panel or timeline bar and waits for the same signals.
 TourRunner {
     id: tour
 
-    readonly property var station: bench.stations[0]
+    readonly property var station: workbench.stations[0]
     readonly property var camera: station.cameras[0]
-    readonly property var otherStation: bench.stations[1]
-    readonly property var failingStation: bench.stations[2]
+    readonly property var otherStation: workbench.stations[1]
+    readonly property var failingStation: workbench.stations[2]
 
-    // Everything of this tour bears its tag, as the stations may hold bookmarks of earlier days.
-    readonly property double now: bench.now
+    // All bookmarks of this tour have its tag, because the stations may have older bookmarks.
+    readonly property double now: workbench.now
     readonly property string tag: "tour-" + now
     readonly property double minute: 60 * 1000
     readonly property double hour: 60 * minute
@@ -45,20 +45,20 @@ TourRunner {
     }
 
     function* beforeConnecting() {
-        step("Before the connection nothing may be deleted");
-        expect(!bookmarks.deleteBookmark("any", station.relayPath), "the request is refused");
+        step("Before the connection the plug-in deletes nothing");
+        expect(!bookmarks.deleteBookmark("any", station.relayPath), "the request is rejected");
         const [success] = yield until("deleteBookmarkResponsed");
-        expect(!success, "and the signal says so");
-        expect(bench.stationsAsked("DeleteBookmark").length === 0, "no station was asked");
+        expect(!success, "the signal reports the failure");
+        expect(workbench.stationsAsked("DeleteBookmark").length === 0, "no command was sent");
     }
 
     function* connecting() {
-        step("Connect: the plug-in asks for the server's time zone and the user's permission");
-        bench.connectToServer();
-        yield untilTrue("both answers", () => bench.outstanding === 0);
-        expect(bench.stationsAsked("QuerySevTimezone").length === 1, "the time zone was asked for");
-        expect(bench.stationsAsked("QuerySettingPermission").length === 1,
-               "the permission was asked for");
+        step("Connect: the plug-in queries the server's time zone and the user's permission");
+        workbench.connectToServer();
+        yield untilTrue("both answers", () => workbench.outstanding === 0);
+        expect(workbench.stationsAsked("QuerySevTimezone").length === 1, "the time zone was queried");
+        expect(workbench.stationsAsked("QuerySettingPermission").length === 1,
+               "the permission was queried");
     }
 
     function* viewCells() {
@@ -72,7 +72,7 @@ TourRunner {
         bookmarks.setTimelineFocusInfo(station.locationID, station.relayPath, "cell-1");
         bookmarks.setTimelineFocusInfo(otherStation.locationID, otherStation.relayPath, "cell-2");
 
-        // The model asks for what it lacks of the visible range; the plug-in fetches it.
+        // The model requests the bookmarks of this range that it lacks, and the plug-in queries them.
         bookmarks.setTimelineBoundary(now - hour, now + hour, "cell-1");
         bookmarks.setTimelineBoundary(now - hour, now + hour, "cell-2");
         yield until("queryBookmarkForTimelineResponsed");
@@ -87,7 +87,7 @@ TourRunner {
         expect(bookmarks.addBookmark(camera.cameraID, station.locationID, station.relayPath,
                                      now - 10 * minute, now - 9 * minute,
                                      "Van at the gate, " + tag, "guard", tag),
-               "the request is handed on");
+               "the request is accepted");
         const [success] = yield until("addBookmarkResponsed");
         expect(success, "it was added");
         expect(firstCell.count === before + 1, "cell-1 has one row more");
@@ -96,38 +96,38 @@ TourRunner {
 
     function* addingMany() {
         step("Add on a camera of each station at once; one station fails");
-        const targets = bench.stations.map(({ relayPath, locationID, cameras }) => ({
+        const targets = workbench.stations.map(({ relayPath, locationID, cameras }) => ({
             CameraID: cameras[1].cameraID,
             LocationID: locationID,
             relayPath: relayPath
         }));
-        bench.failStation(failingStation.relayPath, true);
+        workbench.failStation(failingStation.relayPath, true);
         expect(bookmarks.addBookmarks(targets, now - 5 * minute, now - 4 * minute,
                                       "Alarm, " + tag, "guard", tag),
-               "the request is handed on");
+               "the request is accepted");
         const [failedCameras] = yield until("addBookmarksResponsed");
-        bench.failStation(failingStation.relayPath, false);
+        workbench.failStation(failingStation.relayPath, false);
 
-        expect(bench.stationsAsked("AddBookmarks").length === 3, "one command for each station");
+        expect(workbench.stationsAsked("AddBookmarks").length === 3, "one command for each station");
         expect(failedCameras.length === 1 && failedCameras[0] === failingStation.cameras[1].name,
                "the camera of the failing station is named");
     }
 
     function* queryEverything() {
-        expect(bookmarks.queryAllBookmarks(), "the request is handed on");
+        expect(bookmarks.queryAllBookmarks(), "the request is accepted");
         let done = false;
         while (!done)
-            [done] = yield until("queryAllBookmarksResponsed"); // false: a part has arrived
+            [done] = yield until("queryAllBookmarksResponsed"); // false: not the last answer
     }
 
     function* queryingAll() {
         step("Query all bookmarks of all stations");
         yield* queryEverything();
-        expect(bench.stationsAsked("QueryAllBookmars").length === bench.stations.length,
-               "every station was asked");
+        expect(workbench.stationsAsked("QueryAllBookmars").length === workbench.stations.length,
+               "every station got the command");
     }
 
-    /// What the panel shows of this tour's bookmarks.
+    /// Returns the panel's page of this tour's bookmarks.
     function page(groupKey) {
         return bookmarks.getFilteredBookmarkList({
             text: tag,
@@ -139,7 +139,7 @@ TourRunner {
         });
     }
 
-    /// The records of a page, whatever their group.
+    /// Returns the records of all groups of a page.
     function recordsOf(page) {
         const records = [];
         for (const group of page.bookmarkGroupList)
@@ -182,7 +182,7 @@ TourRunner {
     function* queryingRecent() {
         step("The two most recent bookmarks of a station");
         expect(bookmarks.queryBookmarkForRecent(station.locationID, station.relayPath, 2),
-               "the request is handed on");
+               "the request is accepted");
         const [success] = yield until("queryBookmarkForRecentResponsed");
         expect(success, "it was answered");
         const recent = bookmarks.getBookmarkListForRecent();
@@ -193,15 +193,15 @@ TourRunner {
     }
 
     function* otherClient() {
-        step("Another client adds a bookmark; it shows up without being asked for");
+        step("Another client adds a bookmark; an event reports it");
         const before = secondCell.count;
-        expect(bench.addByOtherClient(otherStation.relayPath, otherStation.cameras[2].cameraID,
-                                      now - 2 * minute, now - minute,
-                                      "Seen from elsewhere, " + tag, tag),
-               "the other client's bookmark is on its way");
+        expect(workbench.addByOtherClient(otherStation.relayPath, otherStation.cameras[2].cameraID,
+                                          now - 2 * minute, now - minute,
+                                          "Seen from elsewhere, " + tag, tag),
+               "the station exists");
         yield untilTrue("a new row in cell-2", () => secondCell.count === before + 1);
         expect(secondCell.count === before + 1, "cell-2 has one row more");
-        expect(bench.stationsAsked("QueryBookmarkForTimeline").length === 0,
+        expect(workbench.stationsAsked("QueryBookmarkForTimeline").length === 0,
                "no timeline query was needed");
         transcript.printRows("cell-2", secondCell.columns());
     }
@@ -210,26 +210,26 @@ TourRunner {
         step("Change a description and leave the group as it is");
         const {bookmarkID, group} = recordWith("Van");
         expect(bookmarks.updateBookmark(bookmarkID, "Van at the gate, gone, " + tag),
-               "the request is handed on");
+               "the request is accepted");
         const [success] = yield until("updateBookmarkResponsed");
         expect(success, "it was changed");
         yield* queryEverything();
         const changed = recordWith("Van at the gate, gone");
-        expect(changed !== undefined && changed.group === group, "the lists show it after a query");
+        expect(changed !== undefined && changed.group === group, "the list has the change after a query");
     }
 
     function* deletingOne() {
         step("Delete one bookmark; it leaves the timeline");
         const {bookmarkID, relayPath} = recordWith("Van");
         expect(firstCell.shows(bookmarkID), "cell-1 shows it");
-        expect(bookmarks.deleteBookmark(bookmarkID, relayPath), "the request is handed on");
+        expect(bookmarks.deleteBookmark(bookmarkID, relayPath), "the request is accepted");
         const [success] = yield until("deleteBookmarkResponsed");
         expect(success, "it was deleted");
         expect(!firstCell.shows(bookmarkID), "cell-1 no longer shows it");
     }
 
     function* deletingMany() {
-        step("Delete what is left of this tour, on all stations at once");
+        step("Delete the remaining bookmarks of this tour, on all stations at once");
         yield* queryEverything();
         const left = recordsOf(page("cameraName"));
         bookmarks.deleteBookmarks(left.map(({bookmarkID, relayPath}) => ({
@@ -239,7 +239,7 @@ TourRunner {
         const [failed] = yield until("deleteBookmarksResponsed");
         expect(left.length === 3 && failed.length === 0, "all three were deleted");
         yield* queryEverything();
-        expect(page("cameraName").totalBookmarkNumber === 0, "nothing of the tour is left");
+        expect(page("cameraName").totalBookmarkNumber === 0, "no bookmark of the tour is left");
     }
 
     function* recycleSettings() {
@@ -247,13 +247,13 @@ TourRunner {
         bookmarks.getRecycleSetting();
         const [oldHours, oldEnabled] = yield until("getRecycleSettingResponse");
 
-        const tenYears = 10 * 365 * 24; // long enough to spare what earlier days have left
+        const tenYears = 10 * 365 * 24; // long enough to keep all existing bookmarks
         bookmarks.updateRecycleSetting(tenYears, true);
         const [success] = yield until("updateRecycleSettingResponse");
         expect(success, "it was changed");
         bookmarks.getRecycleSetting();
         const [hours, enabled] = yield until("getRecycleSettingResponse");
-        expect(hours === tenYears && enabled, "the server has kept it");
+        expect(hours === tenYears && enabled, "the server has stored it");
 
         bookmarks.updateRecycleSetting(oldHours, oldEnabled);
         yield until("updateRecycleSettingResponse");
@@ -268,9 +268,9 @@ TourRunner {
         yield* queryEverything();
         const before = recordWith("Zones");
 
-        bench.serverTimeZone = "Asia/Tokyo";
-        bench.connectToServer();
-        yield untilTrue("both answers", () => bench.outstanding === 0);
+        workbench.serverTimeZone = "Asia/Tokyo";
+        workbench.connectToServer();
+        yield untilTrue("both answers", () => workbench.outstanding === 0);
         yield* queryEverything();
         const after = recordWith("Zones");
         transcript.printRows("before and after", [[before.displayTimeRange], [after.displayTimeRange]]);
@@ -279,12 +279,12 @@ TourRunner {
 
         bookmarks.deleteBookmark(after.bookmarkID, after.relayPath);
         const [success] = yield until("deleteBookmarkResponsed");
-        expect(success, "it is tidied up");
+        expect(success, "the bookmark was deleted");
     }
 
     function leaving() {
         step("The view cells close");
-        firstCell.model = null; // a model dies with its view cell
+        firstCell.model = null; // removeTimelineModel() deletes the model
         secondCell.model = null;
         bookmarks.removeTimelineModel("cell-1");
         bookmarks.removeTimelineModel("cell-2");

@@ -22,14 +22,15 @@ namespace {
 void play(HostShell &shell, Transcript &transcript)
 {
     QQmlApplicationEngine engine;
-    shell.enter(engine);
-    WorkbenchContext &bench = shell.bench();
-    QObject::connect(&bench, &WorkbenchContext::passing, &transcript, &Transcript::printTraffic);
-    QObject::connect(&engine, &QQmlApplicationEngine::objectCreationFailed, &bench, [&] {
+    shell.initialise(engine);
+    WorkbenchContext &workbench = shell.workbench();
+    QObject::connect(&workbench, &WorkbenchContext::passing, &transcript,
+                     &Transcript::printTraffic);
+    QObject::connect(&engine, &QQmlApplicationEngine::objectCreationFailed, &workbench, [&] {
         transcript.printCheck(false, QStringLiteral("the tour's QML can be loaded"));
-        bench.finish();
+        workbench.finish();
     });
-    QObject::connect(&bench, &WorkbenchContext::finished, QCoreApplication::instance(),
+    QObject::connect(&workbench, &WorkbenchContext::finished, QCoreApplication::instance(),
                      &QCoreApplication::quit, Qt::QueuedConnection);
 
     QVariantMap properties = shell.initialProperties();
@@ -39,12 +40,12 @@ void play(HostShell &shell, Transcript &transcript)
     QCoreApplication::exec();
 }
 
-/// Pictures of the window in its main states, with stations of its own and bookmarks in them.
+/// Takes pictures of the window's main states, with temporary stations and random bookmarks.
 void takePictures(const Options &options, Transcript &transcript)
 {
     constexpr int Bookmarks = 5'000;
     const QTemporaryDir folder;
-    StationThread stations(demoStations());
+    stations::StationThread stations(demoStations());
     QString error = prepareStations(stations, {folder.path(), Bookmarks, options.seed, QString()});
     HostShell shell(stations);
     if (!error.isEmpty() || !shell.load(options.pluginPath, &error)) {
@@ -59,7 +60,7 @@ void takePictures(const Options &options, Transcript &transcript)
 
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
     QQmlApplicationEngine engine;
-    shell.enter(engine);
+    shell.initialise(engine);
     QVariantMap properties = shell.initialProperties();
     properties.insert(QStringLiteral("pictures"), QVariant::fromValue(&pictures));
     engine.setInitialProperties(properties);
@@ -75,17 +76,20 @@ void takePictures(const Options &options, Transcript &transcript)
 int playTour(const Options &options)
 {
     if (!options.picturesFolder.isEmpty() && !QDir().mkpath(options.picturesFolder))
-        return complain(options.picturesFolder + QStringLiteral(": cannot be written"));
+        return reportError(
+            options.picturesFolder +
+            QStringLiteral(": can't be written; check the folder and its permissions"));
     Transcript transcript(stdout, options.verbose);
     {
-        // Over before the pictures, as a plug-in is loaded once at a time.
+        // In a block, because the pictures load the plug-in again: it can't be loaded twice at a
+        // time.
         const QTemporaryDir temporary;
         const QString folder = options.dataFolder.isEmpty() ? temporary.path() : options.dataFolder;
-        StationThread stations(demoStations());
+        stations::StationThread stations(demoStations());
         QString error = prepareStations(stations, {folder, 0, 0, options.importFile});
         HostShell shell(stations);
         if (!error.isEmpty() || !shell.load(options.pluginPath, &error))
-            return complain(error);
+            return reportError(error);
         play(shell, transcript);
     }
     if (!options.picturesFolder.isEmpty())

@@ -4,7 +4,8 @@
 
 namespace workbench {
 
-/// Plays the tour of the plug-in's interface in the terminal; returns the exit code.
+/// Plays the tour of the plug-in's interface in the terminal.
+/// @return the exit code
 int playTour(const Options &options);
 
 } // namespace workbench

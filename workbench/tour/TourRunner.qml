@@ -1,20 +1,20 @@
 import QtQml
 
-// Plays a program of steps against the plug-in. A program is a generator: it calls the plug-in's
-// methods through `bookmarks`, and `yield`s what it waits for.
-//
-//     const [success] = yield until("addBookmarkResponsed");
+/// Plays a program of steps against the plug-in. A program is a generator: it calls the plug-in's
+/// methods through `bookmarks` and yields the conditions that it waits for:
+///
+///     const [success] = yield until("addBookmarkResponsed");
 QtObject {
     id: runner
 
-    /// The plug-in's object, as the client offers it to QML.
+    /// The plug-in's object.
     required property var plugin
-    /// What lies around the plug-in: the stations, other clients, the host.
-    required property var bench
-    /// Where everything that happens is written down.
+    /// The WorkbenchContext.
+    required property var workbench
+    /// The Transcript.
     required property var transcript
 
-    /// The plug-in again; every call through it is printed with its result.
+    /// Forwards calls to the plug-in and prints them with their results.
     readonly property var bookmarks: new Proxy(plugin, {
         get: (target, name) => (...args) => {
             runner.transcript.printCall(name, args);
@@ -25,29 +25,29 @@ QtObject {
     })
 
     property var program: null    ///< the running generator
-    property var awaited: null    ///< what it waits for; null while it runs
-    property var result: undefined ///< what it has waited for
-    property var received: []     ///< signals of the plug-in that nobody has waited for yet
-    property var listeners: []    ///< what was connected to the plug-in's signals
+    property var awaited: null    ///< the condition that it waits for; null while it runs
+    property var result: undefined ///< the result of the last condition
+    property var received: []     ///< emitted signals that the program has not waited for
+    property var listeners: []    ///< the functions connected to the plug-in's signals
 
-    readonly property Timer patience: Timer {
+    readonly property Timer timeout: Timer {
         interval: 10000
         onTriggered: runner.giveUp("nothing came for " + interval / 1000 + " s")
     }
 
-    // A program does not go on from within the plug-in's own call.
-    readonly property Timer resumption: Timer {
+    // Resumes the program from the event loop, not from inside a call of the plug-in.
+    readonly property Timer resumeTimer: Timer {
         interval: 0
         onTriggered: runner.resume()
     }
 
     function play(steps) {
-        for (const name of bench.signalNames()) {
-            const listener = (...args) => runner.take(name, args);
+        for (const name of workbench.signalNames()) {
+            const listener = (...args) => runner.receive(name, args);
             plugin[name].connect(listener);
             listeners.push({ name: name, listener: listener });
         }
-        bench.trafficPassed.connect(check);
+        workbench.trafficPassed.connect(check);
         program = steps;
         resume();
     }
@@ -55,23 +55,23 @@ QtObject {
     function finish() {
         for (const { name, listener } of listeners)
             plugin[name].disconnect(listener);
-        bench.trafficPassed.disconnect(check);
-        bench.finish();
+        workbench.trafficPassed.disconnect(check);
+        workbench.finish();
     }
 
-    /// Waits for the next emission of a signal; gives the list of its arguments.
+    /// Returns the condition that a signal is emitted. Its result is the list of arguments.
     function until(signalName) {
-        return { describe: signalName, poll: () => runner.claim(signalName) };
+        return { describe: signalName, poll: () => runner.takeSignal(signalName) };
     }
 
-    /// Waits until a condition holds.
+    /// Returns the condition that a function returns true.
     function untilTrue(description, condition) {
         return { describe: description, poll: () => condition() ? true : undefined };
     }
 
     function step(title) {
         received = [];
-        bench.forgetTraffic();
+        workbench.forgetTraffic();
         transcript.printStep(title);
     }
 
@@ -79,18 +79,18 @@ QtObject {
         transcript.printCheck(condition === true, what);
     }
 
-    function take(name, args) {
+    function receive(name, args) {
         transcript.printSignal(name, args);
         received.push({ name: name, args: args });
         check();
     }
 
-    function claim(name) {
+    function takeSignal(name) {
         const index = received.findIndex(entry => entry.name === name);
         return index < 0 ? undefined : received.splice(index, 1)[0].args;
     }
 
-    /// Goes on with the program when what it waits for is there. Cheap to call too often.
+    /// Resumes the program if its condition holds.
     function check() {
         if (!awaited)
             return;
@@ -98,8 +98,8 @@ QtObject {
         if (result === undefined)
             return;
         awaited = null;
-        patience.stop();
-        resumption.start();
+        timeout.stop();
+        resumeTimer.start();
     }
 
     function resume() {
@@ -116,7 +116,7 @@ QtObject {
             return;
         }
         awaited = next.value;
-        patience.restart();
+        timeout.restart();
         check();
     }
 

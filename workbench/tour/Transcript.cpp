@@ -8,14 +8,14 @@ namespace workbench {
 
 namespace {
 
-/// A value on one line, as JSON where JSON has a form for it.
+/// Formats a value on one line, as JSON if possible.
 QString oneLine(const QVariant &value)
 {
     if (!value.isValid())
         return QStringLiteral("-");
     if (value.canConvert<QObject *>())
         return QLatin1String(value.value<QObject *>() ? "a model" : "null");
-    // Put into a list, as a document holds nothing simpler, and taken out of its brackets again.
+    // A JSON document must be an array or object: format an array and remove its brackets.
     const QJsonArray list{QJsonValue::fromVariant(value)};
     const QByteArray text = QJsonDocument(list).toJson(QJsonDocument::Compact);
     return QString::fromUtf8(text.mid(1, text.size() - 2));
@@ -56,7 +56,7 @@ void Transcript::printCall(const QString &method, const QVariantList &arguments)
 
 void Transcript::printResult(const QVariant &result)
 {
-    // A page of records would bury the rest; the step prints what it wants to show of it.
+    // A page of records is too long; the step prints the relevant columns.
     if (!result.isValid() || (!m_verbose && result.typeId() > QMetaType::QString))
         return;
     printLine("   gives", oneLine(result));
@@ -72,7 +72,7 @@ void Transcript::printTraffic(const standin::Traffic &traffic)
         mark = "  send >";
         text += QLatin1String(" to ") + stationOf(traffic);
         if (!traffic.accepted)
-            text += QLatin1String(", refused");
+            text += QLatin1String(", rejected");
         break;
     case Kind::Answered:
         mark = "answer <";
@@ -101,17 +101,17 @@ void Transcript::printRows(const QString &title, const QVariantList &rows)
         printLine("       |", row.toStringList().join(QLatin1String("  |  ")));
 }
 
-void Transcript::printCheck(bool holds, const QString &what)
+void Transcript::printCheck(bool passed, const QString &what)
 {
     ++m_checks;
-    if (!holds)
+    if (!passed)
         ++m_failures;
-    printLine(holds ? "ok      " : "FAILED  ", what);
+    printLine(passed ? "ok      " : "FAILED  ", what);
 }
 
 void Transcript::printSummary()
 {
-    m_out << '\n' << m_checks - m_failures << " checks held, " << m_failures << " failed.\n";
+    m_out << '\n' << m_checks - m_failures << " checks passed, " << m_failures << " failed.\n";
     m_out.flush();
 }
 

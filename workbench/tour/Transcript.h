@@ -8,27 +8,30 @@
 
 namespace workbench {
 
-/// Writes down what happens on the workbench: steps, calls, commands, answers, signals, rows and
-/// checks, one line each.
+/// Prints the events of a tour: steps, calls, commands, answers, signals, rows and checks, one per
+/// line.
 class Transcript : public QObject
 {
     Q_OBJECT
 
 public:
-    /// @param verbose write payloads and results too
+    /// @param file    not owned; must outlive this object
+    /// @param verbose print payloads and results too
     explicit Transcript(FILE *file, bool verbose, QObject *parent = nullptr);
 
     void printTraffic(const standin::Traffic &traffic);
 
     Q_INVOKABLE void printStep(const QString &title);
-    /// A call from QML of one of the plug-in's methods, before it is made.
+    /// Prints a call of the plug-in. Call it before the call is made, so that the lines are in
+    /// order.
     Q_INVOKABLE void printCall(const QString &method, const QVariantList &arguments);
     Q_INVOKABLE void printResult(const QVariant &result);
     Q_INVOKABLE void printSignal(const QString &name, const QVariantList &arguments);
     /// @param rows lists of column texts
     Q_INVOKABLE void printRows(const QString &title, const QVariantList &rows);
-    /// Something that must hold.
-    Q_INVOKABLE void printCheck(bool holds, const QString &what);
+    /// Prints and counts a check.
+    /// @param what the expectation, or an error message
+    Q_INVOKABLE void printCheck(bool passed, const QString &what);
     void printSummary();
 
     int failures() const { return m_failures; }

@@ -4,11 +4,11 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// All keys of the window, a section for each of its parts.
+/// Lists the keys of the window, in one section for each part.
 Dialog {
     id: help
 
-    /// Maps of title and keys, pairs of keys and what they do.
+    /// Maps of "title" and "keys"; keys are pairs of a key and its action, as texts.
     required property var sections
 
     title: qsTr("Keys")

@@ -7,13 +7,14 @@ import Client.Timeline
 import Client.Topology
 import Integration
 
-/// The window: topology, view cells and bookmark panel side by side, the integrators' drawer below.
+/// The main window: topology, view cells and bookmark panel side by side, the integrators' drawer
+/// below.
 ThemedWindow {
     id: window
 
     required property var plugin
-    required property WorkbenchContext bench
-    /// Whether the window begins as it was left and is kept for the next time.
+    required property WorkbenchContext workbench
+    /// Restores the window's state at the start and saves it at the end.
     property bool remembers: true
     /// The largest size at the start: the screen's, unless the platform has none.
     property size room: Qt.platform.pluginName === "offscreen" ? Qt.size(1e6, 1e6)
@@ -30,12 +31,12 @@ ThemedWindow {
         id: app
         plugin: window.plugin
         topology: Topology {
-            stations: window.bench.stations
-            stationStates: window.bench.stationStates
+            stations: window.workbench.stations
+            stationStates: window.workbench.stationStates
         }
-        timeZone: window.bench.clientTimeZone
-        settingAllowed: window.bench.settingPermission
-        failedStations: window.bench.failedStations
+        timeZone: window.workbench.clientTimeZone
+        settingAllowed: window.workbench.settingPermission
+        failedStations: window.workbench.failedStations
         onNotice: (text, failure) => notice.show(text, failure)
     }
     ResultNotifier {
@@ -90,7 +91,7 @@ ThemedWindow {
         IntegratorDrawer {
             id: drawer
             app: app
-            bench: window.bench
+            workbench: window.workbench
             visible: false
             SplitView.preferredHeight: 300
             SplitView.minimumHeight: 140
@@ -163,9 +164,9 @@ ThemedWindow {
     Component.onCompleted: {
         if (remembers)
             memory.restore();
-        if (bench.openedRecording.file !== "") // by --replay
+        if (workbench.openedRecording.file !== "") // by --replay
             drawer.visible = true;
-        bench.connectToServer();
+        workbench.connectToServer();
         app.refresh();
     }
 }

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// Says something briefly at the lower edge of the window; failures stay longer.
+/// Shows a short message at the lower edge of the window; failures stay longer.
 Rectangle {
     id: notice
 

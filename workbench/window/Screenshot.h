@@ -9,21 +9,23 @@ namespace workbench {
 
 class WorkbenchContext;
 
-/// One picture of the window, as soon as it shows the stations' first data.
+/// Takes one picture of the window when it shows the stations' bookmarks.
 class Screenshot : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Window and bench are not owned and must outlive this object.
-    Screenshot(QQuickWindow &window, const WorkbenchContext &bench, const QString &file,
+    /// @param window,workbench not owned; must outlive this object
+    Screenshot(QQuickWindow &window, const WorkbenchContext &workbench, const QString &file,
                QObject *parent);
 
-    /// Writes what the window shows as PNG; returns what went wrong, or an empty text.
+    /// Writes a picture of the window as PNG.
+    /// @return an error message with the file, or an empty text
     static QString write(QQuickWindow &window, const QString &file);
 
 Q_SIGNALS:
-    /// Comes once, with what went wrong or an empty text.
+    /// Emitted once.
+    /// @param error a message with the file, or an empty text
     void done(const QString &error);
 
 private:
@@ -31,10 +33,10 @@ private:
     void take();
 
     QQuickWindow &m_window;
-    const WorkbenchContext &m_bench;
+    const WorkbenchContext &m_workbench;
     QString m_file;
-    QTimer m_patience;
-    QTimer m_quiet; ///< runs while no answer is to come
+    QTimer m_timeout;
+    QTimer m_quiet; ///< runs while no answer is outstanding
 };
 
 } // namespace workbench

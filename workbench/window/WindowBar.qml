@@ -3,7 +3,7 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// The bar at the top: what concerns the window as a whole.
+/// The bar at the top, with the actions of the whole window.
 ToolBar {
     id: bar
 
@@ -47,7 +47,7 @@ ToolBar {
         BarButton {
             objectName: "refresh"
             text: qsTr("Refresh")
-            hint: qsTr("Ask all stations for their bookmarks again (F5)")
+            hint: qsTr("Query the bookmarks of all stations again (F5)")
             onClicked: bar.app.refresh()
         }
         BarButton {

@@ -7,7 +7,7 @@ namespace workbench {
 
 namespace {
 
-/// What a view makes for its rows has a parent among the items, and often none among the objects.
+/// Searches child items, because the delegates of a view often have no QObject parent.
 QObject *findItem(QQuickItem *item, const QString &objectName)
 {
     if (item->objectName() == objectName)

@@ -7,7 +7,7 @@ class QQuickWindow;
 
 namespace workbench {
 
-/// Item, popup or other object of that name in a window, or null.
+/// @return the item, popup or other object with this name in a window, or null
 QObject *findInWindow(QQuickWindow &window, const QString &objectName);
 
 } // namespace workbench

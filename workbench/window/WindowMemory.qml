@@ -5,7 +5,7 @@ import Client.Panel
 import Client.Timeline
 import Integration
 
-/// What the window keeps between two runs.
+/// Saves and restores the state of the window between two runs.
 Item {
     id: memory
 
@@ -26,7 +26,7 @@ Item {
             if (settings.splits[i])
                 split.restoreState(settings.splits[i]);
         });
-        restorePart(cells, settings.cells || "{}"); // at first shows some cameras
+        restorePart(cells, settings.cells || "{}"); // an empty state shows the first cameras
         restorePart(panel, settings.panel);
     }
 
@@ -50,7 +50,7 @@ Item {
         category: "window"
 
         property bool dark: false
-        property int width: 0 ///< as height: 0 when none was kept
+        property int width: 0 ///< 0 for the default, as height
         property int height: 0
         property bool drawer: false
         property var splits: []

@@ -25,12 +25,13 @@ int WindowProgram::run()
 {
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
     m_engine.addImportPath(HostShell::importPath());
-    connect(&m_preparation, &Preparation::finished, this, &WindowProgram::goOn);
+    connect(&m_preparation, &Preparation::finished, this, &WindowProgram::continueAfterPreparation);
     connect(&m_preparation, &Preparation::acknowledged, this, &WindowProgram::showMain);
-    // First, as nobody wants to learn after a long preparation that the plug-in is at fault.
+    // Before the preparation, which may take long: a defect of the plug-in should be reported at
+    // once.
     QString error;
     if (m_shell.load(m_options.pluginPath, &error) && !m_options.faultsFile.isEmpty())
-        error = m_shell.bench().faults()->load(m_options.faultsFile);
+        error = m_shell.workbench().faults()->load(m_options.faultsFile);
     if (error.isEmpty())
         showPreparation();
     else
@@ -49,7 +50,7 @@ void WindowProgram::showPreparation()
     }
 }
 
-void WindowProgram::goOn()
+void WindowProgram::continueAfterPreparation()
 {
     if (m_exitCode)
         return;
@@ -61,28 +62,31 @@ void WindowProgram::goOn()
 
 void WindowProgram::showMain()
 {
-    m_shell.enter(m_engine);
+    m_shell.initialise(m_engine);
     if (m_comparison)
-        m_shell.bench().openedRecording()->open(*m_comparison);
+        m_shell.workbench().openedRecording()->open(*m_comparison);
     QQuickWindow *const window =
         show(QStringLiteral("Workbench/Main.qml"), m_shell.initialProperties());
     if (m_preparationWindow)
         m_preparationWindow->deleteLater();
+    if (!window)
+        fail(QStringLiteral("the window's QML can't be loaded; see the messages above"));
     if (!window || m_options.screenshotFile.isEmpty())
         return;
     auto *const screenshot =
-        new Screenshot(*window, m_shell.bench(), m_options.screenshotFile, this);
+        new Screenshot(*window, m_shell.workbench(), m_options.screenshotFile, this);
     connect(screenshot, &Screenshot::done, this, [this](const QString &error) {
         if (!error.isEmpty())
-            m_exitCode = complain(error);
+            m_exitCode = reportError(error);
         QCoreApplication::exit(m_exitCode);
     });
 }
 
-/// In a window too, where somebody may be looking; @p details are on standard error already.
+/// Reports an error on standard error and, on a screen, in a window.
+/// @param details messages for the window, already printed on standard error
 void WindowProgram::fail(const QString &error, const QString &details)
 {
-    m_exitCode = complain(error);
+    m_exitCode = reportError(error);
     if (m_preparationWindow)
         m_preparationWindow->deleteLater();
     const bool hasScreen = QGuiApplication::platformName() != QLatin1String("offscreen");
@@ -90,19 +94,19 @@ void WindowProgram::fail(const QString &error, const QString &details)
         hasScreen &&
         show(QStringLiteral("Preparation/ErrorWindow.qml"),
              {{QStringLiteral("message"), QString(details + QLatin1Char('\n') + error).trimmed()}});
-    // Not before the event loop runs, which would not notice.
+    // Queued, because quit() has no effect before the event loop runs.
     if (!shown)
         QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
-/// Null, with the reasons on standard error and an exit code, when the file can't be shown.
+/// @return the window, or null if the file can't be loaded; Qt has printed the reasons then
 QQuickWindow *WindowProgram::show(const QString &file, const QVariantMap &properties)
 {
+    const qsizetype before = m_engine.rootObjects().size();
     m_engine.setInitialProperties(properties);
     m_engine.load(QUrl(QStringLiteral("qrc:/tessaline/") + file));
     const QList<QObject *> roots = m_engine.rootObjects();
-    auto *const window = roots.isEmpty() ? nullptr : qobject_cast<QQuickWindow *>(roots.last());
-    return window;
+    return roots.size() > before ? qobject_cast<QQuickWindow *>(roots.last()) : nullptr;
 }
 
 } // namespace workbench

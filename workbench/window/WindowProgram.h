@@ -15,35 +15,36 @@ class QQuickWindow;
 
 namespace workbench {
 
-/// The workbench with its window: prepares the stations, loads the plug-in and shows what there is
-/// to show, from the first progress bar to an error.
+/// Runs the workbench with its window: loads the plug-in, prepares the stations and shows progress,
+/// errors and the main window.
 class WindowProgram : public QObject
 {
     Q_OBJECT
 
 public:
-    /// @param comparison that was made before, for the integrators' drawer
+    /// @param comparison a finished comparison, for the integrators' drawer
     explicit WindowProgram(const Options &options,
                            const std::optional<Comparison> &comparison = std::nullopt);
 
-    /// Returns the exit code, when the window has been closed.
+    /// Runs until the window is closed.
+    /// @return the exit code
     int run();
 
 private:
     void showPreparation();
-    void goOn();
+    void continueAfterPreparation();
     void showMain();
     void fail(const QString &error, const QString &details = {});
     QQuickWindow *show(const QString &file, const QVariantMap &properties);
 
     Options m_options;
     std::optional<Comparison> m_comparison;
-    StationThread m_stations;
+    stations::StationThread m_stations;
     Preparation m_preparation;
     ProgressLine m_progressLine;
     HostShell m_shell;
     QQmlApplicationEngine m_engine;
-    QQuickWindow *m_preparationWindow = nullptr; ///< owned by the engine, as all windows
+    QQuickWindow *m_preparationWindow = nullptr; ///< owned by the engine
     int m_exitCode = 0;
 };
 

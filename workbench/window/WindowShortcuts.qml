@@ -1,7 +1,7 @@
 import QtQuick
 import Client.Common
 
-/// Keys that work wherever the focus is.
+/// Keys that work for every focus.
 Item {
     id: shortcuts
 
@@ -15,7 +15,7 @@ Item {
 
     readonly property var texts: [
         ["F1, ?", qsTr("This help")],
-        ["F5", qsTr("Ask all stations again")],
+        ["F5", qsTr("Query all stations again")],
         ["Ctrl+F", qsTr("Search bookmarks")],
         ["Ctrl+T", qsTr("Find a camera")],
         ["Ctrl+G", qsTr("Go to the view cells")],

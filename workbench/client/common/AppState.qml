@@ -1,8 +1,7 @@
 import QtQml
 import Client.Common
 
-/// What the client's parts share. It calls the plug-in and listens to it, and stores nothing that
-/// the plug-in stores.
+/// The state that the client's parts share. Bookmarks stay in the plug-in.
 QtObject {
     id: app
 
@@ -10,74 +9,74 @@ QtObject {
     required property var plugin
     required property Topology topology
 
-    // Known to the host; the plug-in's object has no property for it.
-    /// IANA identifier of the server's zone, in which bookmarks have their texts.
+    // The host sets these properties; the plug-in's object has none for them.
+    /// IANA identifier of the server's zone, for the texts of bookmarks.
     property string timeZone: "UTC"
     property bool settingAllowed: true
-    /// Names of the stations that failed to answer the last query, or have not yet.
+    /// Names of the stations that failed the last query of all bookmarks or have not answered it.
     property var failedStations: []
 
-    /// The plug-in's object again, under the name that the documents give it.
+    /// The plug-in's object under the name of the documentation.
     readonly property var bookmarks: plugin
     readonly property DateRanges ranges: DateRanges {
         timeZone: app.timeZone
     }
     readonly property bool timeZoneKnown: ranges.zoneKnown
 
-    /// Why actions that change settings are disabled; empty when they are not.
+    /// The reason why actions that change settings are disabled; empty if they are enabled.
     readonly property string lockReason: settingAllowed ? ""
         : qsTr("The server does not allow this user to change settings.")
 
-    /// Written into bookmarks that are added here.
+    /// The default creator of new bookmarks.
     property string userName: qsTr("operator")
 
-    /// The camera that was chosen in the topology, as there; null for none.
+    /// The camera selected in the topology, a map as in Topology; null for none.
     property var currentCamera: null
 
-    /// Counts the changes of the plug-in's list of all bookmarks. A page depends on it.
+    /// Counts the changes of the plug-in's list of all bookmarks, so that bindings can depend on it.
     property int revision: 0
 
-    /// The bookmarks that the user has just added: a map of their cameras' keys and of the start,
-    /// end, description, creator and group that they share. Null for none.
+    /// The bookmarks of the last addition: a map of "keys", the camera keys, and of the values that
+    /// they share (startTimestamp, endTimestamp, description, creator, group). Null for none.
     property var added: null
 
-    property int deletedTogether: 0 ///< how many bookmarks were last to be deleted at once
+    property int deletedTogether: 0 ///< number of bookmarks in the last deletion of several
 
-    property bool querying: false ///< a query of all bookmarks has answers to come
-    property int partsReceived: 0 ///< stations that have answered it
+    property bool querying: false ///< a query of all bookmarks has outstanding answers
+    property int partsReceived: 0 ///< number of answers to it
     property int partsExpected: 0
-    property string queriedZone: "" ///< the zone in which it was sent; empty before the first query
+    property string queriedZone: "" ///< timeZone at the last query; empty before the first one
 
     /// Asks the window to show a short message.
     signal notice(string text, bool failure)
-    /// To be shown in a view cell.
+    /// Asks to show a camera in a view cell.
     signal cameraWanted(var camera)
-    /// A display record to be shown in a view cell at its time.
+    /// Asks to show a display record in a view cell, at its start.
     signal bookmarkWanted(var record)
-    /// Timelines show bookmarks as they were before a change.
+    /// Bookmarks have changed, so timelines must be loaded again.
     signal timelinesOutdated()
-    /// The list of all bookmarks is complete, or the user no longer waits for it.
+    /// The query of all bookmarks has ended, or the user stopped waiting.
     signal refreshed()
 
     function refresh() {
         queriedZone = timeZone;
         partsReceived = 0;
         partsExpected = topology.stations.length;
-        querying = true; // before the call, from inside of which answers may come
+        querying = true; // before the call, because answers may come inside it
         const sent = bookmarks.queryAllBookmarks();
         revision += 1;
         if (!sent) {
             querying = false;
-            notice(qsTr("No station could be asked for its bookmarks."), true);
+            notice(qsTr("The bookmarks could not be queried: no station accepted the command. Try again later."), true);
         }
     }
 
-    /// What is still to come no longer keeps the window busy; it is shown when it comes.
+    /// Ends the display of progress. Later answers still update the list.
     function stopWaiting() {
         querying = false;
     }
 
-    /// Whether a display record is one of the bookmarks described by a map as in added.
+    /// @return true if a display record is one of the bookmarks in a map as in added
     function isOneOf(record, bookmarks) {
         return bookmarks !== null && bookmarks.keys.includes(topology.keyOf(record))
             && bookmarks.startTimestamp === record.startTimestamp
@@ -94,7 +93,7 @@ QtObject {
     readonly property Connections zone: Connections {
         target: app.ranges
 
-        // Records have the texts of the zone in which they arrived.
+        // Records keep the texts of the zone at their arrival, so a new zone needs a new query.
         function onTimeZoneChanged() {
             if (!app.ranges.zoneKnown)
                 app.notice(qsTr("The server's time zone %1 is unknown here. Bookmarks have no dates and times.")

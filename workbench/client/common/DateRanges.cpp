@@ -10,8 +10,8 @@ namespace workbench {
 
 namespace {
 
-/// Beyond any bookmark, and still the same after the way through JavaScript, whose numbers have 53
-/// bits: the least 64-bit number, and the greatest one with ten zeros at its end.
+/// Limits beyond any bookmark that a JavaScript number represents exactly with its 53 bits: the
+/// smallest 64-bit number, and the largest one with ten zero bits at its end.
 constexpr qint64 Earliest = std::numeric_limits<qint64>::min();
 constexpr qint64 Latest = std::numeric_limits<qint64>::max() - 1023;
 
@@ -20,7 +20,7 @@ QVariantMap rangeMap(qint64 start, qint64 end)
     return {{QStringLiteral("startTimestamp"), start}, {QStringLiteral("endTimestamp"), end}};
 }
 
-/// A day has 23 or 25 hours when the clocks change, and does not begin at midnight everywhere.
+/// Returns a range of whole days. A day may have 23 or 25 hours and need not start at midnight.
 QVariantMap daysBetween(QDate first, QDate last, const QTimeZone &zone)
 {
     return rangeMap(first.startOfDay(zone).toMSecsSinceEpoch(),

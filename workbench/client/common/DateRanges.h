@@ -7,8 +7,8 @@
 
 namespace workbench {
 
-/// Ranges of whole days in one time zone, as the bookmark panel filters by them. Days are ISO
-/// texts, `2026-03-29`; they order as texts do. Moments are milliseconds since the epoch.
+/// Computes ranges of whole days in a time zone, for the filter of the bookmark panel. Days are ISO
+/// texts like `2026-03-29`, which sort by date. Moments are milliseconds since the epoch.
 class DateRanges : public workbench::ZonedObject
 {
     Q_OBJECT
@@ -20,16 +20,17 @@ public:
 
     using ZonedObject::ZonedObject;
 
-    /// First and last millisecond of a preset as startTimestamp and endTimestamp. @p firstDay and
-    /// @p lastDay, in any order, are read for Days only; with a text that is no day it means All.
+    /// Returns the first and last millisecond of a preset as a map of startTimestamp and
+    /// endTimestamp.
+    /// @param firstDay,lastDay in any order, for the preset Days; an invalid day means All
     Q_INVOKABLE QVariantMap range(workbench::DateRanges::Preset preset, qint64 now,
                                   const QString &firstDay = {}, const QString &lastDay = {}) const;
 
-    /// The day of a moment.
+    /// @return the day of a moment
     Q_INVOKABLE QString dayOf(qint64 moment) const;
-    /// A day some days or months later; within a shorter month its last day.
+    /// @return the day some days or months later; the last day of a shorter month
     Q_INVOKABLE static QString dayLater(const QString &day, int days, int months = 0);
-    /// A day in the system locale's short format.
+    /// @return a day in the system locale's short format
     Q_INVOKABLE static QString shortText(const QString &day);
 };
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Client.Common
 
-/// Shows that the keys go to the item around which it lies.
+/// A frame that marks its parent as having the keyboard focus.
 Rectangle {
     property bool shown: false
 

@@ -5,8 +5,8 @@
 
 namespace workbench {
 
-/// Joins any number of requests into one signal just before the next frame of its window is drawn:
-/// what a handler changes is seen in that same frame.
+/// Combines requests into one signal just before the next frame is drawn. That frame shows the
+/// changes of the signal's handlers.
 class FrameUpdate : public QQuickItem
 {
     Q_OBJECT

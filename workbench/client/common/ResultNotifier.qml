@@ -1,23 +1,23 @@
 import QtQml
 
-/// Shows the results of requests that change bookmarks, and queries the list after them.
+/// Shows the results of requests that change bookmarks, and queries the list afterwards.
 QtObject {
     id: notifier
 
     required property AppState app
 
-    property int changed: 0   ///< edited bookmarks that no notice has told of yet
-    property int unchanged: 0 ///< the same of those whose edit has failed
-    property bool timelinesWait: false ///< for the query
+    property int changed: 0   ///< edited bookmarks since the last notice
+    property int unchanged: 0 ///< failed edits since the last notice
+    property bool timelinesOutdated: false ///< timelines must be loaded again after the query
 
     readonly property Timer soon: Timer {
-        interval: 30 // one query after the answers to many requests
+        interval: 30 // several answers cause one query
         onTriggered: {
             notifier.reportChanges();
             notifier.app.refresh();
-            if (notifier.timelinesWait)
+            if (notifier.timelinesOutdated)
                 notifier.app.timelinesOutdated();
-            notifier.timelinesWait = false;
+            notifier.timelinesOutdated = false;
         }
     }
 
@@ -33,7 +33,7 @@ QtObject {
         }
         function onUpdateBookmarkResponsed(success) {
             success ? notifier.changed += 1 : notifier.unchanged += 1;
-            notifier.timelinesWait = true;
+            notifier.timelinesOutdated = true;
             notifier.soon.restart();
         }
         function onDeleteBookmarkResponsed(success) {
@@ -48,7 +48,7 @@ QtObject {
         function onRemoveAllBookmarksResponsed(success) {
             notifier.report(success, qsTr("All bookmarks of the station removed."),
                             qsTr("The station's bookmarks were not removed."));
-            notifier.timelinesWait = true;
+            notifier.timelinesOutdated = true;
         }
     }
 
@@ -57,7 +57,7 @@ QtObject {
         soon.restart();
     }
 
-    /// One notice for all that were edited together, each of which has an outcome.
+    /// Shows one notice for all edits, each of which has its own signal.
     function reportChanges() {
         const all = changed + unchanged;
         const failed = unchanged > 0;

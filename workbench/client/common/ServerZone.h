@@ -4,7 +4,7 @@
 
 namespace workbench {
 
-/// The zone with that IANA identifier; UTC when there is none.
+/// Returns the time zone with an IANA identifier, or UTC if there is none.
 inline QTimeZone serverZone(const QString &ianaId)
 {
     const QTimeZone zone(ianaId.toLatin1());

@@ -1,7 +1,7 @@
 pragma Singleton
 import QtQuick
 
-/// Colours and measures of the window, in a light and a dark set.
+/// The colours and sizes of the window, with a light and a dark set of colours.
 QtObject {
     id: theme
 
@@ -22,7 +22,7 @@ QtObject {
     readonly property color mark: dark ? "#e0a83c" : "#d98a00" ///< a bookmark on a timeline
     readonly property color playHead: dark ? "#f07f78" : "#d0342c"
 
-    readonly property color veil: dark ? "#a0000000" : "#60000000" ///< over what waits for a dialog
+    readonly property color veil: dark ? "#a0000000" : "#60000000" ///< over the window behind a dialog
 
     readonly property int gap: 6        ///< between controls, in device-independent pixels
     readonly property int margin: 10    ///< between panes and their content

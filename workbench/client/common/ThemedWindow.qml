@@ -2,11 +2,11 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// A window whose controls have the theme's colours.
+/// A window with the theme's colours.
 ApplicationWindow {
     color: Theme.window
     font.pixelSize: Theme.normalText
-    // One by one: controls don't hear of changes inside of a palette object.
+    // Set each colour: controls do not notice changes inside a shared palette object.
     palette {
         window: Theme.window
         windowText: Theme.text

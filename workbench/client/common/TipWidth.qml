@@ -3,8 +3,8 @@ import QtQuick.Controls
 import QtQuick.Templates as T
 import Client.Common
 
-/// Measures the tooltip that all controls share: as wide as its longest line, within reason. On its
-/// own it would be as wide as all its lines one after the other.
+/// Sets the width of the tooltip that all controls share to its longest line, up to a limit. Qt's
+/// default is the width of all lines in a row.
 Text {
     id: longestLine
 

@@ -7,8 +7,8 @@ QtObject {
     /// Maps of relayPath, name, locationID and cameras; cameras are maps of cameraID, name, key,
     /// locationID, relayPath and stationName.
     property var stations: []
-    /// "connected", "slow", "failing" or "disconnected" by relay path; a host that does not know a
-    /// station's state leaves it out.
+    /// "connected", "slow", "failing" or "disconnected" by relay path; empty if the host does not
+    /// know the states.
     property var stationStates: ({})
 
     readonly property var cameras: {
@@ -18,17 +18,17 @@ QtObject {
         return all;
     }
 
-    /// The key of a camera, from a map of relayPath and cameraID.
+    /// @return the camera key for a map of relayPath and cameraID
     function keyOf(record) {
         return record.relayPath ? record.relayPath + "/" + record.cameraID : record.cameraID;
     }
 
-    /// The camera with a key; null when there is none.
+    /// @return the camera with a key, or null
     function cameraWithKey(key) {
         return cameras.find(camera => camera.key === key) ?? null;
     }
 
-    /// Names of the stations with these relay paths, each once.
+    /// @return the names of the stations with these relay paths, without duplicates
     function stationNames(relayPaths) {
         return stations.filter(station => relayPaths.includes(station.relayPath))
                        .map(station => station.name);

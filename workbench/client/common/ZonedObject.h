@@ -6,15 +6,15 @@
 
 namespace workbench {
 
-/// What tells days and times of day in one time zone. The tools of QML find it as a base class by
-/// its whole name only.
+/// Base of the classes that compute in a time zone. Derived classes must write its qualified name,
+/// by which qmllint finds the base class.
 class ZonedObject : public QObject
 {
     Q_OBJECT
     QML_ANONYMOUS
     /// IANA identifier; an unknown one means UTC.
     Q_PROPERTY(QString timeZone READ timeZone WRITE setTimeZone NOTIFY timeZoneChanged)
-    /// Whether Qt knows the zone.
+    /// True if Qt knows the zone.
     Q_PROPERTY(bool zoneKnown READ isZoneKnown NOTIFY timeZoneChanged)
 
 public:

@@ -3,15 +3,15 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// Adds a bookmark on one camera, or the same on many.
+/// Adds the same bookmark on one or several cameras.
 FormDialog {
     id: dialog
 
     required property KnownGroups known
 
-    property var targets: []     ///< cameras of the last try
-    property var request: null   ///< the bookmarks of the last try, as in AppState.added
-    property bool checking: false ///< the list is read again, as the request has failed
+    property var targets: []     ///< cameras of the last request
+    property var request: null   ///< bookmarks of the last request, as in AppState.added
+    property bool checking: false ///< after a failure: a query of all bookmarks is running
 
     objectName: "addDialog"
     title: qsTr("Add a bookmark")
@@ -22,7 +22,8 @@ FormDialog {
     firstField: description
     height: Math.min(parent ? parent.height - 40 : 560, 560)
 
-    /// Times in milliseconds since the epoch; without them the last minute.
+    /// Opens the dialog for cameras. Times are milliseconds since the epoch; the default is the last
+    /// minute.
     function openFor(wanted, startMoment, endMoment) {
         const last = endMoment ?? Date.now();
         cameras.begin(wanted);
@@ -65,24 +66,24 @@ FormDialog {
         app.added = request;
         checking = !success;
         if (success) {
-            settle("");
+            finish("");
         } else {
             timeout.restart();
             app.refresh();
         }
     }
 
-    /// The signal names failed cameras by texts that several cameras may share, and reports a
-    /// failure also when a view cell can't show a bookmark that is stored: the list has the truth.
-    /// Only the cameras that failed stay ticked, so that another try adds nothing twice.
-    function settleChecked() {
+    /// Finds the failed cameras in the list of all bookmarks, because the signal names cameras by texts
+    /// that may be equal, and reports a failure also if a view cell can't show a stored bookmark.
+    /// Keeps only the failed cameras checked, so that another try adds no bookmark twice.
+    function finishChecked() {
         checking = false;
         const failed = targets.filter(camera => !isStored(camera));
         cameras.choose(targets, false);
         cameras.choose(failed, true);
         cameras.show(failed[0]);
         const titles = failed.slice(0, 5).map(camera => cameras.titleOf(camera)).join(", ");
-        settle(failed.length === 0 ? "" : qsTr("Not added on %1 of %2 cameras: %3")
+        finish(failed.length === 0 ? "" : qsTr("Not added on %1 of %2 cameras: %3")
             .arg(failed.length).arg(targets.length).arg(titles + (failed.length > 5 ? ", …" : "")));
     }
 
@@ -102,7 +103,7 @@ FormDialog {
         target: dialog.app
         enabled: dialog.checking
         function onRefreshed() {
-            dialog.settleChecked();
+            dialog.finishChecked();
         }
     }
     Connections {

@@ -4,12 +4,12 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// Any number of cameras, of any stations.
+/// Selects any number of cameras of all stations.
 ColumnLayout {
     id: list
 
     required property AppState app
-    property bool required: false ///< none is an error
+    property bool required: false ///< shows an empty selection as an error
 
     property var chosen: ({}) ///< cameras by key
     readonly property var cameras: Object.values(chosen)
@@ -65,7 +65,7 @@ ColumnLayout {
         }
         Button {
             objectName: "checkShown"
-            text: qsTr("All of these")
+            text: qsTr("All listed")
             ToolTip.text: qsTr("Check all cameras that are listed")
             ToolTip.visible: hovered
             onClicked: list.choose(view.model, true)

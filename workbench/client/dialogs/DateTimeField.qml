@@ -4,20 +4,20 @@ import QtQuick.Layouts
 import Client.Common
 import Client.Dialogs
 
-/// A moment, typed as text, with a remark on the text below it.
+/// Edits a moment as text, with a remark below.
 ColumnLayout {
     id: field
 
     required property string title
     required property DateTimeTexts texts
-    property string problem: "" ///< an error other than in the text itself
+    property string problem: "" ///< an error that is not in the text itself
 
     /// Milliseconds since the epoch; undefined while the text is not a time.
     property var moment: undefined
-    property string remark: "" ///< on the text as it was typed
+    property string remark: "" ///< DateTimeTexts.remarkOn() the typed text
     readonly property alias input: input
 
-    // The text has no milliseconds and may stand for two moments: it counts only when edited.
+    // Only an edited text sets the moment: it has no milliseconds and may be ambiguous.
     function setMoment(ms) {
         moment = ms;
         remark = "";
@@ -26,7 +26,7 @@ ColumnLayout {
 
     spacing: 2
     Layout.fillWidth: true
-    Layout.preferredWidth: 1 // the same for all fields of a row, whatever their remarks
+    Layout.preferredWidth: 1 // equal widths in a row, whatever the remarks
 
     Label {
         text: field.title

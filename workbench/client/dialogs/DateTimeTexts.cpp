@@ -19,8 +19,8 @@ struct DateAndTime
     QTime time;
 };
 
-// One by one: a date and time together would be read by the clock of this computer, which may skip
-// a time that the station's clock does not.
+// Parses date and time separately: QDateTime would use this computer's zone, which may skip a time
+// that exists in the station's zone.
 DateAndTime read(const QString &text)
 {
     const QString trimmed = text.trimmed();
@@ -53,7 +53,7 @@ QString DateTimeTexts::remarkOn(const QString &text) const
     if (time.isValid() && !date.isValid() && day.size() == DateFormat.size())
         return tr("The calendar has no day %1.").arg(day);
     if (!date.isValid() || !time.isValid())
-        return tr("Not a time. Type it as 2026-03-29 14:05.");
+        return tr("This is not a time. Type it as 2026-03-29 14:05.");
     const QList<qint64> moments = momentsOf(date, time);
     const QString clock = time.toString(ShortTimeFormat);
     if (moments.isEmpty())
@@ -62,8 +62,8 @@ QString DateTimeTexts::remarkOn(const QString &text) const
         return QString();
     const bool isSummer =
         zone().isDaylightTime(QDateTime::fromMSecsSinceEpoch(moments.constFirst()));
-    return isSummer ? tr("%1 occurs twice, summer time is taken.").arg(clock)
-                    : tr("%1 occurs twice, the first one is taken.").arg(clock);
+    return isSummer ? tr("%1 occurs twice; the one in summer time is used.").arg(clock)
+                    : tr("%1 occurs twice; the first one is used.").arg(clock);
 }
 
 QString DateTimeTexts::lengthText(qint64 milliseconds)
@@ -87,7 +87,7 @@ QList<qint64> DateTimeTexts::momentsOf(QDate date, QTime time) const
     if (!date.isValid() || !time.isValid())
         return moments;
     const QDateTime local(date, time, QTimeZone::utc());
-    // The offset of the zone is one of those a day before and after.
+    // The offset at this time is that of the day before or of the day after.
     for (const int days : {-1, 1}) {
         const int offset = zone().offsetFromUtc(local.addDays(days));
         const QDateTime moment = local.addSecs(-offset);

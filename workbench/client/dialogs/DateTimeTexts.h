@@ -9,8 +9,8 @@
 
 namespace workbench {
 
-/// Moments as texts that a person types, `2026-03-29 14:05:30`, in one time zone. Moments are
-/// milliseconds since the epoch.
+/// Converts between moments and texts that a user types, like `2026-03-29 14:05:30`, in a time
+/// zone. Moments are milliseconds since the epoch.
 class DateTimeTexts : public workbench::ZonedObject
 {
     Q_OBJECT
@@ -20,16 +20,17 @@ public:
     using ZonedObject::ZonedObject;
 
     Q_INVOKABLE QString textOf(qint64 moment) const;
-    /// The moment of a text; the seconds may be left out. Undefined for a text that is not a time,
-    /// and for a time that the zone skips. Of a time that occurs twice the first one is meant.
+    /// Returns the moment of a text, in which the seconds are optional. Undefined if the text is
+    /// not a time or the zone skips it. Returns the first moment of a time that occurs twice.
     Q_INVOKABLE QVariant momentOf(const QString &text) const;
-    /// Why a text is not a time, or which of two times it means. Empty for any other text.
+    /// Returns the reason why a text is not a time, or a remark on a time that occurs twice;
+    /// otherwise an empty text.
     Q_INVOKABLE QString remarkOn(const QString &text) const;
-    /// A duration in words, as "1 h 2 min 3 s".
+    /// Formats a duration, like "1 h 2 min 3 s".
     Q_INVOKABLE static QString lengthText(qint64 milliseconds);
 
 private:
-    /// All moments at which the clocks of the zone show this, the first one first.
+    /// Returns all moments with this local time, in ascending order: none, one or two.
     QList<qint64> momentsOf(QDate date, QTime time) const;
 };
 

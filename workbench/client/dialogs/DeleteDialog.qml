@@ -3,13 +3,13 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// Deletes bookmarks, after showing which.
+/// Shows bookmarks and deletes them after a confirmation.
 SelectionDialog {
     id: dialog
 
     readonly property int named: 5
 
-    /// These are gone.
+    /// These bookmarks were deleted.
     signal removed(var records)
 
     objectName: "deleteDialog"
@@ -31,13 +31,13 @@ SelectionDialog {
             .arg(record.cameraName).arg(record.description || qsTr("(no text)"))).join("\n");
     }
 
-    /// Those that could not be deleted stay in the dialog.
+    /// Keeps the bookmarks that were not deleted in the dialog.
     function keep(left) {
         const count = records.length;
         removed(records.filter(record => !left.includes(record)));
         if (left.length > 0)
             choose(left);
-        settle(left.length === 0 ? "" : qsTr("%1 of %2 could not be deleted.").arg(left.length)
+        finish(left.length === 0 ? "" : qsTr("%1 of %2 were not deleted. Try again or check the station.").arg(left.length)
             .arg(count));
     }
 

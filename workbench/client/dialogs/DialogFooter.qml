@@ -3,7 +3,7 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// Below a form: what is wrong, what is under way, and the buttons.
+/// The footer of a form dialog: error, progress and buttons.
 Pane {
     id: footer
 
@@ -12,7 +12,7 @@ Pane {
     required property bool waiting
     required property string awaited
     required property string problem
-    required property string hint ///< why it may not be accepted at all
+    required property string hint ///< reason why the server forbids the action; empty if it does not
 
     signal accepted()
     signal rejected()

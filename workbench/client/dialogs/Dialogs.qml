@@ -8,16 +8,18 @@ Item {
 
     required property AppState app
 
-    /// These bookmarks have been deleted.
+    /// These bookmarks were deleted.
     signal removed(var records)
 
-    /// Cameras as in app.currentCamera, any number; times in milliseconds since the epoch, or
-    /// undefined for the last minute.
+    /// Opens the dialog to add a bookmark.
+    /// @param cameras   maps as in AppState.currentCamera
+    /// @param start,end milliseconds since the epoch, or undefined for the last minute
     function addFor(cameras, start, end) {
         addDialog.openFor(cameras, start, end);
     }
 
-    /// Display records, at least one: those that the filter shows, and those that it hides.
+    /// Opens the dialog to edit display records, at least one.
+    /// @param shown,hidden the records that the filter shows and hides
     function edit(shown, hidden) {
         editDialog.openFor(shown, hidden);
     }
@@ -26,7 +28,7 @@ Item {
         deleteDialog.openFor(shown, hidden);
     }
 
-    /// A station as in the topology.
+    /// @param station a map as in Topology.stations
     function removeAllOf(station) {
         removeAllDialog.openFor(station);
     }

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 
-/// Changes description and group of one bookmark, or of many at once; what is not touched stays.
+/// Changes description, group or both of one or several bookmarks.
 SelectionDialog {
     id: dialog
 
@@ -27,7 +27,8 @@ SelectionDialog {
         open();
     }
 
-    // An empty text of the engine's own would arrive as null, which leaves the field as it is.
+    // In Qt 6.4 an empty literal arrives as a null text, which means no change; trim() returns an
+    // empty text.
     function wantedText(change, text) {
         return !change ? undefined : text === "" ? " ".trim() : text;
     }
@@ -47,7 +48,7 @@ SelectionDialog {
         failed += success ? 0 : 1;
         if (!noteSignal() || pending > 0)
             return;
-        settle(failed === 0 ? "" : many ? qsTr("%1 of %2 were not changed.").arg(failed)
+        finish(failed === 0 ? "" : many ? qsTr("%1 of %2 were not changed.").arg(failed)
             .arg(records.length) : qsTr("The bookmark was not changed."));
     }
 
@@ -69,7 +70,7 @@ SelectionDialog {
         objectName: "editDescription"
         Layout.fillWidth: true
         selectByMouse: true
-        placeholderText: changeText.checked ? qsTr("(empty)") : qsTr("leave as it is")
+        placeholderText: changeText.checked ? qsTr("(empty)") : qsTr("(no change)")
         Accessible.name: qsTr("Description")
         onTextEdited: changeText.checked = true
     }

@@ -3,30 +3,30 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// A dialog that sends a request to the plug-in: it stays open until the outcome has come, and
-/// with the error when it failed. Enter accepts, Esc closes.
+/// A dialog that sends a request to the plug-in. It stays open until the result arrives, and shows the
+/// error if the request fails. Enter accepts, Esc closes.
 ///
-/// The plug-in's signals do not name the request that they answer. Therefore a dialog sends nothing
-/// before it has all signals of its last request, also when the user has closed it meanwhile.
+/// The plug-in's signals do not name their request. So a dialog sends nothing until all signals of
+/// its last request have come, even if the user has closed it meanwhile.
 Dialog {
     id: dialog
 
     required property AppState app
 
     property string acceptText: qsTr("OK")
-    property bool valid: true  ///< what was entered may be sent
-    property string missing: "" ///< the missing input, as text; shown after the first try
-    property bool tried: false ///< to send
-    property bool gated: false ///< the server may forbid it
+    property bool valid: true  ///< the input may be sent
+    property string missing: "" ///< message on missing input, shown after the first try to send
+    property bool tried: false ///< the user has tried to send
+    property bool gated: false ///< the request needs the permission to change settings
     property Item firstField: null
-    property bool busy: false  ///< the user waits for an outcome
-    property int pending: 0    ///< signals to come
-    property int patience: 30  ///< seconds after which no more signals are awaited
-    property var asked: []     ///< names of the stations that the last request was for
+    property bool busy: false  ///< the user waits for a result
+    property int pending: 0    ///< number of outstanding signals
+    property int timeoutSeconds: 30  ///< seconds to wait for signals
+    property var stationNames: []     ///< stations of the last request
     property string error: ""
     readonly property bool ready: valid && !busy && pending === 0 && (!gated || app.settingAllowed)
 
-    /// The user has confirmed: send the request, then call settle() with its outcome.
+    /// The user has confirmed. The handler sends the request and calls finish() with its result.
     signal submitted()
 
     function submit() {
@@ -35,19 +35,19 @@ Dialog {
             submitted();
     }
 
-    /// To be called before a request, as its signals may come before the call returns.
-    /// @param signals how many will come
+    /// Call it before a request, because signals may come before the call returns.
+    /// @param signals    number of signals that will come
     /// @param relayPaths of the stations that will answer; empty for the server
     function begin(signals, relayPaths) {
         error = "";
         busy = true;
         pending = signals;
-        asked = app.topology.stationNames(relayPaths);
+        stationNames = app.topology.stationNames(relayPaths);
         timeout.restart();
     }
 
     /// Counts a signal.
-    /// @return whether it is for the request that the user waits for
+    /// @return true if it belongs to the request that the user waits for
     function noteSignal() {
         const own = busy;
         if (pending === 1)
@@ -56,20 +56,22 @@ Dialog {
         return own;
     }
 
-    /// What the request returned. Of one that was not sent no signal comes, or it has come already.
+    /// Call it with the result of the request. A request that was not sent has no further signal.
     function noteSent(accepted) {
         if (!accepted && pending > 0 && noteSignal())
-            settle(qsTr("The request could not be sent."));
+            finish(qsTr("The request could not be sent."));
     }
 
-    /// A signal has come, with a text when it reports a failure.
+    /// Call it for a signal.
+    /// @param problem an error message; empty for success
     function noteOutcome(problem) {
         if (noteSignal())
-            settle(problem);
+            finish(problem);
     }
 
-    /// The outcome: an empty text closes the dialog.
-    function settle(problem) {
+    /// Ends the request.
+    /// @param problem an error message; an empty text closes the dialog
+    function finish(problem) {
         busy = false;
         if (pending === 0)
             timeout.stop();
@@ -79,14 +81,14 @@ Dialog {
     }
 
     readonly property Timer timeout: Timer {
-        interval: 1000 * dialog.patience
+        interval: 1000 * dialog.timeoutSeconds
         onTriggered: {
             const waited = dialog.busy;
             dialog.pending = 0;
             if (waited)
-                dialog.settle(qsTr("No answer has come within %1 seconds. The request may still be "
+                dialog.finish(qsTr("No answer has come within %1 seconds. The request may still be "
                                    + "executed: refresh the list before you try again.")
-                              .arg(dialog.patience));
+                              .arg(dialog.timeoutSeconds));
         }
     }
 
@@ -121,7 +123,7 @@ Dialog {
         acceptText: dialog.acceptText
         ready: dialog.ready
         waiting: dialog.busy || dialog.pending > 0
-        awaited: dialog.busy ? dialog.asked.join(", ") || qsTr("the server")
+        awaited: dialog.busy ? dialog.stationNames.join(", ") || qsTr("the server")
                              : qsTr("the answer to the last request")
         problem: dialog.error
         hint: dialog.gated ? dialog.app.lockReason : ""

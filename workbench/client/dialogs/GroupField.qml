@@ -1,7 +1,7 @@
 import QtQuick
 import QtQuick.Controls
 
-/// A group, typed or chosen among those that bookmarks have already.
+/// Edits a group; suggests the groups of existing bookmarks.
 ComboBox {
     id: box
 

@@ -1,16 +1,17 @@
 import QtQml
 import Client.Common
 
-/// The groups that bookmarks have, for suggestions.
+/// Finds the groups of existing bookmarks.
 QtObject {
     id: known
 
     required property AppState app
 
-    readonly property int patience: 150 ///< milliseconds after which nothing more is looked for
+    readonly property int timeLimit: 150 ///< milliseconds for a search
 
-    /// All of them, unless there are very many. In the order of groups, all pages between two that
-    /// show the same group show it as well; the others are halved, the widest gaps first.
+    /// Returns the groups, possibly incomplete after the time limit. Searches by bisection: in the
+    /// order of groups, all pages between two pages with the same group have this group, too. Widest
+    /// gaps first.
     function names() {
         const found = new Set();
         const question = Object.assign({ groupKey: "group", ascending: true },
@@ -25,10 +26,10 @@ QtObject {
             return { page: page, first: list[0], last: list[list.length - 1] };
         }
 
-        const firstPage = titles(0); // for which the plug-in orders all bookmarks
-        const end = Date.now() + patience;
+        const firstPage = titles(0); // sorts all bookmarks, so it is slower than the others
+        const end = Date.now() + timeLimit;
         const gaps = [[firstPage, titles(Math.max(0, pageCount - 1))]];
-        for (const [low, high] of gaps) { // which grow meanwhile
+        for (const [low, high] of gaps) { // the loop appends to gaps
             if (high.page - low.page < 2 || low.last === high.first)
                 continue;
             if (Date.now() > end)

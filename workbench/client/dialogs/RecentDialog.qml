@@ -10,7 +10,7 @@ FormDialog {
 
     property var station: null
     property var records: []
-    property bool outdated: false ///< the answer to come is for another number or station
+    property bool outdated: false ///< the outstanding answer is for another number or station
 
     objectName: "recentDialog"
     title: station ? qsTr("Recent bookmarks of %1").arg(station.name) : ""
@@ -42,7 +42,7 @@ FormDialog {
 
     onSubmitted: {
         app.bookmarkWanted(records[view.currentIndex]);
-        settle("");
+        finish("");
     }
 
     Connections {

@@ -3,17 +3,17 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// How long the server keeps bookmarks.
+/// Edits the recycle setting, that is, how long the stations keep bookmarks.
 FormDialog {
     id: dialog
 
-    property bool known: false ///< the server has told its setting
+    property bool known: false ///< the server has returned its setting
     readonly property int total: days.value * 24 + hours.value ///< hours
 
     objectName: "recycleDialog"
     title: qsTr("Recycle settings")
     acceptText: qsTr("Save")
-    patience: 8 // no signal comes of what can't be sent
+    timeoutSeconds: 8 // a rejected command has no signal
     valid: known && (total > 0 || !enableBox.checked)
 
     function openSetting() {
@@ -24,7 +24,7 @@ FormDialog {
 
     function ask() {
         if (pending > 0)
-            return; // until the answer to the last request has come
+            return; // onPendingChanged calls it again
         begin(1, []);
         app.bookmarks.getRecycleSetting();
     }

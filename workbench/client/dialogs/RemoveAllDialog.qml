@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 
-/// Removes all bookmarks of a station, once its name has been typed.
+/// Removes all bookmarks of a station after the user has typed its name.
 FormDialog {
     id: dialog
 
@@ -39,8 +39,8 @@ FormDialog {
         Layout.fillWidth: true
         wrapMode: Text.Wrap
         textFormat: Text.PlainText
-        text: qsTr("The bookmarks of all its cameras are deleted, by whomever they were made. This "
-                   + "can't be undone. Type the station's name, %1, to go on.")
+        text: qsTr("This deletes the bookmarks of all cameras of the station, those of other users, too. It "
+                   + "can't be undone. Type the station's name, %1, to continue.")
             .arg(dialog.stationName)
     }
     TextField {

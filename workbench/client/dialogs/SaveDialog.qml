@@ -3,21 +3,20 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// Asks for a file and saves something in it. The style's own dialog for files loses names that are
-/// typed.
+/// Asks for the path of a file. Used in place of the style's file dialog, which loses typed names.
 FormDialog {
     id: dialog
 
     required property string fileTitle
-    property bool exists: false ///< the file whose path has been typed
+    property bool exists: false ///< the file at the typed path exists
     readonly property alias path: field.text
 
-    /// To be answered by finish().
+    /// The handler saves the file and calls finishSave().
     signal saveWanted(string path)
 
-    /// With an error, or an empty text.
-    function finish(problem) {
-        settle(problem);
+    /// @param problem an error message; an empty text closes the dialog with a notice
+    function finishSave(problem) {
+        finish(problem);
         if (problem === "")
             app.notice(qsTr("Saved as %1").arg(path), false);
     }

@@ -2,8 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 
-/// A dialog for selected bookmarks. Those that the filter hides are left out unless the user says
-/// otherwise.
+/// A dialog for selected bookmarks. Bookmarks that the filter hides need the user's confirmation.
 FormDialog {
     id: dialog
 

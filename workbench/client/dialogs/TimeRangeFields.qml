@@ -4,7 +4,7 @@ import QtQuick.Layouts
 import Client.Common
 import Client.Dialogs
 
-/// Start and end of a bookmark, in the server's time zone, and the length of that range.
+/// Edits start and end of a bookmark in the server's time zone and shows its length.
 ColumnLayout {
     id: fields
 

@@ -1,7 +1,7 @@
 import QtQml
 import Client.Common
 
-/// What the user looks for, and in which order.
+/// The filter and order of the bookmarks that the user chooses.
 QtObject {
     id: filter
 
@@ -9,18 +9,18 @@ QtObject {
 
     property string text: ""
     property int preset: DateRanges.All
-    property string firstDay: "" ///< ISO day in the server's zone; with preset Days only
+    property string firstDay: "" ///< ISO day in the server's zone; for the preset Days
     property string lastDay: ""
-    property string timeOfDay: "" ///< as "22:00-06:00", in the server's zone; empty: any
+    property string timeOfDay: "" ///< like "22:00-06:00", in the server's zone; empty: any time
     property string groupKey: "displayDate"
     property bool ascending: false
 
     readonly property string nodeID: app.currentCamera ? app.currentCamera.key : ""
-    /// Whether it leaves anything out.
+    /// True if the filter may hide bookmarks.
     readonly property bool active: text !== "" || nodeID !== "" || preset !== DateRanges.All
                                    || timeOfDay !== ""
 
-    /// Another value for whatever changes above.
+    /// All criteria in one value, which changes with each of them.
     readonly property var criteria: ({
             text: text,
             timeOfDay: timeOfDay,
@@ -35,7 +35,8 @@ QtObject {
 
     readonly property DateRanges ranges: app.ranges
 
-    /// What the plug-in is asked for. Today is another day after midnight.
+    /// Returns the argument of getFilteredBookmarkList() for a page. Not a property, because "today"
+    /// depends on the time.
     function pageWanted(pageNumber) {
         return Object.assign({ pageNumber: pageNumber }, criteria,
                              ranges.range(preset, Date.now(), firstDay, lastDay));

@@ -3,20 +3,20 @@ import QtQuick
 import QtQuick.Controls
 import Client.Panel
 
-/// The rows of the page, chosen by mouse and keys as in a file list.
+/// Lists the bookmarks of the page. Selection by mouse and keys works as in a file list.
 ListView {
     id: list
 
     required property PageQuery query
     readonly property PageModel page: query.model
     required property RecordSelection selection
-    required property bool byDate ///< grouped by date: rows need not repeat it
+    required property bool byDate ///< groups are dates, so rows show only times
 
-    property int anchor: 0 ///< where a range of bookmarks began: a place in the whole result
-    readonly property int longestRange: 1000 ///< pages of bookmarks; more would take too long
+    property int anchor: 0 ///< start of a Shift selection, an index in the whole result
+    readonly property int longestRange: 1000 ///< bookmarks; more would take too long
 
-    /// Bookmarks that were added and have not been scrolled to, as in AppState.added.
-    property var unseen: null
+    /// Added bookmarks to which the list has not scrolled yet, as in AppState.added.
+    property var notScrolledTo: null
 
     signal showWanted(var record)
     signal editWanted(var records)
@@ -27,7 +27,7 @@ ListView {
     activeFocusOnTab: true
     keyNavigationEnabled: false
     boundsBehavior: Flickable.StopAtBounds
-    cacheBuffer: 0 // rows made ahead would be half done when the next page comes
+    cacheBuffer: 0 // rows created in advance would be incomplete when the next page comes
     reuseItems: true
     Accessible.role: Accessible.List
     Accessible.name: qsTr("Bookmarks")
@@ -40,13 +40,13 @@ ListView {
         onShowWanted: list.show(index)
     }
 
-    /// Scrolls to the first bookmark that was added, as soon as the page has it.
+    /// Scrolls to the first added bookmark if the page has it.
     function showAdded() {
-        for (let row = 0; unseen !== null && row < count; ++row) {
-            if (!query.app.isOneOf(page.recordAt(row), unseen))
+        for (let row = 0; notScrolledTo !== null && row < count; ++row) {
+            if (!query.app.isOneOf(page.recordAt(row), notScrolledTo))
                 continue;
             positionViewAtIndex(row, ListView.Contain);
-            unseen = null;
+            notScrolledTo = null;
         }
     }
 
@@ -59,7 +59,7 @@ ListView {
     Connections {
         target: list.query.app
         function onAddedChanged() {
-            list.unseen = list.query.app.added;
+            list.notScrolledTo = list.query.app.added;
         }
     }
 
@@ -77,7 +77,9 @@ ListView {
             selection.setRecords([page.recordAt(row)]);
     }
 
-    /// Makes a row the current one; @p extending: selects from the anchor to it.
+    /// Makes a row the current one.
+    /// @param extending select from the anchor to the row
+    /// @param adds      keep the other selected bookmarks
     function moveTo(row, extending, adds) {
         if (count === 0)
             return;
@@ -94,7 +96,8 @@ ListView {
             selection.setRecords(query.recordsBetween(anchor, place));
     }
 
-    /// Begins with the first row of another page. A range that was begun goes on there.
+    /// Shows the first row of another page.
+    /// @param anew the result has changed, so a Shift selection can't continue
     function turn(page, anew) {
         currentIndex = 0;
         if (anew || selection.count === 0)
@@ -102,7 +105,7 @@ ListView {
         positionViewAtBeginning();
     }
 
-    /// What an action is for: the selected bookmarks, or else the current one.
+    /// @return the bookmarks for an action: the selected ones, or the current one
     function targets() {
         return selection.count > 0 ? selection.records()
                                    : page.recordsBetween(currentIndex, currentIndex);

@@ -5,8 +5,7 @@ import Client.Common
 import Client.Dialogs
 import Client.Panel
 
-/// The search over the bookmarks of all stations: filter, pages, and what is done with the
-/// bookmarks found.
+/// The bookmark panel: filter, pages and actions for the bookmarks of all stations.
 Pane {
     id: panel
     objectName: "bookmarkPanel"
@@ -19,11 +18,11 @@ Pane {
     readonly property alias query: query
 
     signal addWanted()
-    /// For bookmarks that the filter shows, and others that it hides.
+    /// Asks to edit or delete bookmarks that the filter shows and bookmarks that it hides.
     signal editWanted(var shown, var hidden)
     signal deleteWanted(var shown, var hidden)
 
-    /// Keys and what they do, for the help.
+    /// Pairs of a key and its action, for the help.
     readonly property var shortcuts: [
         [qsTr("Esc, Down"), qsTr("Clear the search text, go to the list")],
         [qsTr("Ctrl+PgUp, Ctrl+PgDn"), qsTr("Previous and next page")],
@@ -82,7 +81,7 @@ Pane {
         title: qsTr("Export %L1 bookmarks").arg(query.total)
         fileTitle: qsTr("File, as CSV for --import")
         exists: csv.exists(path)
-        onSaveWanted: path => finish(csv.save(path, query.found.finder, filter.pageWanted(0)))
+        onSaveWanted: path => finishSave(csv.save(path, query.found.finder, filter.pageWanted(0)))
     }
 
     ColumnLayout {
@@ -129,7 +128,7 @@ Pane {
                 failedStations: panel.failedStations
             }
         }
-        // Below the list, whose rows must not move away under a second click.
+        // Below the list: a bar above it would move the rows between the clicks of a double-click.
         SelectionBar {
             Layout.fillWidth: true
             visible: selection.count > 0

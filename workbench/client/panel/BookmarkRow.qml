@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// One bookmark of the page, with the heading of its group above the first one.
+/// A row of the page: a bookmark, with the heading of its group if it is the first one.
 Column {
     id: row
 
@@ -11,8 +11,8 @@ Column {
     required property bool selected
     required property string sectionTitle
     required property int sectionCount
-    required property bool byDate ///< the heading tells the date
-    required property bool focused ///< the keys go to the list
+    required property bool byDate ///< the heading has the date
+    required property bool focused ///< the list has the keyboard focus
     required property bool framed  ///< the user has just added it
 
     readonly property bool current: ListView.isCurrentItem
@@ -42,7 +42,7 @@ Column {
         Accessible.name: row.wholeText
         Accessible.selected: row.selected
 
-        // Anchors and no layouts: rows change their texts with every letter typed.
+        // Anchors instead of layouts, which are slower: all texts change with every typed letter.
         Label {
             id: time
             anchors { left: parent.left; leftMargin: Theme.gap; top: parent.top; topMargin: 3 }

@@ -3,17 +3,17 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// A month from which a day or a range of days is chosen: the first choice begins the range, the
-/// second ends it. Days are ISO texts.
+/// Selects a range of days in a month: the first choice is the start, the second one the end. Days are
+/// ISO texts.
 Popup {
     id: calendar
 
     required property DateRanges ranges
 
     property string today: ranges.dayOf(Date.now())
-    property string cursor: today ///< moved by the keys; its month is shown
+    property string cursor: today ///< the current day of the keys; determines the month
     property string first: ""
-    property string last: ""   ///< empty while the end of the range is to be chosen
+    property string last: ""   ///< empty until the end of the range is chosen
     readonly property string from: last !== "" && last < first ? last : first
     readonly property string to: last === "" ? first : last < first ? first : last
 
@@ -86,7 +86,7 @@ Popup {
             activeFocusOnTab: true
             Accessible.role: Accessible.Table
             Accessible.name: qsTr("Calendar, %1").arg(calendar.ranges.shortText(calendar.cursor))
-            // The grid gives its delegates context properties, which bound components refuse.
+            // The grid sets context properties in its delegates, which bound components can't read.
             // qmllint disable unqualified
             delegate: CalendarDay {
                 cursor: calendar.cursor

@@ -2,16 +2,16 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// One day of the calendar's month.
+/// A day of the calendar.
 AbstractButton {
     id: cell
 
     required property var model ///< the month grid's: year, month, day
-    required property string cursor ///< the day that the keys would choose; its month is shown
+    required property string cursor ///< the current day of the keys
     required property string today
-    required property string from   ///< the chosen range; empty for none
+    required property string from   ///< start of the chosen range; empty for none
     required property string to
-    required property bool focused  ///< the keys go to the calendar
+    required property bool focused  ///< the calendar has the keyboard focus
 
     readonly property string day: "%1-%2-%3".arg(model.year)
         .arg(String(model.month + 1).padStart(2, "0")).arg(String(model.day).padStart(2, "0"))

@@ -27,7 +27,7 @@ QByteArray lineOf(const QVariantMap &record)
         const qint64 moment = record.value(QLatin1String(key)).toLongLong();
         const QString iso =
             QDateTime::fromMSecsSinceEpoch(moment, Qt::UTC).toString(Qt::ISODateWithMs);
-        // ISO 8601 has years of four digits only.
+        // ISO 8601 has no years of more than four digits.
         return iso.isEmpty() ? QByteArray::number(moment) : iso.toLatin1();
     };
     const QByteArrayList fields{text("cameraID"),    time("startTimestamp"), time("endTimestamp"),

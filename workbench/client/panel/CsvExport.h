@@ -18,13 +18,13 @@ class CsvExport : public QObject
 public:
     using QObject::QObject;
 
-    /// A name for a new file in the user's home folder.
+    /// @return a path in the user's home folder for a new file
     Q_INVOKABLE static QString newFile();
 
     Q_INVOKABLE static bool exists(const QString &path) { return QFileInfo::exists(path); }
 
     /// Saves all bookmarks that match a filter, see RecordFinder.
-    /// @return why the file could not be written, beginning with its name; else empty
+    /// @return an error message with the file, or an empty text
     Q_INVOKABLE static QString save(const QString &path, workbench::RecordFinder *finder,
                                     const QVariantMap &filter);
 };

@@ -4,7 +4,7 @@ import QtQuick.Controls
 import Client.Common
 import Client.Panel
 
-/// The presets of the date range, and the calendar for any other.
+/// Selects a date range: presets, the calendar and the time of day.
 Flow {
     id: bar
 
@@ -16,12 +16,12 @@ Flow {
     component Choice: ToolButton {
         required property int preset
         checked: bar.filter.preset === preset
-        horizontalPadding: 4 // all choices are in one line with the time of day
+        horizontalPadding: 4 // so that all choices fit in one line
         focusPolicy: Qt.StrongFocus
         Accessible.role: Accessible.RadioButton
         Accessible.checked: checked
         onClicked: {
-            if (preset !== DateRanges.Days) // which the calendar sets with its days
+            if (preset !== DateRanges.Days) // the calendar sets this preset
                 bar.filter.preset = preset;
         }
     }

@@ -3,7 +3,7 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// Why there is nothing to be seen, and what can be done about it.
+/// Shown in place of an empty page: the reason, and a button for the next step.
 ColumnLayout {
     id: empty
 

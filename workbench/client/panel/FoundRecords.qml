@@ -2,7 +2,7 @@ import QtQml
 import Client.Common
 import Client.Panel
 
-/// The display records that match the filter, on whatever pages they are.
+/// Reads the display records that match the filter, on any page.
 QtObject {
     id: found
 
@@ -23,7 +23,8 @@ QtObject {
         return [].concat(...page.bookmarkGroupList.map(group => group.bookmarkList));
     }
 
-    /// Records of all pages, up to the page for which @p enough returns true.
+    /// Returns the records of the pages from wanted.pageNumber on.
+    /// @param enough gets the records so far; returns true to stop
     function pages(wanted, enough) {
         const records = [];
         for (let count = 1; wanted.pageNumber < count; ++wanted.pageNumber) {
@@ -36,7 +37,7 @@ QtObject {
         return records;
     }
 
-    /// Divides records into those that match the filter and those that do not.
+    /// @return a list of the records that match the filter and a list of the others
     function shownAndHidden(records) {
         const wanted = filter.pageWanted(0);
         const shown = [];
@@ -46,7 +47,8 @@ QtObject {
         return [shown, hidden];
     }
 
-    /// Which texts match, the plug-in decides, asked for the moment of that record alone.
+    /// @return true if a record matches. The plug-in compares the text: it filters the records that
+    /// start at the same moment.
     function matches(record, wanted) {
         const moment = record.startTimestamp;
         const key = app.topology.keyOf(record);

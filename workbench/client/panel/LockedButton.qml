@@ -2,8 +2,8 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// A button for what the server may forbid. It tells why when it does: a disabled control shows no
-/// tooltip, so it is the frame around the button that does.
+/// A button for an action that the server may forbid. A frame around the button shows the reason,
+/// because a disabled control shows no tooltip.
 Item {
     id: frame
 

@@ -3,14 +3,14 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// By what bookmarks are grouped, in which order, and the camera to which they are limited.
+/// Selects group and order of the bookmarks, and shows the camera of the filter.
 RowLayout {
     id: bar
 
     required property AppState app
     required property BookmarkFilter filter
 
-    /// The bookmarks found are to be saved.
+    /// Asks to save the bookmarks that match the filter.
     signal exportWanted()
 
     readonly property bool byDate: filter.groupKey === "displayDate"
@@ -33,7 +33,7 @@ RowLayout {
         ]
         currentIndex: model.findIndex(choice => choice.key === bar.filter.groupKey)
         Accessible.name: qsTr("Group by")
-        ToolTip.text: qsTr("By what bookmarks are grouped")
+        ToolTip.text: qsTr("Value by which bookmarks are grouped")
         ToolTip.visible: hovered && !popup.visible
         onActivated: index => bar.filter.groupKey = model[index].key
     }

@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Controls
 import QtQuick.Layouts
 
-/// Which part of the result is shown, and the way to the others.
+/// Shows the position of the page in the result, with buttons for the other pages.
 RowLayout {
     id: bar
 

@@ -7,14 +7,14 @@
 
 namespace workbench {
 
-/// One page of bookmarks as rows of a list. A new page is written over the old one, so that the
-/// view keeps its place and its delegates.
+/// One page of bookmarks as a list model. A new page replaces the values of the rows, so that the
+/// view keeps its position and its delegates.
 class PageModel : public QAbstractListModel
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(int count READ count NOTIFY countChanged)
-    /// Tells which rows are selected; not owned.
+    /// The selected bookmarks; not owned.
     Q_PROPERTY(workbench::RecordSelection *selection READ selection WRITE setSelection NOTIFY
                    selectionChanged REQUIRED)
 
@@ -32,12 +32,13 @@ public:
     RecordSelection *selection() const { return m_selection; }
     void setSelection(RecordSelection *selection);
 
-    /// Shows a page: the plug-in's bookmarkGroupList.
+    /// Shows a page.
+    /// @param groups "bookmarkGroupList" of a page
     Q_INVOKABLE void setGroups(const QVariantList &groups);
 
-    /// The record of a row; empty for a row that does not exist.
+    /// @return the record of a row; empty if the row does not exist
     Q_INVOKABLE QVariantMap recordAt(int row) const;
-    /// The records from one row to another, both included, in any order.
+    /// @return the records of a range of rows; ends are included and in any order
     Q_INVOKABLE QVariantList recordsBetween(int first, int last) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;

@@ -2,8 +2,7 @@ import QtQuick
 import Client.Common
 import Client.Panel
 
-/// Asks the plug-in for the page that the panel shows, again whenever something changes that it
-/// depends on, but once a frame at most.
+/// Reads the panel's page from the plug-in, again after each change, but at most once per frame.
 FrameUpdate {
     id: query
 
@@ -16,18 +15,19 @@ FrameUpdate {
         filter: query.filter
     }
     readonly property int pageSize: found.pageSize
-    property int pageNumber: 0         ///< what the user wants to see
+    property int pageNumber: 0         ///< the page that the user has chosen
     property int shownPage: 0
     property int total: 0
-    property bool anyBookmarks: false  ///< whether there are bookmarks when nothing is left out
+    property bool anyBookmarks: false  ///< there are bookmarks without the filter
     readonly property int pageCount: Math.max(1, Math.ceil(total / pageSize))
     readonly property int firstShown: total === 0 ? 0 : shownPage * pageSize + 1
     readonly property int lastShown: Math.min(total, (shownPage + 1) * pageSize)
 
-    /// The page is not what it was before, but another one; of another result when @p anew.
+    /// Another page is shown.
+    /// @param anew the filter has changed
     signal turned(bool anew)
 
-    /// The model has got a page.
+    /// The model has the page.
     signal loaded()
 
     function goTo(page) {
@@ -35,12 +35,12 @@ FrameUpdate {
     }
 
     onPageNumberChanged: {
-        patience.stop();
+        keepOldPage.stop();
         request();
         turned(false);
     }
     onDue: {
-        if (!patience.running)
+        if (!keepOldPage.running)
             load();
     }
 
@@ -58,8 +58,7 @@ FrameUpdate {
         loaded();
     }
 
-    /// The bookmarks from one place in the result to another, counted from 0, in any order and on
-    /// whatever pages they are.
+    /// @return the bookmarks of a range of the result, on any page; indexes from 0, in any order
     function recordsBetween(first, last) {
         const from = Math.min(first, last);
         const to = Math.max(first, last);
@@ -78,7 +77,7 @@ FrameUpdate {
     Connections {
         target: query.filter
         function onCriteriaChanged() {
-            patience.stop();
+            keepOldPage.stop();
             query.pageNumber = 0;
             query.request();
             query.turned(true);
@@ -91,17 +90,17 @@ FrameUpdate {
         }
         function onQueryingChanged() {
             if (query.app.querying && query.total > 0)
-                patience.restart();
+                keepOldPage.restart();
             else
-                patience.stop();
+                keepOldPage.stop();
             query.request();
         }
     }
 
-    // A query empties the plug-in's list. The old page stays for the moment that the answers
-    // usually take, so that a refresh neither flickers nor loses its place.
+    // A query empties the plug-in's list. Keep the old page until the answers usually arrive, so that
+    // a refresh neither flickers nor loses the scroll position.
     Timer {
-        id: patience
+        id: keepOldPage
         interval: 400
         onTriggered: query.request()
     }

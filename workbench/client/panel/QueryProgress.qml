@@ -3,7 +3,7 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// How far a query over the stations is, and whose bookmarks are missing once it has ended.
+/// Shows the progress of a query of all bookmarks, and afterwards the stations that failed.
 RowLayout {
     id: progress
 
@@ -18,7 +18,7 @@ RowLayout {
     visible: slow || gap !== ""
     spacing: Theme.gap
 
-    // Answers that come at once need no progress.
+    // Show no progress for quick answers.
     Timer {
         id: late
         property bool done: false
@@ -53,7 +53,7 @@ RowLayout {
         visible: progress.slow
         text: qsTr("Cancel")
         focusPolicy: Qt.StrongFocus
-        ToolTip.text: qsTr("Wait no longer; what still comes is shown nevertheless")
+        ToolTip.text: qsTr("Stop waiting; later answers are still shown")
         ToolTip.visible: hovered
         onClicked: progress.app.stopWaiting()
     }

@@ -48,14 +48,14 @@ std::optional<std::pair<QTime, QTime>> timesOf(const QString &text)
     return std::pair(from, to);
 }
 
-/// A time of day that ends before it begins goes on over midnight.
+/// A range that ends before it begins includes midnight.
 bool isWithin(QTime time, const std::pair<QTime, QTime> &times)
 {
     const auto &[from, to] = times;
     return from < to ? from <= time && time < to : from <= time || time < to;
 }
 
-/// A record with the values that it is sorted by: reading them from the map takes longer.
+/// A record with its sort keys, because reading them from the map is slow.
 struct Row
 {
     qint64 start;
@@ -63,7 +63,7 @@ struct Row
     QVariant record;
 };
 
-/// Sorts as the plug-in does: groups by title, days by date, and the newest first within a group.
+/// Sorts like the plug-in: groups by title, days by date; within a group the newest first.
 QVariantList sorted(const QVariantList &records, const QString &groupKey, bool ascending)
 {
     QList<Row> rows;
@@ -134,7 +134,7 @@ QVariantMap RecordFinder::page(const QVariantMap &filter) const
 
 QVariantList RecordFinder::records(const QVariantMap &filter) const
 {
-    // One call for all of them: the plug-in would search and sort again for each page of 50.
+    // One call for all records: for pages of 50 the plug-in would search and sort each time.
     QVariantList found;
     QMetaObject::invokeMethod(m_plugin, "getBookmarkListByNodeID",
                               Q_RETURN_ARG(QVariantList, found),
@@ -147,7 +147,7 @@ QVariantList RecordFinder::records(const QVariantMap &filter) const
     found.removeIf([&](const QVariant &element) {
         const QVariantMap record = element.toMap();
         const qint64 start = record.value(Start).toLongLong();
-        // By the clock at each start: clocks that change skip or repeat some times.
+        // Compare local times, because a change of the clocks skips or repeats some times.
         return start < first || start > last || !hasText(record, text) ||
                (times && !isWithin(QDateTime::fromMSecsSinceEpoch(start, zone).time(), *times));
     });

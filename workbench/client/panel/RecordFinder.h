@@ -8,11 +8,11 @@
 
 namespace workbench {
 
-/// Finds bookmarks through the plug-in, also by time of day, which the plug-in has no filter for.
+/// Finds bookmarks through the plug-in, and by time of day, which the plug-in can't filter.
 ///
-/// A filter is one of getFilteredBookmarkList(). Its additional key `timeOfDay` is empty or a text
-/// like "22:00-06:00", times of the server's zone: the start counts, the end does not belong to
-/// it.
+/// A filter is a map for getFilteredBookmarkList() with the additional key `timeOfDay`: empty, or a
+/// text like "22:00-06:00" in the server's zone, without the end. It filters by the bookmark's
+/// start.
 class RecordFinder : public workbench::ZonedObject
 {
     Q_OBJECT
@@ -23,13 +23,13 @@ class RecordFinder : public workbench::ZonedObject
 public:
     using ZonedObject::ZonedObject;
 
-    /// Whether a text is a time of day; an empty one is.
+    /// @return true if a text is a valid or empty time of day
     Q_INVOKABLE static bool isTimeOfDay(const QString &text);
 
-    /// A page as getFilteredBookmarkList() returns it.
+    /// @return a page in the form of getFilteredBookmarkList()
     Q_INVOKABLE QVariantMap page(const QVariantMap &filter) const;
 
-    /// The display records of all pages, in the order of the list of all bookmarks.
+    /// @return the display records of all pages, in the order of the list of all bookmarks
     QVariantList records(const QVariantMap &filter) const;
 
 private:

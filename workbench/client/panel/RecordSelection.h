@@ -7,8 +7,8 @@
 
 namespace workbench {
 
-/// The bookmarks that the user has selected, on whatever page they are. Holds whole display
-/// records, as those of other pages are not at hand when they are edited or deleted.
+/// The bookmarks that the user has selected on any page. Stores display records, because those of
+/// other pages are not available when they are edited or deleted.
 class RecordSelection : public QObject
 {
     Q_OBJECT
@@ -22,21 +22,22 @@ public:
     bool contains(const QVariantMap &record) const { return m_records.contains(keyOf(record)); }
 
     Q_INVOKABLE QVariantList records() const;
-    /// Selects these and nothing else.
+    /// Replaces the selection.
     Q_INVOKABLE void setRecords(const QVariantList &records);
     Q_INVOKABLE void add(const QVariantList &records);
     Q_INVOKABLE void remove(const QVariantList &records);
     Q_INVOKABLE void toggle(const QVariantMap &record);
     Q_INVOKABLE void clear() { setRecords({}); }
 
-    /// Takes over newer contents of records that are selected.
+    /// Replaces the record of a selected bookmark by a newer one; ignores other bookmarks.
     void update(const QVariantMap &record);
 
 Q_SIGNALS:
     void changed();
 
 private:
-    using Key = std::pair<QString, QString>; ///< identifiers are unique at their station only
+    using Key = std::pair<QString, QString>; ///< relay path and identifier, which is unique only at
+                                             ///< its station
     static Key keyOf(const QVariantMap &record);
 
     QMap<Key, QVariantMap> m_records;

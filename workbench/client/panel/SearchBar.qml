@@ -3,14 +3,14 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// The text that bookmarks must contain, and the button to add one.
+/// Edits the search text; has a button to add a bookmark.
 RowLayout {
     id: bar
 
     required property BookmarkFilter filter
 
     signal addWanted()
-    /// The user is done here and wants to go on in the list.
+    /// The user leaves the field for the list.
     signal finished()
 
     spacing: Theme.gap
@@ -29,7 +29,7 @@ RowLayout {
         selectByMouse: true
         rightPadding: clearButton.visible ? clearButton.width : Theme.gap
         Accessible.name: qsTr("Search text")
-        ToolTip.text: qsTr("Found in camera, description, creator and time (Ctrl+F)")
+        ToolTip.text: qsTr("Search camera, description, creator and time (Ctrl+F)")
         ToolTip.visible: hovered && !activeFocus
         ToolTip.delay: 700
         onTextEdited: bar.filter.text = text

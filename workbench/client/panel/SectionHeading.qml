@@ -3,7 +3,7 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// The heading of a group of bookmarks.
+/// The heading of a group, with the number of its bookmarks on this page.
 Rectangle {
     id: heading
 

@@ -4,7 +4,7 @@ import QtQuick.Layouts
 import Client.Common
 import Client.Panel
 
-/// What can be done with the selected bookmarks.
+/// The bar with the actions for the selected bookmarks.
 Rectangle {
     id: bar
 

@@ -3,7 +3,7 @@ import QtQuick.Controls
 import Client.Common
 import Client.Panel
 
-/// The time of day in which bookmarks must begin, chosen or typed.
+/// Selects the time of day in which bookmarks begin, from a list or by typing.
 ComboBox {
     id: box
 
@@ -27,8 +27,8 @@ ComboBox {
     palette.text: valid ? Theme.text : Theme.failure
     Accessible.name: qsTr("Time of day")
     Accessible.description: ToolTip.text
-    ToolTip.text: valid ? qsTr("Time of day at which bookmarks begin, as 22:00-06:00; the server's time")
-                        : qsTr("Not a time of day. Type it as 22:00-06:00.")
+    ToolTip.text: valid ? qsTr("Time of day at which bookmarks begin, like 22:00-06:00, in the server's zone")
+                        : qsTr("This is not a time of day. Type it as 22:00-06:00.")
     ToolTip.visible: hovered && !popup.visible
     onActivated: apply()
     onAccepted: apply()

@@ -103,7 +103,7 @@ QString CameraMarks::text(int mark, const QByteArray &roleName)
     return value(marks().at(size_t(mark)).row, roleName).toString();
 }
 
-/// Some models learn their roles from their first row.
+/// Reads the roles again each time, because some models set them with their first row.
 void CameraMarks::readRoles()
 {
     m_roles.clear();
@@ -118,7 +118,7 @@ void CameraMarks::read(Entry &entry, int row) const
                      value(row, "relayPathRole").toString() == m_relayPath;
     entry.state = own ? State::Own : State::Foreign;
     entry.start = value(row, "startTimestampRole").toLongLong();
-    // One that ends before it starts is shown as a moment.
+    // A bookmark that ends before its start is shown as a moment.
     entry.end = std::max(entry.start, value(row, "endTimestampRole").toLongLong());
 }
 

@@ -7,7 +7,7 @@
 
 namespace workbench {
 
-/// One bookmark of the camera. Times in milliseconds since the epoch.
+/// A bookmark of the camera. Times are milliseconds since the epoch.
 struct Mark
 {
     qint64 start;
@@ -15,8 +15,8 @@ struct Mark
     int row; ///< in the timeline model
 };
 
-/// The bookmarks of one camera out of a timeline model, which has those of a whole location. Each
-/// row of the model is read once, however often others come and go around it.
+/// Selects the bookmarks of one camera from a timeline model, which has those of a whole location.
+/// Caches the rows: a row is read again only if it changes.
 class CameraMarks : public QObject
 {
     Q_OBJECT
@@ -25,17 +25,18 @@ public:
     explicit CameraMarks(QObject *parent = nullptr);
 
     QAbstractItemModel *source() const { return m_source; }
-    /// Not owned; null for none. It may die at any time.
+    /// @param source not owned; null for none; may be destroyed at any time
     void setSource(QAbstractItemModel *source);
     void setCamera(const QString &cameraID, const QString &relayPath);
 
-    /// In order of start. What has changed is read now.
+    /// @return the bookmarks sorted by start; reads changed rows
     const std::vector<Mark> &marks();
-    /// What the model has for a mark, given by its place in marks(), by the role's name.
+    /// @param mark index in marks()
+    /// @return the text of a role of the model
     QString text(int mark, const QByteArray &roleName);
 
 Q_SIGNALS:
-    /// marks() is no longer what it was. Emitted for every change of a row.
+    /// marks() has changed. Emitted for every change of a row.
     void outdated();
 
 private:
@@ -66,7 +67,8 @@ private:
     QString m_cameraID;
     QString m_relayPath;
     std::vector<Entry> m_entries; ///< one for each row of the source, in its order
-    // An answer comes row by row, and mostly in order: room for it is made once.
+    // Inserted rows without an entry yet. An answer inserts its rows one by one, mostly at one
+    // place; makeRoom() inserts their entries at once.
     int m_newFirst = 0;
     int m_newCount = 0;
     std::vector<Mark> m_marks;

@@ -68,23 +68,23 @@ void CameraPicture::paint(QPainter *painter)
 {
     painter->drawImage(0, 0, scenery());
     m_scene.paintTraffic(*painter, size(), qint64(m_time));
-    burnIn(*painter, m_caption, true);
-    burnIn(*painter, timeText(), false);
+    paintCaption(*painter, m_caption, true);
+    paintCaption(*painter, timeText(), false);
 }
 
 const QImage &CameraPicture::scenery()
 {
     const int quarter = moment().time().msecsSinceStartOfDay() / QuarterMs;
-    if (m_scenery.size() != size().toSize() || quarter != m_sceneryLight) {
+    if (m_scenery.size() != size().toSize() || quarter != m_sceneryQuarter) {
         m_scenery = QImage(size().toSize(), QImage::Format_RGB32);
-        m_sceneryLight = quarter;
+        m_sceneryQuarter = quarter;
         QPainter painter(&m_scenery);
         m_scene.paintScenery(painter, size(), quarter / 4.0);
     }
     return m_scenery;
 }
 
-void CameraPicture::burnIn(QPainter &painter, const QString &text, bool atTop) const
+void CameraPicture::paintCaption(QPainter &painter, const QString &text, bool atTop) const
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setPixelSize(std::clamp(int(std::min(height() / 14, width() / 14)), 9, 28));

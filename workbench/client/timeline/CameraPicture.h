@@ -8,8 +8,8 @@
 
 namespace workbench {
 
-/// A stand-in for a camera's picture at one moment, with the camera's name and the time burnt in.
-/// It is painted when a property changes, and never by itself.
+/// Paints a replacement for a camera's picture at one moment, with the camera's name and the time.
+/// Repaints only if a property changes.
 class CameraPicture : public QQuickPaintedItem
 {
     Q_OBJECT
@@ -18,9 +18,9 @@ class CameraPicture : public QQuickPaintedItem
     Q_PROPERTY(QString caption MEMBER m_caption WRITE setCaption NOTIFY changed)
     /// The moment, in milliseconds since the epoch.
     Q_PROPERTY(double time MEMBER m_time WRITE setTime NOTIFY changed)
-    /// Of the burnt-in time: an IANA identifier; one that is not known counts as UTC.
+    /// The zone of the shown time, an IANA identifier; UTC if it is unknown.
     Q_PROPERTY(QString timeZone MEMBER m_timeZone WRITE setTimeZone NOTIFY changed)
-    /// The moment as it is burnt in.
+    /// The time as shown in the picture.
     Q_PROPERTY(QString timeText READ timeText NOTIFY changed)
 
 public:
@@ -40,7 +40,7 @@ Q_SIGNALS:
 private:
     QDateTime moment() const;
     const QImage &scenery();
-    void burnIn(QPainter &painter, const QString &text, bool atTop) const;
+    void paintCaption(QPainter &painter, const QString &text, bool atTop) const;
 
     QString m_cameraKey;
     QString m_caption;
@@ -49,8 +49,8 @@ private:
     QTimeZone m_zone = QTimeZone::utc();
     PictureScene m_scene;
 
-    QImage m_scenery;        ///< null when it has to be painted
-    int m_sceneryLight = -1; ///< quarter of an hour of the day that it is for
+    QImage m_scenery;          ///< cached background; null if it must be painted
+    int m_sceneryQuarter = -1; ///< quarter of an hour for which the background is painted
 };
 
 } // namespace workbench

@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// A small button with a sign instead of words; the words are its tooltip.
+/// A small button with a symbol and a tooltip.
 ToolButton {
     id: button
 

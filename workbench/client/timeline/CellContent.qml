@@ -3,7 +3,8 @@ import QtQuick.Layouts
 import Client.Common
 import Client.Timeline
 
-/// A view cell that shows a camera: header, picture, timeline. It lives as long as it is shown.
+/// The content of a view cell that shows a camera: header, picture and timeline. Exists only while the
+/// cell is visible.
 ColumnLayout {
     id: content
 
@@ -13,7 +14,7 @@ ColumnLayout {
     required property VisibleRange range
     required property PlayHead head
 
-    property real markedFrom: NaN ///< start of a range that is being marked by key
+    property real markedFrom: NaN ///< start of a range being marked by key; NaN for none
 
     readonly property string status: feed.failed ? feed.stationState === "failing"
             ? qsTr("station failed") : qsTr("a timeline failed")
@@ -36,7 +37,7 @@ ColumnLayout {
         rangeMarked(...head.rangeForNew());
     }
 
-    /// To the next bookmark or the previous one; where none is known yet, to unseen times.
+    /// Goes to the next or previous bookmark. If none is loaded, moves to times not loaded yet.
     function goToBookmark(forward) {
         const start = forward ? marks.startAfter(head.position) : marks.startBefore(head.position);
         if (start >= 0) {
@@ -47,7 +48,7 @@ ColumnLayout {
         }
     }
 
-    /// The timeline shows the bookmark at the play head, and half of its length on either side.
+    /// Shows the bookmark at the play head, with a margin of half its length on each side.
     function zoomToBookmark() {
         for (let row = 0; row < marks.rowCount(); ++row) {
             const bar = marks.row(row);

@@ -1,13 +1,12 @@
 import QtQuick
 import Client.Common
 
-/// The frame of a view cell, which tells where it stands, and the place onto which cameras are
-/// dropped.
+/// The frame of a view cell. Shows whether the cell is active, and accepts dropped cameras.
 DropArea {
     id: frame
 
-    required property bool active  ///< the tool bar's controls are for this cell
-    required property bool focused ///< the keys go to it
+    required property bool active  ///< the tool bar controls this cell
+    required property bool focused ///< the cell has the keyboard focus
 
     signal cameraDropped(var camera)
 

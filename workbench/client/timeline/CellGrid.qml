@@ -3,7 +3,7 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// The view cells in the middle of the window: what is shown in them, and what is kept of it.
+/// The view cells in the middle of the window, with their tool bar. Saves and restores their state.
 Pane {
     id: pane
     objectName: "cellGrid"
@@ -15,7 +15,7 @@ Pane {
     property alias activeIndex: cells.activeIndex
     readonly property alias activeCell: cells.activeCell
 
-    /// For the list of keys: pairs of keys and what they do.
+    /// Pairs of a key and its action, for the help.
     readonly property var shortcuts: [
         [qsTr("Tab, Ctrl+Arrows"), qsTr("Next cell, cell beside it")],
         [qsTr("Left, Right"), qsTr("Pan the timeline")],
@@ -35,10 +35,11 @@ Pane {
         [qsTr("Double click"), qsTr("Go to that moment")]
     ]
 
-    /// A range for a new bookmark, in milliseconds since the epoch.
+    /// The user has marked a range for a new bookmark, in milliseconds since the epoch.
     signal rangeMarked(var camera, real start, real end)
 
-    /// Shows a camera and returns its cell.
+    /// Shows a camera.
+    /// @return its view cell
     function showCamera(camera) {
         const shown = cells.indexShowing(camera);
         activeIndex = shown >= 0 ? shown : cells.indexForNew();
@@ -52,10 +53,10 @@ Pane {
         if (camera)
             showCamera(camera).goTo(record.startTimestamp, record.endTimestamp);
         else
-            app.notice(qsTr("The bookmark's camera is not known here."), true);
+            app.notice(qsTr("The topology has no camera for this bookmark."), true);
     }
 
-    /// What is worth keeping between two runs, as plain values.
+    /// @return the state for restoreState(), as plain values
     function saveState() {
         const states = [];
         for (let i = 0; i < cells.count; ++i)
@@ -63,7 +64,7 @@ Pane {
         return { cellCount: cellCount, activeIndex: activeIndex, cells: states };
     }
 
-    /// Without a state that was saved, the first cameras are shown.
+    /// Restores a state of saveState(); shows the first cameras if it is empty.
     function restoreState(state) {
         if (!state || !state.cells) {
             showFirstCameras();

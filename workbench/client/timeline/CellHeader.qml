@@ -3,7 +3,7 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// The line over a picture: which camera, what goes on, and what can be done.
+/// The line above a picture: the camera, its status and buttons.
 Control {
     id: header
 
@@ -43,7 +43,7 @@ Control {
             objectName: "retry"
             visible: header.failed
             text: "↻"
-            hint: qsTr("Ask the station again")
+            hint: qsTr("Query the station again")
             onClicked: header.retryRequested()
         }
         CellButton {

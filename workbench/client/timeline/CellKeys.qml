@@ -1,7 +1,7 @@
 import QtQuick
 import Client.Timeline
 
-/// What the keys do in a view cell.
+/// The keys of a view cell.
 QtObject {
     id: keys
 
@@ -13,7 +13,7 @@ QtObject {
     signal clearRequested()
     signal inStepToggled()
 
-    /// Works in cells with a camera, by key code.
+    /// Functions by key code. They need a cell with a camera.
     readonly property var actions: ({
         [Qt.Key_Left]: () => keys.pan(-0.1),
         [Qt.Key_Right]: () => keys.pan(0.1),
@@ -49,13 +49,13 @@ QtObject {
         range.reveal(head.position);
     }
 
-    /// About the play head where it can be seen, about the middle where not.
+    /// Zooms around the play head if it is visible, otherwise around the middle.
     function zoom(factor) {
         const seen = head.position >= range.from && head.position <= range.to;
         range.zoomAbout(seen ? head.position : range.from + range.span / 2, factor);
     }
 
-    /// True when the key was one of these.
+    /// @return true if the event was handled
     function handle(event) {
         const foreign = Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier;
         const shifted = event.modifiers & Qt.ShiftModifier ? shiftedActions[event.key] : undefined;

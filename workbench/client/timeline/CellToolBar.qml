@@ -4,12 +4,12 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// Over the cells: how many there are, and how the active one plays.
+/// The bar above the view cells: their number, and the playback of the active one.
 RowLayout {
     id: bar
 
     required property int cellCount
-    required property PlayHead head ///< of the active cell; null while there is none
+    required property PlayHead head ///< of the active cell; null if there is none
     property bool canPlay: false    ///< the active cell has a camera
 
     property bool inStep: false

@@ -1,6 +1,6 @@
 import QtQml
 
-/// Lets all cells that are shown follow the active one: its timeline, its play head, and how it plays.
+/// Synchronises all visible cells with the active one: range, play head and playback.
 QtObject {
     id: step
 

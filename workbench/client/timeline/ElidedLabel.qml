@@ -2,11 +2,11 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// A label that shows its whole text in a tooltip when there is no room for it.
+/// A label with its whole text as tooltip if it does not fit.
 Label {
     id: label
 
-    property string wholeText: text ///< may be longer than what is meant to be shown
+    property string wholeText: text ///< the tooltip; may be longer than the label's text
 
     elide: Text.ElideRight
     color: Theme.text

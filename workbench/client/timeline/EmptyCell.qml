@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// The ground of a view cell. Where it can be seen it tells how to fill the cell.
+/// The background of a view cell. In an empty cell it shows how to fill it.
 Rectangle {
     property alias hinting: hint.visible
 

@@ -8,12 +8,12 @@ namespace workbench {
 namespace {
 
 constexpr double GapPixels = 1;
-constexpr double ThinnestPixels = 4; ///< still to be seen and hit
-constexpr double NarrowPixels = 8;   ///< below that, neighbours are hard to tell apart
-constexpr double BucketPixels = 28;  ///< widest bar of narrow ones; has room for a count
+constexpr double ThinnestPixels = 4; ///< smallest width that a user can see and click
+constexpr double NarrowPixels = 8;   ///< narrower bars are hard to distinguish
+constexpr double BucketPixels = 28;  ///< maximum width of joined narrow bars; fits a count
 constexpr int FirstFew = 5;
 constexpr qint64 Never = std::numeric_limits<qint64>::min();
-/// Bookmarks may last to the end of 64 bits. Bars do not, so that sums of times stay in range.
+/// Limit for the ends of bars, so that sums of 64-bit times do not overflow.
 constexpr qint64 Farthest = std::numeric_limits<qint64>::max() / 4;
 
 qint64 drawn(qint64 time)
@@ -68,7 +68,7 @@ private:
         return std::max<qint64>(1, qint64(pixels * msPerPixel));
     }
 
-    /// Buckets have fixed places in time, so that bars stay what they are while one pans.
+    /// Buckets have fixed positions in time, so that panning does not change the bars.
     qint64 bucketEnd(qint64 time) const { return (time / m_bucket + 1) * m_bucket; }
 
     MarkBar barFor(const Mark &mark, int index) const
@@ -98,7 +98,7 @@ private:
         return true;
     }
 
-    /// Whether too little of a bar could be seen beside one that lies over it.
+    /// @return true if too little of @p below would be visible beside a bar drawn over it
     bool hides(const MarkBar &bar, const MarkBar &below) const
     {
         return bar.left - below.left < m_thinnest && below.right - bar.right < m_thinnest;

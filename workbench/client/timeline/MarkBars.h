@@ -6,25 +6,25 @@
 
 namespace workbench {
 
-/// What is drawn for one bookmark, or for several that can't be told apart.
+/// A bar of the timeline: one bookmark, or several that can't be distinguished.
 struct MarkBar
 {
-    qint64 left; ///< drawn from here to right; a short bookmark is drawn wider than it is
+    qint64 left; ///< drawn from left to right; a short bookmark is drawn wider
     qint64 right;
     qint64 start; ///< of the earliest bookmark
     qint64 end;   ///< of the latest one
     int lane;
     int count;
     bool narrow;
-    bool over; ///< found no lane, and is drawn over the bars before it in the last one
+    bool over;                     ///< found no free lane; drawn over earlier bars of the last lane
     QVarLengthArray<int, 5> first; ///< indexes of the first few bookmarks
 };
 
-/// Puts bookmarks, which come in order of start, into bars: overlapping ones one above the other in
-/// @p lanes lanes. Those that find no lane lie over the last one, where they start later than what
-/// they cover, or end earlier. Very short ones that touch are one bar, and so are those of which
-/// one would hide the other. The same bookmarks get the same bars wherever the timeline is panned
-/// to; only the scale matters.
+/// Arranges bookmarks as bars. Overlapping bookmarks get different lanes; a bookmark without a free
+/// lane is drawn over the last one. Joins very short bookmarks that touch, and bookmarks of which
+/// one would hide the other. The result depends on the scale, not on the visible range.
+/// @param marks sorted by start
+/// @param lanes number of lanes
 std::vector<MarkBar> arrangeMarks(const std::vector<Mark> &marks, double msPerPixel, int lanes);
 
 } // namespace workbench

@@ -6,7 +6,7 @@ namespace workbench {
 
 namespace {
 
-constexpr double BarMargin = 8; ///< how far bars are drawn beyond the ends, in pixels
+constexpr double BarMargin = 8; ///< pixels by which bars are drawn beyond the ends
 
 } // namespace
 
@@ -74,7 +74,7 @@ int MarkLayout::rowAt(double x, int lane) const
     const auto hit = [&](const MarkRow &row) {
         return row.lane == lane && x >= row.x && x <= row.x + row.width;
     };
-    // The last one lies over the others.
+    // Later bars are drawn over earlier ones, so search from the end.
     const auto found = std::find_if(std::reverse_iterator(m_rows.end()),
                                     std::reverse_iterator(m_rows.begin()), hit);
     return int(found.base() - m_rows.begin()) - 1;
@@ -175,7 +175,7 @@ void MarkLayout::arrange()
 
 MarkRow MarkLayout::rowFor(const MarkBar &bar)
 {
-    // A bar may be far longer than what is visible, too long for those who draw it.
+    // A bar may be much longer than the visible range; the scene graph draws with 32-bit floats.
     const auto x = [this](qint64 time) {
         return std::clamp((double(time) - m_range->from()) / m_arrangedScale, -BarMargin,
                           m_width + BarMargin);

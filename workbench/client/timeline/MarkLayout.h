@@ -31,25 +31,25 @@ struct MarkRow
     {
         return bookmarkID == other.bookmarkID && start == other.start && count == other.count;
     }
-    /// Empty for all.
+    /// @return the roles that differ; empty for all roles
     QList<int> differsIn(const MarkRow &other) const;
 };
 
-/// Where the bookmarks of one camera are drawn on a timeline: a row for each bar that is visible.
-/// The rows are those of the last update(), however many rows of the source have changed since.
+/// The positions of one camera's bookmarks on a timeline, one row for each visible bar. Rows change
+/// only in update().
 class MarkLayout : public QAbstractListModel
 {
     Q_OBJECT
     QML_ELEMENT
     /// A timeline model of the plug-in; null for none. Not owned.
     Q_PROPERTY(QAbstractItemModel *source READ source WRITE setSource NOTIFY changed)
-    /// What is visible. Not owned.
+    /// The visible range. Not owned.
     Q_PROPERTY(workbench::VisibleRange *range READ range WRITE setRange NOTIFY changed)
-    /// Of the timeline, in pixels.
+    /// The width of the timeline in pixels.
     Q_PROPERTY(double width READ width WRITE setWidth NOTIFY changed)
-    /// How many bars may be drawn one over the other.
+    /// The number of lanes for overlapping bookmarks.
     Q_PROPERTY(int lanes READ lanes WRITE setLanes NOTIFY changed)
-    /// Whose bookmarks are shown: a map of cameraID and relayPath.
+    /// The camera, a map of cameraID and relayPath.
     Q_PROPERTY(QVariantMap camera READ camera WRITE setCamera NOTIFY changed)
 
 public:
@@ -80,14 +80,16 @@ public:
     QVariantMap camera() const { return m_camera; }
     void setCamera(const QVariantMap &camera);
 
-    /// To be called before the next frame after outdated().
+    /// Updates the rows. Call it after outdated(), before the next frame.
     Q_INVOKABLE void update();
 
-    /// The row of the bar that can be seen there, or -1. @p x in pixels.
+    /// @param x in pixels
+    /// @return the row of the topmost bar at this position, or -1
     Q_INVOKABLE int rowAt(double x, int lane) const;
-    /// All roles of a row by their names.
+    /// @return the values of all roles of a row, by name
     Q_INVOKABLE QVariantMap row(int row) const;
-    /// Start of the first bookmark after that time, or of the last one before it; -1 for none.
+    /// @return the start of the first bookmark after a time or of the last one before it; -1 for
+    /// none
     Q_INVOKABLE qint64 startAfter(qint64 time);
     Q_INVOKABLE qint64 startBefore(qint64 time);
 
@@ -97,7 +99,7 @@ public:
 
 Q_SIGNALS:
     void changed();
-    /// Emitted for every change of a row of the source, too.
+    /// The rows need an update. Emitted for every changed row of the source.
     void outdated();
     /// The rows are up to date.
     void updated();
@@ -117,7 +119,8 @@ private:
     RowList<MarkRow> m_rows;
 
     std::vector<MarkBar> m_bars; ///< of all bookmarks, visible or not
-    double m_arrangedScale = 0;  ///< milliseconds a pixel that m_bars are for; 0 for none
+    double m_arrangedScale =
+        0; ///< milliseconds per pixel for which m_bars are arranged; 0 if they must be arranged
 };
 
 } // namespace workbench

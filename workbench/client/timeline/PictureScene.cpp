@@ -12,7 +12,7 @@ namespace {
 
 quint32 seedOf(const QString &key)
 {
-    // Not qHash(), which is another one with each run.
+    // Not qHash(), whose result changes with each run.
     const QByteArray hash = QCryptographicHash::hash(key.toUtf8(), QCryptographicHash::Md5);
     return quint32(hash.left(4).toHex().toUInt(nullptr, 16));
 }
@@ -28,7 +28,7 @@ QRectF scaled(const QRectF &share, QSizeF size)
             share.height() * size.height()};
 }
 
-/// 0 at night, 1 at noon.
+/// Returns the brightness: 0 at night, 1 at noon.
 double lightAt(double hour)
 {
     return std::clamp(0.5 - 0.9 * std::cos(hour * M_PI / 12), 0.0, 1.0);

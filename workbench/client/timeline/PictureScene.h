@@ -11,16 +11,18 @@ class QPainter;
 
 namespace workbench {
 
-/// What a camera would see, made up from its key: the same for the same key and time, different
-/// for another of either. Everything is measured in shares of the picture's width and height.
+/// Paints a random scene that depends only on the camera key and the time. Positions and sizes are
+/// shares of the picture's width and height.
 class PictureScene
 {
 public:
     explicit PictureScene(const QString &key = {});
 
-    /// What stands still, in the light of an hour of the day (0 to 24, with fractions).
+    /// Paints the background.
+    /// @param hour time of day from 0 to 24, for the light
     void paintScenery(QPainter &painter, QSizeF size, double hour) const;
-    /// What moves; @p time in milliseconds.
+    /// Paints the moving objects.
+    /// @param time milliseconds since the epoch
     void paintTraffic(QPainter &painter, QSizeF size, qint64 time) const;
 
 private:
@@ -35,7 +37,7 @@ private:
         double y;
         QSizeF size;
         QColor colour;
-        double periodMs; ///< once through the picture and a while of absence
+        double periodMs; ///< time through the picture and outside of it
         double phase;
         bool leftwards;
     };
@@ -45,7 +47,7 @@ private:
     double m_horizon;
     int m_groundHue;
     std::vector<Block> m_blocks;
-    std::vector<Mover> m_movers; ///< those in front come last
+    std::vector<Mover> m_movers; ///< sorted from back to front
 };
 
 } // namespace workbench

@@ -1,7 +1,7 @@
 import QtQml
 
-/// The present and the beat of all pictures: one for all cells, so that they change in the same
-/// frame.
+/// The present time and the ticks for pictures. All cells share one clock, so that they change in the
+/// same frame.
 QtObject {
     id: clock
 
@@ -10,8 +10,9 @@ QtObject {
     readonly property real now: openedAt + passed
     property real passed: 0 ///< milliseconds since the window was opened
 
-    /// Ten times a second. @p elapsed: milliseconds since the last one.
-    signal beat(real elapsed)
+    /// Emitted ten times a second.
+    /// @param elapsed milliseconds since the last tick
+    signal tick(real elapsed)
 
     readonly property real openedAt: Date.now()
 
@@ -22,8 +23,8 @@ QtObject {
         onTriggered: {
             const elapsed = Date.now() - clock.openedAt - clock.passed;
             clock.passed += elapsed;
-            // What was missed while the machine slept is not played.
-            clock.beat(Math.min(elapsed, 1000));
+            // Do not play the time while the machine slept.
+            clock.tick(Math.min(elapsed, 1000));
         }
     }
 }

@@ -1,13 +1,13 @@
 import QtQml
 
-/// The moment that a view cell shows, and how it moves on. Times in milliseconds since the epoch.
+/// The moment that a view cell shows, and its playback. Times are milliseconds since the epoch.
 QtObject {
     id: head
 
     required property PlayClock clock
-    /// Whether anybody looks.
+    /// False stops playback, for a hidden cell.
     property bool shown: true
-    /// Whether another head moves this one.
+    /// True if another play head moves this one, see CellsInStep.
     property bool led: false
 
     property real position: 0
@@ -16,22 +16,22 @@ QtObject {
 
     readonly property bool live: playing && position >= clock.now - 2000
 
-    /// It was played on from @p before.
+    /// Playback has moved the position from @p before.
     signal advanced(real before)
 
     function seek(time) {
         position = time;
     }
 
-    /// Start and end of a bookmark that is added now. A live picture has shown the time before it,
-    /// and no bookmark reaches into the future.
+    /// Returns start and end of a new bookmark: from the position on, in live view the time before it.
+    /// It does not end in the future.
     function rangeForNew() {
         const length = 30000;
         const end = Math.min(position + length, clock.now);
         return [live || position >= end ? end - length : position, end];
     }
 
-    /// Catches up with the present and stays with it.
+    /// Moves to the present and follows it.
     function goLive() {
         position = clock.now;
         speed = 1;
@@ -41,7 +41,7 @@ QtObject {
     function advance(elapsed) {
         const before = position;
         const next = before + elapsed * speed;
-        // The present can't be overtaken; a moment of the future stays where it was put.
+        // Playback stops at the present; a position in the future does not move.
         if (live && speed >= 1)
             position = clock.now;
         else if (before < clock.now)
@@ -49,11 +49,11 @@ QtObject {
         advanced(before);
     }
 
-    readonly property Connections beats: Connections {
+    readonly property Connections ticks: Connections {
         target: head.clock
         enabled: head.playing && head.shown && !head.led
 
-        function onBeat(elapsed) {
+        function onTick(elapsed) {
             head.advance(elapsed);
         }
     }

@@ -7,9 +7,10 @@
 
 namespace workbench {
 
-/// The rows of a list model that are computed anew as a whole. Views keep their delegates: rows
-/// come and go at both ends, as panning has it, and change in place between them. The model has to
-/// be its friend; rows tell whether they are for the same thing and which roles of them differ.
+/// The rows of a list model that computes all rows at once. Emits signals for the differences, so
+/// that views keep their delegates: inserts and removes rows at both ends, as for panning, and
+/// changes the others. The model must declare this class as friend. Rows need operator==,
+/// isSameAs() and differsIn().
 template <typename Row>
 class RowList
 {

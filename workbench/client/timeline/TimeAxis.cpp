@@ -51,14 +51,15 @@ Step stepFor(double msPerPixel)
     return found == std::end(Steps) ? *std::prev(std::end(Steps)) : *found;
 }
 
-/// How far a time is past the last round time of day, on a clock in the zone.
+/// Returns the milliseconds since the last multiple of @p step in local time.
 qint64 pastRound(qint64 time, qint64 step, const QTimeZone &zone)
 {
     const QDateTime local = QDateTime::fromMSecsSinceEpoch(time, zone);
     return local.time().msecsSinceStartOfDay() % step;
 }
 
-/// The next round time. Where clocks are changed, the way to it is longer or shorter than a step.
+/// Returns the next multiple of @p step in local time. A change of the clocks makes the interval
+/// longer or shorter.
 qint64 nextRound(qint64 time, qint64 step, const QTimeZone &zone)
 {
     const qint64 next = time + step;
@@ -69,7 +70,7 @@ qint64 nextRound(qint64 time, qint64 step, const QTimeZone &zone)
     return earlier > time && pastRound(earlier, step, zone) == 0 ? earlier : earlier + step;
 }
 
-/// Walks over the ticks of one range.
+/// Computes the ticks of one range.
 class Ticks
 {
 public:
@@ -91,7 +92,7 @@ public:
     }
 
 private:
-    /// False when the range ends before the day does.
+    /// @return false if the day starts after the range
     bool addDay(QDate date)
     {
         const qint64 start = startOf(date);
@@ -105,7 +106,7 @@ private:
         return true;
     }
 
-    /// Not every day begins at midnight.
+    /// Returns the start of a day, which need not be midnight.
     qint64 startOf(QDate date) const { return date.startOfDay(m_zone).toMSecsSinceEpoch(); }
 
     void addTimesOfDay(qint64 dayStart, qint64 last)
@@ -113,7 +114,7 @@ private:
         const qint64 step = m_step.duration;
         const QString format =
             m_step.kind == TimeAxis::Second ? QStringLiteral("HH:mm:ss") : QStringLiteral("HH:mm");
-        // A short range lies far into its day: no walk from midnight.
+        // Start at the range, because stepping from midnight would take long for a short range.
         const qint64 before = m_from - pastRound(m_from, step, m_zone) - step;
         for (qint64 time = nextRound(std::max(dayStart, before), step, m_zone); time <= last;
              time = nextRound(time, step, m_zone))

@@ -20,17 +20,17 @@ struct Tick
     QList<int> differsIn(const Tick &other) const;
 };
 
-/// The ticks of a timeline, at round times of a time zone, as dense as their labels allow. They are
-/// those of the last update().
+/// The ticks of a timeline at round local times, as dense as their labels allow. Rows change only
+/// in update().
 class TimeAxis : public QAbstractListModel
 {
     Q_OBJECT
     QML_ELEMENT
-    /// What is visible. Not owned.
+    /// The visible range. Not owned.
     Q_PROPERTY(workbench::VisibleRange *range READ range WRITE setRange NOTIFY changed)
-    /// Of the timeline, in pixels.
+    /// The width of the timeline in pixels.
     Q_PROPERTY(double width READ width WRITE setWidth NOTIFY changed)
-    /// IANA identifier; one that is not known counts as UTC.
+    /// IANA identifier; UTC if it is unknown.
     Q_PROPERTY(QString timeZone READ timeZone WRITE setTimeZone NOTIFY changed)
 
 public:
@@ -50,10 +50,10 @@ public:
     QString timeZone() const { return m_timeZone; }
     void setTimeZone(const QString &ianaId);
 
-    /// To be called before the next frame after outdated().
+    /// Updates the rows. Call it after outdated(), before the next frame.
     Q_INVOKABLE void update();
 
-    /// Date and time of day in the axis's zone.
+    /// @return date and time in the axis's zone
     Q_INVOKABLE QString timeText(qint64 time) const;
 
     int rowCount(const QModelIndex &parent = {}) const override;

@@ -3,7 +3,7 @@ import QtQuick
 import Client.Common
 import Client.Timeline
 
-/// The timeline of one camera: its bookmarks as ranges, hours and days, and the play head.
+/// The timeline of one camera: bookmarks, time axis and play head.
 Item {
     id: bar
 
@@ -11,7 +11,7 @@ Item {
     required property MarkLayout marks
     required property string timeZone ///< IANA identifier
     required property real position   ///< of the play head
-    /// Start of a range that is being marked by key, up to the play head; NaN for none.
+    /// Start of a range that is being marked by key; its end is the play head. NaN for none.
     property real markedFrom: NaN
 
     readonly property real axisHeight: 16
@@ -29,7 +29,7 @@ Item {
     Accessible.name: qsTr("Timeline, %1 to %2").arg(axis.timeText(range.from))
                                                .arg(axis.timeText(range.to))
 
-    // Not sooner: a range moves and answers come many times between two frames.
+    // Update once per frame: the range and the rows may change many times between two frames.
     FrameUpdate {
         id: frame
         onDue: {

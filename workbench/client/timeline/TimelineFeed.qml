@@ -2,7 +2,7 @@ import QtQml
 import Client.Common
 import Client.Timeline
 
-/// A view cell's timeline at the plug-in, from its first question to its removal.
+/// Creates, loads and removes a view cell's timeline in the plug-in.
 QtObject {
     id: feed
 
@@ -11,15 +11,15 @@ QtObject {
     required property var camera
     required property VisibleRange range
 
-    /// The plug-in's list model; null when there is none. It dies with the view cell.
+    /// The plug-in's list model; null if there is none. removeTimelineModel() destroys it.
     property var model: null
-    property bool failed: false ///< a timeline has failed, as far as is known this one
+    property bool failed: false ///< a timeline failed, probably this one
 
-    readonly property real askedFrom: range.askedFrom
-    readonly property real askedTo: range.askedTo
+    readonly property real requestedFrom: range.requestedFrom
+    readonly property real requestedTo: range.requestedTo
 
-    onAskedFromChanged: askSoon.restart()
-    onAskedToChanged: askSoon.restart()
+    onRequestedFromChanged: requestTimer.restart()
+    onRequestedToChanged: requestTimer.restart()
     onCameraChanged: open()
 
     function open() {
@@ -29,30 +29,30 @@ QtObject {
             model = app.bookmarks.getBookmarkModelForTimeline(uid);
         failed = !model;
         app.bookmarks.setTimelineFocusInfo(camera.locationID, camera.relayPath, uid);
-        askSoon.restart();
+        requestTimer.restart();
     }
 
-    /// Forgets everything and asks anew.
+    /// Clears the timeline and loads it again.
     function reload() {
         failed = false;
         app.bookmarks.clearTimelineModel(uid);
-        askSoon.restart();
+        requestTimer.restart();
     }
 
-    function ask() {
-        app.bookmarks.setTimelineBoundary(askedFrom, askedTo, uid);
+    function requestRange() {
+        app.bookmarks.setTimelineBoundary(requestedFrom, requestedTo, uid);
     }
 
     function close() {
-        askSoon.stop();
-        model = null; // nothing here may look at it while it is destroyed
+        requestTimer.stop();
+        model = null; // before it is destroyed, so that nothing here reads it
         app.bookmarks.removeTimelineModel(uid);
     }
 
-    /// Panning and zooming change the range many times between two frames.
-    readonly property Timer askSoon: Timer {
+    /// Panning and zooming change the range many times between two frames; request it once.
+    readonly property Timer requestTimer: Timer {
         interval: 16
-        onTriggered: feed.ask()
+        onTriggered: feed.requestRange()
     }
 
     readonly property Connections outdated: Connections {
@@ -63,31 +63,31 @@ QtObject {
         }
     }
 
-    /// A timeline has failed, and it is not known yet whether at this station.
-    property bool unsettled: false
+    /// A timeline query failed, perhaps at another station.
+    property bool unassignedFailure: false
 
     readonly property string stationState: app.topology.stationStates[camera.relayPath] ?? ""
-    onStationStateChanged: settle()
+    onStationStateChanged: updateFailed()
 
-    /// The answers' signal names no view cell. The state of the station, which follows, shows
-    /// whether this one has failed; where the host does not know it, each one may have. A station
-    /// that works again is asked again.
-    function settle() {
+    /// The signal names no view cell. The station's state, which changes after the signal, shows
+    /// whether this timeline failed; without states any timeline may have failed. Reloads when the
+    /// station works again.
+    function updateFailed() {
         const failing = stationState === "failing";
         const known = stationState !== "";
-        if (unsettled && (failing || !known))
+        if (unassignedFailure && (failing || !known))
             failed = true;
         else if (failed && known && !failing)
             reload();
-        unsettled = unsettled && known && !failing;
+        unassignedFailure = unassignedFailure && known && !failing;
     }
 
     readonly property Connections answers: Connections {
         target: feed.app.plugin
 
         function onQueryBookmarkForTimelineResponsed(success) {
-            feed.unsettled = !success;
-            feed.settle();
+            feed.unassignedFailure = !success;
+            feed.updateFailed();
         }
     }
 

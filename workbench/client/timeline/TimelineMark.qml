@@ -1,7 +1,7 @@
 import QtQuick
 import Client.Common
 
-/// One bar of a timeline: a bookmark, or several with their number.
+/// A bar of the timeline: a bookmark, or several bookmarks with their number.
 Rectangle {
     id: mark
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Client.Timeline
 
-/// The mouse on a timeline: drag pans, the wheel zooms, a drag with Shift marks a range, a double
+/// Handles the mouse on a timeline: dragging pans, the wheel zooms, Shift+drag marks a range, a double
 /// click goes to a moment.
 MouseArea {
     id: mouse
@@ -10,7 +10,7 @@ MouseArea {
     required property MarkLayout marks
     required property real laneHeight
 
-    /// Start of the range that is being marked, NaN for none; its end is under the mouse.
+    /// Start of the range that is being marked; its end is under the mouse. NaN for none.
     property real markedFrom: NaN
     readonly property real pointedTime: timeAt(mouseX)
     /// Row of the bar under the mouse, -1 for none.
@@ -27,7 +27,7 @@ MouseArea {
         return range.from + x * range.span / Math.max(1, width);
     }
 
-    /// Shows the bookmarks of a bar that stands for several, one by one if there is room.
+    /// Zooms to a bar of several bookmarks, so that they get separate bars if possible.
     function magnify(bar) {
         const margin = Math.max(1000, (bar.end - bar.start) / 4);
         range.show(bar.start - margin, bar.end + margin);
@@ -40,7 +40,7 @@ MouseArea {
                                                                : Qt.ArrowCursor
 
     onPressed: event => {
-        forceActiveFocus(Qt.MouseFocusReason); // the press does not reach the cell
+        forceActiveFocus(Qt.MouseFocusReason); // the cell does not get this press
         if (event.modifiers & Qt.ShiftModifier)
             markedFrom = timeAt(event.x);
         pressedX = event.x;

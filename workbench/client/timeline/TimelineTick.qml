@@ -2,7 +2,7 @@ import QtQuick
 import Client.Common
 import Client.Timeline
 
-/// One tick of a timeline with its label.
+/// A tick of the timeline with its label.
 Item {
     id: tick
 

@@ -3,7 +3,7 @@ import QtQuick.Controls
 import Client.Common
 import Client.Timeline
 
-/// What is under the mouse on a timeline: a bookmark's text, or those of several, and the time.
+/// The tooltip of the timeline: the texts and times of the bookmarks under the mouse, or the time.
 ToolTip {
     id: tip
     objectName: "timelineTip"

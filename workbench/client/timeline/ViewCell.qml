@@ -3,14 +3,14 @@ import QtQuick
 import Client.Common
 import Client.Timeline
 
-/// One cell of the grid: empty, or with a camera. It keeps what it showed while it is hidden.
+/// A view cell, empty or with a camera. It keeps its state while it is hidden.
 FocusScope {
     id: cell
 
     required property AppState app
     required property PlayClock clock
     required property int number ///< from 0
-    property bool active: false  ///< the tool bar's controls are for this one
+    property bool active: false  ///< the tool bar controls this cell
 
     property var camera: null
     property bool occupied: false
@@ -31,11 +31,12 @@ FocusScope {
     }
 
     function clear() {
-        occupied = false; // first: what is shown can't do without a camera
+        occupied = false; // first, because the content reads the camera
         camera = null;
     }
 
-    /// To the start of a bookmark, which is shown as a whole when its @p end is known.
+    /// Goes to a time and shows a range.
+    /// @param end of the range; undefined if there is none
     function goTo(start, end) {
         head.seek(start);
         range.revealRange(start, end ?? start);
@@ -46,7 +47,7 @@ FocusScope {
         range.show(head.position - range.span, head.position);
     }
 
-    /// Plain values, for restore().
+    /// @return the state for restore(), as plain values
     function save() {
         return {
             camera: occupied ? camera.key : "",
@@ -91,7 +92,7 @@ FocusScope {
         anchors.fill: parent
         hinting: !cell.occupied
     }
-    // Not a Loader: in Qt 6.4 it can't make components that are bound to their ids.
+    // Not a Loader, which can't create bound components in Qt 6.4.
     Repeater {
         id: contents
         model: cell.occupied && cell.visible ? 1 : 0

@@ -3,8 +3,7 @@ import QtQuick
 import QtQuick.Layouts
 import Client.Common
 
-/// The view cells side by side. There are always nine; those that find no place are hidden and keep
-/// what they showed.
+/// The grid of view cells. There are always nine; the unused ones are hidden and keep their state.
 GridLayout {
     id: grid
 
@@ -14,18 +13,18 @@ GridLayout {
     property int shownCount: 4
     property int activeIndex: 0
     readonly property int count: cells.count
-    /// Null until there are cells.
+    /// Null until the cells are created.
     readonly property ViewCell activeCell: count > 0 ? at(activeIndex) : null
 
     signal inStepToggled()
-    /// A range for a new bookmark, in milliseconds since the epoch.
+    /// The user has marked a range for a new bookmark, in milliseconds since the epoch.
     signal rangeMarked(var camera, real start, real end)
 
     function at(index) {
         return cells.itemAt(index) as ViewCell;
     }
 
-    /// The first empty cell, else the active one.
+    /// @return the index of the first empty cell, or of the active one
     function indexForNew() {
         for (let i = 0; i < shownCount; ++i) {
             if (!at(i).occupied)
@@ -34,7 +33,7 @@ GridLayout {
         return Math.min(activeIndex, shownCount - 1);
     }
 
-    /// -1 when none shows it.
+    /// @return the index of the cell that shows a camera, or -1
     function indexShowing(camera) {
         for (let i = 0; i < shownCount; ++i) {
             if (at(i).occupied && at(i).camera.key === camera.key)
@@ -65,7 +64,7 @@ GridLayout {
             onRangeMarked: (camera, start, end) => grid.rangeMarked(camera, start, end)
             Layout.fillWidth: true
             Layout.fillHeight: true
-            Layout.preferredWidth: 1 // all alike
+            Layout.preferredWidth: 1 // equal sizes
             Layout.preferredHeight: 1
         }
     }

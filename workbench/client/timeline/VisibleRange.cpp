@@ -11,7 +11,7 @@ constexpr qint64 Minute = 60'000;
 constexpr qint64 Day = 1'440 * Minute;
 constexpr qint64 ShortestSpan = Minute;
 constexpr qint64 LongestSpan = 8 * Day;
-// Beyond these, dates stop to be readable and sums of times come near their limits.
+// Limits within which dates are readable and sums of times do not overflow.
 constexpr qint64 FirstTime = 0;
 constexpr qint64 LastTime = 253'402'300'799'999; ///< the end of the year 9999
 
@@ -23,12 +23,12 @@ VisibleRange::VisibleRange(QObject *parent)
 {
 }
 
-double VisibleRange::askedFrom() const
+double VisibleRange::requestedFrom() const
 {
     return double(std::max(FirstTime, (m_from / step() - 1) * step()));
 }
 
-double VisibleRange::askedTo() const
+double VisibleRange::requestedTo() const
 {
     const qint64 stepsBeforeEnd = end() / step();
     return double((stepsBeforeEnd + 2) * step());

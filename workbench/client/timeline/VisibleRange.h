@@ -5,8 +5,8 @@
 
 namespace workbench {
 
-/// The stretch of time that a timeline bar shows: between a minute and eight days. All times in
-/// milliseconds since the epoch; whole numbers, as double because QML has no other.
+/// The range of times that a timeline shows, between a minute and eight days. Times are whole
+/// milliseconds since the epoch, as double because QML has no 64-bit integers.
 class VisibleRange : public QObject
 {
     Q_OBJECT
@@ -14,10 +14,10 @@ class VisibleRange : public QObject
     Q_PROPERTY(double from READ from NOTIFY changed)
     Q_PROPERTY(double to READ to NOTIFY changed)
     Q_PROPERTY(double span READ span NOTIFY changed)
-    /// What is worth asking for: somewhat more than is visible, in steps, so that panning does
-    /// not ask for a sliver with every frame.
-    Q_PROPERTY(double askedFrom READ askedFrom NOTIFY changed)
-    Q_PROPERTY(double askedTo READ askedTo NOTIFY changed)
+    /// The range to request: larger than the visible one and rounded to steps, so that panning does
+    /// not cause a request in every frame.
+    Q_PROPERTY(double requestedFrom READ requestedFrom NOTIFY changed)
+    Q_PROPERTY(double requestedTo READ requestedTo NOTIFY changed)
 
 public:
     explicit VisibleRange(QObject *parent = nullptr);
@@ -25,19 +25,19 @@ public:
     double from() const { return double(m_from); }
     double to() const { return double(end()); }
     double span() const { return double(m_span); }
-    double askedFrom() const;
-    double askedTo() const;
+    double requestedFrom() const;
+    double requestedTo() const;
 
-    /// Shows @p from to @p to; a range that is too short or too long keeps its end.
+    /// Shows a range. If it is too short or too long, its start is adjusted.
     Q_INVOKABLE void show(qint64 from, qint64 to);
     Q_INVOKABLE void moveBy(qint64 distance);
-    /// Changes the span by a factor; @p time stays where it is on the screen.
+    /// Changes the span by a factor; @p time keeps its position on the screen.
     Q_INVOKABLE void zoomAbout(qint64 time, double factor);
-    /// Keeps the span and puts @p time in the middle, unless it can be seen already.
+    /// Moves @p time to the middle, unless it is visible.
     Q_INVOKABLE void reveal(qint64 time);
-    /// Shows a bookmark so that it can be seen well: with at least a twentieth of the span.
+    /// Shows a whole bookmark, with at least a twentieth of the span.
     Q_INVOKABLE void revealRange(qint64 from, qint64 to);
-    /// Moves on with a play head that has run out at the end.
+    /// Moves the range if playback has moved the play head beyond its end.
     Q_INVOKABLE void follow(qint64 before, qint64 after);
 
 Q_SIGNALS:

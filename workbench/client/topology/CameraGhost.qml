@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// What follows the pointer while a camera is dragged. View cells read its camera.
+/// A label that follows the pointer while a camera is dragged. View cells read its camera.
 Rectangle {
     id: ghost
     objectName: "cameraGhost"

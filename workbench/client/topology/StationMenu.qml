@@ -2,7 +2,7 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// What can be done with a station as a whole.
+/// The menu with the actions of a station.
 Menu {
     id: menu
     objectName: "stationMenu"
@@ -18,7 +18,7 @@ Menu {
 
     function openFor(station, item) {
         menu.station = station;
-        popup(item, Theme.margin, item.height); // the pointer may be elsewhere
+        popup(item, Theme.margin, item.height); // at the item: the menu may be opened by key
     }
 
     MenuItem {
@@ -32,7 +32,7 @@ Menu {
     MenuSeparator {}
     MenuItem {
         id: removeAll
-        // With the reason, as a disabled item shows no tooltip.
+        // The text has the reason, because a disabled item shows no tooltip.
         text: enabled ? qsTr("Remove all bookmarks…")
                       : qsTr("Remove all bookmarks…\n%1").arg(menu.app.lockReason)
         enabled: menu.app.settingAllowed

@@ -3,7 +3,7 @@ import QtQuick.Controls
 import Client.Common
 import Client.Topology
 
-/// How a station is: a coloured dot, and a word unless all is well.
+/// Shows a station's state as a coloured dot, with a word unless it is connected.
 Row {
     id: mark
 

@@ -18,7 +18,7 @@ QtObject {
     })
 
     function word(state) {
-        return words[state] || qsTr("not heard of yet");
+        return words[state] || qsTr("state unknown");
     }
     function color(state) {
         return colors[state] || "transparent";

@@ -3,13 +3,13 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// The stations with their cameras, as the host's device tree has them.
+/// Shows the stations and cameras of the topology as a tree, with a filter.
 Pane {
     id: pane
 
     required property AppState app
 
-    /// Asked for from a station's menu; a station is a map of the topology.
+    /// Chosen in a station's menu; a station is a map as in Topology.stations.
     signal removeAllWanted(var station)
     signal recentWanted(var station)
     signal recycleWanted
@@ -65,8 +65,8 @@ Pane {
         }
         Label {
             visible: tree.count === 0
-            text: filterField.text === "" ? qsTr("The device tree is empty.")
-                                          : qsTr("Nothing is called that.")
+            text: filterField.text === "" ? qsTr("The topology is empty.")
+                                          : qsTr("No camera or station has such a name.")
             color: Theme.faintText
             wrapMode: Text.Wrap
             Layout.fillWidth: true

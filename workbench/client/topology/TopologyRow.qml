@@ -4,12 +4,12 @@ import QtQuick.Layouts
 import Client.Common
 import Client.Topology
 
-/// One station or camera of the tree. A camera can be dragged to a view cell.
+/// A row of the tree, a station or a camera. A camera can be dragged to a view cell.
 ItemDelegate {
     id: row
 
     required property AppState app
-    required property var modelData ///< of TopologyTree.rows()
+    required property var modelData ///< an element of TopologyTree.rows()
     required property int index
     required property bool folded
     required property bool focused

@@ -3,12 +3,12 @@ import QtQuick
 import QtQuick.Controls
 import Client.Common
 
-/// Stations and, below those that are unfolded, their cameras, one row each.
+/// Lists stations and the cameras of unfolded stations, one per row.
 ListView {
     id: tree
 
     required property AppState app
-    /// Only cameras and stations whose names contain this.
+    /// Shows only cameras and stations whose names contain this text.
     property string filter: ""
 
     property var folded: ({}) ///< relay paths of stations whose cameras are hidden
@@ -26,7 +26,7 @@ ListView {
 
     ScrollBar.vertical: ScrollBar {}
 
-    /// Maps of station and camera; camera is null in the row of the station itself.
+    /// @return maps of station and camera; camera is null in the row of a station
     function rows() {
         const wanted = filter.toLocaleLowerCase();
         const list = [];

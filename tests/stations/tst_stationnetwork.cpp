@@ -1,4 +1,4 @@
-#include "Site.h"
+#include "StationNetwork.h"
 #include "StationTest.h"
 
 #include <QtCore/QDir>
@@ -7,7 +7,7 @@
 #include <QtTest/QSignalSpy>
 #include <QtTest/QTest>
 
-using namespace workbench;
+using namespace stations;
 
 namespace {
 
@@ -28,7 +28,7 @@ QList<StationConfig> configs(const QStringList &paths = relayPaths())
 } // namespace
 
 /// Four stations, three of them with bookmarks "a" to "d" in the order of their starts.
-class TestSite : public QObject
+class TestStationNetwork : public QObject
 {
     Q_OBJECT
 
@@ -37,7 +37,7 @@ private:
     QString ask(const QString &command);
 
     std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<Site> m_site;
+    std::unique_ptr<StationNetwork> m_network;
 
 private Q_SLOTS:
     void init();
@@ -45,15 +45,15 @@ private Q_SLOTS:
     void commandGivesAnswerAndBookmarks();
     void allStationsShareSettingZoneAndPermission();
     void failingStationHidesNoBookmark();
-    void onlyOtherClientsRaiseEvents();
+    void onlyOtherClientsCauseEvents();
     void openReportsUnusableFiles();
     void emptiedFileIsReportedAndKept();
 };
 
-void TestSite::init()
+void TestStationNetwork::init()
 {
     QTest::failOnWarning(QRegularExpression(u"."_s));
-    m_site.reset();
+    m_network.reset();
     m_folder = std::make_unique<QTemporaryDir>();
     const auto add = [this](const QString &relayPath, const QStringList &ids) {
         QString error;
@@ -61,7 +61,7 @@ void TestSite::init()
         for (const QString &id : ids)
             bookmarks.append({id, u"cam"_s, u"loc"_s, id.at(0).unicode(), 200, id, {}, {}});
         const auto store =
-            BookmarkStore::open(m_folder->filePath(Site::fileNameOf(relayPath)), &error);
+            BookmarkStore::open(m_folder->filePath(StationNetwork::fileNameOf(relayPath)), &error);
         QVERIFY2(store && store->add(bookmarks), qPrintable(error));
     };
     add(u"east/%1"_s, {u"c"_s, u"a"_s});
@@ -70,23 +70,23 @@ void TestSite::init()
     open(relayPaths());
 }
 
-void TestSite::open(const QStringList &paths)
+void TestStationNetwork::open(const QStringList &paths)
 {
-    m_site.reset();
+    m_network.reset();
     QString error;
-    m_site = Site::open(m_folder->path(), configs(paths), &error);
-    QVERIFY2(m_site, qPrintable(error));
+    m_network = StationNetwork::open(m_folder->path(), configs(paths), &error);
+    QVERIFY2(m_network, qPrintable(error));
 }
 
 /// Executes "Command@relayPath payload" and returns the answer as text.
-QString TestSite::ask(const QString &command)
+QString TestStationNetwork::ask(const QString &command)
 {
     const QString target = command.section(u' ', 0, 0);
-    return inWords(m_site->execute(target.section(u'@', 0, 0), payload(command.section(u' ', 1)),
-                                   target.section(u'@', 1)));
+    return inWords(m_network->execute(target.section(u'@', 0, 0), payload(command.section(u' ', 1)),
+                                      target.section(u'@', 1)));
 }
 
-void TestSite::commandGivesAnswerAndBookmarks_data()
+void TestStationNetwork::commandGivesAnswerAndBookmarks_data()
 {
     QTest::addColumn<QString>("command");
     QTest::addColumn<QString>("answer");
@@ -118,7 +118,7 @@ void TestSite::commandGivesAnswerAndBookmarks_data()
     row("query without cameras", "QueryBookmarkForApi@ StartTimestamp=0 EndTimestamp=999", "1 -");
 }
 
-void TestSite::commandGivesAnswerAndBookmarks()
+void TestStationNetwork::commandGivesAnswerAndBookmarks()
 {
     QFETCH(const QString, command);
     QFETCH(const QString, left);
@@ -127,13 +127,13 @@ void TestSite::commandGivesAnswerAndBookmarks()
              u"0 ["_s + left + u']');
 }
 
-void TestSite::allStationsShareSettingZoneAndPermission()
+void TestStationNetwork::allStationsShareSettingZoneAndPermission()
 {
     const QString update = u"UpdateRecycleSetting@ reserveHour=72 enableRecycle=true"_s;
     QCOMPARE(ask(update), u"0 bool true"_s);
     QCOMPARE(ask(u"UpdateRecycleSetting@ {}"_s), u"1 bool false"_s);
-    m_site->setTimeZone("Asia/Tokyo");
-    m_site->setSettingPermission(false);
+    m_network->setTimeZone("Asia/Tokyo");
+    m_network->setSettingPermission(false);
     const QStringList paths = relayPaths() + QStringList{QString()};
     for (const QString &path : paths) {
         QCOMPARE(ask(u"GetRecycleSetting@"_s + path),
@@ -149,9 +149,9 @@ void TestSite::allStationsShareSettingZoneAndPermission()
     QCOMPARE(ask(u"QueryAllBookmars@ {}"_s), u"0 {Bookmarks: []}"_s);
 }
 
-void TestSite::failingStationHidesNoBookmark()
+void TestStationNetwork::failingStationHidesNoBookmark()
 {
-    QVERIFY(runSql(m_site->station(u"east_%1"_s)->config().filePath, u"DROP TABLE bookmark"_s));
+    QVERIFY(runSql(m_network->station(u"east_%1"_s)->config().filePath, u"DROP TABLE bookmark"_s));
     for (int i = 0; i < 3; ++i)
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression(u"no such table"_s));
     QCOMPARE(ask(u"UpdateBookmark@ BookmarkID=d"_s), u"0 d"_s);
@@ -160,13 +160,13 @@ void TestSite::failingStationHidesNoBookmark()
              u"4 -"_s);
 }
 
-void TestSite::onlyOtherClientsRaiseEvents()
+void TestStationNetwork::onlyOtherClientsCauseEvents()
 {
     const auto add = [this](const QString &relayPath, const QString &camera) {
         const Bookmark bookmark{{}, camera, u"loc"_s, 2, 3, u"theirs"_s, {}, {}};
-        return m_site->addByOtherClient(relayPath, bookmark);
+        return m_network->addByOtherClient(relayPath, bookmark);
     };
-    const QSignalSpy spy(m_site.get(), &Site::bookmarkAddedByOther);
+    const QSignalSpy spy(m_network.get(), &StationNetwork::bookmarkAddedByOther);
     ask(u"AddBookmark@east_%1 ours@cam"_s);
     QVERIFY(!add(u"nowhere"_s, u"cam"_s));
     QVERIFY(!add(u"east_%1"_s, u"unknown"_s));
@@ -177,22 +177,23 @@ void TestSite::onlyOtherClientsRaiseEvents()
     QCOMPARE(ask(u"QueryAllBookmars@east_%1 {}"_s), u"0 {Bookmarks: [ours theirs]}"_s);
 }
 
-void TestSite::openReportsUnusableFiles()
+void TestStationNetwork::openReportsUnusableFiles()
 {
-    const auto refusal = [](const QString &folder, const QStringList &paths) {
+    const auto errorOfOpening = [](const QString &folder, const QStringList &paths) {
         QString error;
-        return Site::open(folder, configs(paths), &error) ? u"none"_s : error;
+        return StationNetwork::open(folder, configs(paths), &error) ? u"none"_s : error;
     };
     // For file systems that ignore the case.
-    QVERIFY(Site::fileNameOf(u"A"_s).toLower() != Site::fileNameOf(u"a"_s).toLower());
-    const QString twice = refusal(m_folder->path(), {u"../west"_s, u"../west"_s});
+    QVERIFY(StationNetwork::fileNameOf(u"A"_s).toLower() !=
+            StationNetwork::fileNameOf(u"a"_s).toLower());
+    const QString twice = errorOfOpening(m_folder->path(), {u"../west"_s, u"../west"_s});
     QVERIFY2(twice.contains(u"two stations have the relay path \"../west\""_s), qPrintable(twice));
 
-    const QString file = m_folder->filePath(Site::fileNameOf(u"damaged"_s));
+    const QString file = m_folder->filePath(StationNetwork::fileNameOf(u"damaged"_s));
     QVERIFY(QFile::copy(QCoreApplication::applicationFilePath(), file));
     open({u"north"_s, u"damaged"_s});
-    QCOMPARE(m_site->defects().size(), 1);
-    const QString damaged = m_site->defects().constFirst();
+    QCOMPARE(m_network->defects().size(), 1);
+    const QString damaged = m_network->defects().constFirst();
     QVERIFY2(damaged.startsWith(file + u": is not"_s), qPrintable(damaged));
     QCOMPARE(ask(u"AddBookmark@north a@cam"_s).left(2), u"0 "_s);
     for (const auto &[command, answer] : {std::pair(u"AddBookmark@damaged a@cam"_s, u"4 -"_s),
@@ -201,33 +202,34 @@ void TestSite::openReportsUnusableFiles()
                                                     u"4 QStringList a b"_s),
                                           std::pair(u"QueryAllBookmars@damaged {}"_s, u"4 -"_s)})
         QCOMPARE(ask(command), answer);
-    const QString noFolder = refusal(file, {});
+    const QString noFolder = errorOfOpening(file, {});
     QVERIFY2(noFolder.startsWith(file + u": cannot"_s), qPrintable(noFolder));
-    QCOMPARE(refusal(m_folder->filePath(u"new/folder"_s), {u"x"_s.repeated(5000)}), u"none"_s);
+    QCOMPARE(errorOfOpening(m_folder->filePath(u"new/folder"_s), {u"x"_s.repeated(5000)}),
+             u"none"_s);
 }
 
-void TestSite::emptiedFileIsReportedAndKept()
+void TestStationNetwork::emptiedFileIsReportedAndKept()
 {
-    m_site.reset();
-    const QString path = m_folder->filePath(Site::fileNameOf(u"../west"_s));
+    m_network.reset();
+    const QString path = m_folder->filePath(StationNetwork::fileNameOf(u"../west"_s));
     QFile log(path + u"-wal"_s);
     QVERIFY(log.open(QIODevice::WriteOnly) && log.write("log") == 3);
     log.close();
     for (const QString &kept : {path + u".emptied"_s, path + u".emptied-2"_s}) {
         QVERIFY(QFile::resize(path, 0));
         open();
-        QCOMPARE(m_site->notices().size(), 1);
-        const QString notice = m_site->notices().constFirst();
+        QCOMPARE(m_network->notices().size(), 1);
+        const QString notice = m_network->notices().constFirst();
         QVERIFY2(notice.startsWith(path + u": "_s) && notice.endsWith(u' ' + kept + u'.'),
                  qPrintable(notice));
         QVERIFY(QFile::exists(kept));
         QCOMPARE(ask(u"QueryAllBookmars@../west {}"_s), u"0 {Bookmarks: []}"_s);
-        m_site.reset();
+        m_network.reset();
     }
     QCOMPARE(QFileInfo(path + u".emptied-wal"_s).size(), 3);
     open();
-    QCOMPARE(m_site->notices(), QStringList());
+    QCOMPARE(m_network->notices(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(TestSite)
-#include "tst_site.moc"
+QTEST_GUILESS_MAIN(TestStationNetwork)
+#include "tst_stationnetwork.moc"

@@ -1,4 +1,4 @@
-#include "Site.h"
+#include "StationNetwork.h"
 
 #include "Protocol.h"
 
@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-namespace workbench {
+namespace stations {
 
 namespace code = protocol::code;
 namespace command = protocol::command;
@@ -41,25 +41,25 @@ QVariantList sortedByStart(const QVariantList &records)
 
 } // namespace
 
-std::unique_ptr<Site> Site::open(const QString &folder, const QList<StationConfig> &configs,
-                                 QString *error)
+std::unique_ptr<StationNetwork>
+StationNetwork::open(const QString &folder, const QList<StationConfig> &configs, QString *error)
 {
     if (!QDir().mkpath(folder)) {
         *error = QStringLiteral("%1: cannot create the folder; check the path and its permissions")
                      .arg(QDir::toNativeSeparators(folder));
         return nullptr;
     }
-    std::unique_ptr<Site> site(new Site);
+    std::unique_ptr<StationNetwork> network(new StationNetwork);
     for (StationConfig config : configs) {
         config.filePath = QDir(folder).filePath(fileNameOf(config.relayPath));
-        if (site->station(config.relayPath)) {
+        if (network->station(config.relayPath)) {
             *error = QStringLiteral("%1: two stations have the relay path \"%2\"")
                          .arg(QDir::toNativeSeparators(config.filePath), config.relayPath);
             return nullptr;
         }
         const QString renamed = BookmarkStore::renameEmptied(config.filePath);
         if (!renamed.isEmpty())
-            site->m_notices.append(
+            network->m_notices.append(
                 QStringLiteral("%1: the file had 0 bytes, its bookmarks are lost. A new file was "
                                "created; the old file was renamed to %2.")
                     .arg(QDir::toNativeSeparators(config.filePath),
@@ -67,22 +67,22 @@ std::unique_ptr<Site> Site::open(const QString &folder, const QList<StationConfi
         QString defect;
         std::unique_ptr<Station> station = Station::open(config, &defect);
         if (!station) {
-            site->m_defects.append(defect);
+            network->m_defects.append(defect);
             station = Station::broken(config, defect);
         }
-        site->m_stations.push_back(std::move(station));
+        network->m_stations.push_back(std::move(station));
     }
-    return site;
+    return network;
 }
 
-Site::Site()
+StationNetwork::StationNetwork()
     : m_timeZone(QTimeZone::systemTimeZoneId())
 {
 }
 
 /// The readable part may be equal for two paths: it is cut, and "A" and "a" are one file on
 /// Windows. The hash distinguishes them.
-QString Site::fileNameOf(const QString &relayPath)
+QString StationNetwork::fileNameOf(const QString &relayPath)
 {
     static const QRegularExpression unsafe(QStringLiteral("[^A-Za-z0-9_-]"));
     constexpr qsizetype readableLength = 40;
@@ -93,27 +93,17 @@ QString Site::fileNameOf(const QString &relayPath)
     return QStringLiteral("%1-%2.sqlite").arg(readable, QString::fromLatin1(hash.left(hashLength)));
 }
 
-Answer Site::execute(const QString &command, const QVariant &payload, const QString &relayPath)
+Answer StationNetwork::execute(const QString &command, const QVariant &payload,
+                               const QString &relayPath)
 {
     if (relayPath.isEmpty())
         return executeAtConnectedServer(command, payload);
     Station *target = station(relayPath);
     return target ? target->execute(command, payload)
-                  : refuse(command, payload, code::UnknownStation);
+                  : failedAnswer(command, payload, code::UnknownStation);
 }
 
-/// A failed DeleteBookmarks returns the identifiers, even if no station was reached.
-Answer Site::refusal(const QString &command, const QVariant &payload, const QString &resultCode)
-{
-    Answer answer{QVariant(), resultCode};
-    if (command == command::DeleteBookmarks) {
-        if (const std::optional<QStringList> bookmarkIDs = bookmarkIDsOf(payload))
-            answer.result = *bookmarkIDs;
-    }
-    return answer;
-}
-
-Station *Site::station(const QString &relayPath) const
+Station *StationNetwork::station(const QString &relayPath) const
 {
     const auto found =
         std::find_if(m_stations.cbegin(), m_stations.cend(),
@@ -121,7 +111,7 @@ Station *Site::station(const QString &relayPath) const
     return found == m_stations.cend() ? nullptr : found->get();
 }
 
-QList<Station *> Site::stations() const
+QList<Station *> StationNetwork::stations() const
 {
     QList<Station *> stations;
     for (const std::unique_ptr<Station> &station : m_stations)
@@ -129,7 +119,7 @@ QList<Station *> Site::stations() const
     return stations;
 }
 
-bool Site::addByOtherClient(const QString &relayPath, const Bookmark &bookmark)
+bool StationNetwork::addByOtherClient(const QString &relayPath, const Bookmark &bookmark)
 {
     const Answer answer = execute(command::AddBookmark, bookmark.toRecord(), relayPath);
     if (!succeeded(answer))
@@ -138,45 +128,46 @@ bool Site::addByOtherClient(const QString &relayPath, const Bookmark &bookmark)
     return true;
 }
 
-void Site::setTimeZone(const QByteArray &timeZone)
+void StationNetwork::setTimeZone(const QByteArray &timeZone)
 {
     m_timeZone = timeZone;
     for (const std::unique_ptr<Station> &station : m_stations)
         station->setTimeZone(timeZone);
 }
 
-void Site::setSettingPermission(bool permission)
+void StationNetwork::setSettingPermission(bool permission)
 {
     m_settingPermission = permission;
     for (const std::unique_ptr<Station> &station : m_stations)
         station->setSettingPermission(permission);
 }
 
-Answer Site::executeAtConnectedServer(const QString &command, const QVariant &payload)
+Answer StationNetwork::executeAtConnectedServer(const QString &command, const QVariant &payload)
 {
     struct Row
     {
         QLatin1String command;
-        Answer (Site::*handler)(const QString &, const QVariant &);
+        Answer (StationNetwork::*handler)(const QString &, const QVariant &);
     };
     static constexpr Row rows[] = {
-        {command::UpdateBookmark, &Site::updateAnywhere},
-        {command::QueryBookmarkForApi, &Site::queryEverywhere},
-        {command::GetRecycleSetting, &Site::askFirst},
-        {command::UpdateRecycleSetting, &Site::updateEverywhere},
-        {command::QueryServerTimeZone, &Site::answerTimeZone},
-        {command::QuerySettingPermission, &Site::answerPermission},
+        {command::UpdateBookmark, &StationNetwork::updateAnywhere},
+        {command::QueryBookmarkForApi, &StationNetwork::queryEverywhere},
+        {command::GetRecycleSetting, &StationNetwork::askFirst},
+        {command::UpdateRecycleSetting, &StationNetwork::updateEverywhere},
+        {command::QueryServerTimeZone, &StationNetwork::answerTimeZone},
+        {command::QuerySettingPermission, &StationNetwork::answerPermission},
     };
     for (const Row &row : rows) {
         if (row.command == command)
             return (this->*row.handler)(command, payload);
     }
     Station *own = station(QString());
-    return own ? own->execute(command, payload) : refuse(command, payload, code::UnknownStation);
+    return own ? own->execute(command, payload)
+               : failedAnswer(command, payload, code::UnknownStation);
 }
 
 /// Asks the other stations if one fails: another station may have the bookmark.
-Answer Site::updateAnywhere(const QString &command, const QVariant &payload)
+Answer StationNetwork::updateAnywhere(const QString &command, const QVariant &payload)
 {
     Answer answer{QVariant(), code::UnknownBookmark};
     for (const std::unique_ptr<Station> &station : m_stations) {
@@ -190,7 +181,7 @@ Answer Site::updateAnywhere(const QString &command, const QVariant &payload)
 }
 
 /// Fails if one station fails: the client would treat a partial result as complete.
-Answer Site::queryEverywhere(const QString &command, const QVariant &payload)
+Answer StationNetwork::queryEverywhere(const QString &command, const QVariant &payload)
 {
     QVariantList records;
     for (const std::unique_ptr<Station> &station : m_stations) {
@@ -202,7 +193,7 @@ Answer Site::queryEverywhere(const QString &command, const QVariant &payload)
     return {sortedByStart(records), code::Success};
 }
 
-Answer Site::updateEverywhere(const QString &command, const QVariant &payload)
+Answer StationNetwork::updateEverywhere(const QString &command, const QVariant &payload)
 {
     Answer answer{false, code::UnknownStation};
     for (const std::unique_ptr<Station> &station : m_stations) {
@@ -214,22 +205,22 @@ Answer Site::updateEverywhere(const QString &command, const QVariant &payload)
 }
 
 /// Asks one station: the settings are equal unless a client has changed a single station.
-Answer Site::askFirst(const QString &command, const QVariant &payload)
+Answer StationNetwork::askFirst(const QString &command, const QVariant &payload)
 {
-    return m_stations.empty() ? refuse(command, payload, code::UnknownStation)
+    return m_stations.empty() ? failedAnswer(command, payload, code::UnknownStation)
                               : m_stations.front()->execute(command, payload);
 }
 
-Answer Site::answerTimeZone(const QString & /*command*/, const QVariant &payload)
+Answer StationNetwork::answerTimeZone(const QString & /*command*/, const QVariant &payload)
 {
     return payload.isValid() ? Answer{QVariant(), code::BadPayload}
                              : Answer{m_timeZone, code::Success};
 }
 
-Answer Site::answerPermission(const QString & /*command*/, const QVariant &payload)
+Answer StationNetwork::answerPermission(const QString & /*command*/, const QVariant &payload)
 {
     return payload.isValid() ? Answer{QVariant(), code::BadPayload}
                              : Answer{m_settingPermission, code::Success};
 }
 
-} // namespace workbench
+} // namespace stations

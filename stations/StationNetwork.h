@@ -4,15 +4,15 @@
 
 #include <vector>
 
-namespace workbench {
+namespace stations {
 
-/// All stations of an installation, with the server to which the client is connected.
+/// The stations of a network and the server to which the client is connected.
 ///
 /// A command goes to the station with its relay path. For the empty relay path the connected server
 /// answers: it stores time zone and permission, forwards an update to the station that has the
 /// bookmark, an API query to all stations and recycle settings to all stations. Any other command
 /// goes to the station whose relay path is empty, if it exists.
-class Site : public QObject, public standin::Server
+class StationNetwork : public QObject, public standin::Server
 {
     Q_OBJECT
 
@@ -21,8 +21,8 @@ public:
     /// file is not usable exists, but rejects every command; see defects().
     /// @param error set on failure to a message with the folder or file
     /// @return null if the folder is not usable or two stations have the same relay path
-    static std::unique_ptr<Site> open(const QString &folder, const QList<StationConfig> &configs,
-                                      QString *error);
+    static std::unique_ptr<StationNetwork>
+    open(const QString &folder, const QList<StationConfig> &configs, QString *error);
 
     /// @return a message for each station whose file is not usable, with the file
     QStringList defects() const { return m_defects; }
@@ -34,21 +34,18 @@ public:
 
     standin::Answer execute(const QString &command, const QVariant &payload,
                             const QString &relayPath) override;
-    standin::Answer refuse(const QString &command, const QVariant &payload,
-                           const QString &resultCode) override
+    standin::Answer failureAnswer(const QString &command, const QVariant &payload,
+                                  const QString &resultCode) override
     {
-        return refusal(command, payload, resultCode);
+        return failedAnswer(command, payload, resultCode);
     }
-    /// Like refuse(), without a site.
-    static standin::Answer refusal(const QString &command, const QVariant &payload,
-                                   const QString &resultCode);
 
-    /// @return the station with a relay path, or null; owned by the site
+    /// @return the station with a relay path, or null; owned by this object
     Station *station(const QString &relayPath) const;
-    /// @return all stations in the order of the configuration; owned by the site
+    /// @return all stations in the order of the configuration; owned by this object
     QList<Station *> stations() const;
 
-    /// Stores a bookmark as another client of the installation does, and emits
+    /// Stores a bookmark as another client of the network does, and emits
     /// bookmarkAddedByOther().
     /// @return false if the station rejects the bookmark
     bool addByOtherClient(const QString &relayPath, const Bookmark &bookmark);
@@ -62,7 +59,7 @@ Q_SIGNALS:
     void bookmarkAddedByOther(const QVariantMap &record, const QString &relayPath);
 
 private:
-    Site();
+    StationNetwork();
 
     standin::Answer executeAtConnectedServer(const QString &command, const QVariant &payload);
     standin::Answer updateAnywhere(const QString &command, const QVariant &payload);
@@ -79,4 +76,4 @@ private:
     bool m_settingPermission = true;
 };
 
-} // namespace workbench
+} // namespace stations
