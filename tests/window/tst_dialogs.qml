@@ -101,7 +101,7 @@ WindowTest {
     /// wait for the earlier answer.
     function test_requestWaitsForTheAnswerToTheLastOne() {
         const depot = workbench.stations[1];
-        workbench.faults.setData(workbench.faults.index(2, 0), "300", FaultsModel.DelayRole);
+        workbench.faults.setData(workbench.faults.index(2, 0), "1500", FaultsModel.DelayRole);
         for (const station of [harbour, depot]) {
             dialogs().addFor([station.cameras[0]], noon, noon + 60000);
             const dialog = opened("addDialog");

@@ -120,8 +120,8 @@ first skipped     | Europe/Berlin | 2026-03-29 02:00:00 |                      |
 last skipped      | Europe/Berlin | 2026-03-29 02:59:59 |                      | | 02:59 does not occur
 after the jump    | Europe/Berlin | 2026-03-29 03:00:00 | 2026-03-29T01:00:00Z | 2026-03-29 03:00:00 |
 before it repeats | Europe/Berlin | 2026-10-25 01:59:59 | 2026-10-24T23:59:59Z | 2026-10-25 01:59:59 |
-first repeated    | Europe/Berlin | 2026-10-25 02:00    | 2026-10-25T00:00:00Z | 2026-10-25 02:00:00 | 02:00 occurs twice, summer time is taken
-last repeated     | Europe/Berlin | 2026-10-25 02:59:59 | 2026-10-25T00:59:59Z | 2026-10-25 02:59:59 | 02:59 occurs twice, summer time is taken
+first repeated    | Europe/Berlin | 2026-10-25 02:00    | 2026-10-25T00:00:00Z | 2026-10-25 02:00:00 | 02:00 occurs twice; the one in summer time
+last repeated     | Europe/Berlin | 2026-10-25 02:59:59 | 2026-10-25T00:59:59Z | 2026-10-25 02:59:59 | 02:59 occurs twice; the one in summer time
 after that        | Europe/Berlin | 2026-10-25 03:00    | 2026-10-25T02:00:00Z | 2026-10-25 03:00:00 |
 a day left out    | Pacific/Apia  | 2011-12-30 12:00    |                      | | 12:00 does not occur
 not skipped there | no zone       | 2026-03-29 02:30:00 | 2026-03-29T02:30:00Z | 2026-03-29 02:30:00 |

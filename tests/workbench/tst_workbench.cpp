@@ -362,7 +362,7 @@ private Q_SLOTS:
                                                   {u"pan to times not loaded"_s, 59},
                                                   {u"pan over loaded times"_s, 118},
                                                   {u"zoom"_s, 28},
-                                                  {u"query all stations again"_s, 1}};
+                                                  {u"query all stations"_s, 1}};
         QCOMPARE(inputs, expected);
     }
 

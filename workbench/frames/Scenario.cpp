@@ -73,7 +73,7 @@ void Scenario::perform(FrameReport &report)
     measure(report, QStringLiteral("pan to times not loaded"), MoveMs, drag(-1));
     measure(report, QStringLiteral("pan over loaded times"), MoveMs, drag(1) + drag(-1));
     measure(report, QStringLiteral("zoom"), NotchMs, zooms());
-    measure(report, QStringLiteral("query all stations again"), 0, clicks("refresh", 1));
+    measure(report, QStringLiteral("query all stations"), 0, clicks("refresh", 1));
 }
 
 void Scenario::measure(FrameReport &report, const QString &action, int intervalMs,
