@@ -5,8 +5,8 @@
 
 class QObject;
 
-/// Sends a plug-in's commands and finds other plug-ins. Owned by the host; use it only on the GUI
-/// thread.
+/// Sends a plug-in's commands and finds other plug-ins.
+/// [gui-thread] [host-owned]
 ///
 /// Keep the order of the functions: the host identifies them by their position in the virtual
 /// table, not by name. HostEntry functions are placeholders. The class has no virtual destructor,
@@ -19,11 +19,12 @@ public:
 
     /// Second entry: sends a command to a station. The answer arrives in
     /// PluginBase::CommandProcessor, inside this call or at any time later.
-    /// @param hostHandle the handle that InitialPluginBase received; may be null
+    /// [gui-thread] [hostHandle, context: may be null]
+    /// @param hostHandle the handle that InitialPluginBase received
     /// @param pluginID   identifier of the sender, 32 hexadecimal digits
     /// @param command    name of the command
     /// @param payload    parameters of the command; invalid for commands without parameters
-    /// @param context    returned with the answer and never dereferenced by the host; may be null
+    /// @param context    returned with the answer and never dereferenced by the host
     /// @param flag       for the host only; pass false
     /// @param relayPath  the station; empty for the server to which the client is connected
     /// @return true if the host accepted the command; otherwise no answer arrives
@@ -54,9 +55,10 @@ public:
     virtual void HostEntry13() {}
 
     /// Fourteenth entry: finds another plug-in.
-    /// @param hostHandle the handle that InitialPluginBase received; may be null
+    /// [gui-thread] [hostHandle: may be null] [result: host-owned, may be null]
+    /// @param hostHandle the handle that InitialPluginBase received
     /// @param pluginID   identifier of the other plug-in, 32 hexadecimal digits
-    /// @return the object of that plug-in, owned by the host; null if it is not loaded
+    /// @return the object of that plug-in, or null if it is not loaded
     virtual QObject *FindPlugin(void *hostHandle, const QString &pluginID)
     {
         Q_UNUSED(hostHandle)

@@ -5,8 +5,9 @@
 #include <cstdarg>
 #include <cstddef>
 
-/// The process-wide object of the host's logging library, owned by that library. Keep the offsets
-/// of its fields: they are a binary contract. Any function may be null.
+/// The process-wide object of the host's logging library. Keep the offsets of its fields: they are
+/// a binary contract. Any function may be null.
+/// [library-owned] [gui-thread]
 struct LogObject
 {
     void *reserved1[3];
@@ -16,11 +17,13 @@ struct LogObject
     void *reserved2[5];
 
     /// Registers a module by name and stores its number in @p moduleId. Pass 19 as the integer.
+    /// [gui-thread] [may be null]
     void (*registerModule)(void *handle, int, const char *moduleName, quint32 *moduleId);
 
     void *reserved3[4];
 
     /// Checks whether a line shall be written. Pass 0 as the integer.
+    /// [gui-thread] [may be null]
     /// @param severity the module number shifted left by 8 bits, ORed with the level; 2 for an
     /// error
     /// @param file     source file of the log statement
@@ -28,6 +31,7 @@ struct LogObject
     int (*checkLine)(void *handle, quint32 severity, int, const char *file, int line);
 
     /// Formats the line as printf does and writes it.
+    /// [gui-thread] [may be null]
     void (*writeLine)(void *handle, const char *format, va_list arguments);
 };
 
