@@ -1,6 +1,7 @@
 import QtQuick
 import QtQuick.Controls
 import QtTest
+import Client.Common
 import Integration
 
 /// Tests the integrators' drawer: its tabs, and the effect of faults on the window.
@@ -232,6 +233,9 @@ WindowTest {
         keyClick(Qt.Key_Return);
         tryVerify(() => find("filterError").text.startsWith("character 19: "), 5000, find("filterError").text);
         compare(list().count, shown, "as before the mistake");
+        list().forceActiveFocus();
+        compare(field.color, Theme.failure);
+        field.forceActiveFocus();
         keyClick(Qt.Key_Escape);
         tryVerify(() => list().count > shown);
     }

@@ -18,7 +18,7 @@ SearchField {
         completions = [];
     }
 
-    color: error !== "" && activeFocus ? Theme.failure : Theme.text
+    color: error !== "" ? Theme.failure : Theme.text
     onTextEdited: completions = traffic.completions(text)
     onActiveFocusChanged: completions = []
     onAccepted: completions = []
