@@ -23,7 +23,7 @@ Comparison replayed(const Options &options)
 
 } // namespace
 
-Comparison compareAsAsked(const Options &options)
+Comparison compareByOptions(const Options &options)
 {
     Comparison comparison = options.compareFile.isEmpty()
                                 ? replayed(options)

@@ -6,8 +6,8 @@ namespace workbench {
 
 struct Options;
 
-/// Compares the recording that the options name with another one, or with a plug-in that is loaded
-/// for the replay and unloaded afterwards. Prints the report.
-Comparison compareAsAsked(const Options &options);
+/// Compares the recording of --replay with another one or with a newly loaded plug-in. Prints the
+/// report.
+Comparison compareByOptions(const Options &options);
 
 } // namespace workbench

@@ -61,7 +61,7 @@ int run(Options options)
         return OwnQmlProgram(options).run();
     std::optional<Comparison> comparison;
     if (!options.replayFile.isEmpty()) {
-        comparison = compareAsAsked(options);
+        comparison = compareByOptions(options);
         if (!visible || !comparison->error.isEmpty())
             return comparison->exitCode();
     }

@@ -40,7 +40,7 @@ at the end of a line   | 3 | \n          | entries  | 3: the recording was cut o
 at a line break        | 3 |             | entries  | 3: the recording was cut off after this line, 1 of 3 entries are missing
 inside a line          | 3 | \n{'kind':  | entries  | 4: the recording was cut off inside this line, 1 of 3 entries are missing
 after the header       | 1 | \n          | entries  | 1: the recording was cut off after this line, 3 of 3 entries are missing
-bad line               | 3 | \n{}\n      | entries  | 4: left out, unknown kind ''
+bad line               | 3 | \n{}\n      | entries  | 4: skipped, unknown kind ''
 older, end of a line   | 3 | \n          | older    |
 older, inside a line   | 3 | \n{'kind':  | older    | 4: the recording was cut off inside this line
 more than were counted | 4 | \n{'kind':'connection'}\n | entries | )"_s.replace(u'\'', u'"'));
@@ -103,8 +103,8 @@ folder        | /                           | : expected a regular file)"_s.repl
     void failedReplayIsReported_data()
     {
         addTable({"program", "error"}, uR"(
-no program | -                  | s.jsonl: the replay could not be made:
-other      | echo why >&2       | s.jsonl: the replay could not be made: why
+no program | -                  | s.jsonl: the replay failed:
+other      | echo why >&2       | s.jsonl: the replay failed: why
 crash      | kill -SEGV $$      | s.jsonl: the replay crashed)"_s);
     }
     void failedReplayIsReported()

@@ -13,9 +13,9 @@ WindowTest {
 
     function test_preparationCanBeCancelled_data() {
         return [{ tag: "first bookmarks, by mouse", bookmarks: 1000000, lines: 0, byKey: false,
-                  says: /^\d.*000 of 1.000.000 bookmarks were made/, summary: /^$/ },
+                  says: /^\d.*000 of 1.000.000 bookmarks were created/, summary: /^$/ },
                 { tag: "import, by key", bookmarks: 0, lines: 400000, byKey: true,
-                  says: /was cancelled before its end/, summary: /^Imported [1-9]\d* bookmarks, sk/ }];
+                  says: /was cancelled; the rest of the file is missing/, summary: /^Imported [1-9]\d* bookmarks, sk/ }];
     }
     function test_preparationCanBeCancelled(data) {
         const preparation = lab.prepare(data.bookmarks, data.lines);

@@ -6,7 +6,7 @@ namespace workbench::alignment {
 
 namespace {
 
-/// Elements that are skipped to find the next pair. Bounds the time, which grows with its square.
+/// Maximum number of elements to skip for the next pair. The time grows with its square.
 constexpr size_t MaxSkipped = 2000;
 
 struct Range
@@ -18,7 +18,7 @@ struct Range
     void skip(size_t count) { begin += std::min(count, size()); }
 };
 
-/// Skips as few elements as possible, rather of one list than of both, up to two equal ones.
+/// Skips elements up to two equal ones: as few as possible, and of one list rather than of both.
 bool skipToEqual(const Ids &leftIds, Range &left, const Ids &rightIds, Range &right)
 {
     const size_t most = std::min(MaxSkipped, left.size() + right.size());
@@ -37,7 +37,7 @@ bool skipToEqual(const Ids &leftIds, Range &left, const Ids &rightIds, Range &ri
     return false;
 }
 
-/// Calls @p pair for equal elements, and before @p between for the ranges up to them.
+/// Calls @p pair for each pair of equal elements, and @p between for the ranges before each pair.
 template <typename BetweenFunction, typename PairFunction>
 void walk(const Ids &leftIds, Range left, const Ids &rightIds, Range right,
           const BetweenFunction &between, const PairFunction &pair)

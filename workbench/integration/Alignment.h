@@ -4,21 +4,23 @@
 #include <optional>
 #include <vector>
 
-/// Pairs the elements of two lists that differ, as few of them as possible without a partner.
+/// Pairs the elements of two different lists, with as few elements without a partner as possible.
 namespace workbench::alignment {
 
 /// Identifiers of a list's elements; equal ones may be paired.
 using Ids = std::vector<size_t>;
 
-/// Positions of two elements that belong together; an element without a partner has none beside it.
+/// The positions of two elements that belong together. One of them is missing for an element
+/// without a partner.
 struct Pair
 {
     std::optional<size_t> left;
     std::optional<size_t> right;
 };
 
-/// @param contents identify what the elements are with all they contain; such pairs come first
-/// @param things identify what they are; these pair the elements between
+/// Pairs elements with equal contents first, then elements of the same thing between these pairs.
+/// @param leftThings,rightThings     identify the elements without their contents
+/// @param leftContents,rightContents identify the elements with their contents
 /// @return all elements in the order of both lists
 std::vector<Pair> align(const Ids &leftThings, const Ids &leftContents, const Ids &rightThings,
                         const Ids &rightContents);

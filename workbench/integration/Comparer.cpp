@@ -75,13 +75,13 @@ std::vector<alignment::Pair> align(const EntryTree &expected, const EntryTree &f
 {
     const Ids left = idsOf(expected, thingOf);
     const Ids right = idsOf(found, thingOf);
-    // Contents cost time, and most lists are alike.
+    // Most lists are equal, and computing the contents is slow.
     if (left == right)
         return alignment::align(left, left, right, right);
     return alignment::align(left, idsOf(expected, contentOf), right, idsOf(found, contentOf));
 }
 
-/// The number of each entry's call.
+/// Assigns the entries to calls.
 class Calls
 {
 public:
@@ -128,10 +128,10 @@ private:
     {
         int line = 0;
         int otherLine = 0;
-        int call = 0;      ///< number in the first recording; negative: one that only the other has
-        int outermost = 0; ///< call of the entry at depth 0 inside which it happened; 0: none
+        int call = 0; ///< number in the first recording; negative: exists only in the second one
+        int outermost = 0; ///< call of the enclosing entry at depth 0; 0: none
     };
-    /// Contexts of the second recording by those of the first, inside one input.
+    /// Maps contexts of the first recording to those of the second, inside one input.
     using Contexts = QHash<int, int>;
 
     void compareLists(const EntryTree &expected, const EntryTree &found, const Place &outer);
@@ -150,11 +150,13 @@ private:
     const Calls m_foundCalls;
     const EntryTree m_expectedTree;
     const EntryTree m_foundTree;
-    QHash<int, int> m_callOfFound; ///< call of the first recording by that of the second
-    QHash<int, int> m_causes;      ///< index of a difference by the calls that it concerns
+    QHash<int, int> m_callOfFound; ///< maps calls of the second recording to those of the first
+    QHash<int, int> m_causes;      ///< index of the first difference of each call
 };
 
-/// Finds the place of an entry that one of both or both have; @p outer is the entry around it.
+/// Returns the place of an entry.
+/// @param expected,found the entry in the first and second recording; one may be null
+/// @param outer          the place of the enclosing entry
 Comparer::Place Comparer::placeOf(const EntryNode *expected, const EntryNode *found,
                                   const Place &outer) const
 {
@@ -232,7 +234,7 @@ void Comparer::compareValues(const Place &place, const QString &name, const QVar
         recordedvalue::brief(difference.found));
 }
 
-/// Pointers change from run to run. What counts is which commands of one input share one.
+/// Pointers differ in each run, so this compares only which commands of one input share a context.
 void Comparer::compareContexts(const Place &place, int expected, int found, Contexts &contexts)
 {
     if ((expected == 0) != (found == 0)) {

@@ -4,7 +4,7 @@
 
 namespace workbench {
 
-/// Compares entry by entry and adds the differences and numbers to @p comparison.
+/// Compares two sessions entry by entry and adds differences and counts to @p comparison.
 ///
 /// A difference follows from an earlier one if it belongs to the same call, connection or event, or
 /// if it happened inside the same one. docs/recordings.md describes the rule.
@@ -13,10 +13,10 @@ void compareEntries(const QList<Recording::Line> &expected, const QList<Recordin
 
 /// Compares two recordings without a plug-in.
 Comparison compareRecordings(const Recording &expected, const Recording &found);
-/// As above; a file that can't be read is the comparison's error.
+/// Compares two files. If one can't be read, the result has the error.
 Comparison compareRecordings(const QString &file, const QString &otherFile);
 
-/// Time zone and locale that differ and missing beginnings, a sentence each.
+/// Returns a sentence for each difference of the headers: time zone, locale, incomplete recordings.
 QStringList notesOn(const Recording::Header &expected, const Recording::Header &found);
 
 } // namespace workbench

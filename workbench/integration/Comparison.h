@@ -9,45 +9,46 @@ namespace workbench {
 
 struct Difference
 {
-    int line = 0;      ///< of the file; of an additional entry the line before it
-    int otherLine = 0; ///< of the other file; 0: the entry is missing there, or there is no file
+    int line = 0;      ///< in the file; for an additional entry the line before it
+    int otherLine = 0; ///< in the other file; 0: the entry is missing there, or there is no file
     QString expected;
     QString found;
-    int cause = -1;    ///< index of the difference from which this one follows; -1: none
-    int followers = 0; ///< how many follow from this one
+    int cause = -1;    ///< index of the difference that caused this one; -1: none
+    int followers = 0; ///< number of differences that this one caused
 
-    /// In words, without the line and the followers.
+    /// @return the difference in words, without line and followers
     QString text() const;
-    /// With the number of followers.
+    /// @return text() with the number of followers
     QString foldedText() const;
 };
 
-/// The outcome of the comparison of a recording with another one or with a plug-in.
+/// The result of comparing a recording with another one or with a plug-in.
 struct Comparison
 {
     QString file;
-    QString otherFile; ///< empty: a plug-in
-    QString error;     ///< why nothing could be compared; empty otherwise
+    QString otherFile; ///< empty: compared with a plug-in
+    QString error;     ///< reason why nothing could be compared; empty if it could
     QStringList notes; ///< differences between the machines and sessions
     QList<Recording::BadLine> badLines;
     QList<Difference> differences;
-    int inputs = 0;  ///< calls, connections, answers and events that both have
-    int outputs = 0; ///< commands and signals that both have
+    int inputs = 0;  ///< number of calls, connections, answers and events in both
+    int outputs = 0; ///< number of commands and signals in both
 
-    /// Counts it for its cause, too.
+    /// Adds a difference and counts it for its cause.
     void add(const Difference &difference);
 
-    /// 0: the same, 1: different, with bad lines or without any use, 2: not begun.
+    /// @return 0 without differences; 1 with differences or bad lines, or if nothing was compared;
+    /// 2 after an error
     int exitCode() const;
-    /// Whether nothing was compared.
+    /// @return true if nothing was compared
     bool isEmpty() const { return inputs == 0 && outputs == 0 && differences.isEmpty(); }
-    /// The numbers of differences and bad lines.
+    /// @return the numbers of differences and bad lines
     QString result() const;
-    /// The numbers of what was compared, and the result.
+    /// @return the numbers of compared inputs and outputs, and the result
     QString summary() const;
-    /// Notes and bad lines, with their files, a line each.
+    /// @return notes and bad lines with their files, one per line
     QStringList remarks() const;
-    /// All in words, a line each.
+    /// @return the whole report, one text per line
     QStringList report() const;
 };
 

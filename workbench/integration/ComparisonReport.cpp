@@ -13,7 +13,7 @@ namespace workbench {
 
 namespace {
 
-/// The text without characters that XML can't contain.
+/// Removes the characters that XML can't contain.
 QString forXml(QString text)
 {
     for (QChar &character : text) {
@@ -25,7 +25,7 @@ QString forXml(QString text)
     return text;
 }
 
-/// A test case for JUnit; @p kind is "failure" or "error".
+/// A test case of JUnit, passed if the kind is empty. The kind is "failure" or "error".
 struct Case
 {
     QString place;

@@ -6,17 +6,17 @@
 
 namespace workbench {
 
-/// The comparison as a JSON object; docs/recordings.md describes it.
+/// Returns a comparison as a JSON object; docs/recordings.md describes it.
 QByteArray toJson(const Comparison &comparison);
-/// The reverse.
+/// Returns the comparison in a JSON object of toJson().
 Comparison comparisonFromJson(const QByteArray &text);
 
-/// The comparison in the XML that test services read: one test case for each bad line and each
-/// difference that does not follow from another one, or one that passed.
+/// Returns a comparison as JUnit XML: a failed test case for each bad line and each difference
+/// without a cause, or one passed test case.
 QByteArray toJUnit(const Comparison &comparison);
 
-/// Writes one or the other, by the ending of the path: ".json" or ".xml".
-/// @return what went wrong, or an empty text
+/// Writes JSON to a path that ends in ".json", JUnit XML to one that ends in ".xml".
+/// @return an error message with the file, or an empty text
 QString writeReport(const QString &path, const Comparison &comparison);
 
 } // namespace workbench

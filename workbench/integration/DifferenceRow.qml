@@ -3,7 +3,7 @@ import QtQuick.Controls
 import QtQuick.Layouts
 import Client.Common
 
-/// One difference, with a button for those that follow from it.
+/// A row of the differences, with a button to show those that follow from it.
 ItemDelegate {
     id: row
 

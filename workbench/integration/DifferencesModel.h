@@ -8,8 +8,8 @@
 
 namespace workbench {
 
-/// The differences of a comparison. Those that follow from another one are folded into its row,
-/// until the user unfolds them.
+/// The differences of a comparison as a list model. A difference that follows from another one is
+/// hidden until the user unfolds that row.
 class DifferencesModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -20,8 +20,8 @@ public:
     enum Role {
         LineRole = Qt::UserRole + 1, ///< of the recording
         DescriptionRole,
-        FollowsRole,   ///< from the difference above
-        FollowersRole, ///< how many follow from it
+        FollowsRole,   ///< true if it follows from a difference above
+        FollowersRole, ///< number of differences that follow from it
         UnfoldedRole,
     };
     Q_ENUM(Role)
@@ -29,7 +29,7 @@ public:
     using QAbstractListModel::QAbstractListModel;
 
     void show(const QList<Difference> &differences);
-    /// Unfolds or folds the differences that follow from the one of a row.
+    /// Shows or hides the differences that follow from that of a row.
     Q_INVOKABLE void toggle(int row);
 
     int rowCount(const QModelIndex &parent = {}) const override;
@@ -39,8 +39,8 @@ public:
 private:
     QList<Difference> m_differences;
     QList<QList<int>> m_followers; ///< by index of the difference
-    QList<int> m_rows;             ///< indices of the differences that are shown
-    QSet<int> m_unfolded;          ///< indices
+    QList<int> m_rows;             ///< indexes of the shown differences
+    QSet<int> m_unfolded;          ///< indexes of differences with shown followers
 };
 
 } // namespace workbench

@@ -6,7 +6,7 @@
 
 namespace workbench {
 
-/// A recorded line with the entries that happened inside it, in their order.
+/// A recorded line with the entries inside it, in their order.
 struct EntryNode
 {
     const Recording::Line *line = nullptr;

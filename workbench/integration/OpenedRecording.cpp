@@ -15,7 +15,7 @@ OpenedRecording::OpenedRecording(QObject *parent)
     : TrafficSource(m_model, parent)
 {
     connect(&m_replay, &ReplayProcess::finished, this, [this](const Comparison &comparison) {
-        // The file is read again, as it may have changed since it was opened.
+        // Read the file again, because it may have changed since it was opened.
         if (comparison.error.isEmpty())
             open(comparison);
         else
@@ -37,7 +37,7 @@ QString OpenedRecording::problem() const
     const QList<Recording::BadLine> &bad = m_recording.badLines;
     if (bad.isEmpty())
         return {};
-    // That entries are missing matters more than a line that can't be read.
+    // Missing entries are more important than an unusable line.
     const Recording::BadLine &worst = m_recording.isCutOff ? bad.last() : bad.first();
     const QString text = tr("Line %1: %2").arg(worst.number).arg(worst.reason);
     return bad.size() == 1 ? text : tr("%1, and %2 more lines").arg(text).arg(bad.size() - 1);

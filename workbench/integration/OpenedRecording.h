@@ -17,20 +17,20 @@ class OpenedRecording : public workbench::TrafficSource
     QML_UNCREATABLE("Use the property openedRecording of the workbench")
     /// Empty while no recording is open.
     Q_PROPERTY(QString file READ file NOTIFY changed)
-    /// The file's name, the plug-in's and the time.
+    /// File name, name of the plug-in and time of the recording.
     Q_PROPERTY(QString title READ title NOTIFY changed)
-    /// The first line that can't be used, and how many follow; empty if all can be used.
+    /// The message on the first unusable line, with the number of others; empty if there is none.
     Q_PROPERTY(QString problem READ problem NOTIFY changed)
     /// The differences from a plug-in or from another recording.
     Q_PROPERTY(workbench::DifferencesModel *differences READ differences CONSTANT)
-    /// With what it was compared, and the result or the error; empty before.
+    /// The name of the other side and the result or the error; empty before a comparison.
     Q_PROPERTY(QString result READ result NOTIFY compared)
-    /// The numbers of what was compared, and the result; empty before.
+    /// The numbers of compared inputs and outputs, and the result; empty before a comparison.
     Q_PROPERTY(QString summary READ summary NOTIFY compared)
     Q_PROPERTY(bool replaying READ isReplaying NOTIFY replayingChanged)
-    /// The line of the first difference; 0: there is none.
+    /// The line of the first difference; 0 if there is none.
     Q_PROPERTY(int firstLine READ firstLine NOTIFY compared)
-    /// Notes and bad lines, a line each.
+    /// Notes and bad lines, one per line.
     Q_PROPERTY(QStringList remarks READ remarks NOTIFY compared)
 
 public:
@@ -46,27 +46,26 @@ public:
     int firstLine() const;
     QStringList remarks() const;
 
-    /// Shows a file instead of the one before.
-    /// @return the error, with file and line, or an empty text; after an error the recording before
-    /// stays open
+    /// Opens a file in place of the current one, which stays open after an error.
+    /// @return an error message with file and line, or an empty text
     Q_INVOKABLE QString open(const QString &path);
     Q_INVOKABLE void close();
-    /// Compares it with another recording, which stays closed.
-    /// @return the error, with file and line, or an empty text
+    /// Compares the recording with another file.
+    /// @return an error message with file and line, or an empty text
     Q_INVOKABLE QString compareWith(const QString &path);
-    /// The workbench's program and the plug-in's library for replay().
+    /// Sets the paths of the workbench's program and of the plug-in's library for replay().
     void setReplayProgram(const QString &program, const QString &library);
-    /// Plays the file to a newly loaded plug-in; compared() comes later.
+    /// Starts a replay to a newly loaded plug-in; compared() follows.
     Q_INVOKABLE void replay();
     Q_INVOKABLE void stopReplay();
-    /// Opens the file that was compared, with its differences.
+    /// Opens the file of a comparison with its differences.
     void open(const Comparison &comparison);
-    /// The row of a line; of one that can't be used the row before.
+    /// @return the row of a line; for an unusable line the row before
     Q_INVOKABLE int rowOf(int line) const;
 
 Q_SIGNALS:
     void changed();
-    /// There are differences of another comparison, or none any more.
+    /// The differences have changed.
     void compared();
     void replayingChanged();
 

@@ -22,7 +22,7 @@ using Kind = TrafficEntry::Kind;
 
 const QLatin1String Format("tessaline-recording");
 constexpr int Version = 1;
-constexpr qint64 MaxHeaderSize = 16'777'216; // bytes, for a large device tree
+constexpr qint64 MaxHeaderSize = 16'777'216; // bytes; the topology may be large
 
 QJsonObject toJson(const Recording::Header &header)
 {
@@ -89,7 +89,8 @@ QJsonObject toJson(const TrafficEntry &entry)
     return json;
 }
 
-/// Returns what is wrong with the line, or an empty text.
+/// Reads an entry.
+/// @return an error message, or an empty text
 QString readEntry(const QByteArray &line, TrafficEntry *entry)
 {
     QJsonParseError parsing{};
@@ -125,7 +126,8 @@ QString readEntry(const QByteArray &line, TrafficEntry *entry)
     return {};
 }
 
-/// Whether the beginning of the file is that of a recording.
+/// Reads the header.
+/// @return false if the file is not a recording
 bool readHeader(QFile &file, Recording::Header *header, QString *error)
 {
     const QByteArray line = file.readLine(MaxHeaderSize);
@@ -171,7 +173,7 @@ std::optional<Recording> Recording::read(const QString &path, QString *error)
     if (!readHeader(file, &recording.header, error))
         return std::nullopt;
     int number = 1;
-    bool isCut = false; // inside the last line
+    bool isCut = false; // the last line is incomplete
     while (!file.atEnd()) {
         const QByteArray whole = file.readLine();
         const QByteArray text = whole.trimmed();
@@ -185,7 +187,7 @@ std::optional<Recording> Recording::read(const QString &path, QString *error)
         if (defect.isEmpty())
             recording.lines.append(line);
         else if (!isCut)
-            recording.badLines.append({path, number, QStringLiteral("left out, ") + defect});
+            recording.badLines.append({path, number, QStringLiteral("skipped, ") + defect});
     }
     const qint64 found = recording.lines.size() + recording.badLines.size();
     const QString missing = found < recording.header.entries

@@ -11,25 +11,25 @@
 
 namespace workbench {
 
-/// A session with the plug-in as a file of JSON lines; docs/recordings.md describes the form.
+/// A recorded session with the plug-in; docs/recordings.md describes the format of the file.
 struct Recording
 {
-    /// The deepest nesting that can be replayed: each level needs some of the stack.
+    /// The maximum depth of nested entries. It bounds the recursion of a replay.
     static constexpr int MaxDepth = 500;
 
-    /// What the session depended on.
+    /// The conditions of the session.
     struct Header
     {
         QString pluginName;
-        QString version; ///< of the program that recorded
+        QString version; ///< of the recording program
         QString timeZone;
         QString locale;
         qint64 start = 0;     ///< milliseconds since the epoch
-        bool complete = true; ///< begins with a new plug-in and lacks no payload
-        qint64 entries = 0;   ///< in the file, set by write(); 0: unknown
+        bool complete = true; ///< begins with a new plug-in and has all entries and payloads
+        qint64 entries = 0;   ///< number of entries in the file, set by write(); 0: unknown
         QList<standin::Topology::Node> topology;
 
-        /// With time zone and locale of this process.
+        /// @return a header with version, time zone and locale of this process
         static Header ofThisProcess();
     };
 
@@ -49,15 +49,17 @@ struct Recording
     QString file;
     Header header;
     QList<Line> lines;
-    QList<BadLine> badLines; ///< the last one is the place where a recording was cut off
+    QList<BadLine> badLines; ///< if the file is cut off, the last one is the place
     bool isCutOff = false;
 
-    /// Nothing with @p error, which names the file, when there is no recording in it. Lines that
-    /// can't be used are noted and left out.
+    /// Reads a file. Skips unusable lines and adds them to badLines.
+    /// @param error set on failure to a message with the file
+    /// @return nullopt if the file is not a recording
     static std::optional<Recording> read(const QString &path, QString *error);
-    /// @return the line of an entry, with its end
+    /// @return the line of an entry, with the line end
     static QByteArray lineOf(const TrafficEntry &entry);
-    /// Returns what went wrong, or an empty text.
+    /// Writes a file.
+    /// @return an error message with the file, or an empty text
     static QString write(const QString &path, const Header &header,
                          const std::deque<TrafficEntry> &entries);
 };

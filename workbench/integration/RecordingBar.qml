@@ -4,7 +4,7 @@ import QtQuick.Layouts
 import Client.Common
 import Integration
 
-/// Says that the list shows a recording, above it, and what the recording was compared with.
+/// The bar above an opened recording: its title, problems and comparison.
 Rectangle {
     id: bar
 

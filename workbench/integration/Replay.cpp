@@ -24,7 +24,7 @@ bool isSameThing(const TrafficEntry &left, const TrafficEntry &right)
     return left.kind == right.kind && left.name == right.name && left.relayPath == right.relayPath;
 }
 
-/// An input while it is being given to the plug-in, and how far the entries inside it have come.
+/// An input of the plug-in during its call, with the position in the recorded entries inside it.
 struct Frame
 {
     const EntryTree &expected;
@@ -35,7 +35,7 @@ struct Frame
     const EntryNode &take() { return expected[next++]; }
 };
 
-/// The host of the replayed plug-in, which gives it the recorded inputs and records its outputs.
+/// The host of the replayed plug-in: makes the recorded inputs and records the outputs.
 class Player final : public FrameworkWrapperBase
 {
 public:
@@ -62,10 +62,11 @@ private:
     standin::Topology m_topology;
     EntryTree m_tree;
     QList<Recording::Line> m_played;
-    Frame *m_frame = nullptr; ///< the innermost
+    Frame *m_frame = nullptr; ///< the innermost frame
     int m_depth = 0;
-    QHash<quint64, void *> m_contexts;  ///< of the commands sent now, by their recorded number
-    QHash<const void *, int> m_numbers; ///< of these contexts
+    QHash<quint64, void *>
+        m_contexts; ///< contexts in this session, by the recorded number of the command
+    QHash<const void *, int> m_numbers; ///< numbers of the contexts in this session
     RecordedCall m_call;
     standin::SignalReceiver m_receiver;
 };
@@ -92,7 +93,7 @@ QList<Recording::Line> Player::play()
     m_frame = &root;
     m_plugin.InitialPluginBase(nullptr, nullptr, this);
     for (size_t position = 0; position < m_tree.size(); ++position) {
-        // Outputs that no input caused come from the event loop.
+        // Outputs without an enclosing input come from the event loop.
         if (root.next == position && m_tree[position].entry().isOutput())
             QCoreApplication::processEvents();
         passTo(root, position + 1);
@@ -122,7 +123,7 @@ void Player::give(const EntryNode &node)
 {
     const TrafficEntry &entry = node.entry();
     if (entry.kind == Kind::Answered && !m_contexts.contains(entry.request))
-        return; // its command was not sent
+        return; // the plug-in did not send the command
     const qsizetype position = m_played.size();
     note(entry);
     Frame frame{node.inner, m_frame};
@@ -142,8 +143,8 @@ void Player::give(const EntryNode &node)
     m_frame = frame.outer;
 }
 
-/// Notes an output of the plug-in. Gives it the recorded inputs before the next output of that kind
-/// and name, and those directly after it.
+/// Records an output of the plug-in. Makes the recorded inputs before the next recorded output of
+/// that kind and name, and those directly after it.
 /// @return true unless it is a command that the recorded host rejected
 bool Player::noteOutput(TrafficEntry output, void *context)
 {
@@ -166,13 +167,13 @@ bool Player::noteOutput(TrafficEntry output, void *context)
     note(std::move(output));
     if (recorded.kind == Kind::Sent)
         m_contexts.insert(recorded.request, context);
-    // Inputs that the output caused at once: a call from a slot, an answer inside the send call.
+    // Inputs inside the output: calls from slots, answers inside the send call.
     while (!frame.atEnd() && !frame.expected[frame.next].entry().isOutput())
         give(frame.take());
     return recorded.accepted;
 }
 
-/// Gives the inputs before the position. The plug-in did not send the outputs before it.
+/// Makes the inputs before a position. The plug-in did not send the outputs before it.
 void Player::passTo(Frame &frame, size_t position)
 {
     while (frame.next < position) {

@@ -10,7 +10,8 @@ namespace workbench {
 /// recorded answers and events, and compares what the plug-in does.
 namespace replay {
 
-/// @param plugin newly loaded and not yet initialised; must not be used for anything else after
+/// Replays a file.
+/// @param plugin newly loaded and not initialised; don't use it afterwards
 Comparison run(const QString &file, PluginBase &plugin);
 
 } // namespace replay

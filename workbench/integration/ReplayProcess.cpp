@@ -17,7 +17,7 @@ void ReplayProcess::start(const QString &program, const QString &library, const 
     m_file = file;
     m_folder.emplace();
     m_process.emplace();
-    // Queued, as finish() destroys the process, which emits the signal.
+    // Queued, because finish() destroys the process that emits the signal.
     connect(&*m_process, &QProcess::finished, this, &ReplayProcess::finish, Qt::QueuedConnection);
     connect(
         &*m_process, &QProcess::errorOccurred, this,
@@ -44,7 +44,7 @@ void ReplayProcess::stop()
 void ReplayProcess::finish()
 {
     if (!m_process || m_process->state() != QProcess::NotRunning)
-        return; // stopped, and perhaps started again, meanwhile
+        return; // the signal is from a stopped process
     Comparison comparison;
     QFile report(m_folder->filePath(QStringLiteral("report.json")));
     if (report.open(QIODevice::ReadOnly))
@@ -54,7 +54,7 @@ void ReplayProcess::finish()
         comparison.error = tr("%1: the replay crashed").arg(m_file);
     else
         comparison.error =
-            tr("%1: the replay could not be made: %2")
+            tr("%1: the replay failed: %2")
                 .arg(m_file,
                      m_process->error() == QProcess::UnknownError
                          ? QString::fromLocal8Bit(m_process->readAllStandardError()).trimmed()

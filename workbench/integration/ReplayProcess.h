@@ -10,34 +10,36 @@
 
 namespace workbench {
 
-/// Replays a recording in a process of its own: the plug-in of this process can't be loaded twice,
-/// and a crash of the replayed one ends that process only.
+/// Replays a recording in a separate process, because a plug-in can't be loaded twice in a process,
+/// and a crash of the replayed plug-in must not end this program.
 class ReplayProcess : public QObject
 {
     Q_OBJECT
 
 public:
     using QObject::QObject;
-    /// Ends a replay that runs.
+    /// Ends a running replay.
     ~ReplayProcess() override;
     Q_DISABLE_COPY_MOVE(ReplayProcess)
 
-    /// @param program the workbench's
-    /// @param library of the plug-in
+    /// Starts a replay; ends a running one.
+    /// @param program path of the workbench
+    /// @param library path of the plug-in
+    /// @param file    the recording
     void start(const QString &program, const QString &library, const QString &file);
     void stop();
     bool isRunning() const { return m_process.has_value(); }
 
 Q_SIGNALS:
-    /// After start(), unless stop() came before. Of a replay that failed the comparison has the
-    /// error.
+    /// Emitted once after start(), unless stop() is called before. If the replay failed, the
+    /// comparison has the error.
     void finished(const workbench::Comparison &comparison);
 
 private:
     void finish();
 
     QString m_file;
-    std::optional<QTemporaryDir> m_folder; ///< of the report
+    std::optional<QTemporaryDir> m_folder; ///< contains the report
     std::optional<QProcess> m_process;
 };
 

@@ -12,7 +12,7 @@ namespace workbench {
 
 class TrafficModel;
 
-/// Traffic that the drawer shows and saves: that of this session, or that of an opened recording.
+/// Traffic that the drawer shows and saves: of this session or of an opened recording.
 class TrafficSource : public QObject
 {
     Q_OBJECT
@@ -21,16 +21,16 @@ class TrafficSource : public QObject
     Q_PROPERTY(workbench::TrafficModel *traffic READ traffic CONSTANT)
 
 public:
-    /// @param model not owned, and not used before traffic() or save() is called
+    /// @param model not owned; may be constructed later, but before the first call of a method
     explicit TrafficSource(TrafficModel &model, QObject *parent = nullptr);
 
     TrafficModel *traffic() const { return &m_model; }
 
-    /// Writes all entries to a file, for a replay.
-    /// @return the error, or an empty text
+    /// Writes all entries to a recording.
+    /// @return an error message with the file, or an empty text
     Q_INVOKABLE QString save(const QString &path) const;
-    /// As save(), with the entries that a filter of the traffic shows. The file notes that others
-    /// are missing.
+    /// Like save(), but only the entries that a filter shows; the recording is marked incomplete if
+    /// there are others.
     Q_INVOKABLE QString saveShown(const QString &path, const workbench::SearchFilter *filter) const;
 
 protected:

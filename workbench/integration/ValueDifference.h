@@ -8,7 +8,7 @@ namespace workbench {
 /// The first place at which two recorded values differ.
 struct ValueDifference
 {
-    QString path;        ///< ".key" and "[index]" of the parts around it
+    QString path;        ///< ".key" and "[index]" of the enclosing values, from the outermost
     QJsonValue expected; ///< undefined if there is nothing at that place
     QJsonValue found;
 };
@@ -17,8 +17,8 @@ struct ValueDifference
 ValueDifference firstDifference(const QJsonValue &expected, const QJsonValue &found,
                                 const QString &path = {});
 
-/// The value with plain numbers. QML has one type of numbers, so that the type which a method
-/// returns is no behaviour.
+/// Replaces typed numbers in a value by plain ones. QML has one type of numbers, so the type that a
+/// method returns makes no difference.
 QJsonValue withPlainNumbers(const QJsonValue &value);
 
 } // namespace workbench
