@@ -204,6 +204,8 @@ private Q_SLOTS:
                                         record.description, record.group, record.locationID}) {
                 QCOMPARE(text, sent);
                 QCOMPARE(text.isNull(), sent.isNull());
+                // QString::utf16() needs the terminator.
+                QVERIFY(text.constData()[text.size()].isNull());
             }
         }
     }
