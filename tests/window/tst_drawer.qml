@@ -238,6 +238,11 @@ WindowTest {
         field.forceActiveFocus();
         keyClick(Qt.Key_Escape);
         tryVerify(() => list().count > shown);
+        type("st");
+        tryVerify(() => find("completions").visible);
+        keyClick(Qt.Key_Escape);
+        tryVerify(() => !find("completions").visible);
+        compare(field.text, "st", "the first Esc closes the completions only");
     }
 
     function test_columnWidthsAreRestored() {

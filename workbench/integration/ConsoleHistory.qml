@@ -41,7 +41,7 @@ ColumnLayout {
         delegate: ItemDelegate {
             required property var modelData
             width: list.width
-            highlighted: ListView.isCurrentItem
+            highlighted: ListView.isCurrentItem && list.activeFocus // a new model makes its first row current
             focusPolicy: Qt.NoFocus
             padding: 3
             font.pixelSize: Theme.smallText

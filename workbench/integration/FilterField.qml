@@ -18,6 +18,13 @@ SearchField {
         completions = [];
     }
 
+    function cancel() {
+        if (completions.length > 0)
+            completions = [];
+        else
+            clear();
+    }
+
     color: error !== "" ? Theme.failure : Theme.text
     onTextEdited: completions = traffic.completions(text)
     onActiveFocusChanged: completions = []

@@ -8,6 +8,10 @@ TextField {
     property string appliedText: ""
     property string hint: ""
 
+    function cancel() {
+        clear();
+    }
+
     selectByMouse: true
     Accessible.name: placeholderText
     ToolTip.visible: hovered && hint !== ""
@@ -16,7 +20,7 @@ TextField {
 
     onTextChanged: pause.restart()
     onAccepted: appliedText = text
-    Keys.onEscapePressed: clear()
+    Keys.onEscapePressed: cancel()
 
     Timer {
         id: pause
