@@ -136,8 +136,7 @@ void BookmarkList::append(const QVariantList &serverRecords, CameraNames &names,
         forEachColumn([&](auto &column) { column.truncate(known); });
         m_starts.resize(known);
         m_ends.resize(known);
-        if (!m_formatters.empty() && m_formatters.back().firstRow == known)
-            m_formatters.pop_back();
+        // A formatter without rows stays: formatterOf() does not find it.
         for (std::size_t row = known; row < known + count; ++row)
             m_uncachedDateTimes.erase(static_cast<quint32>(row));
         throw;
@@ -146,9 +145,8 @@ void BookmarkList::append(const QVariantList &serverRecords, CameraNames &names,
 
 void BookmarkList::clear()
 {
-    const BookmarkList old =
-        std::move(*this); // frees the memory; an assigned std::string would keep it
-    *this = {};
+    BookmarkList old; // frees the memory; an assigned std::string would keep it
+    std::swap(*this, old);
 }
 
 BookmarkRecord BookmarkList::record(quint32 row) const

@@ -18,7 +18,7 @@ namespace {
 using Text = QString BookmarkRecord::*;
 using Number = qint64 BookmarkRecord::*;
 
-/// A member of a record. No member at all reads as 0.
+/// A member of a record, or none.
 struct Member
 {
     Text text = nullptr;
@@ -36,9 +36,7 @@ struct Member
 
     QVariant value(const BookmarkRecord &record) const
     {
-        if (text)
-            return QVariant(record.*text);
-        return number ? QVariant(record.*number) : QVariant(0);
+        return text ? QVariant(record.*text) : QVariant(record.*number);
     }
 };
 
