@@ -61,7 +61,7 @@ QVariantMap Bookmark::toRecord() const
     QVariantMap record = emptyRecord();
     std::copy(std::begin(values), std::end(values), record.begin());
     if (bookmarkID.isEmpty())
-        record.erase(record.begin());
+        record.erase(record.cbegin());
     return record;
 }
 
