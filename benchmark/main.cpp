@@ -90,6 +90,8 @@ void measure(int size, Report &report)
             if ((size >= 100'000 && implementationName == "reference model") ||
                 (size >= 1'000'000 && !isPlugin))
                 registered->Iterations(1)->Repetitions(1);
+            else if (isPreparedEachTime(job)) // the preparation may take far longer than the job
+                registered->Iterations(5)->Repetitions(5);
             else
                 registered->Repetitions(5)->MinTime(0.02);
         }
