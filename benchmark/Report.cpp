@@ -48,6 +48,8 @@ QString Report::table(int size) const
     out << "\n|---" << u"|---:"_s.repeated(m_implementations.size()) << "|\n";
     for (const QString &job : m_jobs) {
         const double time = times(job, own).value(size);
+        if (time == 0) // not measured with this number of bookmarks
+            continue;
         out << "| " << job << " | " << number(time) << " |";
         for (const QString &implementation : m_implementations.mid(1)) {
             const double other = times(job, implementation).value(size);
