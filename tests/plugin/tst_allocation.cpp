@@ -35,7 +35,7 @@ public:
     }
 };
 
-/// The answer to a query: records with as many days and 7 times of the day.
+/// The answer to a query: @p count records on @p days days, at 7 times of the day.
 QVariantMap manyBookmarks(int count, int days, const QString &description)
 {
     QVariantList records;
