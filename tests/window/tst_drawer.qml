@@ -208,7 +208,7 @@ WindowTest {
         const call = () => rows().find(row => row.name === "queryAllBookmarks");
         tryVerify(() => call() && call().progress === "2 of 3");
         compare(rows().filter(row => row.progress === "no answer").length, 1);
-        compare(find("unanswered").text, "1 without an answer");
+        tryCompare(find("unanswered"), "text", "1 without an answer"); // others may be under way
         tryVerify(() => rows().filter(row => /^\d+ ms$/.test(row.progress)).length >= 4);
         verify(rows().every(row => row.call === call().call || row.depth === 0 || row.kind === "call"));
         tryVerify(() => call().progress === "3 of 3" && !find("unanswered").visible);
