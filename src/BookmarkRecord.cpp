@@ -18,7 +18,7 @@ namespace {
 using Text = QString BookmarkRecord::*;
 using Number = qint64 BookmarkRecord::*;
 
-/// A member of a record, or none.
+/// A member of a record, or none. Call value() only if there is one.
 struct Member
 {
     Text text = nullptr;

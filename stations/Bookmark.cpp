@@ -3,25 +3,29 @@
 #include "Payload.h"
 #include "Protocol.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace stations {
 
 namespace key = protocol::key;
 
 namespace {
 
-/// Returns a record without values. All records share its keys, so that a list stores each key
-/// once. Copying a map takes a third of the time of inserting its entries.
-const QVariantMap &emptyRecord()
+/// Keys of records. All records share these strings, so that a list stores each key once.
+struct RecordKeys
 {
-    static const QVariantMap record{{key::BookmarkID, {}},   {key::CameraID, {}},
-                                    {key::LocationID, {}},   {key::StartTimestamp, {}},
-                                    {key::EndTimestamp, {}}, {key::Description, {}},
-                                    {key::Creator, {}},      {key::Group, {}}};
-    return record;
-}
+    QString bookmarkID = key::BookmarkID;
+    QString cameraID = key::CameraID;
+    QString locationID = key::LocationID;
+    QString start = key::StartTimestamp;
+    QString end = key::EndTimestamp;
+    QString description = key::Description;
+    QString creator = key::Creator;
+    QString group = key::Group;
+
+    /// Copying a map takes a third of the time of inserting its entries.
+    const QVariantMap emptyRecord{{bookmarkID, {}}, {cameraID, {}}, {locationID, {}},
+                                  {start, {}},      {end, {}},      {description, {}},
+                                  {creator, {}},    {group, {}}};
+};
 
 QString defectOfText(const QString &text, qsizetype maxLength, QLatin1String what)
 {
@@ -55,13 +59,19 @@ std::optional<Bookmark> Bookmark::fromRecord(const QVariantMap &record)
 
 QVariantMap Bookmark::toRecord() const
 {
-    // In the order of the map's keys: eight lookups would take longer than the copy.
-    const QVariant values[] = {bookmarkID, cameraID, creator,    description,
-                               end,        group,    locationID, start};
-    QVariantMap record = emptyRecord();
-    std::copy(std::begin(values), std::end(values), record.begin());
+    static const RecordKeys keys;
+    QVariantMap record = keys.emptyRecord;
+    record[keys.cameraID] = cameraID;
+    record[keys.locationID] = locationID;
+    record[keys.start] = start;
+    record[keys.end] = end;
+    record[keys.description] = description;
+    record[keys.creator] = creator;
+    record[keys.group] = group;
     if (bookmarkID.isEmpty())
-        record.erase(record.cbegin());
+        record.remove(keys.bookmarkID);
+    else
+        record[keys.bookmarkID] = bookmarkID;
     return record;
 }
 
